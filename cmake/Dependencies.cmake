@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: MIT
+# The one place that names what the program is built from; docs/dependencies.md says why.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
+find_package(nlohmann_json 3.11 REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
+                  xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
+                  xcb-randr xcb-xinput)
+qcoro_enable_coroutines()
+
+if(GLIMMERPANE_BUILD_TESTS)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+    pkg_check_modules(XCB_TOOLS REQUIRED IMPORTED_TARGET xcb-shm xcb-xtest xcb-res)
+endif()
