@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+int rounded(double value, int lowest, int highest)
+{
+    if (std::isnan(value)) {
+        return 0;
+    }
+    return static_cast<int>(std::clamp(std::round(value), double(lowest), double(highest)));
+}
+
+// Coordinates are INT16 in the X protocol.
+int rootCoordinate(double value)
+{
+    return rounded(value, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
+}
+
+} // namespace
+
+Rect flipped(const Rect &rect, double height)
+{
+    return {.x = rect.x,
+            .y = height - rect.y - rect.height,
+            .width = rect.width,
+            .height = rect.height};
+}
+
+QRect toRootPixels(const Rect &points, QPoint displayOrigin, double scale)
+{
+    const QPoint origin(rootCoordinate(displayOrigin.x() + points.x * scale),
+                        rootCoordinate(displayOrigin.y() + points.y * scale));
+    return {origin, toPixels(points.width, points.height, scale)};
+}
+
+Rect toDisplayPoints(QRect rootPixels, QPoint displayOrigin, double scale)
+{
+    return {.x = (rootPixels.x() - displayOrigin.x()) / scale,
+            .y = (rootPixels.y() - displayOrigin.y()) / scale,
+            .width = rootPixels.width() / scale,
+            .height = rootPixels.height() / scale};
+}
+
+QSize toPixels(double width, double height, double scale)
+{
+    constexpr int largest = std::numeric_limits<int>::max();
+    const auto pixels = [scale](double points) {
+        return std::isfinite(points) ? rounded(points * scale, -largest, largest) : 0;
+    };
+    return {pixels(width), pixels(height)};
+}
+
+QRect aspectFit(QSize picture, QRect bounds)
+{
+    // A picture that is all but a line keeps the one pixel that can be seen of it.
+    const QSize fitted = picture.scaled(bounds.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
+    return {bounds.x() + (bounds.width() - fitted.width()) / 2,
+            bounds.y() + (bounds.height() - fitted.height()) / 2, fitted.width(), fitted.height()};
+}
+
+} // namespace glimmerpane

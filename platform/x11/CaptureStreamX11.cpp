@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/CaptureStreamX11.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+CaptureSource sourceOf(const ContentFilter &filter, const StreamConfiguration &configuration)
+{
+    return {.display = filter.display,
+            .area = toRootPixels(configuration.sourceRect, filter.display.pixels.topLeft(),
+                                 filter.pointPixelScale),
+            .showsCursor = configuration.showsCursor,
+            .minimumFrameInterval = configuration.minimumFrameInterval.duration()};
+}
+
+} // namespace
+
+CaptureStreamX11::CaptureStreamX11(const ContentFilter &filter,
+                                   const StreamConfiguration &configuration)
+    : source_(sourceOf(filter, configuration))
+{
+}
+
+CaptureStreamX11::~CaptureStreamX11()
+{
+    stopCapture();
+}
+
+std::expected<void, Error> CaptureStreamX11::startCapture(Handlers handlers)
+{
+    std::array<int, 2> ends{};
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return std::unexpected(
+            Error{.text = QStringLiteral("The system has no file descriptor left."),
+                  .log = QStringLiteral("pipe2: %1").arg(QString::fromLocal8Bit(strerror(errno)))});
+    }
+    redrawReader_ = FileDescriptor(ends[0]);
+    redrawWriter_ = FileDescriptor(ends[1]);
+    auto loop = CaptureLoop::create(source_, redrawReader_.get(), std::move(handlers));
+    if (!loop) {
+        return std::unexpected(loop.error());
+    }
+    thread_.reset(QThread::create([loop = std::move(*loop)]() mutable {
+        loop->run();
+        loop.reset();
+    }));
+    thread_->setObjectName(QStringLiteral("captureQueue"));
+    thread_->start();
+    return {};
+}
+
+void CaptureStreamX11::stopCapture()
+{
+    if (thread_) {
+        redrawWriter_ = FileDescriptor();
+        thread_->wait();
+        thread_.reset();
+    }
+}
+
+void CaptureStreamX11::returnSampleBuffer(const SampleBuffer &sample)
+{
+    QRect again = sample.changed.boundingRect();
+    if (sample.pointer) {
+        again |= QRect(sample.pointer->topLeft, sample.pointer->image.size());
+    }
+    // A frame in which the pointer only left the picture names no rectangle.
+    redraw(again.isEmpty() ? source_.area : again);
+}
+
+void CaptureStreamX11::invalidate()
+{
+    redraw(source_.area);
+}
+
+void CaptureStreamX11::redraw(QRect rectangle) const
+{
+    // A write this small goes through a pipe whole or not at all. It can only fail when the pipe is
+    // full of thousands of rectangles that the thread has still to read.
+    [[maybe_unused]] const auto written = write(redrawWriter_.get(), &rectangle, sizeof rectangle);
+}
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,154 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/Connection.h"
+
+#include <xcb/composite.h>
+#include <xcb/damage.h>
+#include <xcb/randr.h>
+#include <xcb/render.h>
+#include <xcb/xfixes.h>
+#include <xcb/xinput.h>
+
+#include <array>
+#include <cstring>
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+struct Version {
+    std::uint32_t major = 0;
+    std::uint32_t minor = 0;
+
+    friend auto operator<=>(const Version &, const Version &) = default;
+};
+
+struct Requirement {
+    xcb_extension_t *extension;
+    const char *name;
+    Version needed;
+    Version (*announce)(xcb_connection_t *, Version); ///< answers with the server's version
+};
+
+// The version requests of all extensions have the same shape, but types of their own.
+template<auto send, auto receive>
+Version announce(xcb_connection_t *connection, Version needed)
+{
+    using Major = decltype(receive(connection, {}, nullptr)->major_version);
+    const auto cookie
+        = send(connection, static_cast<Major>(needed.major), static_cast<Major>(needed.minor));
+    const Reply<std::remove_pointer_t<decltype(receive(connection, cookie, nullptr))>> reply(
+        receive(connection, cookie, nullptr));
+    return reply ? Version{reply->major_version, reply->minor_version} : Version{};
+}
+
+// Damage 1.1 and XFixes 2 have regions, RandR 1.5 has monitors; raw events under the grabs of other
+// clients are only sent to those who announced XInput 2.1 (XI2proto, "Changes in version 2.1").
+const std::array requirements{
+    Requirement{&xcb_xfixes_id,
+                "XFIXES",
+                {4, 0},
+                announce<xcb_xfixes_query_version, xcb_xfixes_query_version_reply>},
+    Requirement{&xcb_damage_id,
+                "DAMAGE",
+                {1, 1},
+                announce<xcb_damage_query_version, xcb_damage_query_version_reply>},
+    Requirement{&xcb_composite_id,
+                "Composite",
+                {0, 2},
+                announce<xcb_composite_query_version, xcb_composite_query_version_reply>},
+    Requirement{&xcb_render_id,
+                "RENDER",
+                {0, 10},
+                announce<xcb_render_query_version, xcb_render_query_version_reply>},
+    Requirement{&xcb_randr_id,
+                "RANDR",
+                {1, 5},
+                announce<xcb_randr_query_version, xcb_randr_query_version_reply>},
+    Requirement{&xcb_input_id,
+                "XInputExtension",
+                {2, 2},
+                announce<xcb_input_xi_query_version, xcb_input_xi_query_version_reply>},
+};
+
+std::uint8_t firstEvent(const Connection &connection, xcb_extension_t &extension)
+{
+    return xcb_get_extension_data(connection.get(), &extension)->first_event;
+}
+
+} // namespace
+
+std::expected<Connection, Error> Connection::open()
+{
+    int screenNumber = 0;
+    Handle connection(xcb_connect(nullptr, &screenNumber));
+    if (const int code = xcb_connection_has_error(connection.get())) {
+        return std::unexpected(
+            Error{.text = QStringLiteral("There is no X display here (DISPLAY is \"%1\").")
+                              .arg(qEnvironmentVariable("DISPLAY")),
+                  .log = QStringLiteral("xcb_connect failed with code %1").arg(code)});
+    }
+    return Connection(std::move(connection), screenNumber);
+}
+
+Connection::Connection(Handle connection, int screenNumber)
+    : connection_(std::move(connection))
+    , screenNumber_(screenNumber)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(get()));
+    for (int i = 0; i < screenNumber; ++i) {
+        xcb_screen_next(&screens);
+    }
+    screen_ = screens.data;
+}
+
+std::expected<void, Error> Connection::check(xcb_void_cookie_t request, const char *name) const
+{
+    const Reply<xcb_generic_error_t> error(xcb_request_check(get(), request));
+    if (!error) {
+        return {};
+    }
+    const QString what = QString::fromLatin1(name);
+    return std::unexpected(
+        Error{.text = QStringLiteral("The X server refused a request (%1).").arg(what),
+              .log = QStringLiteral("%1 failed with X error %2").arg(what).arg(error->error_code)});
+}
+
+xcb_atom_t Connection::atom(const char *name) const
+{
+    const auto cookie
+        = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+std::expected<Extensions, Error> requireExtensions(const Connection &connection)
+{
+    for (const auto &requirement : requirements) {
+        xcb_prefetch_extension_data(connection.get(), requirement.extension);
+    }
+    for (const auto &[extension, name, needed, announceVersion] : requirements) {
+        const auto *data = xcb_get_extension_data(connection.get(), extension);
+        if (data == nullptr || data->present == 0
+            || announceVersion(connection.get(), needed) < needed) {
+            const QString which = QStringLiteral("%1 %2.%3")
+                                      .arg(QString::fromLatin1(name))
+                                      .arg(needed.major)
+                                      .arg(needed.minor);
+            return std::unexpected(Error{
+                .text = QStringLiteral("The X server lacks the extension %1, or does not let this "
+                                       "program use it.")
+                            .arg(which),
+                .log = QStringLiteral("extension %1 is missing").arg(which)});
+        }
+    }
+    return Extensions{.firstDamageEvent = firstEvent(connection, xcb_damage_id),
+                      .firstXFixesEvent = firstEvent(connection, xcb_xfixes_id),
+                      .firstRandrEvent = firstEvent(connection, xcb_randr_id),
+                      .xinputOpcode
+                      = xcb_get_extension_data(connection.get(), &xcb_input_id)->major_opcode};
+}
+
+} // namespace glimmerpane::x11

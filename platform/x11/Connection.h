@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Error.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <expected>
+#include <memory>
+
+namespace glimmerpane::x11
+{
+
+struct FreeReply {
+    void operator()(void *reply) const { std::free(reply); }
+};
+
+/** A reply, event or error of the X server. */
+template<typename T>
+using Reply = std::unique_ptr<T, FreeReply>;
+
+/** One connection to the X server of $DISPLAY. Used by one thread at a time. */
+class Connection
+{
+public:
+    static std::expected<Connection, Error> open();
+
+    xcb_connection_t *get() const { return connection_.get(); }
+    const xcb_screen_t &screen() const { return *screen_; }
+    xcb_window_t root() const { return screen_->root; }
+    int screenNumber() const { return screenNumber_; }
+    int fileDescriptor() const { return xcb_get_file_descriptor(get()); }
+    bool isBroken() const { return xcb_connection_has_error(get()) != 0; }
+
+    std::uint32_t newId() const { return xcb_generate_id(get()); }
+    void flush() const { xcb_flush(get()); }
+
+    /** Waits for the server's answer to a checked request; `name` is the request's, for the log. */
+    std::expected<void, Error> check(xcb_void_cookie_t request, const char *name) const;
+
+    /** Waits for the server; 0 where the connection is broken. */
+    xcb_atom_t atom(const char *name) const;
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t *connection) const { xcb_disconnect(connection); }
+    };
+    using Handle = std::unique_ptr<xcb_connection_t, Disconnect>;
+
+    Connection(Handle connection, int screenNumber);
+
+    Handle connection_;
+    xcb_screen_t *screen_;
+    int screenNumber_;
+};
+
+/** Where the extensions' events begin; each has been told the version that is used of it. */
+struct Extensions {
+    std::uint8_t firstDamageEvent = 0;
+    std::uint8_t firstXFixesEvent = 0;
+    std::uint8_t firstRandrEvent = 0;
+    std::uint8_t xinputOpcode = 0;
+};
+
+/** Announces to the server every extension that capturing needs; fails with the one it lacks. */
+std::expected<Extensions, Error> requireExtensions(const Connection &connection);
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+/** Owns a file descriptor. Move-only. */
+class FileDescriptor
+{
+public:
+    FileDescriptor() = default;
+    explicit FileDescriptor(int descriptor)
+        : descriptor_(descriptor)
+    {
+    }
+
+    FileDescriptor(FileDescriptor &&other) noexcept
+        : descriptor_(std::exchange(other.descriptor_, -1))
+    {
+    }
+
+    FileDescriptor &operator=(FileDescriptor &&other) noexcept
+    {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
+
+    ~FileDescriptor()
+    {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+
+    int get() const { return descriptor_; }
+
+private:
+    int descriptor_ = -1;
+};
+
+} // namespace glimmerpane::x11

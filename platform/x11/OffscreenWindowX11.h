@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/OffscreenWindow.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/ServerId.h"
+
+#include <QSocketNotifier>
+
+#include <expected>
+#include <memory>
+
+namespace glimmerpane::x11
+{
+
+/**
+ * An override-redirect window, which no window manager moves or lists, but which has what those who
+ * look for capturable windows ask for: WM_STATE, a title and the type "normal". Redirected
+ * automatically through Composite, so that its picture exists although it is off every display.
+ */
+class OffscreenWindowX11 : public OffscreenWindow
+{
+public:
+    static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
+                                                                         QPoint origin, QSize size);
+
+    std::uint32_t id() const override { return window_.get(); }
+    QSize size() const override { return size_; }
+    bool isVisible() const override { return isVisible_; }
+    void orderFront() override;
+    void orderOut() override;
+    void setFrameOrigin(QPoint origin) override;
+
+private:
+    OffscreenWindowX11(Connection connection, QSize size);
+    std::expected<void, Error> createWindow(QPoint origin);
+    void describe(const QString &title);
+    void readEvents();
+    void handle(const xcb_generic_event_t &event);
+
+    const Connection connection_;
+    const QSize size_;
+    Window window_;
+    QSocketNotifier events_;
+    xcb_atom_t protocols_ = XCB_ATOM_NONE;
+    xcb_atom_t deleteWindow_ = XCB_ATOM_NONE;
+    bool isVisible_ = false;
+};
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/Connection.h"
+
+#include <xcb/damage.h>
+#include <xcb/render.h>
+#include <xcb/xfixes.h>
+
+#include <cstdint>
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+/** Owns one resource of the X server; `destroy` is the request that ends it. Move-only. */
+template<auto destroy>
+class ServerId
+{
+public:
+    ServerId() = default;
+
+    /** Takes a resource of this connection, which must outlive the handle. */
+    ServerId(const Connection &connection, std::uint32_t id)
+        : connection_(connection.get())
+        , id_(id)
+    {
+    }
+
+    ServerId(ServerId &&other) noexcept
+        : connection_(std::exchange(other.connection_, nullptr))
+        , id_(std::exchange(other.id_, 0))
+    {
+    }
+
+    ServerId &operator=(ServerId &&other) noexcept
+    {
+        std::swap(connection_, other.connection_);
+        std::swap(id_, other.id_);
+        return *this;
+    }
+
+    ~ServerId()
+    {
+        if (connection_ != nullptr) {
+            destroy(connection_, id_);
+        }
+    }
+
+    std::uint32_t get() const { return id_; }
+
+private:
+    xcb_connection_t *connection_ = nullptr;
+    std::uint32_t id_ = 0;
+};
+
+using Damage = ServerId<xcb_damage_destroy>;
+using GraphicsContext = ServerId<xcb_free_gc>;
+using Picture = ServerId<xcb_render_free_picture>;
+using Pixmap = ServerId<xcb_free_pixmap>;
+using Region = ServerId<xcb_xfixes_destroy_region>;
+using Window = ServerId<xcb_destroy_window>;
+
+} // namespace glimmerpane::x11

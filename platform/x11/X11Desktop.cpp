@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/X11Desktop.h"
+
+#include "platform/SettingsProgram.h"
+#include "platform/x11/CaptureStreamX11.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/DisplayLayerX11.h"
+#include "platform/x11/Monitors.h"
+#include "platform/x11/OffscreenWindowX11.h"
+
+#include <QGuiApplication>
+#include <QProcess>
+#include <QScreen>
+
+#include <string_view>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+/** Fails where this client may not read the screen. */
+std::expected<void, Error> readOnePixel(const Connection &connection)
+{
+    xcb_generic_error_t *error = nullptr;
+    const auto cookie = xcb_get_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP,
+                                      connection.root(), 0, 0, 1, 1, ~std::uint32_t{});
+    const Reply<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection.get(), cookie, &error));
+    const Reply<xcb_generic_error_t> refusal(error);
+    if (reply) {
+        return {};
+    }
+    return std::unexpected(
+        Error{.text = QStringLiteral("The X server does not let this program read the screen."),
+              .log = QStringLiteral("GetImage of the root failed with X error %1")
+                         .arg(refusal ? refusal->error_code : 0)});
+}
+
+/** An X server inside a Wayland session has the extension XWAYLAND, or outputs of that name. */
+bool isXwayland(const Connection &connection, const std::vector<Display> &displays)
+{
+    constexpr std::string_view name = "XWAYLAND";
+    const auto cookie = xcb_query_extension(connection.get(), name.size(), name.data());
+    const Reply<xcb_query_extension_reply_t> reply(
+        xcb_query_extension_reply(connection.get(), cookie, nullptr));
+    return (reply && reply->present != 0)
+        || (!displays.empty() && displays.front().name.startsWith(QLatin1String(name)));
+}
+
+} // namespace
+
+std::expected<void, Error> checkDisplay()
+{
+    if (auto connection = Connection::open(); !connection) {
+        return std::unexpected(connection.error());
+    }
+    return {};
+}
+
+double X11Desktop::scaleFactor() const
+{
+    const QScreen *screen = QGuiApplication::primaryScreen();
+    return screen != nullptr ? screen->devicePixelRatio() : 1;
+}
+
+std::optional<Rect> X11Desktop::mainScreenFrame() const
+{
+    const auto connection = Connection::open();
+    const auto displays = connection ? monitors(*connection) : std::vector<Display>();
+    if (displays.empty()) {
+        return std::nullopt;
+    }
+    // The primary display is where desktop coordinates begin.
+    const QRect pixels = displays.front().pixels;
+    return toDisplayPoints(pixels, pixels.topLeft(), scaleFactor());
+}
+
+std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
+{
+    const auto connection = Connection::open();
+    if (!connection) {
+        return std::unexpected(connection.error());
+    }
+    if (const auto extensions = requireExtensions(*connection); !extensions) {
+        return std::unexpected(extensions.error());
+    }
+    if (auto readable = readOnePixel(*connection); !readable) {
+        return std::unexpected(readable.error());
+    }
+    ShareableContent content{.displays = monitors(*connection)};
+    if (isXwayland(*connection, content.displays)) {
+        return std::unexpected(Error{
+            .text = QStringLiteral("This is a Wayland session, whose screen X programs cannot "
+                                   "read. Log in to an X11 session instead."),
+            .log = QStringLiteral("the X server is Xwayland")});
+    }
+    return content;
+}
+
+void X11Desktop::openPrivacySettings()
+{
+    if (const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
+        QProcess::startDetached(*program, {});
+    }
+}
+
+std::expected<std::unique_ptr<OffscreenWindow>, Error> X11Desktop::makeOffscreenWindow(
+    const QString &title, QPoint origin, QSize size)
+{
+    return OffscreenWindowX11::create(title, origin, size);
+}
+
+std::expected<std::unique_ptr<DisplayLayer>, Error> X11Desktop::makeDisplayLayer(
+    const OffscreenWindow &window)
+{
+    return DisplayLayerX11::create(window.id(), window.size());
+}
+
+std::unique_ptr<CaptureStream> X11Desktop::makeCaptureStream(
+    const ContentFilter &filter, const StreamConfiguration &configuration)
+{
+    return std::make_unique<CaptureStreamX11>(filter, configuration);
+}
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Desktop.h"
+
+namespace glimmerpane::x11
+{
+
+/** Whether there is an X server to talk to. Needs no application object. */
+std::expected<void, Error> checkDisplay();
+
+/** The desktop of the X server that $DISPLAY names. Needs a QGuiApplication. */
+class X11Desktop : public Desktop
+{
+public:
+    double scaleFactor() const override;
+    std::optional<Rect> mainScreenFrame() const override;
+    std::expected<ShareableContent, Error> shareableContent() const override;
+    void openPrivacySettings() override;
+    std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &title,
+                                                                               QPoint origin,
+                                                                               QSize size) override;
+    std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
+        const OffscreenWindow &window) override;
+    std::unique_ptr<CaptureStream> makeCaptureStream(
+        const ContentFilter &filter, const StreamConfiguration &configuration) override;
+};
+
+} // namespace glimmerpane::x11
