@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace glimmerpane
+{
+
+/** A question or a message that the person must answer before going on. */
+struct Alert {
+    enum class Style {
+        Informational,
+        Warning,
+    };
+
+    QString messageText;
+    QString informativeText;
+    Style style = Style::Warning;
+    QStringList buttons; ///< the first is the default
+};
+
+/** Shows alerts. Main thread. */
+class AlertPresenterProtocol
+{
+public:
+    virtual ~AlertPresenterProtocol() = default;
+
+    /** Blocks until it is answered: the index of the button, -1 if it was closed without one. */
+    virtual int runModal(const Alert &alert) = 0;
+};
+
+constexpr int firstAlertButton = 0;
+
+} // namespace glimmerpane

@@ -1,0 +1,125 @@
+// SPDX-License-Identifier: MIT
+#include "app/GlimmerpaneShareApp.h"
+
+#include "app/AppCoordinator.h"
+#include "app/UnixSignals.h"
+#include "capture/ScreenCaptureService.h"
+#include "platform/x11/X11Desktop.h"
+#include "storage/FrameRepository.h"
+
+#include <QApplication>
+#include <QThreadPool>
+
+#include <cstdio>
+#include <tuple>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+enum ExitCode {
+    succeeded = 0,
+    failed = 1,
+    misused = 2,
+};
+
+constexpr char version[] = GLIMMERPANE_VERSION;
+
+int complain(const QString &message, ExitCode code)
+{
+    std::fprintf(stderr, "glimmerpane: %s\n", qPrintable(message));
+    return code;
+}
+
+QStringList argumentsOf(int argc, char **argv)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) {
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    }
+    return arguments;
+}
+
+std::unique_ptr<MainViewModel> makeViewModel(Desktop &desktop, AlertPresenterProtocol &alerts)
+{
+    auto repository
+        = std::make_unique<FrameRepository>(standardUserDefaults(), QStringLiteral("captureFrame"));
+    auto captureService = std::make_unique<ScreenCaptureService>(desktop);
+    auto coordinator = std::make_unique<AppCoordinator>(desktop);
+    return std::make_unique<MainViewModel>(std::move(repository), nullptr, std::move(coordinator),
+                                           std::move(captureService), desktop, alerts);
+}
+
+} // namespace
+
+GlimmerpaneShareApp::GlimmerpaneShareApp()
+    : desktop_(std::make_unique<x11::X11Desktop>())
+    , viewModel_(makeViewModel(*desktop_, alerts_))
+    , window_(*viewModel_)
+{
+    alerts_.setParentWindow(&window_);
+}
+
+GlimmerpaneShareApp::~GlimmerpaneShareApp()
+{
+    // What still runs in the background uses the desktop.
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+void GlimmerpaneShareApp::launch(const LaunchOptions &options)
+{
+    if (options.area) {
+        const auto &[x, y, width, height] = *options.area;
+        viewModel_->updateFrame(x, y, width, height);
+    }
+    // Set where a test harness hosts the program, which then has to leave the screen alone.
+    if (!qEnvironmentVariableIsSet("XCTestConfigurationFilePath")) {
+        requestPermission();
+    }
+    window_.show();
+    if (options.share) {
+        viewModel_->startSharing();
+    }
+}
+
+void GlimmerpaneShareApp::requestPermission()
+{
+    // A desktop that asks the person for permission does it now, not in the middle of a call.
+    QThreadPool::globalInstance()->start(
+        [&desktop = *desktop_] { std::ignore = desktop.shareableContent(); });
+}
+
+int runGlimmerpane(int argc, char **argv)
+{
+    const auto options = launchOptions(argumentsOf(argc, argv));
+    if (!options) {
+        return complain(options.error(), misused);
+    }
+    if (options->help) {
+        std::printf("%s", qPrintable(helpText()));
+        return succeeded;
+    }
+    if (options->version) {
+        std::printf("glimmerpane %s\n", version);
+        return succeeded;
+    }
+    if (const auto display = x11::checkDisplay(); !display) {
+        return complain(display.error().text, failed);
+    }
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    QCoreApplication::setApplicationName(QStringLiteral("glimmerpane"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
+    QApplication application(argc, argv);
+    quitOnSignals(&application);
+    GlimmerpaneShareApp glimmerpane;
+    glimmerpane.launch(*options);
+    return QApplication::exec();
+}
+
+} // namespace glimmerpane

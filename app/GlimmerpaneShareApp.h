@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/LaunchOptions.h"
+#include "app/MainViewModel.h"
+#include "platform/Desktop.h"
+#include "ui/Appearance.h"
+#include "ui/MainWindow.h"
+#include "ui/MessageBoxAlerts.h"
+
+#include <memory>
+
+namespace glimmerpane
+{
+
+/** Builds every long-lived object once and joins them. Main thread. */
+class GlimmerpaneShareApp
+{
+public:
+    GlimmerpaneShareApp();
+    ~GlimmerpaneShareApp();
+
+    /** Shows the main window and does what the command line asks for. */
+    void launch(const LaunchOptions &options);
+
+private:
+    void requestPermission();
+
+    Appearance appearance_;
+    const std::unique_ptr<Desktop> desktop_;
+    MessageBoxAlerts alerts_;
+    const std::unique_ptr<MainViewModel> viewModel_;
+    MainWindow window_;
+};
+
+/** The whole program, from the command line to the exit code: 0, 1 (failed) or 2 (usage). */
+int runGlimmerpane(int argc, char **argv);
+
+} // namespace glimmerpane

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "app/LaunchOptions.h"
+
+#include "app/NumberText.h"
+
+#include <QCommandLineParser>
+
+#include <algorithm>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+using AreaTexts = std::array<QString, 4>;
+
+bool allNumbers(const AreaTexts &texts)
+{
+    return std::ranges::all_of(
+        texts, [](const QString &text) { return numberFromText(text).has_value(); });
+}
+
+/** X,Y,WIDTHxHEIGHT. An "x" may also belong to a hexadecimal number, so each one is tried. */
+std::optional<AreaTexts> areaTexts(const QString &text)
+{
+    const QStringList parts = text.split(u',');
+    if (parts.size() != 3) {
+        return std::nullopt;
+    }
+    const QString &size = parts[2];
+    for (qsizetype at = size.indexOf(u'x'); at >= 0; at = size.indexOf(u'x', at + 1)) {
+        const AreaTexts texts{parts[0], parts[1], size.first(at), size.sliced(at + 1)};
+        if (allNumbers(texts)) {
+            return texts;
+        }
+    }
+    return std::nullopt;
+}
+
+/** What the person typed may go over several lines; the message about it does not. */
+std::unexpected<QString> oneLine(const QString &message)
+{
+    return std::unexpected(message.simplified());
+}
+
+} // namespace
+
+std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments)
+{
+    const QCommandLineOption area(QStringLiteral("area"), {}, QStringLiteral("area"));
+    const QCommandLineOption share(QStringLiteral("share"));
+    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
+    const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
+    QCommandLineParser parser;
+    parser.addOptions({area, share, help, version});
+    if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
+        return oneLine(parser.errorText());
+    }
+    if (!parser.positionalArguments().isEmpty()) {
+        return oneLine(
+            QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().front()));
+    }
+    LaunchOptions options{.area = std::nullopt,
+                          .share = parser.isSet(share),
+                          .help = parser.isSet(help),
+                          .version = parser.isSet(version)};
+    if (parser.isSet(area)) {
+        options.area = areaTexts(parser.value(area));
+        if (!options.area) {
+            return oneLine(
+                QStringLiteral("'%1' is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.")
+                    .arg(parser.value(area)));
+        }
+    }
+    return options;
+}
+
+QString helpText()
+{
+    return QStringLiteral(
+        "Usage: glimmerpane [options]\n"
+        "Shares a part of the screen in a video call: share the window\n"
+        "\"Glimmerpane - Output\" there.\n"
+        "\n"
+        "Options:\n"
+        "  --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its\n"
+        "                           bottom-left corner, counted from the bottom-left\n"
+        "                           corner of the primary display. A negative X needs\n"
+        "                           the form --area=X,Y,WIDTHxHEIGHT.\n"
+        "  --share                  Start sharing at once.\n"
+        "  -h, --help               Print this and exit.\n"
+        "  -v, --version            Print the version and exit.\n");
+}
+
+} // namespace glimmerpane

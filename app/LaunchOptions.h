@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <array>
+#include <expected>
+#include <optional>
+
+namespace glimmerpane
+{
+
+/** What the command line asks for. */
+struct LaunchOptions {
+    /** The texts of x, y, width and height; all four are numbers. */
+    std::optional<std::array<QString, 4>> area;
+    bool share = false;
+    bool help = false;
+    bool version = false;
+};
+
+/** Reads the arguments after the program's name. The error is one line for a person. */
+std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments);
+
+/** What --help prints. */
+QString helpText();
+
+} // namespace glimmerpane

@@ -1,0 +1,245 @@
+// SPDX-License-Identifier: MIT
+#include "app/MainViewModel.h"
+
+#include "app/NumberText.h"
+#include "platform/Desktop.h"
+
+#include <QCoroFuture>
+#include <QPointer>
+#include <QScopeGuard>
+#include <QtConcurrent>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
+constexpr auto windowCheckInterval = 500ms;
+constexpr int largestWindowSide = 32767; // pixels; sizes and positions are 16 bits wide in X
+
+/** Why an area cannot be shown in a window, or nothing. */
+std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
+{
+    if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
+        return QStringLiteral("The width and the height of the area must be finite numbers.");
+    }
+    if (std::isnan(frame.x) || std::isnan(frame.y)) {
+        return QStringLiteral("The position of the area must be two numbers.");
+    }
+    const QSize size = toPixels(std::abs(frame.width), std::abs(frame.height), scale);
+    if (size.isEmpty()) {
+        return QStringLiteral("The area is empty. Its width and its height must be at least 1.");
+    }
+    if (std::max(size.width(), size.height()) > largestWindowSide) {
+        return QStringLiteral("The area is too large. A side can have at most %1 pixels.")
+            .arg(largestWindowSide);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+MainViewModel::MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepository,
+                             std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
+                             std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
+                             std::unique_ptr<CaptureServiceProtocol> captureService,
+                             Desktop &desktop, AlertPresenterProtocol &alerts)
+    : frameRepository_(std::move(frameRepository))
+    , updateRepository_(std::move(updateRepository))
+    , windowCoordinator_(std::move(windowCoordinator))
+    , captureService_(std::move(captureService))
+    , desktop_(desktop)
+    , alerts_(alerts)
+{
+    currentFrame_ = initialFrame();
+    installSessionWatch();
+}
+
+CaptureFrame MainViewModel::initialFrame() const
+{
+    if (const auto stored = frameRepository_->load()) {
+        return *stored;
+    }
+    if (const auto screen = desktop_.mainScreenFrame()) {
+        return {.x = screen->x, .y = screen->y, .width = screen->width, .height = screen->height};
+    }
+    return fallbackFrame;
+}
+
+void MainViewModel::openFrameSelector()
+{
+    showFrameSelector(currentFrame_);
+}
+
+void MainViewModel::resetFrameSelector()
+{
+    showFrameSelector(std::nullopt);
+}
+
+void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
+{
+    if (isFrameSelectorOpen_) {
+        return;
+    }
+    publish(isFrameSelectorOpen_, true);
+    const QPointer self(this);
+    const auto confirmed = [self](const CaptureFrame &frame) {
+        if (self) {
+            self->frameSelected(frame);
+        }
+    };
+    const auto cancelled = [self] {
+        if (self) {
+            self->frameSelectionCancelled();
+        }
+    };
+    windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+}
+
+void MainViewModel::frameSelected(const CaptureFrame &frame)
+{
+    publish(currentFrame_, frame);
+    frameRepository_->save(frame);
+    publish(isFrameSelectorOpen_, false);
+}
+
+void MainViewModel::frameSelectionCancelled()
+{
+    publish(isFrameSelectorOpen_, false);
+}
+
+void MainViewModel::updateFrame(const QString &x, const QString &y, const QString &width,
+                                const QString &height)
+{
+    const auto numbers = std::array{numberFromText(x), numberFromText(y), numberFromText(width),
+                                    numberFromText(height)};
+    if (!std::ranges::all_of(numbers, [](const auto &number) { return number.has_value(); })) {
+        return;
+    }
+    publish(currentFrame_, CaptureFrame{*numbers[0], *numbers[1], *numbers[2], *numbers[3]});
+    frameRepository_->save(currentFrame_);
+}
+
+// The sharing session. The output window is the session: every way of ending one removes that
+// window, and the window watch turns a missing window into a stopped capture and a cleared flag.
+
+void MainViewModel::installSessionWatch()
+{
+    captureService_->setOnCaptureEnded([self = QPointer(this)] {
+        if (self) {
+            self->handleCaptureEnded();
+        }
+    });
+    connect(&windowCheckTimer_, &QTimer::timeout, this, &MainViewModel::checkSharingWindow);
+    windowCheckTimer_.setTimerType(Qt::PreciseTimer);
+    windowCheckTimer_.start(windowCheckInterval);
+}
+
+QCoro::Task<> MainViewModel::startSharing()
+{
+    if (isCheckingPermission_ || isSharingWindowOpen_) {
+        co_return;
+    }
+    isCheckingPermission_ = true;
+    const QPointer self(this);
+    // The content is not used: asking for it fails while the screen may not be read.
+    auto request = QtConcurrent::run([&desktop = desktop_] { return desktop.shareableContent(); });
+    const auto content = co_await request;
+    if (!self) {
+        co_return;
+    }
+    isCheckingPermission_ = false;
+    if (content) {
+        openSharingWindow();
+    } else {
+        showScreenRecordingPermissionAlert();
+    }
+}
+
+void MainViewModel::openSharingWindow()
+{
+    if (const auto flaw = flawOf(currentFrame_, desktop_.scaleFactor())) {
+        captureStartFailed({.description = *flaw});
+        return;
+    }
+    publish(isSharingWindowOpen_, true);
+    runCapture(windowCoordinator_->showSharingWindow(currentFrame_));
+}
+
+QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
+{
+    const QPointer self(this);
+    const auto result = co_await captureService_->startCapture(currentFrame_, window);
+    if (!result && self) {
+        captureStartFailed(result.error());
+        windowCoordinator_->closeSharingWindow();
+    }
+}
+
+void MainViewModel::captureStartFailed(const CaptureFailure &failure)
+{
+    runModal({.messageText = QStringLiteral("Screen Capture"),
+              .informativeText = QStringLiteral("Failed to start capture: ") + failure.description,
+              .style = Alert::Style::Warning,
+              .buttons = {QStringLiteral("OK")}});
+    publish(isSharingWindowOpen_, false);
+}
+
+void MainViewModel::showScreenRecordingPermissionAlert()
+{
+    const int answer
+        = runModal({.messageText = QStringLiteral("Screen Recording Permission Required"),
+                    .informativeText = QStringLiteral(
+                        "Please grant Screen Recording permission in System Settings > "
+                        "Privacy & Security > Screen Recording"),
+                    .style = Alert::Style::Warning,
+                    .buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")}});
+    if (answer == firstAlertButton) {
+        desktop_.openPrivacySettings();
+    }
+}
+
+int MainViewModel::runModal(const Alert &alert)
+{
+    ++alertsUp_;
+    const auto done = qScopeGuard([this] { --alertsUp_; });
+    return alerts_.runModal(alert);
+}
+
+void MainViewModel::stopSharing()
+{
+    if (isSharingWindowOpen_) {
+        windowCoordinator_->closeSharingWindow();
+    }
+}
+
+void MainViewModel::checkSharingWindow()
+{
+    // An alert's event loop lets the timer fire; the alert's own flow ends the session then.
+    if (!isSharingWindowOpen_ || alertsUp_ > 0 || windowCoordinator_->isSharingWindowVisible()) {
+        return;
+    }
+    captureService_->stopCapture();
+    publish(isSharingWindowOpen_, false);
+}
+
+void MainViewModel::handleCaptureEnded()
+{
+    if (!isSharingWindowOpen_) {
+        return;
+    }
+    windowCoordinator_->closeSharingWindow();
+    publish(isSharingWindowOpen_, false);
+}
+
+} // namespace glimmerpane

@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/Alert.h"
+#include "app/ServiceInterfaces.h"
+#include "storage/FrameRepositoryProtocol.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+#include <utility>
+
+namespace glimmerpane
+{
+
+class Desktop;
+
+/**
+ * The one observable state of the program: the capture area and whether the selector and a sharing
+ * session are open. Owns the services and reaches them only through their interfaces. Main thread.
+ */
+class MainViewModel : public QObject
+{
+    Q_OBJECT
+
+public:
+    /**
+     * Loads the saved area. Without an update client there is no update check. `desktop` and
+     * `alerts` must outlive the view model.
+     */
+    MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepository,
+                  std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
+                  std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
+                  std::unique_ptr<CaptureServiceProtocol> captureService, Desktop &desktop,
+                  AlertPresenterProtocol &alerts);
+
+    const CaptureFrame &currentFrame() const { return currentFrame_; }
+    bool isFrameSelectorOpen() const { return isFrameSelectorOpen_; }
+    bool isSharingWindowOpen() const { return isSharingWindowOpen_; }
+
+    /** Opens the selector over the current area. */
+    void openFrameSelector();
+    /** Opens the selector over its own default area. */
+    void resetFrameSelector();
+    void frameSelected(const CaptureFrame &frame);
+    void frameSelectionCancelled();
+
+    /** Makes the four texts the area and saves it, if all four are numbers; else does nothing. */
+    void updateFrame(const QString &x, const QString &y, const QString &width,
+                     const QString &height);
+
+    /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
+    QCoro::Task<> startSharing();
+    /** Removes the output window; the window watch then ends the session. */
+    void stopSharing();
+
+Q_SIGNALS:
+    /** A published property is about to be assigned, perhaps with the value it has. */
+    void objectWillChange();
+
+private:
+    template<typename T>
+    void publish(T &property, T value)
+    {
+        Q_EMIT objectWillChange();
+        property = std::move(value);
+    }
+    CaptureFrame initialFrame() const;
+    void showFrameSelector(std::optional<CaptureFrame> initialFrame);
+
+    void installSessionWatch();
+    void openSharingWindow();
+    QCoro::Task<> runCapture(std::shared_ptr<SharingWindow> window);
+    void captureStartFailed(const CaptureFailure &failure);
+    void checkSharingWindow();
+    void handleCaptureEnded();
+    void showScreenRecordingPermissionAlert();
+    int runModal(const Alert &alert);
+
+    CaptureFrame currentFrame_;
+    bool isFrameSelectorOpen_ = false;
+    bool isSharingWindowOpen_ = false;
+
+    const std::unique_ptr<FrameRepositoryProtocol> frameRepository_;
+    const std::unique_ptr<UpdateRepositoryProtocol> updateRepository_;
+    const std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator_;
+    const std::unique_ptr<CaptureServiceProtocol> captureService_;
+    Desktop &desktop_;
+    AlertPresenterProtocol &alerts_;
+
+    QTimer windowCheckTimer_;
+    bool isCheckingPermission_ = false;
+    int alertsUp_ = 0;
+};
+
+} // namespace glimmerpane

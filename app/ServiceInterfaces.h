@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "storage/CaptureFrame.h"
+
+#include <QCoroTask>
+#include <QString>
+
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace glimmerpane
+{
+
+class SharingWindow;
+
+/** Opens and closes the two secondary windows. Main thread; nothing here reports an error. */
+class WindowCoordinatorProtocol
+{
+public:
+    using FrameHandler = std::function<void(const CaptureFrame &)>;
+    using Handler = std::function<void()>;
+
+    virtual ~WindowCoordinatorProtocol() = default;
+
+    /**
+     * Shows the area selector, over `initialFrame` or over its own default area. Later calls
+     * exactly one of the two: `onConfirm` before the selector closes, `onCancel` when it closes in
+     * any other way.
+     */
+    virtual void showFrameSelector(std::optional<CaptureFrame> initialFrame, FrameHandler onConfirm,
+                                   Handler onCancel)
+        = 0;
+
+    /** Closes the selector, if one is open, without calling either handler. */
+    virtual void closeFrameSelector() = 0;
+
+    /** Makes and shows the output window for an area of this size, in place of any earlier one. */
+    virtual std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) = 0;
+
+    /** Hides the output window and lets it go; nothing where there is none. */
+    virtual void closeSharingWindow() = 0;
+
+    /** Whether an output window is held and currently shown. */
+    virtual bool isSharingWindowVisible() const = 0;
+};
+
+/** Why a capture could not start. */
+struct CaptureFailure {
+    QString description; ///< for a person
+};
+
+/** Runs the live capture of one area into one window. Main thread. */
+class CaptureServiceProtocol
+{
+public:
+    using Handler = std::function<void()>;
+    using StartResult = std::expected<void, CaptureFailure>;
+
+    virtual ~CaptureServiceProtocol() = default;
+
+    /**
+     * Called on the main thread when the stream ends by itself, never because of stopCapture().
+     * Set once, by the view model.
+     */
+    virtual void setOnCaptureEnded(Handler handler) = 0;
+
+    /**
+     * Starts showing `frame` in `window`. A start during which stopCapture() is called completes
+     * without an error and leaves nothing running.
+     */
+    virtual QCoro::Task<StartResult> startCapture(CaptureFrame frame,
+                                                  std::shared_ptr<SharingWindow> window)
+        = 0;
+
+    /** Ends the current run, or the start in flight, and returns at once. */
+    virtual void stopCapture() = 0;
+};
+
+/** What the update service answers. */
+struct UpdateInfo {
+    QString lastAppVersion; ///< only displayed, never compared
+    QString downloadUrl;
+    bool canUpdate = false;
+};
+
+/** Why the update service gave no answer; `text` is the error's textual form for a log line. */
+struct UpdateFailure {
+    QString text;
+};
+
+/** Asks the update service about a newer version. */
+class UpdateRepositoryProtocol
+{
+public:
+    using CheckResult = std::expected<UpdateInfo, UpdateFailure>;
+
+    virtual ~UpdateRepositoryProtocol() = default;
+
+    virtual QCoro::Task<CheckResult> checkForUpdate(QString serialNumber, QString appVersion) = 0;
+};
+
+} // namespace glimmerpane

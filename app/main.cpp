@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+#include "app/GlimmerpaneShareApp.h"
+
+int main(int argc, char **argv)
+{
+    return glimmerpane::runGlimmerpane(argc, argv);
+}

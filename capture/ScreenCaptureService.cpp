@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+#include "capture/ScreenCaptureService.h"
+
+#include "capture/SharingWindow.h"
+
+#include <QCoreApplication>
+#include <QCoroFuture>
+#include <QPointer>
+#include <QThreadPool>
+#include <QtConcurrent>
+
+#include <cmath>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+using StartResult = CaptureServiceProtocol::StartResult;
+
+StartResult failure(const Error &error)
+{
+    return std::unexpected(CaptureFailure{.description = error.text});
+}
+
+/** Stopping waits for the stream's thread, so it is done elsewhere. */
+void stopInBackground(std::shared_ptr<CaptureStream> stream)
+{
+    QThreadPool::globalInstance()->start([stream = std::move(stream)] { stream->stopCapture(); });
+}
+
+} // namespace
+
+QString describe(CaptureError error)
+{
+    return QStringLiteral("The operation couldn't be completed. (CaptureError error %1.)")
+        .arg(static_cast<int>(error));
+}
+
+StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displayHeight)
+{
+    const Rect area{.x = frame.x,
+                    .y = frame.y,
+                    .width = std::abs(frame.width),
+                    .height = std::abs(frame.height)};
+    return {.width = static_cast<std::int64_t>(area.width * 2),
+            .height = static_cast<std::int64_t>(area.height * 2),
+            .sourceRect = flipped(area, displayHeight),
+            .showsCursor = true,
+            .pixelFormat = pixelFormatBgra,
+            .minimumFrameInterval = {.value = 1, .timescale = 60},
+            .capturesAudio = false};
+}
+
+ScreenCaptureService::ScreenCaptureService(Desktop &desktop)
+    : desktop_(desktop)
+{
+}
+
+ScreenCaptureService::~ScreenCaptureService()
+{
+    // Starts and stops in flight use the desktop, and a start that nobody waits for any more has
+    // left its stream running.
+    QThreadPool::globalInstance()->waitForDone();
+    for (const auto &stream : starting_) {
+        stream->stopCapture();
+    }
+}
+
+void ScreenCaptureService::setOnCaptureEnded(Handler handler)
+{
+    onCaptureEnded_ = std::move(handler);
+}
+
+QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
+                                                            std::shared_ptr<SharingWindow> window)
+{
+    const QPointer self(this);
+    const Run run = ++run_;
+    window_ = window;
+    captureFrame_ = frame;
+    if (auto ready = setupPreviewLayer(*window); !ready) {
+        co_return failure(ready.error());
+    }
+
+    auto query = QtConcurrent::run([&desktop = desktop_] { return desktop.shareableContent(); });
+    const auto content = co_await query;
+    if (!self || run != run_) {
+        co_return StartResult();
+    }
+    if (!content) {
+        co_return failure(content.error());
+    }
+    if (content->displays.empty()) {
+        co_return std::unexpected(CaptureFailure{describe(CaptureError::noDisplayFound)});
+    }
+
+    const std::shared_ptr stream = makeStream(content->displays.front());
+    starting_.push_back(stream);
+    auto start = QtConcurrent::run(
+        [stream, handlers = handlers(stream)] { return stream->startCapture(handlers); });
+    const auto started = co_await start;
+    if (!self) {
+        co_return StartResult();
+    }
+    std::erase(starting_, stream);
+    if (run != run_) {
+        stopInBackground(stream);
+        co_return StartResult();
+    }
+    if (!started) {
+        co_return failure(started.error());
+    }
+    stream_ = stream;
+    co_return StartResult();
+}
+
+std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow &window)
+{
+    const auto content = window.content();
+    if (!content) {
+        return std::unexpected(content.error());
+    }
+    auto layer = desktop_.makeDisplayLayer(**content);
+    if (!layer) {
+        return std::unexpected(layer.error());
+    }
+    previewLayer_ = std::move(*layer);
+    (*content)->onContentsLost = [self = QPointer(this)] {
+        if (self && self->stream_) {
+            self->stream_->invalidate();
+        }
+    };
+    return {};
+}
+
+std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const Display &display) const
+{
+    const double scale = desktop_.scaleFactor();
+    const Rect points = toDisplayPoints(display.pixels, display.pixels.topLeft(), scale);
+    return desktop_.makeCaptureStream({.display = display, .pointPixelScale = scale},
+                                      streamConfiguration(captureFrame_, points.height));
+}
+
+CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)
+{
+    // Called on the stream's thread. Whether the service is still there, and still in this run, can
+    // only be told on the main thread, so both are asked there.
+    const auto onMainThread = [](auto work) {
+        QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work),
+                                  Qt::QueuedConnection);
+    };
+    const QPointer self(this);
+    const Run run = run_;
+    const std::weak_ptr weakStream(stream);
+    return {.didOutputSampleBuffer =
+                [=](SampleBuffer sample, SampleType type) {
+                    onMainThread([=, sample = std::move(sample)] {
+                        const auto sender = weakStream.lock();
+                        if (self && self->run_ == run && sender) {
+                            self->show(sample, type, *sender);
+                        }
+                    });
+                },
+            .didStopWithError =
+                [=](const Error &) {
+                    onMainThread([=] {
+                        if (self && self->run_ == run && self->onCaptureEnded_) {
+                            self->onCaptureEnded_();
+                        }
+                    });
+                }};
+}
+
+void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, CaptureStream &stream)
+{
+    if (type != SampleType::Screen || !previewLayer_) {
+        return;
+    }
+    if (previewLayer_->isReadyForMoreMediaData()) {
+        previewLayer_->enqueueSampleBuffer(sample);
+    } else {
+        stream.returnSampleBuffer(sample);
+    }
+}
+
+void ScreenCaptureService::stopCapture()
+{
+    // A start in flight finds that its run is over and stops what it has started.
+    ++run_;
+    previewLayer_.reset();
+    window_.reset();
+    captureFrame_ = {};
+    if (stream_) {
+        stopInBackground(std::exchange(stream_, nullptr));
+    }
+}
+
+} // namespace glimmerpane

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/ServiceInterfaces.h"
+#include "platform/Desktop.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+namespace glimmerpane
+{
+
+/** The service's own failures. */
+enum class CaptureError {
+    noDisplayFound,
+};
+
+/** What a person is told of a failure that has no words of its own: its type and number. */
+QString describe(CaptureError error);
+
+/** What the stream of an area is asked for; `displayHeight` in points. */
+StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displayHeight);
+
+/**
+ * Turns one rectangle of the first display into a live picture inside a window. All fields belong
+ * to the main thread; only blocking calls of the desktop run elsewhere and are awaited.
+ */
+class ScreenCaptureService : public QObject, public CaptureServiceProtocol
+{
+    Q_OBJECT
+
+public:
+    /** `desktop` must outlive the service. */
+    explicit ScreenCaptureService(Desktop &desktop);
+    ~ScreenCaptureService() override;
+
+    void setOnCaptureEnded(Handler handler) override;
+    QCoro::Task<StartResult> startCapture(CaptureFrame frame,
+                                          std::shared_ptr<SharingWindow> window) override;
+    void stopCapture() override;
+
+private:
+    /** One start and what follows from it; a number that no other run has. */
+    using Run = int;
+
+    std::expected<void, Error> setupPreviewLayer(SharingWindow &window);
+    std::unique_ptr<CaptureStream> makeStream(const Display &display) const;
+    CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
+    void show(const SampleBuffer &sample, SampleType type, CaptureStream &stream);
+
+    Desktop &desktop_;
+    Handler onCaptureEnded_;
+    std::shared_ptr<CaptureStream> stream_; ///< set once it has started
+    std::unique_ptr<DisplayLayer> previewLayer_;
+    std::weak_ptr<SharingWindow> window_;
+    CaptureFrame captureFrame_;
+    Run run_ = 0;
+    std::vector<std::shared_ptr<CaptureStream>> starting_; ///< whose start is in flight
+};
+
+} // namespace glimmerpane

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace glimmerpane
+{
+
+/** The version of this build, or "N/A". */
+QString appVersion();
+
+/** A text that identifies this machine to us and to nobody else; nothing where it has no id. */
+std::optional<QString> deviceSerialNumber();
+
+/** deviceSerialNumber(), or "N/A". */
+QString displayDeviceSerial();
+
+/**
+ * The first 16 hexadecimal digits of an application-specific hash of a machine id, which must be
+ * 32 hexadecimal digits. machine-id(5) asks programs never to show or send the id itself.
+ */
+std::optional<QString> deviceSerialNumber(const QByteArray &machineId);
+
+} // namespace glimmerpane
