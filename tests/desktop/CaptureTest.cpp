@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include "capture/SharingWindow.h"
+#include "tests/desktop/CaptureFixture.h"
+#include "tests/support/WaitFor.h"
+
+#include <QCoroTask>
+#include <QTest>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+constexpr QRect area(200, 150, 320, 240);
+
+} // namespace
+
+class CaptureTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void window_isListedByPickersAndUnseen_whenShared();
+    void picture_isTheArea_whereverItLies_data();
+    void picture_isTheArea_whereverItLies();
+    void picture_followsTheScreen_whenAPartChanges();
+    void picture_hasThePointer_whereverItGoes();
+    void picture_followsThePointersLook_whenItChanges();
+    void frames_areNotMade_whenNothingInTheAreaChanges();
+    void picture_isWhole_whenTheOutputWasExposed();
+    void sessions_leaveNothingBehind_whenStopped();
+    void content_isRefused_whenAnExtensionIsMissing_data();
+    void content_isRefused_whenAnExtensionIsMissing();
+};
+
+void CaptureTest::window_isListedByPickersAndUnseen_whenShared()
+{
+    CaptureFixture fixture;
+    fixture.share(area);
+    const auto window = fixture.outputWindow();
+    const auto type = propertyOf(fixture.client, window, "_NET_WM_WINDOW_TYPE");
+    QVERIFY(type);
+    QCOMPARE(type->items32(),
+             std::vector<std::uint32_t>{fixture.client.atom("_NET_WM_WINDOW_TYPE_NORMAL")});
+    QVERIFY(attributesOf(fixture.client, window)->overrideRedirect);
+    QVERIFY(isViewable(fixture.client, window));
+    QCOMPARE(geometryOf(fixture.client, window), QRect(QPoint(-10000, -10000), area.size()));
+}
+
+void CaptureTest::picture_isTheArea_whereverItLies_data()
+{
+    QTest::addColumn<QRect>("place");
+    QTest::newRow("inside") << area;
+    QTest::newRow("whole screen") << QRect(0, 0, 1280, 1024);
+    QTest::newRow("over the top left corner") << QRect(-50, -40, 200, 200);
+    QTest::newRow("over the bottom right corner") << QRect(1200, 1000, 200, 200);
+    QTest::newRow("beside the screen") << QRect(1300, 100, 200, 200);
+    QTest::newRow("one pixel") << QRect(640, 512, 1, 1);
+    QTest::newRow("larger than the screen") << QRect(-100, -100, 1600, 1300);
+}
+
+void CaptureTest::picture_isTheArea_whereverItLies()
+{
+    QFETCH(QRect, place);
+    CaptureFixture fixture;
+    const auto a = required(ColorWindow::show(
+        fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
+    const auto b = required(ColorWindow::show(
+        fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
+    // The pointer over an edge of the picture is cut off there.
+    fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
+    fixture.share(place);
+    QVERIFY(fixture.showsArea());
+}
+
+void CaptureTest::picture_followsTheScreen_whenAPartChanges()
+{
+    CaptureFixture fixture;
+    fixture.share(area);
+    const auto window = required(ColorWindow::show(
+        fixture.client, {.rectangle = area.adjusted(20, 20, -100, -100), .color = red}));
+    QVERIFY(fixture.showsArea());
+    window.setColor(blue);
+    QVERIFY(fixture.showsArea());
+    window.setGeometry(area.adjusted(150, 100, 40, 40));
+    QVERIFY(fixture.showsArea());
+    // Many small rectangles at once, more than are copied one by one.
+    for (int i = 0; i < 400; ++i) {
+        fixture.client.fill(fixture.client.root(),
+                            {area.x() + (i * 37) % 310, area.y() + (i * 53) % 230, 3, 3}, green);
+    }
+    QVERIFY(fixture.showsArea());
+}
+
+void CaptureTest::picture_hasThePointer_whereverItGoes()
+{
+    CaptureFixture fixture;
+    fixture.input.moveTo({0, 0});
+    fixture.share(area);
+    QVERIFY(fixture.showsArea());
+    const auto without = fixture.actual();
+    for (const QPoint offset : {QPoint(50, 50), QPoint(55, 52), QPoint(0, 0), QPoint(319, 239),
+                                QPoint(160, -3), QPoint(-2, 120), QPoint(100, 100)}) {
+        fixture.input.moveTo(area.topLeft() + offset);
+        QVERIFY(fixture.showsArea());
+    }
+    QVERIFY(fixture.actual() != without);
+    // What changes under a pointer that stays is seen around and through it.
+    const auto window = required(
+        ColorWindow::show(fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
+    QVERIFY(fixture.showsArea());
+    fixture.input.moveTo({0, 0});
+    QVERIFY(fixture.showsArea());
+}
+
+void CaptureTest::picture_followsThePointersLook_whenItChanges()
+{
+    CaptureFixture fixture;
+    fixture.input.moveTo(area.center());
+    fixture.share(area);
+    QVERIFY(fixture.showsArea());
+    const QImage before = fixture.actual();
+    // Over this window the pointer is the text cursor.
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = 0xff000000}));
+    fixture.setTextCursor(window.id());
+    QVERIFY(fixture.showsArea());
+    QVERIFY(fixture.actual() != before);
+}
+
+void CaptureTest::frames_areNotMade_whenNothingInTheAreaChanges()
+{
+    CaptureFixture fixture;
+    fixture.input.moveTo({0, 0});
+    fixture.share(area);
+    QVERIFY(fixture.showsArea());
+    auto watch = required(DamageWatch::open(fixture.server.displayName(), fixture.outputWindow()));
+    const auto outside = required(
+        ColorWindow::show(fixture.client, {.rectangle = {600, 600, 100, 100}, .color = red}));
+    const auto inside = required(
+        ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
+    QVERIFY(fixture.showsArea());
+    while (watch.take()) {
+    }
+    watch.resetCount();
+    for (int i = 0; i < 20; ++i) {
+        outside.setColor(i % 2 != 0 ? red : blue);
+        fixture.input.moveTo({600 + i, 700});
+    }
+    // The next change in the area comes after all of these, and alone.
+    inside.setColor(blue);
+    QVERIFY(fixture.showsArea());
+    while (watch.take()) {
+    }
+    QCOMPARE(watch.count(), 1);
+}
+
+void CaptureTest::picture_isWhole_whenTheOutputWasExposed()
+{
+    CaptureFixture fixture;
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
+    fixture.share(area);
+    QVERIFY(fixture.showsArea());
+    xcb_clear_area(fixture.client.connection(), 1, fixture.outputWindow(), 10, 10, 100, 100);
+    fixture.client.sync();
+    QVERIFY(fixture.showsArea());
+}
+
+void CaptureTest::sessions_leaveNothingBehind_whenStopped()
+{
+    CaptureFixture fixture;
+    const CaptureFrame frame = frameOf(area, 1024);
+    // A stop while the start is in flight.
+    const auto window = fixture.coordinator->showSharingWindow(frame);
+    std::optional<bool> succeeded;
+    fixture.service->startCapture(frame, window).then(
+        [&](const CaptureServiceProtocol::StartResult &r) { succeeded = r.has_value(); });
+    fixture.service->stopCapture();
+    QVERIFY(waitFor([&] { return succeeded.has_value(); }, patience));
+    QVERIFY(*succeeded);
+    fixture.coordinator->closeSharingWindow();
+    QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+    // And one in the middle of a session; a second stop does nothing.
+    fixture.share(area);
+    QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
+    fixture.stop();
+    fixture.stop();
+    QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+    const auto isListed = [&] {
+        return findWindow(fixture.client, QStringLiteral("Glimmerpane - Output")).has_value();
+    };
+    QVERIFY(waitFor([&] { return !isListed(); }, patience));
+    QCOMPARE(fixture.captureEnds, 0);
+}
+
+void CaptureTest::content_isRefused_whenAnExtensionIsMissing_data()
+{
+    QTest::addColumn<QString>("extension");
+    for (const char *name : {"DAMAGE", "Composite", "XFIXES", "RENDER", "RANDR"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void CaptureTest::content_isRefused_whenAnExtensionIsMissing()
+{
+    QFETCH(QString, extension);
+    const auto server = required(
+        XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
+    qputenv("DISPLAY", server.displayName().toLocal8Bit());
+    const auto content = x11::X11Desktop().shareableContent();
+    QVERIFY(!content);
+    QVERIFY2(content.error().text.contains(extension), qPrintable(content.error().text));
+}
+
+QTEST_MAIN(CaptureTest)
+#include "CaptureTest.moc"

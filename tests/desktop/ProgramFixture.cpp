@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/ProgramFixture.h"
+
+#include "tests/support/CapturedWindow.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/CursorPicture.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XWindows.h"
+
+#include <QColor>
+#include <QFile>
+#include <QSettings>
+#include <QTest>
+
+#include <algorithm>
+
+namespace glimmerpane::testing
+{
+
+namespace
+{
+
+const QString outputTitle = QStringLiteral("Glimmerpane - Output");
+const QString mainTitle = QStringLiteral("Glimmerpane");
+
+template<typename T>
+T required(Result<T> result)
+{
+    if (!result) {
+        qFatal("%s", qPrintable(result.error()));
+    }
+    return std::move(*result);
+}
+
+} // namespace
+
+ProgramFixture::ProgramFixture(WindowManager manager, int scaleFactor)
+    : server(required(XvfbServer::start()))
+    , client(required(XClient::connect(server.displayName())))
+    , input(client)
+    , scaleFactor_(scaleFactor)
+    , environment_(server.environment())
+{
+    environment_.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
+    environment_.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scaleFactor));
+    environment_.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    if (manager == WindowManager::Openbox) {
+        windowManager_ = required(ChildProcess::start(
+            {.program = QStringLiteral("openbox"), .environment = server.environment()}));
+        // It says that it is there before it is ready, and forgets what is mapped in between.
+        const auto probe = required(ColorWindow::show(
+            client, {.rectangle = {0, 0, 10, 10}, .kind = ColorWindow::Kind::Managed}));
+        const auto isManaged = [&] {
+            probe.setMapped(true);
+            return topLevelOf(client, probe.id()) != probe.id()
+                && isViewable(client, probe.id());
+        };
+        if (!waitFor(isManaged, patience)) {
+            qFatal("openbox does not start");
+        }
+    }
+}
+
+void ProgramFixture::start(const QStringList &arguments)
+{
+    program = ChildProcess();
+    program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                            .arguments = arguments,
+                                            .environment = environment_}));
+}
+
+std::optional<int> ProgramFixture::waitForExit()
+{
+    program.waitForEnd(patience);
+    return program.exitCode();
+}
+
+std::optional<xcb_window_t> ProgramFixture::mainWindow() const
+{
+    for (const xcb_window_t window : listWindows(client, Listing::All)) {
+        if (titleOf(client, window) == mainTitle && isViewable(client, window)) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<xcb_window_t> ProgramFixture::outputWindow() const
+{
+    return findWindow(client, outputTitle);
+}
+
+int ProgramFixture::shownWindows() const
+{
+    const auto windows = listWindows(client, Listing::All);
+    return static_cast<int>(std::ranges::count_if(windows, [this](xcb_window_t window) {
+        return pidOf(client, window) == program.pid() && isViewable(client, window)
+            && titleOf(client, window) != outputTitle;
+    }));
+}
+
+bool ProgramFixture::waitForMainWindow() const
+{
+    return waitFor([this] { return mainWindow().has_value(); }, patience);
+}
+
+bool ProgramFixture::showsArea(QRect rootRectangle)
+{
+    QImage seen;
+    QImage wanted;
+    const auto same = [&] {
+        const auto window = outputWindow();
+        if (!window) {
+            return false;
+        }
+        seen = windowPicture(client, *window).value_or(QImage()).convertToFormat(QImage::Format_RGB32);
+        wanted = required(client.screenshot(rootRectangle));
+        if (const auto cursor = currentCursor(client)) {
+            wanted = withCursor(wanted, rootRectangle.topLeft(), *cursor);
+        }
+        wanted.convertTo(QImage::Format_RGB32);
+        return seen == wanted;
+    };
+    if (waitFor(same, patience)) {
+        return true;
+    }
+    const QString test = QString::fromLatin1(QTest::currentTestFunction());
+    seen.save(test + QStringLiteral("-actual.png"));
+    wanted.save(test + QStringLiteral("-expected.png"));
+    required(client.screenshot()).save(test + QStringLiteral("-display.png"));
+    return false;
+}
+
+bool ProgramFixture::waitForNoOutput() const
+{
+    return waitFor([this] { return !outputWindow(); }, patience);
+}
+
+void ProgramFixture::click(QPoint place) const
+{
+    const auto window = mainWindow();
+    const auto geometry = window ? geometryOf(client, *window) : std::nullopt;
+    QVERIFY(geometry);
+    input.click(geometry->topLeft() + place * scaleFactor_);
+}
+
+bool ProgramFixture::typeArea(const CaptureFrame &area) const
+{
+    const double numbers[] = {area.x, area.y, area.width, area.height};
+    for (std::size_t i = 0; i < std::size(numbers); ++i) {
+        if (!type(places::fields[i], QByteArray::number(numbers[i]))) {
+            return false;
+        }
+    }
+    return waitFor([&] { return savedArea() == area; }, patience);
+}
+
+bool ProgramFixture::type(QPoint field, const QByteArray &text) const
+{
+    // Without a window manager nobody gives the window the keyboard. With one, a click is held back
+    // while the manager decides on the focus, and keys typed at machine speed would overtake it.
+    input.setFocus(*mainWindow());
+    click(field);
+    if (!waitFor([&] { return isFocused(field); }, patience)) {
+        return false;
+    }
+    bool isTyped = input.pressKey(keys::control) && input.typeKey('a')
+        && input.releaseKey(keys::control);
+    for (const char letter : text) {
+        isTyped = isTyped && input.typeKey(static_cast<std::uint32_t>(letter));
+    }
+    return isTyped;
+}
+
+bool ProgramFixture::isFocused(QPoint field) const
+{
+    // A focused field has a blue border; everything else around the fields is grey.
+    const QPoint center = geometryOf(client, *mainWindow())->topLeft() + field * scaleFactor_;
+    const QSize around = QSize(4, 40) * scaleFactor_;
+    const QImage picture = required(
+        client.screenshot(QRect(center - QPoint(around.width(), around.height()) / 2, around)));
+    for (int y = 0; y < picture.height(); ++y) {
+        const QColor color = picture.pixelColor(0, y);
+        if (color.blue() > color.red() + 40) {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ProgramFixture::askToClose(xcb_window_t window) const
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = client.atom("WM_PROTOCOLS");
+    message.data.data32[0] = client.atom("WM_DELETE_WINDOW");
+    xcb_send_event(client.connection(), 0, window, XCB_EVENT_MASK_NO_EVENT,
+                   reinterpret_cast<const char *>(&message));
+    client.flush();
+}
+
+QString ProgramFixture::settingsFile() const
+{
+    return configuration.filePath(QStringLiteral("glimmerpane/glimmerpane.ini"));
+}
+
+std::optional<CaptureFrame> ProgramFixture::savedArea() const
+{
+    const QSettings settings(settingsFile(), QSettings::IniFormat);
+    return captureFrameFromJson(settings.value(QStringLiteral("captureFrame")).toByteArray());
+}
+
+} // namespace glimmerpane::testing

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "storage/CaptureFrame.h"
+#include "tests/support/ChildProcess.h"
+#include "tests/support/InputInjector.h"
+#include "tests/support/XClient.h"
+#include "tests/support/XvfbServer.h"
+
+#include <QImage>
+#include <QRect>
+#include <QTemporaryDir>
+
+#include <optional>
+
+namespace glimmerpane::testing
+{
+
+constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
+
+/** The built program as a person uses it, on a private display. */
+class ProgramFixture
+{
+public:
+    enum class WindowManager {
+        None,
+        Openbox,
+    };
+
+    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scaleFactor = 1);
+
+    XvfbServer server;
+    XClient client;
+    InputInjector input;
+    QTemporaryDir configuration; ///< XDG_CONFIG_HOME
+    ChildProcess program;
+
+    /** Starts the program; a running one is ended first. */
+    void start(const QStringList &arguments = {});
+    /** Waits for the program's end. The exit code, or nothing if it goes on. */
+    std::optional<int> waitForExit();
+
+    std::optional<xcb_window_t> mainWindow() const;
+    std::optional<xcb_window_t> outputWindow() const;
+    /** How many windows of the program are shown that are not the output: main window, alerts. */
+    int shownWindows() const;
+
+    bool waitForMainWindow() const;
+    /** Whether the output window comes to show the pixels of this rectangle of the root. */
+    bool showsArea(QRect rootRectangle);
+    bool waitForNoOutput() const;
+
+    /** A click at a place of the main window, in its points. */
+    void click(QPoint place) const;
+    /** Types an area into the four fields; false if it does not become the saved one. */
+    bool typeArea(const CaptureFrame &area) const;
+    void askToClose(xcb_window_t window) const;
+
+    QString settingsFile() const;
+    std::optional<CaptureFrame> savedArea() const;
+
+private:
+    bool type(QPoint field, const QByteArray &text) const;
+    bool isFocused(QPoint field) const;
+
+    const int scaleFactor_;
+    QProcessEnvironment environment_;
+    ChildProcess windowManager_;
+};
+
+/** Where the main window has its controls, in its points; seen in a screenshot. */
+namespace places
+{
+constexpr QPoint startSharing(160, 98);
+constexpr QPoint stopSharing(160, 230);
+constexpr QPoint fields[] = {{87, 301}, {233, 301}, {87, 362}, {233, 362}};
+} // namespace places
+
+} // namespace glimmerpane::testing

@@ -1,0 +1,264 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/ProgramFixture.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XWindows.h"
+
+#include <QDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+Q_DECLARE_METATYPE(ProgramFixture::WindowManager)
+
+namespace
+{
+
+using WindowManager = ProgramFixture::WindowManager;
+
+// The display is 1280 x 1024 pixels, so this is its rectangle (40, 604) to (360, 844).
+const QString areaOption = QStringLiteral("--area=40,180,320x240");
+constexpr QRect area(40, 604, 320, 240);
+constexpr CaptureFrame frame{.x = 40, .y = 180, .width = 320, .height = 240};
+
+void addWindowManagers()
+{
+    QTest::addColumn<WindowManager>("manager");
+    QTest::newRow("no window manager") << WindowManager::None;
+    QTest::newRow("openbox") << WindowManager::Openbox;
+}
+
+Result<ColorWindow> colorUnderArea(const ProgramFixture &fixture)
+{
+    return ColorWindow::show(fixture.client,
+                             {.rectangle = area.adjusted(20, 20, 50, -50), .color = 0xff0000ff});
+}
+
+} // namespace
+
+class ProgramTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void person_sharesTypedNumbers_andFindsThemAgain_data() { addWindowManagers(); }
+    void person_sharesTypedNumbers_andFindsThemAgain();
+    void session_goesOn_whenTheMainWindowIsMinimised();
+    void session_ends_whenTheOutputIsAskedToClose();
+    void program_endsCleanly_whileSharing_data();
+    void program_endsCleanly_whileSharing();
+    void program_endsCleanly_whileAnAlertIsUp();
+    void area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize();
+    void pixels_areTheRightOnes_atScaleFactorTwo();
+    void program_starts_whateverIsInTheSettings_data();
+    void program_starts_whateverIsInTheSettings();
+    void program_fails_whenTheXServerDies();
+    void commandLine_isAnswered_withoutADisplay_data();
+    void commandLine_isAnswered_withoutADisplay();
+};
+
+void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
+{
+    QFETCH(WindowManager, manager);
+    ProgramFixture fixture(manager);
+    const auto window = colorUnderArea(fixture);
+    fixture.start();
+    QVERIFY(fixture.waitForMainWindow());
+    QVERIFY(fixture.typeArea(frame));
+    fixture.click(places::startSharing);
+    QVERIFY(fixture.showsArea(area));
+    QCOMPARE(geometryOf(fixture.client, *fixture.outputWindow()),
+             QRect(QPoint(-10000, -10000), area.size()));
+    fixture.input.moveTo(area.center());
+    QVERIFY(fixture.showsArea(area));
+
+    fixture.click(places::stopSharing);
+    QVERIFY(fixture.waitForNoOutput());
+    // The start button works again as soon as the session has ended, and only then.
+    QVERIFY(waitFor(
+        [&] {
+            fixture.click(places::startSharing);
+            return fixture.outputWindow().has_value();
+        },
+        patience));
+
+    fixture.program.sendSignal(SIGTERM);
+    QCOMPARE(fixture.waitForExit(), 0);
+    fixture.start({QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+}
+
+void ProgramTest::session_goesOn_whenTheMainWindowIsMinimised()
+{
+    ProgramFixture fixture(WindowManager::Openbox);
+    fixture.start({areaOption, QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+    const auto main = fixture.mainWindow();
+    QVERIFY(main);
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = *main;
+    message.type = fixture.client.atom("WM_CHANGE_STATE");
+    message.data.data32[0] = 3; // IconicState, ICCCM 4.1.4
+    xcb_send_event(fixture.client.connection(), 0, fixture.client.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char *>(&message));
+    fixture.client.flush();
+    QVERIFY(waitFor([&] { return !isViewable(fixture.client, *main); }, patience));
+    const auto window = colorUnderArea(fixture);
+    QVERIFY(fixture.showsArea(area));
+}
+
+void ProgramTest::session_ends_whenTheOutputIsAskedToClose()
+{
+    ProgramFixture fixture;
+    fixture.start({areaOption, QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+    fixture.askToClose(*fixture.outputWindow());
+    QVERIFY(fixture.waitForNoOutput());
+    QVERIFY(waitFor(
+        [&] {
+            fixture.click(places::startSharing);
+            return fixture.outputWindow().has_value();
+        },
+        patience));
+    QVERIFY(fixture.showsArea(area));
+}
+
+void ProgramTest::program_endsCleanly_whileSharing_data()
+{
+    QTest::addColumn<int>("signal"); ///< 0: the main window is closed
+    QTest::newRow("main window closed") << 0;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void ProgramTest::program_endsCleanly_whileSharing()
+{
+    QFETCH(int, signal);
+    ProgramFixture fixture(WindowManager::Openbox);
+    fixture.start({areaOption, QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+    if (signal == 0) {
+        fixture.askToClose(*fixture.mainWindow());
+    } else {
+        fixture.program.sendSignal(signal);
+    }
+    QCOMPARE(fixture.waitForExit(), 0);
+    QVERIFY(!fixture.outputWindow());
+}
+
+void ProgramTest::program_endsCleanly_whileAnAlertIsUp()
+{
+    ProgramFixture fixture;
+    fixture.start({QStringLiteral("--area=0,0,0x100"), QStringLiteral("--share")});
+    QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
+    fixture.program.sendSignal(SIGTERM);
+    QCOMPARE(fixture.waitForExit(), 0);
+}
+
+void ProgramTest::area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize()
+{
+    ProgramFixture fixture(WindowManager::Openbox);
+    fixture.start({QStringLiteral("--area=0,0,40000x100"), QStringLiteral("--share")});
+    QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
+    QVERIFY(!fixture.outputWindow());
+    // The alert gets the keyboard as soon as the window manager has given it; its only button is
+    // the default one.
+    const auto isAnswered = [&] { return fixture.shownWindows() == 1; };
+    QVERIFY(waitFor(
+        [&] {
+            return fixture.input.typeKey(keys::enter)
+                && waitFor(isAnswered, std::chrono::seconds(1));
+        },
+        patience));
+    QVERIFY(fixture.typeArea({.x = 0, .y = 0, .width = 200, .height = 200}));
+    fixture.click(places::startSharing);
+    QVERIFY(fixture.showsArea({0, 824, 200, 200}));
+}
+
+void ProgramTest::pixels_areTheRightOnes_atScaleFactorTwo()
+{
+    ProgramFixture fixture(WindowManager::None, 2);
+    const auto window = colorUnderArea(fixture);
+    fixture.start({QStringLiteral("--area=20,90,160x120"), QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+    QCOMPARE(geometryOf(fixture.client, *fixture.outputWindow()),
+             QRect(QPoint(-10000, -10000), area.size()));
+    fixture.input.moveTo(area.center());
+    QVERIFY(fixture.showsArea(area));
+    // The first area of a new user is the whole display, in points.
+    QVERIFY(QFile::remove(fixture.settingsFile()));
+    fixture.start({QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+    QCOMPARE(fixture.savedArea(), (CaptureFrame{.x = 0, .y = 0, .width = 640, .height = 512}));
+}
+
+void ProgramTest::program_starts_whateverIsInTheSettings_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("no INI file") << QByteArray("\0\xff\x7f garbage [[[\n=\n@", 20);
+    QTest::newRow("half a value") << QByteArray("[General]\ncaptureFrame=\"@ByteArray({\\\"x");
+    QTest::newRow("a string") << QByteArray("[General]\ncaptureFrame=hello\n");
+}
+
+void ProgramTest::program_starts_whateverIsInTheSettings()
+{
+    QFETCH(QByteArray, content);
+    ProgramFixture fixture;
+    QVERIFY(QDir(fixture.configuration.path()).mkpath(QStringLiteral("glimmerpane")));
+    QFile file(fixture.settingsFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
+    file.close();
+    fixture.start({QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+}
+
+void ProgramTest::program_fails_whenTheXServerDies()
+{
+    ProgramFixture fixture;
+    fixture.start({areaOption, QStringLiteral("--share")});
+    QVERIFY(fixture.showsArea(area));
+    fixture.server.kill();
+    QCOMPARE(fixture.waitForExit(), 1);
+    QCOMPARE(fixture.savedArea(), frame);
+}
+
+void ProgramTest::commandLine_isAnswered_withoutADisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("says");
+    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0 << QByteArray("--area");
+    QTest::newRow("version") << QStringList{QStringLiteral("--version")} << 0
+                             << QByteArray("glimmerpane 0.");
+    QTest::newRow("bad area") << QStringList{QStringLiteral("--area"), QStringLiteral("1,2,3")} << 2
+                              << QByteArray("'1,2,3' is not an area");
+    QTest::newRow("no display") << QStringList() << 1 << QByteArray("no X display");
+}
+
+void ProgramTest::commandLine_isAnswered_withoutADisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitCode);
+    QFETCH(QByteArray, says);
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    auto program = ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                        .arguments = arguments,
+                                        .environment = environment});
+    QVERIFY(program && program->waitForEnd(patience));
+    QCOMPARE(program->exitCode(), exitCode);
+    QVERIFY2(program->output().contains(says), program->output().constData());
+    if (exitCode != 0) {
+        QCOMPARE(program->output().count('\n'), 1);
+    }
+}
+
+QTEST_GUILESS_MAIN(ProgramTest)
+#include "ProgramTest.moc"

@@ -1,0 +1,38 @@
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+# The Debian packages that this project is built, shown and tested with, and how they get here.
+# Sourced by ./run and ./test.
+
+# shellcheck disable=SC2034  # used by those who source this file
+build_packages=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev
+    libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
+    libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev libxcb-xtest0-dev libxcb-res0-dev
+)
+# shellcheck disable=SC2034
+demo_packages=(xvfb openbox fonts-dejavu-core)
+# shellcheck disable=SC2034
+test_packages=(
+    "${demo_packages[@]}"
+    picom x11-xserver-utils dbus clang-format-19 clang-tidy-19
+)
+
+is_installed() {
+    [[ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
+}
+
+# install_packages NAME...: installs those that are missing and asks nothing. Says what it does on
+# standard error, because standard output may be somebody's data.
+install_packages() {
+    local package missing=() as_root=()
+    for package in "$@"; do
+        is_installed "$package" || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    ((EUID == 0)) || as_root=(sudo)
+    printf 'Installing with apt: %s\n' "${missing[*]}" >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
