@@ -30,16 +30,11 @@ CaptureFixture::~CaptureFixture()
     stop();
 }
 
-ChildProcess CaptureFixture::startProgram(const QString &program, const QStringList &arguments)
-{
-    return required(ChildProcess::start({.program = program,
-                                         .arguments = arguments,
-                                         .environment = server.environment()}));
-}
-
 void CaptureFixture::run(const QString &program, const QStringList &arguments)
 {
-    auto process = startProgram(program, arguments);
+    auto process = required(ChildProcess::start({.program = program,
+                                                 .arguments = arguments,
+                                                 .environment = server.environment()}));
     if (!process.waitForEnd(patience) || process.exitCode() != 0) {
         qFatal("%s failed: %s", qPrintable(program), process.output().constData());
     }

@@ -40,9 +40,7 @@ public:
     XClient client;
     InputInjector input;
 
-    /** A program of this display that runs until the fixture ends, or until it is reset. */
-    ChildProcess startProgram(const QString &program, const QStringList &arguments = {});
-    /** Runs a program of this display to its end; fails the test if it does not succeed. */
+    /** Runs a program of this display to its end; ends the tests if it does not succeed. */
     void run(const QString &program, const QStringList &arguments);
 
     /** Starts to capture a rectangle of the root; fails the test if it does not start. */

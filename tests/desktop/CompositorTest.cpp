@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/CaptureFixture.h"
 #include "tests/support/WaitFor.h"
+#include "tests/support/WindowManager.h"
 
 #include <QTest>
 
@@ -9,6 +10,8 @@ using namespace glimmerpane::testing;
 
 namespace
 {
+
+using Start = Result<ChildProcess> (*)(const XClient &, const ChildProcess::Options &);
 
 constexpr QRect area(200, 150, 320, 240);
 
@@ -23,6 +26,8 @@ xcb_window_t ownerOf(const CaptureFixture &fixture, const QByteArray &selection)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Start)
+
 class CompositorTest : public QObject
 {
     Q_OBJECT
@@ -35,18 +40,18 @@ private Q_SLOTS:
 void CompositorTest::picture_isNeverStale_whenAManagerComesAndGoes_data()
 {
     QTest::addColumn<QString>("program");
-    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<Start>("start");
     QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
-    QTest::newRow("picom") << QStringLiteral("picom")
-                           << QStringList{QStringLiteral("--backend"), QStringLiteral("xrender")}
+    QTest::newRow("picom") << QStringLiteral("picom") << Start(startCompositor)
                            << QByteArray("_NET_WM_CM_S0");
-    QTest::newRow("openbox") << QStringLiteral("openbox") << QStringList() << QByteArray("WM_S0");
+    QTest::newRow("openbox") << QStringLiteral("openbox") << Start(startWindowManager)
+                             << QByteArray("WM_S0");
 }
 
 void CompositorTest::picture_isNeverStale_whenAManagerComesAndGoes()
 {
     QFETCH(QString, program);
-    QFETCH(QStringList, arguments);
+    QFETCH(Start, start);
     QFETCH(QByteArray, selection);
     CaptureFixture fixture;
     const auto window = required(ColorWindow::show(
@@ -54,8 +59,8 @@ void CompositorTest::picture_isNeverStale_whenAManagerComesAndGoes()
     fixture.share(area);
     QVERIFY(fixture.showsArea());
     for (int round = 0; round < 2; ++round) {
-        auto manager = fixture.startProgram(program, arguments);
-        QVERIFY(waitFor([&] { return ownerOf(fixture, selection) != XCB_NONE; }, patience));
+        auto manager = required(start(
+            fixture.client, {.program = program, .environment = fixture.server.environment()}));
         QVERIFY(fixture.showsArea());
         window.setColor(green);
         QVERIFY(fixture.showsArea());

@@ -2,9 +2,9 @@
 #include "tests/desktop/ProgramFixture.h"
 
 #include "tests/support/CapturedWindow.h"
-#include "tests/support/ColorWindow.h"
 #include "tests/support/CursorPicture.h"
 #include "tests/support/WaitFor.h"
+#include "tests/support/WindowManager.h"
 #include "tests/support/XWindows.h"
 
 #include <QColor>
@@ -45,19 +45,8 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scaleFactor)
     environment_.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scaleFactor));
     environment_.remove(QStringLiteral("QT_QPA_PLATFORM"));
     if (manager == WindowManager::Openbox) {
-        windowManager_ = required(ChildProcess::start(
-            {.program = QStringLiteral("openbox"), .environment = server.environment()}));
-        // It says that it is there before it is ready, and forgets what is mapped in between.
-        const auto probe = required(ColorWindow::show(
-            client, {.rectangle = {0, 0, 10, 10}, .kind = ColorWindow::Kind::Managed}));
-        const auto isManaged = [&] {
-            probe.setMapped(true);
-            return topLevelOf(client, probe.id()) != probe.id()
-                && isViewable(client, probe.id());
-        };
-        if (!waitFor(isManaged, patience)) {
-            qFatal("openbox does not start");
-        }
+        windowManager_ = required(startWindowManager(
+            client, {.program = QStringLiteral("openbox"), .environment = server.environment()}));
     }
 }
 

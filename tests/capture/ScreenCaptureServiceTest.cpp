@@ -1,0 +1,359 @@
+// SPDX-License-Identifier: MIT
+#include "capture/ScreenCaptureService.h"
+
+#include "capture/SharingWindow.h"
+#include "tests/support/Fakes.h"
+
+#include <QCoroTask>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+
+using namespace glimmerpane;
+
+namespace
+{
+
+constexpr CaptureFrame frame{.x = 10, .y = 20, .width = 100, .height = 50};
+
+/** What the services did to the platform. */
+struct Log {
+    std::vector<SampleBuffer> shown;
+    std::vector<SampleBuffer> returned;
+    int layers = 0;
+    int invalidations = 0;
+    bool layerIsReady = true;
+    std::atomic<int> running = 0; ///< streams
+    CaptureStream::Handlers handlers; ///< of the latest stream
+    ContentFilter filter;
+    StreamConfiguration configuration;
+};
+
+class StubStream : public CaptureStream
+{
+public:
+    StubStream(Log &log, QSemaphore &permits, std::expected<void, Error> answer)
+        : log_(log)
+        , permits_(permits)
+        , answer_(std::move(answer))
+    {
+    }
+    ~StubStream() override { stopCapture(); }
+
+    std::expected<void, Error> startCapture(Handlers handlers) override
+    {
+        permits_.acquire();
+        if (answer_) {
+            log_.handlers = std::move(handlers);
+            isRunning_ = true;
+            ++log_.running;
+        }
+        return answer_;
+    }
+    void stopCapture() override { log_.running -= std::exchange(isRunning_, false) ? 1 : 0; }
+    void returnSampleBuffer(const SampleBuffer &sample) override { log_.returned.push_back(sample); }
+    void invalidate() override { ++log_.invalidations; }
+
+private:
+    Log &log_;
+    QSemaphore &permits_;
+    const std::expected<void, Error> answer_;
+    bool isRunning_ = false;
+};
+
+class StubLayer : public DisplayLayer
+{
+public:
+    explicit StubLayer(Log &log)
+        : log_(log)
+    {
+        ++log.layers;
+    }
+    ~StubLayer() override { --log_.layers; }
+    bool isReadyForMoreMediaData() override { return log_.layerIsReady; }
+    void enqueueSampleBuffer(const SampleBuffer &sample) override { log_.shown.push_back(sample); }
+
+private:
+    Log &log_;
+};
+
+class StubWindow : public OffscreenWindow
+{
+public:
+    std::uint32_t id() const override { return 1; }
+    QSize size() const override { return {100, 50}; }
+    bool isVisible() const override { return isVisible_; }
+    void orderFront() override { isVisible_ = true; }
+    void orderOut() override { isVisible_ = false; }
+    void setFrameOrigin(QPoint) override { }
+
+private:
+    bool isVisible_ = false;
+};
+
+class CaptureDesktop : public FakeDesktop
+{
+public:
+    CaptureDesktop()
+    {
+        content->displays = {{.name = QStringLiteral("first"), .pixels = {100, 0, 1440, 900}}};
+    }
+
+    Log log;
+    QSemaphore startPermits{1000}; ///< a start waits for one
+    std::expected<void, Error> startAnswer;
+
+    std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &,
+                                                                               QPoint,
+                                                                               QSize) override
+    {
+        return std::make_unique<StubWindow>();
+    }
+    std::expected<std::unique_ptr<DisplayLayer>, Error>
+    makeDisplayLayer(const OffscreenWindow &) override
+    {
+        return std::make_unique<StubLayer>(log);
+    }
+    std::unique_ptr<CaptureStream>
+    makeCaptureStream(const ContentFilter &filter, const StreamConfiguration &configuration) override
+    {
+        log.filter = filter;
+        log.configuration = configuration;
+        return std::make_unique<StubStream>(log, startPermits, startAnswer);
+    }
+};
+
+struct Fixture {
+    CaptureDesktop desktop;
+    std::shared_ptr<SharingWindow> window
+        = std::make_shared<SharingWindow>(desktop, QSize(100, 50));
+    std::unique_ptr<ScreenCaptureService> service = std::make_unique<ScreenCaptureService>(desktop);
+    int ends = 0;
+
+    Fixture()
+    {
+        service->setOnCaptureEnded([this] {
+            QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
+            ++ends;
+        });
+    }
+
+    CaptureServiceProtocol::StartResult start()
+    {
+        return QCoro::waitFor(service->startCapture(frame, window));
+    }
+
+    /** Hands a frame over as a stream does, on a thread of its own. */
+    void deliver(SampleType type) const
+    {
+        const std::unique_ptr<QThread> thread(QThread::create([this, type] {
+            SampleBuffer sample;
+            sample.drawable = 7;
+            desktop.log.handlers.didOutputSampleBuffer(std::move(sample), type);
+        }));
+        thread->start();
+        thread->wait();
+        QCoreApplication::processEvents();
+    }
+};
+
+} // namespace
+
+class ScreenCaptureServiceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void configuration_isMadeFromTheArea_data();
+    void configuration_isMadeFromTheArea();
+    void start_capturesTheFirstDisplay();
+    void start_fails_withTheReason_data();
+    void start_fails_withTheReason();
+    void frames_areShownOrReturned();
+    void frames_areDropped_whenTheRunIsOver();
+    void stop_endsTheStart_whenItIsInFlight();
+    void end_isToldOnce_unlessTheRunIsOver();
+    void lostContents_areDrawnAgain();
+    void service_leavesNothing_whenDestroyedDuringAStart();
+    void window_liesWhereNoDisplayShowsIt();
+};
+
+void ScreenCaptureServiceTest::configuration_isMadeFromTheArea_data()
+{
+    QTest::addColumn<CaptureFrame>("area");
+    QTest::addColumn<QSize>("pixels");
+    QTest::addColumn<Rect>("source");
+    QTest::newRow("plain") << frame << QSize(200, 100) << Rect{10, 830, 100, 50};
+    QTest::newRow("fractions are cut off") << CaptureFrame{0, 0, 100.7, 50.2} << QSize(201, 100)
+                                           << Rect{0, 849.8, 100.7, 50.2};
+    QTest::newRow("magnitudes count") << CaptureFrame{10, 20, -100, -50} << QSize(200, 100)
+                                      << Rect{10, 830, 100, 50};
+    QTest::newRow("off the display") << CaptureFrame{-500, 1000, 10, 10} << QSize(20, 20)
+                                     << Rect{-500, -110, 10, 10};
+}
+
+void ScreenCaptureServiceTest::configuration_isMadeFromTheArea()
+{
+    QFETCH(CaptureFrame, area);
+    QFETCH(QSize, pixels);
+    QFETCH(Rect, source);
+    const auto configuration = streamConfiguration(area, 900);
+    QCOMPARE(QSize(int(configuration.width), int(configuration.height)), pixels);
+    QCOMPARE(configuration.sourceRect, source);
+    QVERIFY(configuration.showsCursor && !configuration.capturesAudio);
+    QCOMPARE(configuration.minimumFrameInterval.duration(),
+             std::chrono::nanoseconds(1'000'000'000 / 60));
+}
+
+void ScreenCaptureServiceTest::start_capturesTheFirstDisplay()
+{
+    Fixture fixture;
+    fixture.desktop.scale = 2;
+    fixture.desktop.content->displays.push_back({QStringLiteral("second"), {0, 0, 50, 50}});
+    QVERIFY(fixture.start());
+    QCOMPARE(fixture.desktop.log.filter.display.name, QStringLiteral("first"));
+    QCOMPARE(fixture.desktop.log.filter.pointPixelScale, 2.0);
+    // 900 pixels are 450 points.
+    QCOMPARE(fixture.desktop.log.configuration.sourceRect, (Rect{10, 380, 100, 50}));
+    QCOMPARE(fixture.desktop.log.running, 1);
+}
+
+void ScreenCaptureServiceTest::start_fails_withTheReason_data()
+{
+    QTest::addColumn<bool>("isDenied");
+    QTest::addColumn<bool>("hasDisplay");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("denied") << true << true << QStringLiteral("denied");
+    QTest::newRow("no display") << false << false
+                                << QStringLiteral("The operation couldn't be completed. "
+                                                  "(CaptureError error 0.)");
+    QTest::newRow("stream") << false << true << QStringLiteral("broken");
+}
+
+void ScreenCaptureServiceTest::start_fails_withTheReason()
+{
+    QFETCH(bool, isDenied);
+    QFETCH(bool, hasDisplay);
+    QFETCH(QString, reason);
+    Fixture fixture;
+    fixture.desktop.startAnswer = std::unexpected(Error{QStringLiteral("broken"), {}});
+    if (isDenied) {
+        fixture.desktop.denyContent();
+    } else if (!hasDisplay) {
+        fixture.desktop.content->displays.clear();
+    }
+    const auto result = fixture.start();
+    QVERIFY(!result);
+    QCOMPARE(result.error().description, reason);
+    QCOMPARE(fixture.desktop.log.running, 0);
+    QCOMPARE(fixture.ends, 0);
+}
+
+void ScreenCaptureServiceTest::frames_areShownOrReturned()
+{
+    Fixture fixture;
+    QVERIFY(fixture.start());
+    auto &log = fixture.desktop.log;
+    fixture.deliver(SampleType::Screen);
+    QCOMPARE(log.shown.size(), 1);
+    fixture.deliver(SampleType::Audio);
+    QCOMPARE(log.shown.size(), 1);
+    log.layerIsReady = false;
+    fixture.deliver(SampleType::Screen);
+    QCOMPARE(log.shown.size(), 1);
+    QCOMPARE(log.returned.size(), 1);
+    QCOMPARE(log.returned.front().drawable, 7U);
+}
+
+void ScreenCaptureServiceTest::frames_areDropped_whenTheRunIsOver()
+{
+    Fixture fixture;
+    QVERIFY(fixture.start());
+    const auto oldHandlers = fixture.desktop.log.handlers;
+    fixture.service->stopCapture();
+    fixture.service->stopCapture();
+    QTRY_COMPARE(fixture.desktop.log.running, 0);
+    QCOMPARE(fixture.desktop.log.layers, 0);
+    QVERIFY(fixture.start());
+    oldHandlers.didOutputSampleBuffer({}, SampleType::Screen);
+    oldHandlers.didStopWithError({});
+    QCoreApplication::processEvents();
+    QVERIFY(fixture.desktop.log.shown.empty());
+    QCOMPARE(fixture.ends, 0);
+    // Nobody is there any more to be told.
+    fixture.service.reset();
+    fixture.deliver(SampleType::Screen);
+    QVERIFY(fixture.desktop.log.shown.empty());
+}
+
+void ScreenCaptureServiceTest::stop_endsTheStart_whenItIsInFlight()
+{
+    for (const bool whileStreamStarts : {false, true}) {
+        Fixture fixture;
+        if (whileStreamStarts) {
+            fixture.desktop.startPermits.acquire(1000);
+        } else {
+            fixture.desktop.holdContent();
+        }
+        std::optional<bool> succeeded;
+        fixture.service->startCapture(frame, fixture.window)
+            .then([&](const CaptureServiceProtocol::StartResult &r) { succeeded = bool(r); });
+        QTRY_VERIFY(!whileStreamStarts || fixture.desktop.log.configuration.width > 0);
+        fixture.service->stopCapture();
+        // A new run may begin before the old start has found out.
+        std::optional<bool> secondSucceeded;
+        fixture.service->startCapture(frame, fixture.window)
+            .then([&](const CaptureServiceProtocol::StartResult &r) { secondSucceeded = bool(r); });
+        fixture.desktop.releaseContent();
+        fixture.desktop.startPermits.release(1000);
+        QTRY_VERIFY(succeeded && secondSucceeded);
+        QVERIFY(*succeeded && *secondSucceeded);
+        QTRY_COMPARE(fixture.desktop.log.running, 1);
+    }
+}
+
+void ScreenCaptureServiceTest::end_isToldOnce_unlessTheRunIsOver()
+{
+    Fixture fixture;
+    QVERIFY(fixture.start());
+    fixture.desktop.log.handlers.didStopWithError({});
+    QTRY_COMPARE(fixture.ends, 1);
+    QVERIFY(fixture.start());
+    fixture.desktop.log.handlers.didStopWithError({});
+    fixture.service->stopCapture();
+    QCoreApplication::processEvents();
+    QCOMPARE(fixture.ends, 1);
+}
+
+void ScreenCaptureServiceTest::lostContents_areDrawnAgain()
+{
+    Fixture fixture;
+    QVERIFY(fixture.start());
+    fixture.window->content().value()->onContentsLost();
+    QCOMPARE(fixture.desktop.log.invalidations, 1);
+    fixture.service->stopCapture();
+    fixture.window->content().value()->onContentsLost();
+    QCOMPARE(fixture.desktop.log.invalidations, 1);
+}
+
+void ScreenCaptureServiceTest::service_leavesNothing_whenDestroyedDuringAStart()
+{
+    Fixture fixture;
+    fixture.desktop.startPermits.acquire(1000);
+    auto task = fixture.service->startCapture(frame, fixture.window);
+    QTRY_VERIFY(fixture.desktop.log.configuration.width > 0);
+    fixture.desktop.startPermits.release(1000);
+    fixture.service.reset();
+    QCOMPARE(fixture.desktop.log.running, 0);
+    QVERIFY(QCoro::waitFor(std::move(task)));
+}
+
+void ScreenCaptureServiceTest::window_liesWhereNoDisplayShowsIt()
+{
+    QCOMPARE(unseenOrigin({640, 360}), QPoint(-10000, -10000));
+    QCOMPARE(unseenOrigin({32767, 10000}), QPoint(-10000, -10000));
+    QCOMPARE(unseenOrigin({12000, 11000}), QPoint(-10000, -11000));
+}
+
+QTEST_GUILESS_MAIN(ScreenCaptureServiceTest)
+#include "ScreenCaptureServiceTest.moc"
