@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "ui/Appearance.h"
+#include "tests/ui/PrivateDisplay.h"
+#include "ui/Theme.h"
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QFile>
+#include <QTemporaryDir>
+
+using namespace glimmerpane;
+
+/** A settings portal with nothing in it but the colour scheme. */
+class SettingsPortal : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    void change(uint scheme)
+    {
+        scheme_ = scheme;
+        Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"),
+                              QStringLiteral("color-scheme"), QDBusVariant(scheme));
+    }
+
+public Q_SLOTS:
+    QDBusVariant Read(const QString &group, const QString &key)
+    {
+        const bool isKnown = group == QStringLiteral("org.freedesktop.appearance")
+            && key == QStringLiteral("color-scheme");
+        // The portal's own habit: a variant in a variant.
+        return QDBusVariant(
+            QVariant::fromValue(QDBusVariant(isKnown ? QVariant(scheme_) : QVariant(false))));
+    }
+
+Q_SIGNALS:
+    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+private:
+    uint scheme_ = 1;
+};
+
+class AppearanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void appearance_followsThePortal()
+    {
+        const QTemporaryDir folder;
+        const QString socket = folder.filePath(QStringLiteral("bus"));
+        const QString address = QStringLiteral("unix:path=") + socket;
+        const auto bus = testing::ChildProcess::start(
+            {.program = QStringLiteral("dbus-daemon"),
+             .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"),
+                           QStringLiteral("--address=") + address}});
+        QVERIFY2(bus, bus ? "" : qPrintable(bus.error()));
+        QTRY_VERIFY(QFile::exists(socket));
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
+        auto connection = QDBusConnection::connectToBus(address, QStringLiteral("portal"));
+        SettingsPortal portal;
+        QVERIFY(connection.registerObject(
+            QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
+            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+        QVERIFY(connection.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+
+        QVERIFY(!isDark(QApplication::palette()));
+        const Appearance appearance;
+        QTRY_VERIFY(isDark(QApplication::palette()));
+        portal.change(2);
+        QTRY_VERIFY(!isDark(QApplication::palette()));
+        portal.change(1);
+        QTRY_VERIFY(isDark(QApplication::palette()));
+        portal.change(0);
+        QTRY_VERIFY(!isDark(QApplication::palette()));
+        QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
+    }
+
+    void theme_isReadable_data()
+    {
+        QPalette paleHighlight = lightPalette();
+        paleHighlight.setColor(QPalette::Highlight, QColor(250, 220, 90));
+        QPalette weakText = lightPalette();
+        weakText.setColor(QPalette::WindowText, QColor(80, 80, 80));
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("Qt's own") << QPalette();
+        QTest::newRow("light") << lightPalette();
+        QTest::newRow("dark") << darkPalette();
+        QTest::newRow("pale highlight") << paleHighlight;
+        QTest::newRow("weak text") << weakText;
+    }
+    void theme_isReadable()
+    {
+        QFETCH(QPalette, palette);
+        const Theme theme = themeFor(palette);
+        const std::pair<QColor, QColor> pairs[] = {
+            {theme.text, theme.window},
+            {theme.secondaryText, theme.window},
+            {theme.text, theme.control},
+            {theme.onAccent, theme.accent},
+            {theme.onDanger, theme.danger},
+            {theme.secondaryText, theme.field},
+            {palette.color(QPalette::Text), theme.field},
+        };
+        for (const auto &[text, background] : pairs) {
+            QVERIFY2(contrast(text, background) >= 4.5,
+                     qPrintable(text.name() + QStringLiteral(" on ") + background.name()));
+        }
+    }
+};
+
+int main(int argc, char **argv)
+{
+    return testing::runOnPrivateDisplay<AppearanceTest>(argc, argv);
+}
+
+#include "AppearanceTest.moc"

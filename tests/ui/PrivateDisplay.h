@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/support/XvfbServer.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <cstdio>
+
+namespace glimmerpane::testing
+{
+
+/** Runs the tests of one class with real widgets on an X server of their own. */
+template<typename Test>
+int runOnPrivateDisplay(int argc, char **argv)
+{
+    const auto server = XvfbServer::start();
+    if (!server) {
+        std::fprintf(stderr, "%s\n", qPrintable(server.error()));
+        return 1;
+    }
+    qputenv("DISPLAY", server->displayName().toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    // Neither the person's own session bus nor one that is started for want of it.
+    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    QApplication application(argc, argv);
+    Test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+} // namespace glimmerpane::testing

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/Alert.h"
+
+#include <QPixmap>
+
+namespace glimmerpane
+{
+
+struct Theme;
+
+/** The picture beside an alert's text, for a screen with this many pixels for each point. */
+QPixmap alertIcon(Alert::Style style, const Theme &theme, double devicePixelRatio);
+
+} // namespace glimmerpane

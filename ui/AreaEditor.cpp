@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include "ui/AreaEditor.h"
+
+#include "ui/Theme.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScopedValueRollback>
+
+#include <cstdio>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+struct Field {
+    QString label;
+    QString objectName;
+};
+
+std::array<Field, 4> fieldDescriptions()
+{
+    return {Field{QStringLiteral("Position X"), QStringLiteral("xField")},
+            Field{QStringLiteral("Position Y"), QStringLiteral("yField")},
+            Field{QStringLiteral("Width"), QStringLiteral("widthField")},
+            Field{QStringLiteral("Height"), QStringLiteral("heightField")}};
+}
+
+/** Half goes to the even number, and the sign of zero stays. */
+QString wholeNumberText(double value)
+{
+    std::array<char, 320> text{}; // the largest double has 309 digits
+    const int length = std::snprintf(text.data(), text.size(), "%.0f", value);
+    return QString::fromLatin1(text.data(), length);
+}
+
+QLineEdit *makeField(const Field &description)
+{
+    auto *field = new QLineEdit;
+    field->setObjectName(description.objectName);
+    field->setAccessibleName(description.label);
+    field->setPlaceholderText(QStringLiteral("0"));
+    field->setFocusPolicy(Qt::ClickFocus);
+    field->setTextMargins(5, 2, 5, 2);
+    return field;
+}
+
+} // namespace
+
+AreaEditor::AreaEditor()
+{
+    const auto descriptions = fieldDescriptions();
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        captions_[i] = new QLabel(descriptions[i].label);
+        fields_[i] = makeField(descriptions[i]);
+        connect(fields_[i], &QLineEdit::textChanged, this, [this, i] {
+            if (!isShowingFrame_) {
+                Q_EMIT textEdited(i);
+            }
+        });
+    }
+    auto *rows = new QVBoxLayout(this);
+    rows->setContentsMargins({});
+    rows->setSpacing(12);
+    rows->addLayout(makeRow(0));
+    rows->addLayout(makeRow(2));
+}
+
+QHBoxLayout *AreaEditor::makeRow(std::size_t firstField)
+{
+    auto *row = new QHBoxLayout;
+    row->setSpacing(12);
+    for (std::size_t i = firstField; i < firstField + 2; ++i) {
+        auto *cell = new QVBoxLayout;
+        cell->setSpacing(6);
+        cell->addWidget(captions_[i], 0, Qt::AlignLeft);
+        cell->addWidget(fields_[i]);
+        row->addLayout(cell, 1);
+    }
+    return row;
+}
+
+AreaEditor::Texts AreaEditor::texts() const
+{
+    return {fields_[0]->text(), fields_[1]->text(), fields_[2]->text(), fields_[3]->text()};
+}
+
+void AreaEditor::showFrame(const CaptureFrame &frame, std::optional<std::size_t> untouchedField)
+{
+    const QScopedValueRollback guard(isShowingFrame_, true);
+    const std::array values{frame.x, frame.y, frame.width, frame.height};
+    for (std::size_t i = 0; i < fields_.size(); ++i) {
+        const QString text = wholeNumberText(values[i]);
+        if (i != untouchedField
+            && fields_[i]->text() != text) { // setting an equal text would move the cursor
+            fields_[i]->setText(text);
+        }
+    }
+}
+
+void AreaEditor::setCaptionFont(const QFont &font)
+{
+    for (QLabel *caption : captions_) {
+        caption->setFont(font);
+    }
+}
+
+void AreaEditor::setColors(const Theme &theme)
+{
+    for (QLabel *caption : captions_) {
+        QPalette palette;
+        palette.setColor(QPalette::WindowText, theme.secondaryText);
+        caption->setPalette(palette);
+    }
+    for (QLineEdit *field : fields_) {
+        QPalette palette;
+        palette.setColor(QPalette::Highlight, theme.accent);
+        palette.setColor(QPalette::HighlightedText, theme.onAccent);
+        palette.setColor(QPalette::PlaceholderText, theme.secondaryText);
+        field->setPalette(palette);
+    }
+}
+
+} // namespace glimmerpane

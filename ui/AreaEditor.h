@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "storage/CaptureFrame.h"
+
+#include <QString>
+#include <QWidget>
+
+#include <array>
+#include <cstddef>
+#include <optional>
+
+class QHBoxLayout;
+class QLabel;
+class QLineEdit;
+
+namespace glimmerpane
+{
+
+struct Theme;
+
+/** The four numbers of the capture area as text fields. Never disabled, reached by clicking. */
+class AreaEditor : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using Texts = std::array<QString, 4>; ///< x, y, width, height
+
+    AreaEditor();
+
+    Texts texts() const;
+
+    /** Shows the frame as whole numbers, but in `untouchedField`. Does not emit textEdited(). */
+    void showFrame(const CaptureFrame &frame, std::optional<std::size_t> untouchedField = {});
+
+    void setCaptionFont(const QFont &font);
+    void setColors(const Theme &theme);
+
+Q_SIGNALS:
+    /** Somebody changed the text of a field, by one keystroke for instance. */
+    void textEdited(std::size_t field);
+
+private:
+    QHBoxLayout *makeRow(std::size_t firstField);
+
+    std::array<QLabel *, 4> captions_;
+    std::array<QLineEdit *, 4> fields_;
+    bool isShowingFrame_ = false;
+};
+
+} // namespace glimmerpane

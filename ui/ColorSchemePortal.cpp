@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "ui/ColorSchemePortal.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QFile>
+#include <QFuture>
+#include <QtConcurrent>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+QString service()
+{
+    return QStringLiteral("org.freedesktop.portal.Desktop");
+}
+
+QString path()
+{
+    return QStringLiteral("/org/freedesktop/portal/desktop");
+}
+
+QString interface()
+{
+    return QStringLiteral("org.freedesktop.portal.Settings");
+}
+
+QString appearanceGroup()
+{
+    return QStringLiteral("org.freedesktop.appearance");
+}
+
+QString colorSchemeKey()
+{
+    return QStringLiteral("color-scheme");
+}
+
+/** Without one, asking for the bus could start a bus of our own. */
+bool isSessionBusThere()
+{
+    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
+        || (!runtimeFolder.isEmpty() && QFile::exists(runtimeFolder + QStringLiteral("/bus")));
+}
+
+} // namespace
+
+void ColorSchemePortal::start()
+{
+    if (!isSessionBusThere()) {
+        return;
+    }
+    // Connecting waits for the bus, so another thread does it; the connection is the same for all.
+    QtConcurrent::run([] {
+        return QDBusConnection::sessionBus().isConnected();
+    }).then(this, [this](bool isConnected) {
+        if (isConnected) {
+            follow();
+        }
+    });
+}
+
+void ColorSchemePortal::follow()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    qRegisterMetaType<QDBusVariant>(); // else the slot is refused: its type has no name yet
+    // From any sender: naming the service would wait for the bus to say who that is.
+    bus.connect({}, path(), interface(), QStringLiteral("SettingChanged"),
+                {appearanceGroup(), colorSchemeKey()}, {}, this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+
+    QDBusMessage read
+        = QDBusMessage::createMethodCall(service(), path(), interface(), QStringLiteral("Read"));
+    read << appearanceGroup() << colorSchemeKey();
+    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(read), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (reply.isValid()) {
+            tell(reply.value().variant());
+        }
+    });
+}
+
+void ColorSchemePortal::settingChanged(const QString &group, const QString &key,
+                                       const QDBusVariant &value)
+{
+    if (group == appearanceGroup() && key == colorSchemeKey()) {
+        tell(value.variant());
+    }
+}
+
+void ColorSchemePortal::tell(const QVariant &value)
+{
+    QVariant inner = value;
+    while (inner.userType() == qMetaTypeId<QDBusVariant>()) { // Read() wraps the value twice
+        inner = inner.value<QDBusVariant>().variant();
+    }
+    bool isNumber = false;
+    const uint number = inner.toUInt(&isNumber);
+    if (!isNumber) {
+        return;
+    }
+    switch (number) {
+    case static_cast<uint>(ColorScheme::Dark):
+        Q_EMIT colorSchemeTold(ColorScheme::Dark);
+        break;
+    case static_cast<uint>(ColorScheme::Light):
+        Q_EMIT colorSchemeTold(ColorScheme::Light);
+        break;
+    default: // numbers of later versions mean no preference, too
+        Q_EMIT colorSchemeTold(ColorScheme::NoPreference);
+    }
+}
+
+} // namespace glimmerpane

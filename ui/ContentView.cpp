@@ -1,0 +1,297 @@
+// SPDX-License-Identifier: MIT
+#include "ui/ContentView.h"
+
+#include "app/MainViewModel.h"
+#include "ui/ActionButton.h"
+#include "ui/EmptyArea.h"
+#include "ui/Theme.h"
+#include "update/DeviceIdentity.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QFrame>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+constexpr int contentWidth = 320;
+constexpr int smallestHeight = 440;
+constexpr int sideMargin = 20;
+constexpr int titleWidth = 192; // leaves room for the window's own buttons beside it
+
+QLabel *makeSelectableLabel(const QString &objectName)
+{
+    auto *label = new QLabel;
+    label->setObjectName(objectName);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setCursor(Qt::IBeamCursor);
+    return label;
+}
+
+QFont scaled(QFont font, double factor)
+{
+    if (font.pointSizeF() > 0) {
+        font.setPointSizeF(font.pointSizeF() * factor);
+    } else {
+        font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * factor)));
+    }
+    return font;
+}
+
+/** The font, made smaller until the text fits into the width. */
+QFont fitted(const QFont &font, const QString &text, int width)
+{
+    const int needed = QFontMetrics(font).horizontalAdvance(text);
+    return needed > width ? scaled(font, static_cast<double>(width) / needed) : font;
+}
+
+void setTextColor(QWidget &widget, const QColor &color)
+{
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, color);
+    widget.setPalette(palette);
+}
+
+/** Equal by value. Not-a-number is no change from itself, or following it would never end. */
+bool isSame(const CaptureFrame &one, const CaptureFrame &other)
+{
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    return same(one.x, other.x) && same(one.y, other.y) && same(one.width, other.width)
+        && same(one.height, other.height);
+}
+
+} // namespace
+
+ContentView::ContentView(MainViewModel &viewModel)
+    : viewModel_(viewModel)
+{
+    createWidgets();
+    layOut();
+    connectCommands();
+    applyFonts();
+    applyColors();
+    refreshButtons();
+    connect(&viewModel_, &MainViewModel::objectWillChange, this, &ContentView::scheduleRefresh);
+}
+
+void ContentView::createWidgets()
+{
+    using Emphasis = ActionButton::Emphasis;
+    title_ = new QLabel(QStringLiteral("Glimmerpane share"));
+    title_->setObjectName(QStringLiteral("title"));
+    identity_ = makeSelectableLabel(QStringLiteral("identity"));
+    divider_ = new QFrame;
+    divider_->setFrameShape(QFrame::NoFrame);
+    divider_->setAutoFillBackground(true);
+    divider_->setFixedHeight(1);
+    startButton_ = new ActionButton(QStringLiteral("Start sharing"), Emphasis::Accent);
+    startButton_->setObjectName(QStringLiteral("startButton"));
+    setAreaButton_ = new ActionButton(QStringLiteral("Set area"), Emphasis::Plain);
+    setAreaButton_->setObjectName(QStringLiteral("setAreaButton"));
+    resetAreaButton_ = new ActionButton(QStringLiteral("Reset area"), Emphasis::Plain);
+    resetAreaButton_->setObjectName(QStringLiteral("resetAreaButton"));
+    stopButton_ = new ActionButton(QStringLiteral("Stop sharing"), Emphasis::Danger);
+    stopButton_->setObjectName(QStringLiteral("stopButton"));
+    editor_ = new AreaEditor;
+    emptyArea_ = new EmptyArea;
+    emptyArea_->setObjectName(QStringLiteral("emptyArea"));
+    website_ = makeSelectableLabel(QStringLiteral("website"));
+    website_->setText(QStringLiteral("https://glimmerpane.example"));
+    refreshIdentity();
+}
+
+void ContentView::layOut()
+{
+    setFixedWidth(contentWidth);
+    setMinimumHeight(smallestHeight);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    column->addSpacing(12);
+    column->addWidget(title_, 0, Qt::AlignHCenter);
+    column->addSpacing(5);
+    column->addWidget(identity_, 0, Qt::AlignHCenter);
+    column->addSpacing(10);
+    column->addWidget(divider_);
+    column->addSpacing(20);
+    column->addLayout(makeCommandBlock());
+    column->addSpacing(20);
+    auto *editorRow = new QHBoxLayout;
+    editorRow->setContentsMargins(sideMargin, 0, sideMargin, 0);
+    editorRow->addWidget(editor_);
+    column->addLayout(editorRow);
+    column->addWidget(emptyArea_, 1); // with the 20 points above the next line
+    column->addWidget(website_, 0, Qt::AlignHCenter);
+    column->addSpacing(20);
+}
+
+QVBoxLayout *ContentView::makeCommandBlock() const
+{
+    auto *block = new QVBoxLayout;
+    block->setContentsMargins(sideMargin, 0, sideMargin, 0);
+    block->setSpacing(10);
+    for (ActionButton *button : {startButton_, setAreaButton_, resetAreaButton_, stopButton_}) {
+        block->addWidget(button);
+    }
+    return block;
+}
+
+void ContentView::connectCommands()
+{
+    connect(startButton_, &ActionButton::clicked, this, [this] {
+        if (!viewModel_.isSharingWindowOpen()) {
+            viewModel_.startSharing(); // goes on by itself
+        }
+    });
+    connect(setAreaButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::openFrameSelector);
+    connect(resetAreaButton_, &ActionButton::clicked, &viewModel_,
+            &MainViewModel::resetFrameSelector);
+    connect(stopButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::stopSharing);
+    connect(editor_, &AreaEditor::textEdited, this, &ContentView::commitEdit);
+    connect(emptyArea_, &EmptyArea::clicked, this, &ContentView::endTextEditing);
+}
+
+QSize ContentView::sizeHint() const
+{
+    return {contentWidth, std::max(smallestHeight, layout()->sizeHint().height())};
+}
+
+void ContentView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!shownFrame_) {
+        shownFrame_ = viewModel_.currentFrame();
+        editor_->showFrame(*shownFrame_);
+        scheduleRefresh();
+    }
+}
+
+void ContentView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        applyFonts();
+    } else if (event->type() == QEvent::PaletteChange) {
+        applyColors();
+    }
+}
+
+void ContentView::applyFonts()
+{
+    constexpr double titleScale = 1.3;
+    constexpr double captionScale = 0.88;
+    QFont titleFont = scaled(font(), titleScale);
+    titleFont.setWeight(QFont::DemiBold);
+    const QFont captionFont = scaled(font(), captionScale);
+    title_->setFont(fitted(titleFont, title_->text(), titleWidth));
+    identity_->setFont(fitted(captionFont, identity_->text(), contentWidth - sideMargin));
+    website_->setFont(captionFont);
+    editor_->setCaptionFont(captionFont);
+}
+
+void ContentView::applyColors()
+{
+    const Theme theme = themeFor(palette());
+    setTextColor(*identity_, theme.secondaryText);
+    setTextColor(*website_, theme.secondaryText);
+    QPalette dividerPalette;
+    dividerPalette.setColor(QPalette::Window, theme.divider);
+    divider_->setPalette(dividerPalette);
+    editor_->setColors(theme);
+}
+
+/** The view model tells before it stores, so its properties are read in the next turn. */
+void ContentView::scheduleRefresh()
+{
+    if (!std::exchange(isRefreshScheduled_, true)) {
+        QMetaObject::invokeMethod(this, &ContentView::refresh, Qt::QueuedConnection);
+    }
+}
+
+void ContentView::refresh()
+{
+    isRefreshScheduled_ = false;
+    refreshButtons();
+    refreshIdentity();
+    followFrame();
+}
+
+void ContentView::refreshButtons()
+{
+    const bool sharing = viewModel_.isSharingWindowOpen();
+    const bool idle = !sharing && !viewModel_.isFrameSelectorOpen();
+    const std::array<std::pair<ActionButton *, bool>, 4> states{{{startButton_, idle},
+                                                                 {setAreaButton_, idle},
+                                                                 {resetAreaButton_, idle},
+                                                                 {stopButton_, sharing}}};
+    for (const auto &[button, enabled] : states) {
+        if (!enabled && button->hasFocus()) {
+            setFocus(); // else it would wander to another button, ready to be pressed by mistake
+        }
+        button->setEnabled(enabled);
+    }
+}
+
+void ContentView::refreshIdentity()
+{
+    const QString text = QStringLiteral("Version: ") + appVersion() + QStringLiteral(" | Device: ")
+        + displayDeviceSerial();
+    if (identity_->text() != text) { // setting an equal text would drop a selection in it
+        identity_->setText(text);
+    }
+}
+
+/**
+ * Writes a new area into the fields, all four before the view model hears of it: else it would save
+ * a mixture of the old and the new area. What the rounding changed is a new area again; this ends
+ * because the text of a rounded number is the same the second time.
+ */
+void ContentView::followFrame()
+{
+    if (!shownFrame_) {
+        return;
+    }
+    if (!isSame(viewModel_.currentFrame(), *shownFrame_)) {
+        shownFrame_ = viewModel_.currentFrame();
+        editor_->showFrame(*shownFrame_);
+    }
+    commitTexts();
+}
+
+void ContentView::commitEdit(std::size_t field)
+{
+    // A new area that the fields do not show yet must not be mixed with the one that they do.
+    if (shownFrame_ && !isSame(viewModel_.currentFrame(), *shownFrame_)) {
+        editor_->showFrame(viewModel_.currentFrame(), field);
+    }
+    commitTexts();
+}
+
+void ContentView::commitTexts()
+{
+    const AreaEditor::Texts texts = editor_->texts();
+    if (texts != committedTexts_) {
+        committedTexts_ = texts;
+        viewModel_.updateFrame(texts[0], texts[1], texts[2], texts[3]);
+    }
+}
+
+void ContentView::endTextEditing()
+{
+    if (QWidget *keyWindow = QApplication::activeWindow(); keyWindow && keyWindow->focusWidget()) {
+        setFocus(); // on nothing to type into; without any focus the next activation picks a button
+    }
+}
+
+} // namespace glimmerpane

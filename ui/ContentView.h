@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "storage/CaptureFrame.h"
+#include "ui/AreaEditor.h"
+
+#include <QWidget>
+
+#include <optional>
+
+class QFrame;
+class QLabel;
+class QVBoxLayout;
+
+namespace glimmerpane
+{
+
+class ActionButton;
+class EmptyArea;
+class MainViewModel;
+
+/**
+ * The whole content of the main window: shows the view model and turns every command into a call.
+ * Follows the view model at most once in each turn of the event loop. Main thread.
+ */
+class ContentView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** The view model must outlive the view. */
+    explicit ContentView(MainViewModel &viewModel);
+
+    QSize sizeHint() const override;
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void createWidgets();
+    void layOut();
+    QVBoxLayout *makeCommandBlock() const;
+    void connectCommands();
+    void applyFonts();
+    void applyColors();
+
+    void scheduleRefresh();
+    void refresh();
+    void refreshButtons();
+    void refreshIdentity();
+    void followFrame();
+    void commitEdit(std::size_t field);
+    void commitTexts();
+    void endTextEditing();
+
+    MainViewModel &viewModel_;
+    QLabel *title_;
+    QLabel *identity_;
+    QFrame *divider_;
+    ActionButton *startButton_;
+    ActionButton *setAreaButton_;
+    ActionButton *resetAreaButton_;
+    ActionButton *stopButton_;
+    AreaEditor *editor_;
+    EmptyArea *emptyArea_;
+    QLabel *website_;
+
+    std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
+    AreaEditor::Texts committedTexts_; ///< what the view model was last told
+    bool isRefreshScheduled_ = false;
+};
+
+} // namespace glimmerpane

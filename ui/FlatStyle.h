@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProxyStyle>
+
+class QStyleOptionButton;
+
+namespace glimmerpane
+{
+
+/** Flat rounded buttons and text fields in the palette's colours, over any other style. */
+class FlatStyle : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    /** `baseStyle` is the key of the style that draws all the rest. */
+    explicit FlatStyle(const QString &baseStyle);
+
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *returnData) const override;
+
+private:
+    void drawPushButton(const QStyleOptionButton &option, QPainter &painter,
+                        const QWidget *widget) const;
+};
+
+} // namespace glimmerpane

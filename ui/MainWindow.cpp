@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: MIT
+#include "ui/MainWindow.h"
+
+#include "ui/ContentView.h"
+#include "ui/Theme.h"
+#include "ui/WindowControl.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QShortcut>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <cmath>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+constexpr int cornerRadius = 8;
+constexpr int controlMargin = 10;
+constexpr int controlSpacing = 4;
+
+/** Row by row, so that all four corners are alike to the pixel. */
+QRegion roundedRegion(QSize size)
+{
+    QRegion region(0, cornerRadius, size.width(), size.height() - 2 * cornerRadius);
+    for (int y = 0; y < cornerRadius; ++y) {
+        const double rise = cornerRadius - y - 0.5;
+        const double half = std::sqrt(cornerRadius * cornerRadius - rise * rise);
+        const int inset = static_cast<int>(std::lround(cornerRadius - half));
+        const QRect row(inset, y, size.width() - 2 * inset, 1);
+        region += row;
+        region += row.translated(0, size.height() - 1 - 2 * y);
+    }
+    return region;
+}
+
+} // namespace
+
+MainWindow::MainWindow(MainViewModel &viewModel)
+    : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+{
+    setWindowTitle(QStringLiteral("Glimmerpane"));
+    setObjectName(QStringLiteral("mainWindow"));
+    auto *content = new ContentView(viewModel);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(content);
+    content->setFocus(); // no button is ready to be pressed until somebody goes to one
+
+    using Kind = WindowControl::Kind;
+    minimizeControl_ = new WindowControl(Kind::Minimize, QStringLiteral("Minimize"), this);
+    minimizeControl_->setObjectName(QStringLiteral("minimizeControl"));
+    closeControl_ = new WindowControl(Kind::Close, QStringLiteral("Close"), this);
+    closeControl_->setObjectName(QStringLiteral("closeControl"));
+    connect(minimizeControl_, &WindowControl::clicked, this, &QWidget::showMinimized);
+    connect(closeControl_, &WindowControl::clicked, this, &QWidget::close);
+    addShortcuts();
+}
+
+void MainWindow::addShortcuts()
+{
+    for (const auto key : {QKeySequence::Close, QKeySequence::Quit}) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
+    }
+}
+
+void MainWindow::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        press_ = event->globalPosition().toPoint();
+        grabOffset_.reset();
+    }
+}
+
+void MainWindow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (event->buttons().testFlag(Qt::LeftButton)) {
+        drag(event->globalPosition().toPoint());
+    }
+}
+
+void MainWindow::drag(const QPoint &pointer)
+{
+    if (grabOffset_) {
+        move(pointer - *grabOffset_);
+    } else if (press_
+               && (pointer - *press_).manhattanLength() >= QApplication::startDragDistance()) {
+        const QPoint grabbedAt = *press_ - pos();
+        press_.reset();
+        if (!windowHandle()->startSystemMove()) { // nobody manages windows here
+            grabOffset_ = grabbedAt;
+            move(pointer - grabbedAt);
+        }
+    }
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton) {
+        press_.reset();
+        grabOffset_.reset();
+    }
+}
+
+void MainWindow::paintEvent(QPaintEvent * /*event*/)
+{
+    const Theme theme = themeFor(palette());
+    QPainter painter(this);
+    painter.fillRect(rect(), theme.windowBorder);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(theme.window);
+    painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), cornerRadius - 1, cornerRadius - 1);
+}
+
+void MainWindow::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    setMask(roundedRegion(size())); // round even where no compositor runs
+    closeControl_->move(width() - controlMargin - closeControl_->width(), controlMargin);
+    minimizeControl_->move(closeControl_->x() - controlSpacing - minimizeControl_->width(),
+                           controlMargin);
+}
+
+} // namespace glimmerpane

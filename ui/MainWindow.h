@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPoint>
+#include <QWidget>
+
+#include <optional>
+
+namespace glimmerpane
+{
+
+class MainViewModel;
+class WindowControl;
+
+/**
+ * The main window: exactly as large as its content, without a title bar, with its own buttons at
+ * the top. Moved by dragging any part of it that is no control.
+ */
+class MainWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /** The view model must outlive the window. */
+    explicit MainWindow(MainViewModel &viewModel);
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void addShortcuts();
+    void drag(const QPoint &pointer);
+
+    WindowControl *minimizeControl_;
+    WindowControl *closeControl_;
+    std::optional<QPoint> press_; ///< screen coordinates, while a press may become a drag
+    std::optional<QPoint> grabOffset_; ///< the pointer in the window, while we move it ourselves
+};
+
+} // namespace glimmerpane

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "ui/MessageBoxAlerts.h"
+
+#include "ui/AlertIcon.h"
+#include "ui/Theme.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+constexpr int closedWithoutAnswer = -1;
+
+/** One role for all, which keeps them in their order. */
+QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
+{
+    QList<QAbstractButton *> buttons;
+    for (const QString &label : labels) {
+        QPushButton *button = box.addButton(label, QMessageBox::ActionRole);
+        button->setAccessibleName(label);
+        if (buttons.isEmpty()) {
+            box.setDefaultButton(button);
+        }
+        if (label == QStringLiteral("Cancel")) {
+            box.setEscapeButton(button);
+        }
+        buttons.append(button);
+    }
+    return buttons;
+}
+
+void styleTexts(const QMessageBox &box)
+{
+    if (auto *headline = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
+        QFont font = headline->font();
+        font.setWeight(QFont::DemiBold);
+        headline->setFont(font);
+    }
+    if (auto *details = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))) {
+        details->setTextFormat(Qt::PlainText); // it may quote what another program has said
+        constexpr int charactersInLine = 44; // else long texts become a narrow column
+        details->setMinimumWidth(details->fontMetrics().averageCharWidth() * charactersInLine);
+    }
+}
+
+} // namespace
+
+int MessageBoxAlerts::runModal(const Alert &alert)
+{
+    // On the heap and watched: the parent window takes it along if it goes while the alert is up.
+    const QPointer box(new QMessageBox(parentWindow_));
+    box->setWindowTitle(QStringLiteral("Glimmerpane"));
+    box->setWindowModality(Qt::ApplicationModal);
+    box->setIconPixmap(alertIcon(alert.style, themeFor(box->palette()), box->devicePixelRatioF()));
+    box->setTextFormat(Qt::PlainText);
+    box->setText(alert.messageText);
+    box->setInformativeText(alert.informativeText);
+    const auto buttons = addButtons(*box, alert.buttons);
+    styleTexts(*box);
+    box->exec();
+    if (!box) {
+        return closedWithoutAnswer;
+    }
+    const auto answer = buttons.indexOf(box->clickedButton());
+    delete box;
+    return static_cast<int>(answer);
+}
+
+} // namespace glimmerpane
