@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "bench/Desktop.h"
+
+#include <vector>
+
+namespace glimmerpane::bench
+{
+
+struct LatencyOptions {
+    xcb_window_t output = XCB_WINDOW_NONE;
+    QRect area; ///< shared, root pixels
+    QRect patch; ///< where to change the colour, root pixels, inside the area
+    int changes = 100;
+};
+
+/// Changes the colour of a small window and takes the time from the server's acknowledgement until
+/// that colour is read from the output's Composite picture. Milliseconds, one per change; the
+/// changes are far enough apart that none waits for the one before.
+Result<std::vector<double>> measureLatency(const Desktop &desktop, const LatencyOptions &options);
+
+} // namespace glimmerpane::bench

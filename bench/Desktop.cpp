@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Desktop.h"
+
+#include "tests/support/WaitFor.h"
+#include "tests/support/WindowManager.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace glimmerpane::bench
+{
+
+Desktop::Desktop(testing::XvfbServer server, testing::XClient client, std::stop_token stop)
+    : server_(std::move(server))
+    , client_(std::move(client))
+    , stop_(std::move(stop))
+{
+}
+
+Result<std::unique_ptr<Desktop>> Desktop::start(const Options &options)
+{
+    auto server = testing::XvfbServer::start({.screen = options.screen});
+    if (!server) {
+        return testing::failure(server.error());
+    }
+    auto client = testing::XClient::connect(server->displayName());
+    if (!client) {
+        return testing::failure(client.error());
+    }
+    std::unique_ptr<Desktop> desktop(
+        new Desktop(std::move(*server), std::move(*client), options.stop));
+    if (!desktop->folder_.isValid()) {
+        return testing::failure(QStringLiteral("no temporary folder"));
+    }
+    const auto manager = desktop->startHelpers(options.compositor);
+    if (!manager) {
+        return testing::failure(manager.error());
+    }
+    return desktop;
+}
+
+Result<void> Desktop::startHelpers(bool compositor)
+{
+    auto manager = testing::startWindowManager(
+        client_, {.program = QStringLiteral("openbox"), .environment = environment()});
+    if (!manager) {
+        return testing::failure(manager.error());
+    }
+    helpers_.push_back(std::move(*manager));
+    if (!compositor) {
+        return {};
+    }
+    auto picom = testing::startCompositor(
+        client_, {.program = QStringLiteral("picom"), .environment = environment()});
+    if (!picom) {
+        return testing::failure(picom.error());
+    }
+    helpers_.push_back(std::move(*picom));
+    return {};
+}
+
+QProcessEnvironment Desktop::environment() const
+{
+    auto environment = server_.environment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                       folder_.filePath(QStringLiteral("config")));
+    environment.insert(QStringLiteral("XDG_CACHE_HOME"), folder_.filePath(QStringLiteral("cache")));
+    environment.insert(QStringLiteral("XDG_DATA_HOME"), folder_.filePath(QStringLiteral("data")));
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path());
+    // An address that is no address keeps programs away from the person's own session bus.
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
+    return environment;
+}
+
+bool Desktop::waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit) const
+{
+    bool held = false;
+    testing::waitFor(
+        [&] {
+            held = condition();
+            return held || stopRequested() || client_.isBroken();
+        },
+        limit);
+    return held;
+}
+
+bool Desktop::rest(std::chrono::milliseconds time) const
+{
+    // Rarely awake, so that it disturbs no measurement, and often enough to be stopped.
+    constexpr std::chrono::nanoseconds slice = std::chrono::milliseconds(50);
+    const auto end = std::chrono::steady_clock::now() + time;
+    for (auto left = end - std::chrono::steady_clock::now(); left.count() > 0;
+         left = end - std::chrono::steady_clock::now()) {
+        if (stopRequested()) {
+            return false;
+        }
+        std::this_thread::sleep_for(std::min<std::chrono::nanoseconds>(slice, left));
+    }
+    return !stopRequested();
+}
+
+} // namespace glimmerpane::bench

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/support/ChildProcess.h"
+#include "tests/support/XClient.h"
+#include "tests/support/XvfbServer.h"
+
+#include <QTemporaryDir>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+namespace glimmerpane::bench
+{
+
+using testing::Result;
+
+/// A private display with a window manager of its own, without any other session's settings,
+/// bus or clients. Ends all it started with the object.
+class Desktop
+{
+public:
+    struct Options {
+        QSize screen{1920, 1080}; ///< root pixels
+        bool compositor = false;
+        std::stop_token stop{};
+    };
+
+    /// Returns once the window manager and the compositor, if wanted, are at work.
+    static Result<std::unique_ptr<Desktop>> start(const Options &options);
+
+    const testing::XClient &client() const { return client_; }
+    testing::XvfbServer &server() { return server_; }
+    QString displayName() const { return server_.displayName(); }
+    QSize screenSize() const { return client_.rootSize(); }
+
+    /// For programs on this display; settings go to a folder that is removed with the object.
+    QProcessEnvironment environment() const;
+
+    /// Whether the condition came true; gives up at the limit and when asked to stop.
+    bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit) const;
+    /// Lets time pass on the display; false when asked to stop.
+    bool rest(std::chrono::milliseconds time) const;
+    bool stopRequested() const { return stop_.stop_requested(); }
+
+private:
+    Desktop(testing::XvfbServer server, testing::XClient client, std::stop_token stop);
+    Result<void> startHelpers(bool compositor);
+
+    QTemporaryDir folder_;
+    testing::XvfbServer server_;
+    testing::XClient client_;
+    std::vector<testing::ChildProcess> helpers_;
+    std::stop_token stop_;
+};
+
+} // namespace glimmerpane::bench

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Measurement.h"
+#include "bench/OutputReader.h"
+#include "bench/SharedDesktop.h"
+#include "bench/Statistics.h"
+#include "tests/support/InputInjector.h"
+#include "tests/support/PatternWindow.h"
+
+namespace glimmerpane::bench
+{
+
+namespace
+{
+
+using testing::failure;
+using Clock = std::chrono::steady_clock;
+
+constexpr double target = 100; ///< milliseconds
+constexpr std::chrono::seconds frameLimit{10};
+
+/// Whether the output is there and has the still picture's number and its last pixel.
+bool showsPicture(const SharedDesktop &shared, QRgb lastPixel)
+{
+    const auto &client = shared.desktop->client();
+    const auto output = shared.program->currentOutput();
+    const auto captured = output ? testing::CapturedWindow::open(client, *output)
+                                 : failure(QStringLiteral("no output yet"));
+    if (!captured || captured->size() != measuredArea.size()) {
+        return false;
+    }
+    const QPoint last(measuredArea.width() - 1, measuredArea.height() - 1);
+    const auto pixel = captured->part(QRect(last, QSize(1, 1)));
+    return pixel && pixel->pixel(0, 0) == lastPixel && shownNumber(*captured, {}) == 0U;
+}
+
+Result<double> measureRun(const Measurement &measurement)
+{
+    auto desktop = startDesktop(measurement);
+    if (!desktop) {
+        return failure(desktop.error());
+    }
+    SharedDesktop shared{.desktop = std::move(*desktop)};
+    const auto &client = shared.desktop->client();
+    const auto picture = testing::PatternWindow::open(shared.desktop->displayName(), measuredArea,
+                                                      testing::PatternMode::Still);
+    const auto started
+        = picture ? startProgram(measurement, false, shared) : failure(picture.error());
+    if (!started) {
+        return failure(started.error());
+    }
+    const auto lastPixel = client.screenshot(QRect(measuredArea.bottomRight(), QSize(1, 1)));
+    std::optional<QPoint> button;
+    shared.desktop->waitFor([&] { return (button = shared.program->startButton()).has_value(); },
+                            frameLimit);
+    if (!button || !lastPixel) {
+        return failure(QStringLiteral("sharing cannot be started from the main window"));
+    }
+    const testing::InputInjector person(client);
+    person.moveTo(*button);
+    person.press();
+    const auto begin = Clock::now();
+    person.release();
+    while (Clock::now() < begin + frameLimit && !shared.desktop->stopRequested()) {
+        if (showsPicture(shared, lastPixel->pixel(0, 0))) {
+            return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+        }
+    }
+    return failure(QStringLiteral("no right picture came after the click on Start sharing"));
+}
+
+} // namespace
+
+Figures measureFirstFrame(const Measurement &measurement)
+{
+    std::vector<double> times;
+    for (int i = 1; i <= measurement.extent.runs; ++i) {
+        const auto time = measureRun(measurement);
+        if (!time) {
+            return failure(time.error());
+        }
+        times.push_back(*time);
+        measurement.progress(QStringLiteral("first frame %1: %2 ms").arg(i).arg(number(*time, 1)));
+    }
+    return std::vector{boundedFigure(
+        QStringLiteral("Time from Start sharing to the first right picture"), median(times), target,
+        QStringLiteral(" ms"),
+        QStringLiteral("from the release of the mouse button on Start sharing until the first and "
+                       "the last pixels read from the output are the area's; first sharing of a "
+                       "fresh process; median of %1 runs")
+            .arg(times.size()))};
+}
+
+} // namespace glimmerpane::bench

@@ -1,0 +1,260 @@
+// SPDX-License-Identifier: MIT
+#include "bench/CopyReference.h"
+#include "bench/Measurement.h"
+#include "bench/OutputReader.h"
+#include "bench/SharedDesktop.h"
+#include "bench/Statistics.h"
+#include "tests/support/FrameNumber.h"
+#include "tests/support/ProcessUsage.h"
+
+#include <QCoreApplication>
+
+namespace glimmerpane::bench
+{
+
+namespace
+{
+
+using testing::failure;
+
+constexpr double costTarget = 2.2;
+constexpr std::chrono::seconds liveLimit{10};
+
+/// What one run gave; times are milliseconds.
+struct Run {
+    SeenFrames frames;
+    double copy = 0;
+    double program = 0; ///< processor time for each frame shown
+    double server = 0; ///< the same of the X server, without what the animation itself costs it
+
+    double cost() const { return program + server; }
+    double ratio() const { return cost() / copy; }
+};
+
+struct Spent {
+    double seconds = 0;
+    double server = 0; ///< milliseconds of processor time
+    double program = 0;
+    uint32_t sourceFrames = 0;
+};
+
+Result<testing::ChildProcess> startAnimation(const Desktop &desktop)
+{
+    const QString geometry = QStringLiteral("%1x%2+%3+%4")
+                                 .arg(measuredArea.width())
+                                 .arg(measuredArea.height())
+                                 .arg(measuredArea.x())
+                                 .arg(measuredArea.y());
+    return testing::ChildProcess::start(
+        {.program = QCoreApplication::applicationDirPath() + QStringLiteral("/glimmerpane_pattern"),
+         .arguments = {QStringLiteral("--geometry"), geometry},
+         .environment = desktop.environment()});
+}
+
+/// The number that stands on the screen now.
+Result<uint32_t> sourceNumber(const Desktop &desktop)
+{
+    const auto strip = desktop.client().screenshot(
+        QRect(measuredArea.topLeft(), testing::frameNumber::stripSize));
+    if (!strip) {
+        return failure(strip.error());
+    }
+    const auto number = testing::frameNumber::read(*strip);
+    if (!number) {
+        return failure(QStringLiteral("the animation cannot be seen on the screen"));
+    }
+    return *number;
+}
+
+Result<void> awaitAnimation(const Desktop &desktop)
+{
+    constexpr uint32_t settled = 30;
+    const auto runs = [&] { return sourceNumber(desktop).value_or(0) > settled; };
+    if (!desktop.waitFor(runs, liveLimit)) {
+        return failure(QStringLiteral("the animation does not start"));
+    }
+    return {};
+}
+
+Result<void> awaitOutput(const SharedDesktop &shared)
+{
+    const auto captured = testing::CapturedWindow::open(shared.desktop->client(), shared.output);
+    if (!captured) {
+        return failure(captured.error());
+    }
+    std::optional<uint32_t> first;
+    const auto isLive = [&] {
+        const auto number = shownNumber(*captured, {});
+        if (number && !first) {
+            first = *number;
+        }
+        return number && *number > *first + 30;
+    };
+    if (!shared.desktop->waitFor(isLive, liveLimit)) {
+        return failure(QStringLiteral("the output does not show the animation"));
+    }
+    return {};
+}
+
+double milliseconds(std::chrono::nanoseconds time)
+{
+    return std::chrono::duration<double, std::milli>(time).count();
+}
+
+/// Lets the time pass and tells what was spent in it; a pid of 0 stands for no program.
+Result<Spent> spend(Desktop &desktop, pid_t program, std::chrono::milliseconds time)
+{
+    using testing::ProcessUsage;
+    const auto usageOf
+        = [](pid_t pid) { return pid == 0 ? Result<ProcessUsage>() : ProcessUsage::of(pid); };
+    const auto firstFrame = sourceNumber(desktop);
+    const auto begin = std::chrono::steady_clock::now();
+    const auto server = ProcessUsage::of(desktop.server().pid());
+    const auto before = usageOf(program);
+    if (!desktop.rest(time)) {
+        return failure(QStringLiteral("stopped"));
+    }
+    const auto serverAfter = ProcessUsage::of(desktop.server().pid());
+    const auto after = usageOf(program);
+    const auto end = std::chrono::steady_clock::now();
+    const auto lastFrame = sourceNumber(desktop);
+    if (!server || !serverAfter || !before || !after || !firstFrame || !lastFrame) {
+        return failure(QStringLiteral("a process or the animation ended while it was measured"));
+    }
+    return Spent{.seconds = std::chrono::duration<double>(end - begin).count(),
+                 .server = milliseconds(serverAfter->threadCpu() - server->threadCpu()),
+                 .program = milliseconds(after->threadCpu() - before->threadCpu()),
+                 .sourceFrames = *lastFrame - *firstFrame};
+}
+
+Result<Run> measureRun(const Measurement &measurement)
+{
+    auto desktop = startDesktop(measurement);
+    if (!desktop) {
+        return failure(desktop.error());
+    }
+    Run run;
+    run.copy = copyMilliseconds(size_t{4} * measuredArea.width() * measuredArea.height());
+    SharedDesktop shared{.desktop = std::move(*desktop)};
+    const auto animation = startAnimation(*shared.desktop);
+    const auto started = animation ? awaitAnimation(*shared.desktop) : failure(animation.error());
+    if (!started) {
+        return failure(started.error());
+    }
+    const auto alone = spend(*shared.desktop, 0, measurement.extent.phase);
+    if (!alone) {
+        return failure(alone.error());
+    }
+    auto shares = startProgram(measurement, true, shared);
+    if (shares) {
+        shares = awaitOutput(shared);
+    }
+    if (!shares) {
+        return failure(shares.error());
+    }
+    const auto sharing = spend(*shared.desktop, shared.program->pid(), measurement.extent.phase);
+    if (!sharing) {
+        return failure(sharing.error());
+    }
+    const auto seen = countFrames(*shared.desktop, shared.output, {}, measurement.extent.phase);
+    if (!seen || seen->sent == 0) {
+        return failure(seen ? QStringLiteral("no frame was shown") : seen.error());
+    }
+    run.frames = *seen;
+    if (const auto ended = shared.program->end(); !ended) {
+        return failure(ended.error());
+    }
+    const auto aloneAgain = spend(*shared.desktop, 0, measurement.extent.phase);
+    if (!aloneAgain) {
+        return failure(aloneAgain.error());
+    }
+    const double shownShare = static_cast<double>(seen->shown) / seen->sent;
+    const double shown = sharing->sourceFrames * shownShare;
+    // From before and after, so that a machine that changes its speed favours neither side.
+    const double serverAlone = (alone->server + aloneAgain->server)
+        / (alone->sourceFrames + aloneAgain->sourceFrames) * sharing->sourceFrames;
+    run.program = sharing->program / shown;
+    run.server = (sharing->server - serverAlone) / shown;
+    return run;
+}
+
+template<typename Value>
+double medianOf(const std::vector<Run> &runs, Value value)
+{
+    std::vector<double> values;
+    for (const Run &run : runs) {
+        values.push_back(static_cast<double>(value(run)));
+    }
+    return median(values);
+}
+
+QString frameText()
+{
+    return QStringLiteral("different frame numbers that a second client read from the output's "
+                          "Composite pixmap, once for each damage event; 1280x720, source 60 Hz, "
+                          "every pixel changes");
+}
+
+std::vector<Figure> figuresOf(const std::vector<Run> &runs, const QString &times)
+{
+    const double rate = medianOf(runs, [](const Run &run) { return run.frames.rate(); });
+    const double sent = medianOf(runs, [](const Run &run) { return run.frames.sent; });
+    const double dropped = medianOf(runs, [](const Run &run) { return run.frames.dropped(); });
+    const double copy = medianOf(runs, [](const Run &run) { return run.copy; });
+    const double program = medianOf(runs, [](const Run &run) { return run.program; });
+    const double server = medianOf(runs, [](const Run &run) { return run.server; });
+    const double ratio = medianOf(runs, [](const Run &run) { return run.ratio(); });
+    const QString shownFrames = QStringLiteral("for each frame shown, from /proc schedstat, while "
+                                               "nobody reads the output, pointer in the area; ");
+    return {
+        {.name = QStringLiteral("Frames a second, full motion"),
+         .measured = number(rate, 1),
+         .counted = frameText() + times},
+        {.name = QStringLiteral("Frames dropped, full motion"),
+         .measured = QStringLiteral("%1 of %2").arg(number(dropped, 0), number(sent, 0)),
+         .counted = QStringLiteral("source numbers that never were in the output") + times},
+        {.name = QStringLiteral("Copy of a frame's bytes in memory"),
+         .measured = number(copy, 3) + QStringLiteral(" ms"),
+         .counted = QStringLiteral("processor time of one memcpy of 3.69 MB, through 16 source and "
+                                   "16 destination buffers, median of 320")
+             + times},
+        {.name = QStringLiteral("Processor time per frame, program"),
+         .measured = number(program, 3) + QStringLiteral(" ms"),
+         .counted = shownFrames + QStringLiteral("all threads of the program") + times},
+        {.name = QStringLiteral("Processor time per frame, X server"),
+         .measured = number(server, 3) + QStringLiteral(" ms"),
+         .counted = shownFrames
+             + QStringLiteral("the server while sharing, less the server with only the animation "
+                              "before and after")
+             + times},
+        boundedFigure(QStringLiteral("Processor time per frame, in copies of its bytes"), ratio,
+                      costTarget, {},
+                      QStringLiteral("program and server together, divided by the memcpy of the "
+                                     "same run")
+                          + times)};
+}
+
+} // namespace
+
+Figures measureFullMotion(const Measurement &measurement)
+{
+    std::vector<Run> runs;
+    for (int i = 1; i <= measurement.extent.runs; ++i) {
+        const auto run = measureRun(measurement);
+        if (!run) {
+            return failure(run.error());
+        }
+        measurement.progress(
+            QStringLiteral("full motion %1: %2 frames/s, %3 dropped, program %4 ms, server %5 ms, "
+                           "memcpy %6 ms, ratio %7")
+                .arg(i)
+                .arg(number(run->frames.rate(), 1))
+                .arg(run->frames.dropped())
+                .arg(number(run->program, 3), number(run->server, 3), number(run->copy, 3),
+                     number(run->ratio())));
+        runs.push_back(*run);
+    }
+    return figuresOf(runs, QStringLiteral("; median of %1 runs").arg(runs.size()));
+}
+
+} // namespace glimmerpane::bench

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "bench/OutputReader.h"
+
+#include "tests/support/DamageWatch.h"
+#include "tests/support/FrameNumber.h"
+
+#include <set>
+
+namespace glimmerpane::bench
+{
+
+namespace frameNumber = testing::frameNumber;
+
+Result<uint32_t> shownNumber(const testing::CapturedWindow &output, QPoint place)
+{
+    const auto strip = output.part(QRect(place, frameNumber::stripSize));
+    if (!strip) {
+        return testing::failure(strip.error());
+    }
+    const auto number = frameNumber::read(*strip);
+    if (!number) {
+        return testing::failure(QStringLiteral("the output shows no frame number"));
+    }
+    return *number;
+}
+
+Result<SeenFrames> countFrames(const Desktop &desktop, xcb_window_t output, QPoint place,
+                               std::chrono::milliseconds time)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds eventLimit{20};
+    auto watch = testing::DamageWatch::open(desktop.displayName(), output);
+    auto captured = testing::CapturedWindow::open(desktop.client(), output);
+    if (!watch || !captured) {
+        return testing::failure(watch ? captured.error() : watch.error());
+    }
+    std::set<uint32_t> numbers;
+    SeenFrames seen;
+    const auto begin = Clock::now();
+    while (Clock::now() < begin + time) {
+        if (desktop.stopRequested()) {
+            return testing::failure(QStringLiteral("stopped"));
+        }
+        if (!watch->take(eventLimit)) {
+            continue;
+        }
+        if (const auto number = shownNumber(*captured, place)) {
+            numbers.insert(*number);
+        } else {
+            ++seen.unreadable;
+        }
+    }
+    seen.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
+    seen.shown = static_cast<int>(numbers.size());
+    seen.sent = numbers.empty() ? 0 : static_cast<int>(*numbers.rbegin() - *numbers.begin() + 1);
+    return seen;
+}
+
+} // namespace glimmerpane::bench

@@ -1,0 +1,186 @@
+// SPDX-License-Identifier: MIT
+#include "bench/Program.h"
+
+#include "tests/support/InputInjector.h"
+#include "tests/support/XWindows.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <csignal>
+
+namespace glimmerpane::bench
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds windowLimit{15};
+constexpr std::chrono::seconds endLimit{10};
+
+QString mainTitle()
+{
+    return QStringLiteral("Glimmerpane");
+}
+
+QString outputTitle()
+{
+    return QStringLiteral("Glimmerpane - Output");
+}
+
+std::optional<xcb_window_t> visibleWindow(const testing::XClient &client, const QString &title)
+{
+    const auto window = testing::findWindow(client, title, testing::Listing::Picker);
+    return window && testing::isViewable(client, *window) ? window : std::nullopt;
+}
+
+} // namespace
+
+Result<Program> Program::start(const Desktop &desktop, const Options &options)
+{
+    QStringList arguments{
+        QStringLiteral("--area=%1").arg(areaText(options.area, desktop.screenSize()))};
+    if (options.share) {
+        arguments << QStringLiteral("--share");
+    }
+    auto process = testing::ChildProcess::start({.program = options.executable,
+                                                 .arguments = arguments,
+                                                 .environment = desktop.environment()});
+    if (!process) {
+        return testing::failure(process.error());
+    }
+    return Program(desktop, std::move(*process));
+}
+
+Result<xcb_window_t> Program::mainWindow()
+{
+    return await(mainTitle());
+}
+
+Result<xcb_window_t> Program::outputWindow()
+{
+    return await(outputTitle());
+}
+
+std::optional<xcb_window_t> Program::currentOutput() const
+{
+    return visibleWindow(desktop_->client(), outputTitle());
+}
+
+Result<xcb_window_t> Program::await(const QString &title)
+{
+    std::optional<xcb_window_t> window;
+    desktop_->waitFor(
+        [&] {
+            window = visibleWindow(desktop_->client(), title);
+            return window || !process_.isRunning();
+        },
+        windowLimit);
+    if (!window) {
+        return testing::failure(problem(QStringLiteral("no window \"%1\"").arg(title)));
+    }
+    return *window;
+}
+
+Result<void> Program::placeMainWindow(QPoint place, const QRect &uncovered)
+{
+    const auto &client = desktop_->client();
+    const auto window = mainWindow();
+    if (!window) {
+        return testing::failure(window.error());
+    }
+    const uint32_t values[] = {static_cast<uint32_t>(place.x()), static_cast<uint32_t>(place.y())};
+    xcb_configure_window(client.connection(), *window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y,
+                         values);
+    client.flush();
+    const auto isThere = [&] {
+        const auto frame = testing::geometryOf(client, testing::topLevelOf(client, *window));
+        return frame && frame->contains(place) && !frame->intersects(uncovered);
+    };
+    if (!desktop_->waitFor(isThere, windowLimit)) {
+        return testing::failure(QStringLiteral("the main window does not go where it should"));
+    }
+    return {};
+}
+
+std::optional<QPoint> Program::button(ButtonColor color) const
+{
+    const auto &client = desktop_->client();
+    const auto window = visibleWindow(client, mainTitle());
+    const auto frame = window ? testing::geometryOf(client, *window) : std::nullopt;
+    const auto picture = frame ? client.screenshot(*frame & QRect({}, client.rootSize()))
+                               : testing::failure(QStringLiteral("no main window"));
+    const auto place = picture ? findButton(*picture, color) : std::nullopt;
+    return place ? std::optional(*place + frame->topLeft()) : std::nullopt;
+}
+
+std::optional<QPoint> Program::startButton() const
+{
+    return button(ButtonColor::Accent);
+}
+
+std::optional<QPoint> Program::stopButton() const
+{
+    return button(ButtonColor::Danger);
+}
+
+Result<void> Program::click(ButtonColor color)
+{
+    std::optional<QPoint> place;
+    desktop_->waitFor([&] { return (place = button(color)).has_value(); }, windowLimit);
+    if (!place) {
+        return testing::failure(problem(QStringLiteral("a button cannot be pressed")));
+    }
+    testing::InputInjector(desktop_->client()).click(*place);
+    return {};
+}
+
+Result<void> Program::clickStart()
+{
+    return click(ButtonColor::Accent);
+}
+
+Result<void> Program::clickStop()
+{
+    return click(ButtonColor::Danger);
+}
+
+Result<void> Program::end()
+{
+    process_.sendSignal(SIGTERM);
+    if (!process_.waitForEnd(endLimit)) {
+        return testing::failure(problem(QStringLiteral("it does not end when asked to")));
+    }
+    if (const int code = process_.exitCode().value_or(0); code != 0) {
+        return testing::failure(problem(QStringLiteral("it left with exit code %1").arg(code)));
+    }
+    return {};
+}
+
+QString Program::problem(const QString &text) const
+{
+    const QByteArray output = process_.output().trimmed();
+    return output.isEmpty()
+        ? text
+        : QStringLiteral("%1; glimmerpane said: %2").arg(text, QString::fromLocal8Bit(output));
+}
+
+QString areaText(const QRect &area, QSize screen)
+{
+    // Points count from the bottom-left corner, y up; these displays have one pixel per point.
+    return QStringLiteral("%1,%2,%3x%4")
+        .arg(area.x())
+        .arg(screen.height() - area.y() - area.height())
+        .arg(area.width())
+        .arg(area.height());
+}
+
+QString executableOr(const QString &given)
+{
+    if (!given.isEmpty()) {
+        return QDir::current().absoluteFilePath(given);
+    }
+    return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("glimmerpane"));
+}
+
+} // namespace glimmerpane::bench
