@@ -1,12 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "storage/FrameRepository.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
+#include <QTemporaryFile>
 
 #include <utility>
 
 namespace glimmerpane
 {
+
+namespace
+{
+
+/**
+ * Whether a new settings file could be written beside the old one. QSettings does not notice when
+ * the disk is full: it puts what fitted of the new file in the old one's place.
+ */
+bool hasRoomFor(const QSettings &settings)
+{
+    const QFileInfo file(settings.fileName());
+    const QString path = file.exists() ? file.canonicalFilePath() : file.filePath();
+    QDir().mkpath(QFileInfo(path).path());
+    QTemporaryFile trial(path);
+    const QByteArray bytes(file.size() + 4096, ' ');
+    return trial.open() && trial.write(bytes) == bytes.size() && trial.flush();
+}
+
+} // namespace
 
 FrameRepository::FrameRepository(std::unique_ptr<QSettings> userDefaults, QString key)
     : userDefaults_(std::move(userDefaults))
@@ -27,7 +49,8 @@ std::optional<CaptureFrame> FrameRepository::load()
 
 void FrameRepository::save(const CaptureFrame &frame)
 {
-    if (const auto json = toJson(frame)) {
+    const auto json = toJson(frame);
+    if (json && hasRoomFor(*userDefaults_)) {
         userDefaults_->setValue(key_, *json);
         userDefaults_->sync();
     }
