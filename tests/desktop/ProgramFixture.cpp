@@ -58,10 +58,14 @@ void ProgramFixture::start(const QStringList &arguments)
                                             .environment = environment_}));
 }
 
-std::optional<int> ProgramFixture::waitForExit()
+int ProgramFixture::waitForExit()
 {
     program.waitForEnd(patience);
-    return program.exitCode();
+    const int code = program.exitCode().value_or(-1);
+    if (code != 0) {
+        qInfo("%s", program.output().constData());
+    }
+    return code;
 }
 
 std::optional<xcb_window_t> ProgramFixture::mainWindow() const

@@ -37,8 +37,8 @@ public:
 
     /** Starts the program; a running one is ended first. */
     void start(const QStringList &arguments = {});
-    /** Waits for the program's end. The exit code, or nothing if it goes on. */
-    std::optional<int> waitForExit();
+    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0. */
+    int waitForExit();
 
     std::optional<xcb_window_t> mainWindow() const;
     std::optional<xcb_window_t> outputWindow() const;
