@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QThreadPool>
+#include <QtConcurrent>
 
 #include <cstdio>
 #include <tuple>
@@ -88,8 +89,7 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
 void GlimmerpaneShareApp::requestPermission()
 {
     // A desktop that asks the person for permission does it now, not in the middle of a call.
-    QThreadPool::globalInstance()->start(
-        [&desktop = *desktop_] { std::ignore = desktop.shareableContent(); });
+    std::ignore = QtConcurrent::run([&desktop = *desktop_] { return desktop.shareableContent(); });
 }
 
 int runGlimmerpane(int argc, char **argv)

@@ -14,13 +14,13 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds changeLimit{2};
 
-/// A colour that no other change in a row has.
+/** A colour that no other change in a row has. */
 QRgb colorOf(int change)
 {
     return qRgb(40 + change * 53 % 200, 40 + change * 97 % 200, 40 + change % 200);
 }
 
-/// Reads one pixel again and again, as fast as the server answers.
+/** Reads one pixel again and again, as fast as the server answers. */
 Result<void> awaitColor(const testing::CapturedWindow &output, QPoint place, QRgb color)
 {
     const auto limit = Clock::now() + changeLimit;
@@ -36,7 +36,7 @@ Result<void> awaitColor(const testing::CapturedWindow &output, QPoint place, QRg
     return testing::failure(QStringLiteral("a change never came to the output"));
 }
 
-/// Between 40 and 79 ms, never in step with a display's frames.
+/** Between 40 and 79 ms, never in step with a display's frames. */
 std::chrono::milliseconds pauseAfter(int change)
 {
     return std::chrono::milliseconds(40 + change * 17 % 40);

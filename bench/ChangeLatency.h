@@ -15,9 +15,11 @@ struct LatencyOptions {
     int changes = 100;
 };
 
-/// Changes the colour of a small window and takes the time from the server's acknowledgement until
-/// that colour is read from the output's Composite picture. Milliseconds, one per change; the
-/// changes are far enough apart that none waits for the one before.
+/**
+ * Changes the colour of a small window and takes the time from the server's acknowledgement until
+ * that colour is read from the output's Composite picture. Milliseconds, one per change; the
+ * changes are far enough apart that none waits for the one before.
+ */
 Result<std::vector<double>> measureLatency(const Desktop &desktop, const LatencyOptions &options);
 
 } // namespace glimmerpane::bench

@@ -23,7 +23,7 @@ double threadMilliseconds()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-/// The copied bytes are used, so that the compiler cannot leave the copy out.
+/** The copied bytes are used, so that the compiler cannot leave the copy out. */
 void use(const void *memory)
 {
     asm volatile("" : : "r"(memory) : "memory");

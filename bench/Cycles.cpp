@@ -20,7 +20,7 @@ constexpr int averagedCycles = 5;
 constexpr double memoryTarget = 256; ///< KiB; less is the allocator's own noise
 constexpr std::chrono::seconds cycleLimit{10};
 
-/// What was held after a cycle, while nothing is shared.
+/** What was held after a cycle, while nothing is shared. */
 struct Held {
     double residentKibibytes = 0;
     int descriptors = 0;
@@ -63,7 +63,7 @@ Result<Held> heldBy(const SharedDesktop &shared)
                 .pixmapBytes = server->pixmapBytes};
 }
 
-/// The median over some cycles up to this one, because each one's end finds other leftovers.
+/** The median over some cycles up to this one, because each one's end finds other leftovers. */
 template<typename Value>
 double around(const std::vector<Held> &held, int cycle, Value Held::*member)
 {

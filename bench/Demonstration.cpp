@@ -25,7 +25,7 @@ constexpr std::chrono::seconds pictureLimit{5};
 constexpr std::chrono::seconds countingTime{3};
 constexpr int latencyChanges = 40;
 
-/// Everything that a run may leave; none of it must be an earlier run's.
+/** Everything that a run may leave; none of it must be an earlier run's. */
 QStringList pictureNames()
 {
     return {QStringLiteral("desktop.png"), QStringLiteral("main-window.png"),
@@ -38,7 +38,7 @@ QPoint numberPlace()
     return animationPlace.topLeft() - area.topLeft();
 }
 
-/// The smallest rectangle around all pixels that differ, and how many they are.
+/** The smallest rectangle around all pixels that differ, and how many they are. */
 std::pair<QRect, int> difference(const QImage &left, const QImage &right)
 {
     QRect bounds;

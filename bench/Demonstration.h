@@ -13,8 +13,10 @@
 namespace glimmerpane::bench
 {
 
-/// Shows on a private display that the program works: shares an area in which numbers move,
-/// looks at the result as a viewer does, and leaves pictures of it.
+/**
+ * Shows on a private display that the program works: shares an area in which numbers move,
+ * looks at the result as a viewer does, and leaves pictures of it.
+ */
 class Demonstration
 {
 public:
@@ -29,7 +31,7 @@ public:
         std::vector<double> latencies; ///< milliseconds
     };
 
-    /// Fails if the viewer's picture is not exactly the area's, or if anything takes too long.
+    /** Fails if the viewer's picture is not exactly the area's, or if anything takes too long. */
     static Result<Outcome> run(const Options &options);
 
 private:

@@ -18,8 +18,10 @@ namespace glimmerpane::bench
 
 using testing::Result;
 
-/// A private display with a window manager of its own, without any other session's settings,
-/// bus or clients. Ends all it started with the object.
+/**
+ * A private display with a window manager of its own, without any other session's settings,
+ * bus or clients. Ends all it started with the object.
+ */
 class Desktop
 {
 public:
@@ -29,7 +31,7 @@ public:
         std::stop_token stop{};
     };
 
-    /// Returns once the window manager and the compositor, if wanted, are at work.
+    /** Returns once the window manager and the compositor, if wanted, are at work. */
     static Result<std::unique_ptr<Desktop>> start(const Options &options);
 
     const testing::XClient &client() const { return client_; }
@@ -37,12 +39,12 @@ public:
     QString displayName() const { return server_.displayName(); }
     QSize screenSize() const { return client_.rootSize(); }
 
-    /// For programs on this display; settings go to a folder that is removed with the object.
+    /** For programs on this display; settings go to a folder that is removed with the object. */
     QProcessEnvironment environment() const;
 
-    /// Whether the condition came true; gives up at the limit and when asked to stop.
+    /** Whether the condition came true; gives up at the limit and when asked to stop. */
     bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit) const;
-    /// Lets time pass on the display; false when asked to stop.
+    /** Lets time pass on the display; false when asked to stop. */
     bool rest(std::chrono::milliseconds time) const;
     bool stopRequested() const { return stop_.stop_requested(); }
 

@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 constexpr double target = 100; ///< milliseconds
 constexpr std::chrono::seconds frameLimit{10};
 
-/// Whether the output is there and has the still picture's number and its last pixel.
+/** Whether the output is there and has the still picture's number and its last pixel. */
 bool showsPicture(const SharedDesktop &shared, QRgb lastPixel)
 {
     const auto &client = shared.desktop->client();

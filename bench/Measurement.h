@@ -12,7 +12,7 @@
 namespace glimmerpane::bench
 {
 
-/// How much to measure.
+/** How much to measure. */
 struct Extent {
     int runs = 5; ///< of each figure; the table shows their median
     std::chrono::milliseconds phase{4000}; ///< of counting frames and processor time
@@ -21,7 +21,7 @@ struct Extent {
     int cycles = 200; ///< of starting and stopping in one process
 };
 
-/// What every measurement is given.
+/** What every measurement is given. */
 struct Measurement {
     QString executable; ///< Glimmerpane's
     Extent extent{};
@@ -31,7 +31,7 @@ struct Measurement {
 
 using Figures = testing::Result<std::vector<Figure>>;
 
-/// A display of 1920x1080 with an area of 1280x720 to share and the main window beside it.
+/** A display of 1920x1080 with an area of 1280x720 to share and the main window beside it. */
 inline constexpr QRect measuredArea(600, 180, 1280, 720);
 inline constexpr QPoint measuredMainWindow(60, 180);
 inline constexpr QPoint pointerInArea(1500, 640);

@@ -7,7 +7,7 @@
 namespace glimmerpane::bench
 {
 
-/// What a viewer saw of the numbered animation during a time.
+/** What a viewer saw of the numbered animation during a time. */
 struct SeenFrames {
     double seconds = 0;
     int shown = 0; ///< different numbers read from the output
@@ -18,12 +18,14 @@ struct SeenFrames {
     double rate() const { return seconds > 0 ? shown / seconds : 0; }
 };
 
-/// Reads the animation's number out of the window's Composite picture, once each time the window
-/// was drawn into. `place` is the number strip's corner in the window.
+/**
+ * Reads the animation's number out of the window's Composite picture, once each time the window
+ * was drawn into. `place` is the number strip's corner in the window.
+ */
 Result<SeenFrames> countFrames(const Desktop &desktop, xcb_window_t output, QPoint place,
                                std::chrono::milliseconds time);
 
-/// The number that the window shows now.
+/** The number that the window shows now. */
 Result<uint32_t> shownNumber(const testing::CapturedWindow &output, QPoint place);
 
 } // namespace glimmerpane::bench

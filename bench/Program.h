@@ -7,7 +7,7 @@
 namespace glimmerpane::bench
 {
 
-/// Glimmerpane as a person runs it, on a private display.
+/** Glimmerpane as a person runs it, on a private display. */
 class Program
 {
 public:
@@ -17,30 +17,32 @@ public:
         bool share = false; ///< from the start
     };
 
-    /// Returns at once. The desktop must outlive the object, at the same address.
+    /** Returns at once. The desktop must outlive the object, at the same address. */
     static Result<Program> start(const Desktop &desktop, const Options &options);
 
     pid_t pid() const { return process_.pid(); }
 
-    /// The main window, once it is on the screen.
+    /** The main window, once it is on the screen. */
     Result<xcb_window_t> mainWindow();
-    /// The window for viewers, once it is on the display and has a picture.
+    /** The window for viewers, once it is on the display and has a picture. */
     Result<xcb_window_t> outputWindow();
-    /// The same at this moment, if it is there.
+    /** The same at this moment, if it is there. */
     std::optional<xcb_window_t> currentOutput() const;
 
-    /// Asks the window manager to put the main window there; returns once it is there and beside
-    /// the rectangle that it must not cover. Root pixels.
+    /**
+     * Asks the window manager to put the main window there; returns once it is there and beside
+     * the rectangle that it must not cover. Root pixels.
+     */
     Result<void> placeMainWindow(QPoint place, const QRect &uncovered);
 
-    /// Clicks on the button once it can be pressed. Returns when the click has been sent.
+    /** Clicks on the button once it can be pressed. Returns when the click has been sent. */
     Result<void> clickStart();
     Result<void> clickStop();
-    /// Where to click, root pixels; nothing while the button is disabled or hidden.
+    /** Where to click, root pixels; nothing while the button is disabled or hidden. */
     std::optional<QPoint> startButton() const;
     std::optional<QPoint> stopButton() const;
 
-    /// Ends it as a session does; fails unless it leaves with exit code 0.
+    /** Ends it as a session does; fails unless it leaves with exit code 0. */
     Result<void> end();
 
 private:
@@ -58,10 +60,10 @@ private:
     testing::ChildProcess process_;
 };
 
-/// The value of --area for a rectangle of root pixels on a display of this size.
+/** The value of --area for a rectangle of root pixels on a display of this size. */
 QString areaText(const QRect &area, QSize screen);
 
-/// Glimmerpane's executable: the one given, or else the one built beside this program.
+/** Glimmerpane's executable: the one given, or else the one built beside this program. */
 QString executableOr(const QString &given);
 
 } // namespace glimmerpane::bench

@@ -31,7 +31,7 @@ QString processorName()
     return QStringLiteral("unknown processor");
 }
 
-/// Work of others on the machine blurs every figure; a reader should be able to tell.
+/** Work of others on the machine blurs every figure; a reader should be able to tell. */
 QString loadText()
 {
     std::array<double, 3> loads{};

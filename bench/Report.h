@@ -13,7 +13,7 @@ namespace glimmerpane::bench
 
 enum class Verdict { None, Met, Missed };
 
-/// One line of the table.
+/** One line of the table. */
 struct Figure {
     QString name;
     QString measured; ///< with its unit
@@ -23,16 +23,16 @@ struct Figure {
     std::optional<double> partOfTarget{}; ///< for the plot; 1 is exactly the target
 };
 
-/// A figure with an upper bound, `unit` after both numbers.
+/** A figure with an upper bound, `unit` after both numbers. */
 Figure boundedFigure(const QString &name, double measured, double target, const QString &unit,
                      const QString &counted);
 
 QString number(double value, int decimals = 2);
 
-/// Markdown, with a head that says on what machine it was measured.
+/** Markdown, with a head that says on what machine it was measured. */
 QString table(const std::vector<Figure> &figures, const QString &mode);
 
-/// A bar for each figure that has a target, as an SVG picture.
+/** A bar for each figure that has a target, as an SVG picture. */
 QString plot(const std::vector<Figure> &figures);
 
 testing::Result<void> writeText(const QString &path, const QString &text);

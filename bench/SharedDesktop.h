@@ -7,8 +7,10 @@
 namespace glimmerpane::bench
 {
 
-/// A fresh display on which Glimmerpane runs and the main window stands beside the area. The
-/// pointer is inside the area.
+/**
+ * A fresh display on which Glimmerpane runs and the main window stands beside the area. The
+ * pointer is inside the area.
+ */
 struct SharedDesktop {
     std::unique_ptr<Desktop> desktop;
     std::optional<Program> program{};
@@ -18,7 +20,7 @@ struct SharedDesktop {
 Result<std::unique_ptr<Desktop>> startDesktop(const Measurement &measurement,
                                               bool compositor = false);
 
-/// Starts Glimmerpane on the desktop; returns once it shares, if it is to share from the start.
+/** Starts Glimmerpane on the desktop; returns once it shares, if it is to share from the start. */
 Result<void> startProgram(const Measurement &measurement, bool share, SharedDesktop &shared);
 
 } // namespace glimmerpane::bench

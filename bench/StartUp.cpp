@@ -35,7 +35,7 @@ Result<double> timeToWindow(const Desktop &desktop, const QString &program, cons
     return failure(QStringLiteral("%1 shows no window \"%2\"").arg(program, title));
 }
 
-/// Returns once no window of the last program is left.
+/** Returns once no window of the last program is left. */
 Result<double> measureOnce(const Desktop &desktop, const QString &program, const QString &title)
 {
     const auto time = timeToWindow(desktop, program, title);

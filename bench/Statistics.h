@@ -6,7 +6,7 @@
 namespace glimmerpane::bench
 {
 
-/// The value below which this share of the values lies, 0.5 being the median; 0 of no values.
+/** The value below which this share of the values lies, 0.5 being the median; 0 of no values. */
 double quantile(std::vector<double> values, double share);
 
 inline double median(const std::vector<double> &values)

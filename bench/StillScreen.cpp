@@ -25,7 +25,7 @@ struct Run {
     std::map<QString, double> wakeUpsByThread{}; ///< a second
 };
 
-/// Until nothing has been drawn into the output for a second.
+/** Until nothing has been drawn into the output for a second. */
 Result<void> awaitQuiet(const Desktop &desktop, testing::DamageWatch &watch)
 {
     constexpr std::chrono::seconds quiet{1};

@@ -10,8 +10,10 @@
 namespace glimmerpane::bench
 {
 
-/// Turns SIGINT, SIGTERM and SIGHUP into a request to stop, so that everything that was started
-/// is ended and every temporary folder removed on the way out. Make it before any other thread.
+/**
+ * Turns SIGINT, SIGTERM and SIGHUP into a request to stop, so that everything that was started
+ * is ended and every temporary folder removed on the way out. Make it before any other thread.
+ */
 class StopSignals
 {
 public:

@@ -39,7 +39,7 @@ Extent quickExtent()
             .cycles = 40};
 }
 
-/// Every measurement is tried; what failed is told and counted.
+/** Every measurement is tried; what failed is told and counted. */
 std::pair<std::vector<Figure>, int> measureAll(const Measurement &measurement, const QString &only)
 {
     std::vector<Figure> figures;

@@ -16,7 +16,7 @@ namespace
 
 using glimmerpane::testing::PatternMode;
 
-/// WIDTHxHEIGHT+X+Y; empty if it is anything else.
+/** WIDTHxHEIGHT+X+Y; empty if it is anything else. */
 QRect rectangleOf(const QString &text)
 {
     static const QRegularExpression form(QStringLiteral("^(\\d+)x(\\d+)\\+(\\d+)\\+(\\d+)$"));

@@ -10,6 +10,7 @@
 #include <QtConcurrent>
 
 #include <cmath>
+#include <tuple>
 #include <utility>
 
 namespace glimmerpane
@@ -28,7 +29,7 @@ StartResult failure(const Error &error)
 /** Stopping waits for the stream's thread, so it is done elsewhere. */
 void stopInBackground(std::shared_ptr<CaptureStream> stream)
 {
-    QThreadPool::globalInstance()->start([stream = std::move(stream)] { stream->stopCapture(); });
+    std::ignore = QtConcurrent::run([stream = std::move(stream)] { stream->stopCapture(); });
 }
 
 } // namespace

@@ -11,9 +11,10 @@ FramePacer::FramePacer(std::chrono::nanoseconds interval)
 {
 }
 
-void FramePacer::advance(TimePoint now)
+void FramePacer::advance(TimePoint now, TimePoint wantedSince)
 {
-    due_ = std::max(due_, now - interval_ / 2) + interval_;
+    const auto slip = wantedSince < due_ ? interval_ / 512 : std::chrono::nanoseconds::zero();
+    due_ = std::max(due_, now - interval_ / 2) + interval_ - slip;
 }
 
 } // namespace glimmerpane

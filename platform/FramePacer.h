@@ -10,6 +10,10 @@ namespace glimmerpane
  * Says when the next frame may be made: at once after a pause, then on a grid of one interval. A
  * frame may be up to half an interval early against the one before if that one was late, so that
  * one late frame does not delay all that follow it.
+ *
+ * Whatever draws on the screen at the same rate has a grid of its own. As long as it has to wait
+ * for ours, ours moves towards it, by a 512th of an interval with each frame: a source of 60 frames
+ * a second is soon shown without delay, and a faster one gets 60.1 instead of 60.
  */
 class FramePacer
 {
@@ -21,8 +25,8 @@ public:
     bool isDue(TimePoint now) const { return now >= due_; }
     TimePoint due() const { return due_; }
 
-    /** A frame was made `now`. */
-    void advance(TimePoint now);
+    /** A frame was made `now` that could have been made at `wantedSince`. */
+    void advance(TimePoint now, TimePoint wantedSince);
 
 private:
     std::chrono::nanoseconds interval_;

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ColorSchemePortal.h"
 
+#include <QCoroFuture>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QFile>
-#include <QFuture>
+#include <QPointer>
 #include <QtConcurrent>
 
 namespace glimmerpane
@@ -51,19 +52,18 @@ bool isSessionBusThere()
 
 } // namespace
 
-void ColorSchemePortal::start()
+QCoro::Task<> ColorSchemePortal::start()
 {
     if (!isSessionBusThere()) {
-        return;
+        co_return;
     }
+    const QPointer self(this);
     // Connecting waits for the bus, so another thread does it; the connection is the same for all.
-    QtConcurrent::run([] {
-        return QDBusConnection::sessionBus().isConnected();
-    }).then(this, [this](bool isConnected) {
-        if (isConnected) {
-            follow();
-        }
-    });
+    auto connecting = QtConcurrent::run([] { return QDBusConnection::sessionBus().isConnected(); });
+    const bool isConnected = co_await connecting;
+    if (self && isConnected) {
+        follow();
+    }
 }
 
 void ColorSchemePortal::follow()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoroTask>
 #include <QObject>
 
 class QDBusVariant;
@@ -26,7 +27,7 @@ class ColorSchemePortal : public QObject
     Q_OBJECT
 
 public:
-    void start();
+    QCoro::Task<> start();
 
 Q_SIGNALS:
     void colorSchemeTold(glimmerpane::ColorScheme scheme);

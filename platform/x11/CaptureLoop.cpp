@@ -129,16 +129,25 @@ std::expected<void, Error> CaptureLoop::watch()
 
 void CaptureLoop::run()
 {
-    while (isRunning_) {
+    std::optional<FramePacer::TimePoint> wantedSince;
+    while (true) {
         readRedraws();
         readEvents();
-        const bool isWanted = isDamaged_ || isPointerStale_ || !carried_.isEmpty();
+        if (!isRunning_) {
+            return;
+        }
+        if (!isDamaged_ && !isPointerStale_ && carried_.isEmpty()) {
+            wait(std::nullopt);
+            continue;
+        }
         const auto now = std::chrono::steady_clock::now();
-        if (isRunning_ && isWanted && pacer_.isDue(now)) {
-            pacer_.advance(now);
+        wantedSince = wantedSince.value_or(now);
+        if (pacer_.isDue(now)) {
+            pacer_.advance(now, *wantedSince);
+            wantedSince.reset();
             look();
-        } else if (isRunning_) {
-            wait(isWanted ? std::optional(pacer_.due() - now) : std::nullopt);
+        } else {
+            wait(pacer_.due() - now);
         }
     }
 }

@@ -51,7 +51,10 @@ public:
         return answer_;
     }
     void stopCapture() override { log_.running -= std::exchange(isRunning_, false) ? 1 : 0; }
-    void returnSampleBuffer(const SampleBuffer &sample) override { log_.returned.push_back(sample); }
+    void returnSampleBuffer(const SampleBuffer &sample) override
+    {
+        log_.returned.push_back(sample);
+    }
     void invalidate() override { ++log_.invalidations; }
 
 private:
@@ -109,13 +112,13 @@ public:
     {
         return std::make_unique<StubWindow>();
     }
-    std::expected<std::unique_ptr<DisplayLayer>, Error>
-    makeDisplayLayer(const OffscreenWindow &) override
+    std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
+        const OffscreenWindow &) override
     {
         return std::make_unique<StubLayer>(log);
     }
-    std::unique_ptr<CaptureStream>
-    makeCaptureStream(const ContentFilter &filter, const StreamConfiguration &configuration) override
+    std::unique_ptr<CaptureStream> makeCaptureStream(
+        const ContentFilter &filter, const StreamConfiguration &configuration) override
     {
         log.filter = filter;
         log.configuration = configuration;
@@ -184,12 +187,12 @@ void ScreenCaptureServiceTest::configuration_isMadeFromTheArea_data()
     QTest::addColumn<QSize>("pixels");
     QTest::addColumn<Rect>("source");
     QTest::newRow("plain") << frame << QSize(200, 100) << Rect{10, 830, 100, 50};
-    QTest::newRow("fractions are cut off") << CaptureFrame{0, 0, 100.7, 50.2} << QSize(201, 100)
-                                           << Rect{0, 849.8, 100.7, 50.2};
-    QTest::newRow("magnitudes count") << CaptureFrame{10, 20, -100, -50} << QSize(200, 100)
-                                      << Rect{10, 830, 100, 50};
-    QTest::newRow("off the display") << CaptureFrame{-500, 1000, 10, 10} << QSize(20, 20)
-                                     << Rect{-500, -110, 10, 10};
+    QTest::newRow("fractions are cut off")
+        << CaptureFrame{0, 0, 100.7, 50.2} << QSize(201, 100) << Rect{0, 849.8, 100.7, 50.2};
+    QTest::newRow("magnitudes count")
+        << CaptureFrame{10, 20, -100, -50} << QSize(200, 100) << Rect{10, 830, 100, 50};
+    QTest::newRow("off the display")
+        << CaptureFrame{-500, 1000, 10, 10} << QSize(20, 20) << Rect{-500, -110, 10, 10};
 }
 
 void ScreenCaptureServiceTest::configuration_isMadeFromTheArea()

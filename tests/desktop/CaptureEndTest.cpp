@@ -82,8 +82,8 @@ void CaptureEndTest::displays_beginWithThePrimary()
 void CaptureEndTest::picture_isTheArea_onEitherDisplay()
 {
     TwoMonitors fixture;
-    const auto window = required(ColorWindow::show(
-        fixture.client, {.rectangle = {500, 50, 300, 100}, .color = green}));
+    const auto window = required(
+        ColorWindow::show(fixture.client, {.rectangle = {500, 50, 300, 100}, .color = green}));
     for (const QRect area : {areaOnTheLeft, areaOnTheRight, QRect(600, 80, 100, 100)}) {
         fixture.share(area);
         QVERIFY(fixture.showsArea());
@@ -132,8 +132,8 @@ void CaptureEndTest::capture_goesOn_whenTheOtherDisplayChanges()
     QVERIFY(fixture.showsArea());
     fixture.removeMonitor(QStringLiteral("RIGHT"));
     fixture.setMonitor(QStringLiteral("RIGHT"), {640, 100, 640, 900}, QStringLiteral("none"));
-    const auto window = required(
-        ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
     QVERIFY(fixture.showsArea());
     QCOMPARE(fixture.captureEnds, 0);
 }
@@ -146,8 +146,8 @@ void CaptureEndTest::capture_goesOn_afterItEndedByItself_whenStartedAgain()
     QVERIFY(waitFor([&] { return fixture.captureEnds == 1; }, patience));
     fixture.coordinator->closeSharingWindow();
     fixture.share(areaOnTheLeft);
-    const auto window = required(
-        ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
     QVERIFY(fixture.showsArea());
     QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
 }
@@ -179,8 +179,8 @@ void CaptureEndTest::window_isHidden_whenDestroyedByAnotherClient()
     fixture.client.sync();
     QVERIFY(waitFor([&] { return !fixture.coordinator->isSharingWindowVisible(); }, patience));
     // Frames still come and must do no harm.
-    const auto window = required(
-        ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
     fixture.input.moveTo(areaOnTheLeft.center());
     fixture.stop();
     fixture.share(areaOnTheLeft);

@@ -32,9 +32,8 @@ CaptureFixture::~CaptureFixture()
 
 void CaptureFixture::run(const QString &program, const QStringList &arguments)
 {
-    auto process = required(ChildProcess::start({.program = program,
-                                                 .arguments = arguments,
-                                                 .environment = server.environment()}));
+    auto process = required(ChildProcess::start(
+        {.program = program, .arguments = arguments, .environment = server.environment()}));
     if (!process.waitForEnd(patience) || process.exitCode() != 0) {
         qFatal("%s failed: %s", qPrintable(program), process.output().constData());
     }

@@ -64,10 +64,10 @@ void CaptureTest::picture_isTheArea_whereverItLies()
 {
     QFETCH(QRect, place);
     CaptureFixture fixture;
-    const auto a = required(ColorWindow::show(
-        fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
-    const auto b = required(ColorWindow::show(
-        fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
+    const auto a = required(
+        ColorWindow::show(fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
+    const auto b = required(
+        ColorWindow::show(fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
     // The pointer over an edge of the picture is cut off there.
     fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
     fixture.share(place);
@@ -107,8 +107,8 @@ void CaptureTest::picture_hasThePointer_whereverItGoes()
     }
     QVERIFY(fixture.actual() != without);
     // What changes under a pointer that stays is seen around and through it.
-    const auto window = required(
-        ColorWindow::show(fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
+    const auto window = required(ColorWindow::show(
+        fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
     QVERIFY(fixture.showsArea());
     fixture.input.moveTo({0, 0});
     QVERIFY(fixture.showsArea());
@@ -138,11 +138,10 @@ void CaptureTest::frames_areNotMade_whenNothingInTheAreaChanges()
     auto watch = required(DamageWatch::open(fixture.server.displayName(), fixture.outputWindow()));
     const auto outside = required(
         ColorWindow::show(fixture.client, {.rectangle = {600, 600, 100, 100}, .color = red}));
-    const auto inside = required(
-        ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
+    const auto inside
+        = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
     QVERIFY(fixture.showsArea());
-    while (watch.take()) {
-    }
+    while (watch.take()) { }
     watch.resetCount();
     for (int i = 0; i < 20; ++i) {
         outside.setColor(i % 2 != 0 ? red : blue);
@@ -151,8 +150,7 @@ void CaptureTest::frames_areNotMade_whenNothingInTheAreaChanges()
     // The next change in the area comes after all of these, and alone.
     inside.setColor(blue);
     QVERIFY(fixture.showsArea());
-    while (watch.take()) {
-    }
+    while (watch.take()) { }
     QCOMPARE(watch.count(), 1);
 }
 
@@ -175,8 +173,8 @@ void CaptureTest::sessions_leaveNothingBehind_whenStopped()
     // A stop while the start is in flight.
     const auto window = fixture.coordinator->showSharingWindow(frame);
     std::optional<bool> succeeded;
-    fixture.service->startCapture(frame, window).then(
-        [&](const CaptureServiceProtocol::StartResult &r) { succeeded = r.has_value(); });
+    fixture.service->startCapture(frame, window)
+        .then([&](const CaptureServiceProtocol::StartResult &r) { succeeded = r.has_value(); });
     fixture.service->stopCapture();
     QVERIFY(waitFor([&] { return succeeded.has_value(); }, patience));
     QVERIFY(*succeeded);
@@ -206,8 +204,8 @@ void CaptureTest::content_isRefused_whenAnExtensionIsMissing_data()
 void CaptureTest::content_isRefused_whenAnExtensionIsMissing()
 {
     QFETCH(QString, extension);
-    const auto server = required(
-        XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
+    const auto server
+        = required(XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
     qputenv("DISPLAY", server.displayName().toLocal8Bit());
     const auto content = x11::X11Desktop().shareableContent();
     QVERIFY(!content);

@@ -17,8 +17,8 @@ constexpr QRect area(200, 150, 320, 240);
 
 xcb_window_t ownerOf(const CaptureFixture &fixture, const QByteArray &selection)
 {
-    const auto cookie = xcb_get_selection_owner(fixture.client.connection(),
-                                                fixture.client.atom(selection));
+    const auto cookie
+        = xcb_get_selection_owner(fixture.client.connection(), fixture.client.atom(selection));
     const Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(fixture.client.connection(), cookie, nullptr));
     return reply ? reply->owner : xcb_window_t(XCB_NONE);

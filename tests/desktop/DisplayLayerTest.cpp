@@ -65,10 +65,10 @@ void DisplayLayerTest::picture_isFittedWithBlackBars_whenTheWindowHasAnotherShap
     QFETCH(QSize, size);
     QFETCH(QRect, fitted);
     LayerFixture fixture(size);
-    const auto leftHalf = required(ColorWindow::show(
-        fixture.client, {.rectangle = {100, 100, 100, 100}, .color = red}));
-    const auto rightHalf = required(ColorWindow::show(
-        fixture.client, {.rectangle = {200, 100, 100, 100}, .color = green}));
+    const auto leftHalf = required(
+        ColorWindow::show(fixture.client, {.rectangle = {100, 100, 100, 100}, .color = red}));
+    const auto rightHalf = required(
+        ColorWindow::show(fixture.client, {.rectangle = {200, 100, 100, 100}, .color = green}));
     fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
     const QRect inner = fitted.adjusted(2, 2, -2, -2);
     const auto isRight = [&] {

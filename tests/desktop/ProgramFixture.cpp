@@ -106,7 +106,9 @@ bool ProgramFixture::showsArea(QRect rootRectangle)
         if (!window) {
             return false;
         }
-        seen = windowPicture(client, *window).value_or(QImage()).convertToFormat(QImage::Format_RGB32);
+        seen = windowPicture(client, *window)
+                   .value_or(QImage())
+                   .convertToFormat(QImage::Format_RGB32);
         wanted = required(client.screenshot(rootRectangle));
         if (const auto cursor = currentCursor(client)) {
             wanted = withCursor(wanted, rootRectangle.topLeft(), *cursor);
@@ -157,8 +159,8 @@ bool ProgramFixture::type(QPoint field, const QByteArray &text) const
     if (!waitFor([&] { return isFocused(field); }, patience)) {
         return false;
     }
-    bool isTyped = input.pressKey(keys::control) && input.typeKey('a')
-        && input.releaseKey(keys::control);
+    bool isTyped
+        = input.pressKey(keys::control) && input.typeKey('a') && input.releaseKey(keys::control);
     for (const char letter : text) {
         isTyped = isTyped && input.typeKey(static_cast<std::uint32_t>(letter));
     }

@@ -37,7 +37,8 @@ public:
 
     /** Starts the program; a running one is ended first. */
     void start(const QStringList &arguments = {});
-    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0. */
+    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
+     */
     int waitForExit();
 
     std::optional<xcb_window_t> mainWindow() const;

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void nextFrame_staysOnTheGrid_data();
     void nextFrame_staysOnTheGrid();
     void frames_keepTheRate_whateverTheirTimes();
+    void grid_movesToTheSource_whenTheyDiffer();
+    void rate_staysAtTheLimit_whenTheSourceIsFaster();
 };
 
 void FramePacerTest::frame_isDueAtOnce_whenItIsTheFirst()
@@ -53,10 +55,11 @@ void FramePacerTest::nextFrame_staysOnTheGrid()
     QFETCH(QList<int>, late);
     QFETCH(int, due);
     FramePacer pacer(interval);
-    pacer.advance(start);
+    pacer.advance(start, start);
     const auto firstDue = pacer.due();
     for (const int milliseconds : late) {
-        pacer.advance(pacer.due() + std::chrono::milliseconds(milliseconds));
+        const auto now = pacer.due() + std::chrono::milliseconds(milliseconds);
+        pacer.advance(now, now);
     }
     QCOMPARE((pacer.due() - firstDue) / 1ms, due);
     QVERIFY(pacer.isDue(pacer.due()));
@@ -72,7 +75,7 @@ void FramePacerTest::frames_keepTheRate_whateverTheirTimes()
          now += std::chrono::microseconds(random() % 9000)) {
         now += random() % 50 == 0 ? 100ms : 0ms;
         if (pacer.isDue(now)) {
-            pacer.advance(now);
+            pacer.advance(now, now);
             frames.push_back(now);
             QVERIFY(pacer.due() <= now + interval);
         }
@@ -82,6 +85,32 @@ void FramePacerTest::frames_keepTheRate_whateverTheirTimes()
             QVERIFY(frames[at] - frames[at - count] >= count * interval - interval / 2);
         }
     }
+}
+
+void FramePacerTest::grid_movesToTheSource_whenTheyDiffer()
+{
+    FramePacer pacer(interval);
+    pacer.advance(start, start);
+    // A source of the same rate, whose frames come shortly after ours were made.
+    FramePacer::TimePoint made;
+    auto wanted = start + 1ms;
+    for (int i = 0; i < 600; ++i, wanted += interval) {
+        made = std::max(wanted, pacer.due());
+        pacer.advance(made, wanted);
+    }
+    QVERIFY(made - (wanted - interval) < 100us);
+}
+
+void FramePacerTest::rate_staysAtTheLimit_whenTheSourceIsFaster()
+{
+    FramePacer pacer(interval);
+    int frames = 0;
+    for (auto wanted = start; wanted < start + 1000 * interval; ++frames) {
+        const auto made = std::max(wanted, pacer.due());
+        pacer.advance(made, wanted);
+        wanted = made + interval / 3;
+    }
+    QVERIFY2(frames >= 1000 && frames <= 1004, qPrintable(QString::number(frames)));
 }
 
 QTEST_APPLESS_MAIN(FramePacerTest)

@@ -28,7 +28,7 @@ QString systemError()
     return QString::fromLocal8Bit(std::strerror(errno));
 }
 
-/// The zero-terminated array that execve() wants; points into the strings it owns.
+/** The zero-terminated array that execve() wants; points into the strings it owns. */
 class CStrings
 {
 public:
@@ -59,7 +59,7 @@ struct Launch {
     pid_t parent;
 };
 
-/// Runs in the child between fork and exec: nothing here may allocate or lock.
+/** Runs in the child between fork and exec: nothing here may allocate or lock. */
 [[noreturn]] void execute(const Launch &launch)
 {
     prctl(PR_SET_PDEATHSIG, SIGTERM);

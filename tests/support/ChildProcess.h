@@ -13,7 +13,7 @@
 namespace glimmerpane::testing
 {
 
-/// Owns a file descriptor.
+/** Owns a file descriptor. */
 class FileDescriptor
 {
 public:
@@ -40,8 +40,10 @@ private:
     int descriptor_ = -1;
 };
 
-/// One started program. The destructor ends exactly this process, by its id, and collects it, so
-/// that none is left behind. The kernel ends it too if the starting thread dies first.
+/**
+ * One started program. The destructor ends exactly this process, by its id, and collects it, so
+ * that none is left behind. The kernel ends it too if the starting thread dies first.
+ */
 class ChildProcess
 {
 public:
@@ -53,7 +55,7 @@ public:
         bool keepOutput = true; ///< collect what it prints; false: it shares our terminal
     };
 
-    /// Returns once the program runs; fails if it cannot be executed.
+    /** Returns once the program runs; fails if it cannot be executed. */
     static Result<ChildProcess> start(const Options &options);
 
     ChildProcess() = default;
@@ -63,23 +65,23 @@ public:
     ChildProcess &operator=(const ChildProcess &) = delete;
     ~ChildProcess();
 
-    /// 0 when there is none or it has been collected.
+    /** 0 when there is none or it has been collected. */
     pid_t pid() const { return pid_; }
     bool isRunning();
 
-    /// The exit code once ended; 128 + the signal's number if a signal ended it.
+    /** The exit code once ended; 128 + the signal's number if a signal ended it. */
     std::optional<int> exitCode();
 
-    /// Handles Qt events meanwhile. Returns whether it ended in time.
+    /** Handles Qt events meanwhile. Returns whether it ended in time. */
     bool waitForEnd(std::chrono::milliseconds limit);
 
-    /// SIGTERM, and SIGKILL if it has not ended within the limit. Returns after its end.
+    /** SIGTERM, and SIGKILL if it has not ended within the limit. Returns after its end. */
     void terminate(std::chrono::milliseconds limit = std::chrono::seconds(5));
-    /// SIGKILL. Returns after its end.
+    /** SIGKILL. Returns after its end. */
     void kill();
     void sendSignal(int signal);
 
-    /// What it has printed so far on both of its output channels.
+    /** What it has printed so far on both of its output channels. */
     QByteArray output() const;
 
 private:

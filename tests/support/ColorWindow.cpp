@@ -9,7 +9,7 @@ namespace glimmerpane::testing
 namespace
 {
 
-/// Managers place a new window themselves unless its hints say that the user chose the place.
+/** Managers place a new window themselves unless its hints say that the user chose the place. */
 void setPlacementHints(const XClient &client, xcb_window_t window, const QRect &rectangle)
 {
     constexpr uint32_t userPositionAndSize = 1U | 2U;

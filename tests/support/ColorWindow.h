@@ -6,8 +6,10 @@
 namespace glimmerpane::testing
 {
 
-/// A plain coloured window to test against. Its colour is the window's background, so the server
-/// repaints what was covered without asking anybody.
+/**
+ * A plain coloured window to test against. Its colour is the window's background, so the server
+ * repaints what was covered without asking anybody.
+ */
 class ColorWindow
 {
 public:
@@ -23,8 +25,10 @@ public:
         QString title{}; ///< none if empty
     };
 
-    /// Mapped on return as far as the server is concerned; a managed one may still have to be
-    /// mapped by the manager. The client must outlive the object, at the same address.
+    /**
+     * Mapped on return as far as the server is concerned; a managed one may still have to be
+     * mapped by the manager. The client must outlive the object, at the same address.
+     */
     static Result<ColorWindow> show(const XClient &client, const Options &options);
     ColorWindow(ColorWindow &&other) noexcept;
     ColorWindow &operator=(ColorWindow &&) = delete;
@@ -34,7 +38,7 @@ public:
 
     xcb_window_t id() const { return window_; }
 
-    /// Each returns after the server has handled it.
+    /** Each returns after the server has handled it. */
     void setColor(QRgb color) const;
     void setGeometry(const QRect &rectangle) const;
     void raise() const;

@@ -11,8 +11,10 @@ namespace glimmerpane::testing
 namespace
 {
 
-/// One channel of "source over destination" with a premultiplied source: x * a / 255, rounded,
-/// and the saturated sum.
+/**
+ * One channel of "source over destination" with a premultiplied source: x * a / 255, rounded,
+ * and the saturated sum.
+ */
 uint32_t blendChannel(uint32_t source, uint32_t destination, uint32_t inverseAlpha)
 {
     const uint32_t product = destination * inverseAlpha + 0x80;

@@ -49,7 +49,7 @@ DigitLayout layoutFor(QSize picture)
             .pitch = digit.width() + 2 * stroke};
 }
 
-/// Segments: top, top right, bottom right, bottom, bottom left, top left, middle.
+/** Segments: top, top right, bottom right, bottom, bottom left, top left, middle. */
 void drawDigit(QImage &picture, QPoint at, const DigitLayout &layout, uint32_t digit)
 {
     static constexpr std::array<uint8_t, 10> lit{0x3f, 0x06, 0x5b, 0x4f, 0x66,

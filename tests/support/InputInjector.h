@@ -6,30 +6,32 @@
 namespace glimmerpane::testing
 {
 
-/// Plays a person's mouse and keyboard through XTEST. Positions are root pixels. Every call
-/// returns after the server has handled it.
+/**
+ * Plays a person's mouse and keyboard through XTEST. Positions are root pixels. Every call
+ * returns after the server has handled it.
+ */
 class InputInjector
 {
 public:
-    /// The client must outlive the object.
+    /** The client must outlive the object. */
     explicit InputInjector(const XClient &client)
         : client_(client)
     {
     }
 
     void moveTo(QPoint position) const;
-    /// Moves the pointer without any device event, as a program does.
+    /** Moves the pointer without any device event, as a program does. */
     void warpTo(QPoint position) const;
     QPoint position() const;
 
-    /// 1 left, 2 middle, 3 right, 4 to 7 wheel.
+    /** 1 left, 2 middle, 3 right, 4 to 7 wheel. */
     void press(uint8_t button = 1) const;
     void release(uint8_t button = 1) const;
     void click(QPoint position, uint8_t button = 1) const;
-    /// Presses at the first place, moves there in steps and releases at the second.
+    /** Presses at the first place, moves there in steps and releases at the second. */
     void drag(QPoint from, QPoint to, int steps = 10) const;
 
-    /// A key by its X keysym, such as 0xff1b for Escape. Fails if the keyboard lacks it.
+    /** A key by its X keysym, such as 0xff1b for Escape. Fails if the keyboard lacks it. */
     Result<void> pressKey(uint32_t keysym) const;
     Result<void> releaseKey(uint32_t keysym) const;
     Result<void> typeKey(uint32_t keysym) const;

@@ -10,12 +10,14 @@
 namespace glimmerpane::testing
 {
 
-/// Plays a pattern window on a thread of its own, at absolute deadlines of the monotonic clock,
-/// so that no delay adds up. Numbers rise by one with every frame that was really sent.
+/**
+ * Plays a pattern window on a thread of its own, at absolute deadlines of the monotonic clock,
+ * so that no delay adds up. Numbers rise by one with every frame that was really sent.
+ */
 class PatternAnimation
 {
 public:
-    /// Frames a second.
+    /** Frames a second. */
     static constexpr int defaultRate = 60;
 
     explicit PatternAnimation(PatternWindow window, int rate = defaultRate);
@@ -23,16 +25,16 @@ public:
     Q_DISABLE_COPY_MOVE(PatternAnimation)
 
     void start();
-    /// Returns after the server has drawn the last frame, which then stays.
+    /** Returns after the server has drawn the last frame, which then stays. */
     void freeze();
     bool isRunning() const { return thread_.joinable(); }
 
-    /// The number of the frame sent last.
+    /** The number of the frame sent last. */
     uint32_t lastFrame() const { return lastFrame_; }
-    /// Deadlines at which no frame was sent, because we or the server were too slow.
+    /** Deadlines at which no frame was sent, because we or the server were too slow. */
     uint32_t missedDeadlines() const { return missed_; }
 
-    /// Only while frozen.
+    /** Only while frozen. */
     PatternWindow &window() { return window_; }
 
 private:

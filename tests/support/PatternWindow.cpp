@@ -14,7 +14,7 @@ namespace
 
 constexpr QSize blockSize(320, 180);
 
-/// Back and forth between 0 and the limit, a few pixels a frame.
+/** Back and forth between 0 and the limit, a few pixels a frame. */
 int bounce(uint32_t number, int step, int limit)
 {
     if (limit <= 0) {

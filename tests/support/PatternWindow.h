@@ -14,23 +14,27 @@ enum class PatternMode {
     Still, ///< one picture; a frame changes nothing
 };
 
-/// An override-redirect window that shows numbered frames through shared memory, on a connection
-/// of its own. The pictures lie ready; a frame costs the number and one request.
+/**
+ * An override-redirect window that shows numbered frames through shared memory, on a connection
+ * of its own. The pictures lie ready; a frame costs the number and one request.
+ */
 class PatternWindow
 {
 public:
-    /// Mapped, on top of everything there is, showing frame 0. Root pixels.
+    /** Mapped, on top of everything there is, showing frame 0. Root pixels. */
     static Result<PatternWindow> open(const QString &displayName, const QRect &rectangle,
                                       PatternMode mode = PatternMode::FullMotion);
 
     xcb_window_t id() const { return window_; }
     PatternMode mode() const { return mode_; }
 
-    /// Sends one frame. False, with nothing shown, while the server is too far behind to have a
-    /// picture free.
+    /**
+     * Sends one frame. False, with nothing shown, while the server is too far behind to have a
+     * picture free.
+     */
     bool show(uint32_t number);
 
-    /// Returns after the server has drawn everything.
+    /** Returns after the server has drawn everything. */
     void sync();
     bool isBroken() const { return client_.isBroken(); }
 

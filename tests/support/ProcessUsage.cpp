@@ -18,7 +18,7 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// The number after "name:" in a /proc status file.
+/** The number after "name:" in a /proc status file. */
 uint64_t field(const QByteArray &status, const QByteArray &name)
 {
     const auto start = status.indexOf('\n' + name + ':');

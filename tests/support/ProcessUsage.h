@@ -18,7 +18,7 @@ struct ThreadUsage {
     uint64_t preemptions = 0; ///< involuntary context switches
 };
 
-/// What a process has used since its start. Threads that have ended are in `cpu` only.
+/** What a process has used since its start. Threads that have ended are in `cpu` only. */
 struct ProcessUsage {
     std::chrono::nanoseconds cpu{}; ///< user and system, all threads, in clock ticks of 10 ms
     std::vector<ThreadUsage> threads;
@@ -27,7 +27,7 @@ struct ProcessUsage {
 
     static Result<ProcessUsage> of(pid_t pid);
 
-    /// Sum of the living threads, in nanoseconds.
+    /** Sum of the living threads, in nanoseconds. */
     std::chrono::nanoseconds threadCpu() const;
     uint64_t wakeUps() const;
 };

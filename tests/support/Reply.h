@@ -11,7 +11,7 @@ struct FreeDeleter {
     void operator()(void *memory) const { std::free(memory); }
 };
 
-/// Owns what xcb allocates with malloc: replies, errors and events.
+/** Owns what xcb allocates with malloc: replies, errors and events. */
 template<typename T>
 using Reply = std::unique_ptr<T, FreeDeleter>;
 

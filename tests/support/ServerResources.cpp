@@ -10,7 +10,7 @@ namespace glimmerpane::testing
 namespace
 {
 
-/// The resource base of each connection that the process holds.
+/** The resource base of each connection that the process holds. */
 std::set<uint32_t> connectionsOf(const XClient &client, pid_t pid)
 {
     const xcb_res_client_id_spec_t everybody{.client = XCB_NONE,

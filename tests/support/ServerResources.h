@@ -8,7 +8,7 @@
 namespace glimmerpane::testing
 {
 
-/// What the X server keeps for one process, over all of its connections.
+/** What the X server keeps for one process, over all of its connections. */
 struct ServerResources {
     int connections = 0;
     std::map<QString, uint32_t> counts; ///< by the resource type's name, such as "PIXMAP"

@@ -8,8 +8,10 @@
 namespace glimmerpane::testing
 {
 
-/// A picture in memory that the X server reads directly. Freed with the object; the server lets
-/// go of it at the latest when the connection closes.
+/**
+ * A picture in memory that the X server reads directly. Freed with the object; the server lets
+ * go of it at the latest when the connection closes.
+ */
 class SharedPicture
 {
 public:
@@ -20,10 +22,10 @@ public:
     SharedPicture &operator=(const SharedPicture &) = delete;
     ~SharedPicture();
 
-    /// 32 bits per pixel. Do not write while the server reads.
+    /** 32 bits per pixel. Do not write while the server reads. */
     QImage &image() { return image_; }
 
-    /// Draws a part of it into the window; the server's completion event comes when it has read.
+    /** Draws a part of it into the window; the server's completion event comes when it has read. */
     void put(const XClient &client, xcb_drawable_t target, xcb_gcontext_t context,
              const QRect &part, QPoint at) const;
 

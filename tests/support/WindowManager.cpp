@@ -21,7 +21,7 @@ bool isAnnounced(const XClient &client)
     return propertyOf(client, client.root(), "_NET_SUPPORTING_WM_CHECK").has_value();
 }
 
-/// Maps a small window and looks whether the manager takes it.
+/** Maps a small window and looks whether the manager takes it. */
 bool managesNewWindow(const XClient &client)
 {
     const auto probe = ColorWindow::show(

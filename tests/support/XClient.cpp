@@ -22,7 +22,7 @@ const xcb_screen_t *screenOf(xcb_connection_t *connection, int number)
     return iterator.data;
 }
 
-/// The server refuses an extension's requests until its version was asked for.
+/** The server refuses an extension's requests until its version was asked for. */
 bool announceExtensions(xcb_connection_t *connection)
 {
     for (xcb_extension_t *extension :

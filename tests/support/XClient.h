@@ -13,8 +13,10 @@
 namespace glimmerpane::testing
 {
 
-/// A connection of its own to an X server, so a real second client. All rectangles are root or
-/// drawable pixels, origin top left. Use it on one thread.
+/**
+ * A connection of its own to an X server, so a real second client. All rectangles are root or
+ * drawable pixels, origin top left. Use it on one thread.
+ */
 class XClient
 {
 public:
@@ -30,20 +32,20 @@ public:
     uint32_t newId() const { return xcb_generate_id(connection()); }
     void flush() const { xcb_flush(connection()); }
 
-    /// Returns after the server has handled everything sent before.
+    /** Returns after the server has handled everything sent before. */
     void sync() const;
 
-    /// Fails with the text if the checked request did.
+    /** Fails with the text if the checked request did. */
     Result<void> check(xcb_void_cookie_t cookie, const QString &text) const;
 
-    /// What is seen at this place of the display, without the pointer.
+    /** What is seen at this place of the display, without the pointer. */
     Result<QImage> screenshot(const QRect &rectangle) const;
     Result<QImage> screenshot() const { return screenshot({QPoint(), rootSize()}); }
 
-    /// The pixels of a window or pixmap of the root's depth; the rectangle must lie inside it.
+    /** The pixels of a window or pixmap of the root's depth; the rectangle must lie inside it. */
     Result<QImage> image(xcb_drawable_t drawable, const QRect &rectangle) const;
 
-    /// Fills a part of any drawable, past its child windows if it is the root.
+    /** Fills a part of any drawable, past its child windows if it is the root. */
     void fill(xcb_drawable_t drawable, const QRect &rectangle, QRgb color) const;
 
 private:

@@ -20,8 +20,10 @@ Reply<xcb_query_tree_reply_t> treeOf(const XClient &client, xcb_window_t window)
         xcb_query_tree_reply(client.connection(), cookie, nullptr));
 }
 
-/// Adds the application windows at or below the window: a window with a state is one of them and
-/// is not searched any further.
+/**
+ * Adds the application windows at or below the window: a window with a state is one of them and
+ * is not searched any further.
+ */
 void collectStated(const XClient &client, xcb_window_t window, std::vector<xcb_window_t> &found)
 {
     const auto state = propertyOf(client, window, "WM_STATE");

@@ -29,27 +29,27 @@ struct WindowAttributes {
     uint32_t eventMask = 0; ///< of all clients
 };
 
-/// In stacking order, the lowest first; with Picker the highest first, as pickers show them.
+/** In stacking order, the lowest first; with Picker the highest first, as pickers show them. */
 std::vector<xcb_window_t> listWindows(const XClient &client, Listing listing);
 
-/// The first of the list with exactly this title.
+/** The first of the list with exactly this title. */
 std::optional<xcb_window_t> findWindow(const XClient &client, const QString &title,
                                        Listing listing = Listing::Picker);
 
-/// The direct child of the root that holds the window: itself, or the window manager's frame.
+/** The direct child of the root that holds the window: itself, or the window manager's frame. */
 xcb_window_t topLevelOf(const XClient &client, xcb_window_t window);
 std::vector<xcb_window_t> childrenOf(const XClient &client, xcb_window_t window);
 
-/// _NET_WM_NAME, or else WM_NAME.
+/** _NET_WM_NAME, or else WM_NAME. */
 QString titleOf(const XClient &client, xcb_window_t window);
-/// Without the border, in root pixels; empty when there is no such window.
+/** Without the border, in root pixels; empty when there is no such window. */
 std::optional<QRect> geometryOf(const XClient &client, xcb_window_t window);
 std::optional<WindowAttributes> attributesOf(const XClient &client, xcb_window_t window);
-/// Whether it and everything above it is mapped.
+/** Whether it and everything above it is mapped. */
 bool isViewable(const XClient &client, xcb_window_t window);
 std::optional<Property> propertyOf(const XClient &client, xcb_window_t window,
                                    const QByteArray &name);
-/// The process that _NET_WM_PID names; 0 if none.
+/** The process that _NET_WM_PID names; 0 if none. */
 pid_t pidOf(const XClient &client, xcb_window_t window);
 
 } // namespace glimmerpane::testing

@@ -16,7 +16,7 @@ namespace
 
 constexpr std::chrono::seconds startLimit{20};
 
-/// The line that the server writes once it accepts clients; empty if it does not in time.
+/** The line that the server writes once it accepts clients; empty if it does not in time. */
 QByteArray readDisplayNumber(int descriptor)
 {
     QByteArray text;

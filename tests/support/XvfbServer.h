@@ -8,8 +8,10 @@
 namespace glimmerpane::testing
 {
 
-/// A private X server without hardware, on the first free display number, 24 bits deep, not
-/// reachable from the network. Ends with the object.
+/**
+ * A private X server without hardware, on the first free display number, 24 bits deep, not
+ * reachable from the network. Ends with the object.
+ */
 class XvfbServer
 {
 public:
@@ -18,22 +20,24 @@ public:
         QStringList arguments{}; ///< appended to the server's command line
     };
 
-    /// Returns once the server accepts clients.
+    /** Returns once the server accepts clients. */
     static Result<XvfbServer> start(const Options &options);
     static Result<XvfbServer> start() { return start(Options{}); }
 
-    /// For DISPLAY, such as ":5".
+    /** For DISPLAY, such as ":5". */
     QString displayName() const { return displayName_; }
     QSize screenSize() const { return screenSize_; }
     pid_t pid() const { return process_.pid(); }
     bool isRunning() { return process_.isRunning(); }
     QByteArray output() const { return process_.output(); }
 
-    /// Our own environment with DISPLAY set to this server and every other desktop session's
-    /// variables removed, for a ChildProcess.
+    /**
+     * Our own environment with DISPLAY set to this server and every other desktop session's
+     * variables removed, for a ChildProcess.
+     */
     QProcessEnvironment environment() const;
 
-    /// Ends the server before the object does, in order or at once as a crash would.
+    /** Ends the server before the object does, in order or at once as a crash would. */
     void terminate() { process_.terminate(); }
     void kill() { process_.kill(); }
 
