@@ -157,15 +157,7 @@ void CaptureEndTest::window_isHidden_whenAskedToClose()
     CaptureFixture fixture;
     fixture.share(areaOnTheLeft);
     QVERIFY(fixture.coordinator->isSharingWindowVisible());
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = fixture.outputWindow();
-    message.type = fixture.client.atom("WM_PROTOCOLS");
-    message.data.data32[0] = fixture.client.atom("WM_DELETE_WINDOW");
-    xcb_send_event(fixture.client.connection(), 0, message.window, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char *>(&message));
-    fixture.client.flush();
+    askToClose(fixture.client, fixture.outputWindow());
     QVERIFY(waitFor([&] { return !fixture.coordinator->isSharingWindowVisible(); }, patience));
     QVERIFY(waitFor([&] { return !isViewable(fixture.client, fixture.outputWindow()); }, patience));
     QVERIFY(geometryOf(fixture.client, fixture.outputWindow()).has_value());

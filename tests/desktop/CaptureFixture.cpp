@@ -2,7 +2,7 @@
 #include "tests/desktop/CaptureFixture.h"
 
 #include "tests/support/CursorPicture.h"
-#include "tests/support/WaitFor.h"
+#include "tests/support/PictureComparison.h"
 
 #include <QCoroTask>
 #include <QDir>
@@ -81,20 +81,7 @@ QImage CaptureFixture::actual()
 
 bool CaptureFixture::showsArea()
 {
-    QImage seen;
-    QImage wanted;
-    const auto same = [&] {
-        seen = actual().convertToFormat(QImage::Format_RGB32);
-        wanted = expected().convertToFormat(QImage::Format_RGB32);
-        return seen == wanted;
-    };
-    if (waitFor(same, patience)) {
-        return true;
-    }
-    const QString test = QString::fromLatin1(QTest::currentTestFunction());
-    seen.save(test + QStringLiteral("-actual.png"));
-    wanted.save(test + QStringLiteral("-expected.png"));
-    return false;
+    return becomeEqual([this] { return actual(); }, [this] { return expected(); }, patience);
 }
 
 void CaptureFixture::setTextCursor(xcb_window_t window) const

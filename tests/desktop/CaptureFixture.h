@@ -70,16 +70,6 @@ private:
     std::optional<CapturedWindow> captured_;
 };
 
-/** The value, or the end of the test program with the error's text. */
-template<typename T>
-T required(Result<T> result)
-{
-    if (!result) {
-        qFatal("%s", qPrintable(result.error()));
-    }
-    return std::move(*result);
-}
-
 /** The capture threads of this process. */
 int captureThreads();
 

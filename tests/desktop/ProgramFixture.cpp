@@ -3,6 +3,7 @@
 
 #include "tests/support/CapturedWindow.h"
 #include "tests/support/CursorPicture.h"
+#include "tests/support/PictureComparison.h"
 #include "tests/support/WaitFor.h"
 #include "tests/support/WindowManager.h"
 #include "tests/support/XWindows.h"
@@ -22,15 +23,6 @@ namespace
 
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 const QString mainTitle = QStringLiteral("Glimmerpane");
-
-template<typename T>
-T required(Result<T> result)
-{
-    if (!result) {
-        qFatal("%s", qPrintable(result.error()));
-    }
-    return std::move(*result);
-}
 
 } // namespace
 
@@ -99,36 +91,31 @@ bool ProgramFixture::waitForMainWindow() const
 
 bool ProgramFixture::showsArea(QRect rootRectangle)
 {
-    QImage seen;
-    QImage wanted;
-    const auto same = [&] {
+    const auto actual = [this] {
         const auto window = outputWindow();
-        if (!window) {
-            return false;
-        }
-        seen = windowPicture(client, *window)
-                   .value_or(QImage())
-                   .convertToFormat(QImage::Format_RGB32);
-        wanted = required(client.screenshot(rootRectangle));
-        if (const auto cursor = currentCursor(client)) {
-            wanted = withCursor(wanted, rootRectangle.topLeft(), *cursor);
-        }
-        wanted.convertTo(QImage::Format_RGB32);
-        return seen == wanted;
+        return window ? windowPicture(client, *window).value_or(QImage()) : QImage();
     };
-    if (waitFor(same, patience)) {
-        return true;
-    }
-    const QString test = QString::fromLatin1(QTest::currentTestFunction());
-    seen.save(test + QStringLiteral("-actual.png"));
-    wanted.save(test + QStringLiteral("-expected.png"));
-    required(client.screenshot()).save(test + QStringLiteral("-display.png"));
-    return false;
+    const auto expected = [&] {
+        const QImage pixels = required(client.screenshot(rootRectangle));
+        const auto cursor = currentCursor(client);
+        return cursor ? withCursor(pixels, rootRectangle.topLeft(), *cursor) : pixels;
+    };
+    return becomeEqual(actual, expected, patience);
 }
 
 bool ProgramFixture::waitForNoOutput() const
 {
     return waitFor([this] { return !outputWindow(); }, patience);
+}
+
+bool ProgramFixture::startAgain() const
+{
+    return waitFor(
+        [this] {
+            click(places::startSharing);
+            return outputWindow().has_value();
+        },
+        patience);
 }
 
 void ProgramFixture::click(QPoint place) const
@@ -181,19 +168,6 @@ bool ProgramFixture::isFocused(QPoint field) const
         }
     }
     return false;
-}
-
-void ProgramFixture::askToClose(xcb_window_t window) const
-{
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = client.atom("WM_PROTOCOLS");
-    message.data.data32[0] = client.atom("WM_DELETE_WINDOW");
-    xcb_send_event(client.connection(), 0, window, XCB_EVENT_MASK_NO_EVENT,
-                   reinterpret_cast<const char *>(&message));
-    client.flush();
 }
 
 QString ProgramFixture::settingsFile() const

@@ -51,11 +51,13 @@ public:
     bool showsArea(QRect rootRectangle);
     bool waitForNoOutput() const;
 
+    /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
+    bool startAgain() const;
+
     /** A click at a place of the main window, in its points. */
     void click(QPoint place) const;
     /** Types an area into the four fields; false if it does not become the saved one. */
     bool typeArea(const CaptureFrame &area) const;
-    void askToClose(xcb_window_t window) const;
 
     QString settingsFile() const;
     std::optional<CaptureFrame> savedArea() const;

@@ -77,13 +77,7 @@ void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
 
     fixture.click(places::stopSharing);
     QVERIFY(fixture.waitForNoOutput());
-    // The start button works again as soon as the session has ended, and only then.
-    QVERIFY(waitFor(
-        [&] {
-            fixture.click(places::startSharing);
-            return fixture.outputWindow().has_value();
-        },
-        patience));
+    QVERIFY(fixture.startAgain());
 
     fixture.program.sendSignal(SIGTERM);
     QCOMPARE(fixture.waitForExit(), 0);
@@ -98,16 +92,8 @@ void ProgramTest::session_goesOn_whenTheMainWindowIsMinimised()
     QVERIFY(fixture.showsArea(area));
     const auto main = fixture.mainWindow();
     QVERIFY(main);
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = *main;
-    message.type = fixture.client.atom("WM_CHANGE_STATE");
-    message.data.data32[0] = 3; // IconicState, ICCCM 4.1.4
-    xcb_send_event(fixture.client.connection(), 0, fixture.client.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char *>(&message));
-    fixture.client.flush();
+    constexpr std::uint32_t iconicState = 3; // ICCCM 4.1.4
+    sendMessage(fixture.client, *main, "WM_CHANGE_STATE", iconicState, fixture.client.root());
     QVERIFY(waitFor([&] { return !isViewable(fixture.client, *main); }, patience));
     const auto window = colorUnderArea(fixture);
     QVERIFY(fixture.showsArea(area));
@@ -118,14 +104,9 @@ void ProgramTest::session_ends_whenTheOutputIsAskedToClose()
     ProgramFixture fixture;
     fixture.start({areaOption, QStringLiteral("--share")});
     QVERIFY(fixture.showsArea(area));
-    fixture.askToClose(*fixture.outputWindow());
+    askToClose(fixture.client, *fixture.outputWindow());
     QVERIFY(fixture.waitForNoOutput());
-    QVERIFY(waitFor(
-        [&] {
-            fixture.click(places::startSharing);
-            return fixture.outputWindow().has_value();
-        },
-        patience));
+    QVERIFY(fixture.startAgain());
     QVERIFY(fixture.showsArea(area));
 }
 
@@ -144,7 +125,7 @@ void ProgramTest::program_endsCleanly_whileSharing()
     fixture.start({areaOption, QStringLiteral("--share")});
     QVERIFY(fixture.showsArea(area));
     if (signal == 0) {
-        fixture.askToClose(*fixture.mainWindow());
+        askToClose(fixture.client, *fixture.mainWindow());
     } else {
         fixture.program.sendSignal(signal);
     }

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <expected>
+#include <utility>
 
 namespace glimmerpane::testing
 {
@@ -15,6 +16,16 @@ using Result = std::expected<T, QString>;
 inline std::unexpected<QString> failure(const QString &text)
 {
     return std::unexpected(text);
+}
+
+/** The value, or the end of the program with the error's text. */
+template<typename T>
+T required(Result<T> result)
+{
+    if (!result) {
+        qFatal("%s", qPrintable(result.error()));
+    }
+    return std::move(*result);
 }
 
 } // namespace glimmerpane::testing

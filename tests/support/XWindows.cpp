@@ -171,4 +171,26 @@ pid_t pidOf(const XClient &client, xcb_window_t window)
     return items.empty() ? 0 : static_cast<pid_t>(items.front());
 }
 
+void sendMessage(const XClient &client, xcb_window_t window, const QByteArray &type,
+                 std::uint32_t value, xcb_window_t receiver)
+{
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = client.atom(type);
+    message.data.data32[0] = value;
+    const std::uint32_t mask = receiver == client.root()
+        ? XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY
+        : XCB_EVENT_MASK_NO_EVENT;
+    xcb_send_event(client.connection(), 0, receiver, mask,
+                   reinterpret_cast<const char *>(&message));
+    client.sync();
+}
+
+void askToClose(const XClient &client, xcb_window_t window)
+{
+    sendMessage(client, window, "WM_PROTOCOLS", client.atom("WM_DELETE_WINDOW"), window);
+}
+
 } // namespace glimmerpane::testing

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/PictureComparison.h"
+
+#include "tests/support/WaitFor.h"
+
+#include <QTest>
+
+namespace glimmerpane::testing
+{
+
+bool becomeEqual(const std::function<QImage()> &actual, const std::function<QImage()> &expected,
+                 std::chrono::milliseconds limit)
+{
+    QImage seen;
+    QImage wanted;
+    const auto same = [&] {
+        seen = actual().convertToFormat(QImage::Format_RGB32);
+        wanted = expected().convertToFormat(QImage::Format_RGB32);
+        return !seen.isNull() && seen == wanted;
+    };
+    if (waitFor(same, limit)) {
+        return true;
+    }
+    const QString test = QString::fromLatin1(QTest::currentTestFunction());
+    seen.save(test + QStringLiteral("-actual.png"));
+    wanted.save(test + QStringLiteral("-expected.png"));
+    return false;
+}
+
+} // namespace glimmerpane::testing
