@@ -27,7 +27,7 @@ enum ExitCode {
     misused = 2,
 };
 
-constexpr char version[] = GLIMMERPANE_VERSION;
+constexpr const char *version = GLIMMERPANE_VERSION;
 
 int complain(const QString &message, ExitCode code)
 {

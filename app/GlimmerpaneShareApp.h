@@ -19,6 +19,7 @@ class GlimmerpaneShareApp
 public:
     GlimmerpaneShareApp();
     ~GlimmerpaneShareApp();
+    Q_DISABLE_COPY_MOVE(GlimmerpaneShareApp)
 
     /** Shows the main window and does what the command line asks for. */
     void launch(const LaunchOptions &options);

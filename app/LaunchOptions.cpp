@@ -30,7 +30,7 @@ std::optional<AreaTexts> areaTexts(const QString &text)
     }
     const QString &size = parts[2];
     for (qsizetype at = size.indexOf(u'x'); at >= 0; at = size.indexOf(u'x', at + 1)) {
-        const AreaTexts texts{parts[0], parts[1], size.first(at), size.sliced(at + 1)};
+        AreaTexts texts{parts[0], parts[1], size.first(at), size.sliced(at + 1)};
         if (allNumbers(texts)) {
             return texts;
         }

@@ -10,7 +10,6 @@
 #include <QtConcurrent>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <utility>
@@ -121,13 +120,14 @@ void MainViewModel::frameSelectionCancelled()
 void MainViewModel::updateFrame(const QString &x, const QString &y, const QString &width,
                                 const QString &height)
 {
-    const auto numbers = std::array{numberFromText(x), numberFromText(y), numberFromText(width),
-                                    numberFromText(height)};
-    if (!std::ranges::all_of(numbers, [](const auto &number) { return number.has_value(); })) {
-        return;
+    const auto newX = numberFromText(x);
+    const auto newY = numberFromText(y);
+    const auto newWidth = numberFromText(width);
+    const auto newHeight = numberFromText(height);
+    if (newX && newY && newWidth && newHeight) {
+        publish(currentFrame_, CaptureFrame{*newX, *newY, *newWidth, *newHeight});
+        frameRepository_->save(currentFrame_);
     }
-    publish(currentFrame_, CaptureFrame{*numbers[0], *numbers[1], *numbers[2], *numbers[3]});
-    frameRepository_->save(currentFrame_);
 }
 
 // The sharing session. The output window is the session: every way of ending one removes that

@@ -3,8 +3,8 @@
 
 #include <QByteArray>
 
+#include <clocale>
 #include <cstdlib>
-#include <locale.h>
 #include <memory>
 #include <type_traits>
 

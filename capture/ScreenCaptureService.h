@@ -35,6 +35,7 @@ public:
     /** `desktop` must outlive the service. */
     explicit ScreenCaptureService(Desktop &desktop);
     ~ScreenCaptureService() override;
+    Q_DISABLE_COPY_MOVE(ScreenCaptureService)
 
     void setOnCaptureEnded(Handler handler) override;
     QCoro::Task<StartResult> startCapture(CaptureFrame frame,

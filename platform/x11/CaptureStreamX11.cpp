@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 #include <utility>
@@ -42,7 +41,7 @@ std::expected<void, Error> CaptureStreamX11::startCapture(Handlers handlers)
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return std::unexpected(
             Error{.text = QStringLiteral("The system has no file descriptor left."),
-                  .log = QStringLiteral("pipe2: %1").arg(QString::fromLocal8Bit(strerror(errno)))});
+                  .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
     }
     redrawReader_ = FileDescriptor(ends[0]);
     redrawWriter_ = FileDescriptor(ends[1]);

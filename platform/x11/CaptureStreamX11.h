@@ -13,7 +13,7 @@ namespace glimmerpane::x11
 {
 
 /** A capture stream: a CaptureLoop on a thread of its own, "captureQueue". */
-class CaptureStreamX11 : public CaptureStream
+class CaptureStreamX11 final : public CaptureStream
 {
 public:
     CaptureStreamX11(const ContentFilter &filter, const StreamConfiguration &configuration);

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -18,7 +18,7 @@ namespace
 // As many as the capture thread remembers looks of the pointer.
 constexpr std::size_t mostPointers = 128;
 
-constexpr char scalingFilter[] = "bilinear";
+constexpr std::string_view scalingFilter = "bilinear";
 
 /** RENDER's transforms lead from the destination back to the source, in 16.16 fixed point. */
 xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset)
@@ -122,39 +122,42 @@ void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 
 void DisplayLayerX11::show(const SampleBuffer &sample)
 {
-    std::optional<ShownPointer> pointer;
+    QRegion changed = sample.changed & sample.source;
+    const auto before = std::exchange(shownPointer_, std::nullopt);
     if (sample.pointer) {
         const QRect image(sample.pointer->topLeft, sample.pointer->image.size());
-        pointer = {.serial = sample.pointer->serial,
-                   .topLeft = sample.pointer->topLeft,
-                   .covered = image & sample.source};
+        shownPointer_ = {.serial = sample.pointer->serial,
+                         .topLeft = sample.pointer->topLeft,
+                         .covered = image & sample.source};
     }
-    QRegion changed = sample.changed & sample.source;
-    if (shownPointer_ && shownPointer_ != pointer) {
-        changed |= shownPointer_->covered;
+    if (before && before != shownPointer_) {
+        changed |= before->covered;
     }
-    if (pointer && (shownPointer_ != pointer || changed.intersects(pointer->covered))) {
-        // The pointer comes first: a client that reads before the rest follows may see it at two
-        // places, but never misses it.
-        showPatch(sample, pointer->covered);
-        changed -= pointer->covered;
+    if (sample.pointer && shownPointer_) {
+        const QRect patch = shownPointer_->covered;
+        if (before != shownPointer_ || changed.intersects(patch)) {
+            // The pointer comes first: a client that reads before the rest follows may see it at
+            // two places, but never misses it.
+            showPatch(sample, *sample.pointer, patch);
+            changed -= patch;
+        }
     }
     for (const QRect &rectangle : changed) {
         copy(sample.drawable, rectangle.topLeft(), window_,
              rectangle.topLeft() - sample.source.topLeft(), rectangle.size());
     }
-    shownPointer_ = pointer;
 }
 
-void DisplayLayerX11::showPatch(const SampleBuffer &sample, QRect patch)
+void DisplayLayerX11::showPatch(const SampleBuffer &sample, const PointerSprite &pointer,
+                                QRect patch)
 {
     prepareCanvas(patch.size());
     // A copy from beyond the screen leaves a pixmap as it was.
     const xcb_rectangle_t whole{0, 0, extent(patch.width()), extent(patch.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
     copy(sample.drawable, patch.topLeft(), canvas_.pixmap.get(), {}, patch.size());
-    composite(XCB_RENDER_PICT_OP_OVER, pointerPicture(*sample.pointer),
-              {patch.topLeft() - sample.pointer->topLeft, patch.size()}, canvas_.picture, {});
+    composite(XCB_RENDER_PICT_OP_OVER, pointerPicture(pointer),
+              {patch.topLeft() - pointer.topLeft, patch.size()}, canvas_.picture, {});
     copy(canvas_.pixmap.get(), {}, window_, patch.topLeft() - sample.source.topLeft(),
          patch.size());
 }
@@ -171,7 +174,7 @@ void DisplayLayerX11::showScaled(const SampleBuffer &sample)
         xcb_render_create_picture(connection, id, sample.drawable, formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
-        xcb_render_set_picture_filter(connection, id, sizeof scalingFilter - 1, scalingFilter, 0,
+        xcb_render_set_picture_filter(connection, id, scalingFilter.size(), scalingFilter.data(), 0,
                                       nullptr);
     }
     prepareCanvas(fitted.size());

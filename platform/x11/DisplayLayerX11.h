@@ -56,7 +56,7 @@ private:
 
     void show(const SampleBuffer &sample);
     void showScaled(const SampleBuffer &sample);
-    void showPatch(const SampleBuffer &sample, QRect patch);
+    void showPatch(const SampleBuffer &sample, const PointerSprite &pointer, QRect patch);
     void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
     void composite(std::uint8_t operation, const Picture &from, QRect fromRect, const Picture &to,
                    QPoint toPoint);

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -17,8 +18,10 @@ namespace glimmerpane::x11
 namespace
 {
 
+using namespace std::string_view_literals;
+
 constexpr std::uint32_t normalState = 1; // ICCCM 4.1.3.1
-constexpr char resourceClass[] = "glimmerpane\0Glimmerpane";
+constexpr auto resourceClass = "glimmerpane\0Glimmerpane\0"sv; // ICCCM 4.1.2.5
 
 } // namespace
 
@@ -86,7 +89,7 @@ void OffscreenWindowX11::describe(const QString &title)
 
     setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title.toLatin1());
     setText(atom("_NET_WM_NAME"), atom("UTF8_STRING"), title.toUtf8());
-    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, sizeof resourceClass, resourceClass);
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, resourceClass.size(), resourceClass.data());
     set(protocols_, XCB_ATOM_ATOM, 32, 1, &deleteWindow_);
     // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
     // none manages this window.

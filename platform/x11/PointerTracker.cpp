@@ -22,7 +22,7 @@ PointerTracker::PointerTracker(const Connection &connection, const Extensions &e
     , cursorEvent_(extensions.firstXFixesEvent + XCB_XFIXES_CURSOR_NOTIFY)
     , xinputOpcode_(extensions.xinputOpcode)
 {
-    struct {
+    const struct {
         xcb_input_event_mask_t head{.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1};
         std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
     } motion;

@@ -7,9 +7,9 @@
 
 #include <bit>
 #include <clocale>
-#include <cstdlib>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 
 using namespace glimmerpane;
