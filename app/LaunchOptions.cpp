@@ -86,8 +86,7 @@ QString helpText()
         "Options:\n"
         "  --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its\n"
         "                           bottom-left corner, counted from the bottom-left\n"
-        "                           corner of the primary display. A negative X needs\n"
-        "                           the form --area=X,Y,WIDTHxHEIGHT.\n"
+        "                           corner of the primary display.\n"
         "  --share                  Start sharing at once.\n"
         "  -h, --help               Print this and exit.\n"
         "  -v, --version            Print the version and exit.\n");
