@@ -6,6 +6,8 @@
 #include <QCoroTask>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace glimmerpane;
 using namespace glimmerpane::testing;
 
@@ -28,6 +30,8 @@ private Q_SLOTS:
     void picture_hasThePointer_whereverItGoes();
     void picture_followsThePointersLook_whenItChanges();
     void frames_areNotMade_whenNothingInTheAreaChanges();
+    void changes_comeAgain_whenTheirFrameWasReturned_data();
+    void changes_comeAgain_whenTheirFrameWasReturned();
     void picture_isWhole_whenTheOutputWasExposed();
     void sessions_leaveNothingBehind_whenStopped();
     void content_isRefused_whenAnExtensionIsMissing_data();
@@ -152,6 +156,50 @@ void CaptureTest::frames_areNotMade_whenNothingInTheAreaChanges()
     QVERIFY(fixture.showsArea());
     while (watch.take()) { }
     QCOMPARE(watch.count(), 1);
+}
+
+void CaptureTest::changes_comeAgain_whenTheirFrameWasReturned_data()
+{
+    QTest::addColumn<QRegion>("returned");
+    QTest::addColumn<QRegion>("comes");
+    const QRect one(area.topLeft() + QPoint(10, 10), QSize(20, 20));
+    const QRect other(area.topLeft() + QPoint(50, 40), QSize(30, 30));
+    QTest::newRow("one rectangle") << QRegion(one) << QRegion(one);
+    QTest::newRow("two, as their bounds") << (QRegion(one) | other) << QRegion(one | other);
+    QTest::newRow("only the pointer left") << QRegion() << QRegion(area);
+    QTest::newRow("partly outside")
+        << QRegion(area.translated(300, 200)) << QRegion(area & area.translated(300, 200));
+}
+
+void CaptureTest::changes_comeAgain_whenTheirFrameWasReturned()
+{
+    QFETCH(QRegion, returned);
+    QFETCH(QRegion, comes);
+    CaptureFixture fixture;
+    const auto content = fixture.desktop->shareableContent();
+    QVERIFY(content);
+    const auto stream = fixture.desktop->makeCaptureStream(
+        {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
+    QObject mainThread;
+    std::vector<QRegion> changes;
+    const auto keep = [&](const SampleBuffer &sample, SampleType) {
+        QMetaObject::invokeMethod(
+            &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
+            Qt::QueuedConnection);
+    };
+    QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
+    QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
+    QCOMPARE(changes.front(), QRegion(area));
+
+    // The stream's first look at the screen may fall together with a frame that is returned.
+    SampleBuffer sample;
+    sample.changed = returned;
+    changes.clear();
+    const auto cameAgain = [&] {
+        stream->returnSampleBuffer(sample);
+        return std::ranges::find(changes, comes) != changes.end();
+    };
+    QVERIFY(waitFor(cameAgain, patience));
 }
 
 void CaptureTest::picture_isWhole_whenTheOutputWasExposed()
