@@ -178,10 +178,10 @@ void CaptureTest::changes_comeAgain_whenTheirFrameWasReturned()
     CaptureFixture fixture;
     const auto content = fixture.desktop->shareableContent();
     QVERIFY(content);
-    const auto stream = fixture.desktop->makeCaptureStream(
-        {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
     QObject mainThread;
     std::vector<QRegion> changes;
+    const auto stream = fixture.desktop->makeCaptureStream(
+        {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
     const auto keep = [&](const SampleBuffer &sample, SampleType) {
         QMetaObject::invokeMethod(
             &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
