@@ -8,12 +8,18 @@ namespace glimmerpane
 
 FramePacer::FramePacer(std::chrono::nanoseconds interval)
     : interval_(interval)
+    , slipLeft_(interval)
 {
 }
 
 void FramePacer::advance(TimePoint now, TimePoint wantedSince)
 {
-    const auto slip = wantedSince < due_ ? interval_ / 512 : std::chrono::nanoseconds::zero();
+    if (now - due_ >= interval_) {
+        slipLeft_ = interval_;
+    }
+    const bool wasHeld = wantedSince < due_;
+    const auto slip = wasHeld ? std::min(interval_ / 64, slipLeft_) : interval_.zero();
+    slipLeft_ -= slip;
     due_ = std::max(due_, now - interval_ / 2) + interval_ - slip;
 }
 

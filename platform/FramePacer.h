@@ -12,8 +12,9 @@ namespace glimmerpane
  * one late frame does not delay all that follow it.
  *
  * Whatever draws on the screen at the same rate has a grid of its own. As long as it has to wait
- * for ours, ours moves towards it, by a 512th of an interval with each frame: a source of 60 frames
- * a second is soon shown without delay, and a faster one gets 60.1 instead of 60.
+ * for ours, ours moves towards it, by a 64th of an interval with each frame, so that it is soon
+ * shown without delay. In all that is no more than one interval for each time that a frame was left
+ * out, so a faster source does not get more frames by it.
  */
 class FramePacer
 {
@@ -30,6 +31,7 @@ public:
 
 private:
     std::chrono::nanoseconds interval_;
+    std::chrono::nanoseconds slipLeft_;
     TimePoint due_;
 };
 
