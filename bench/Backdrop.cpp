@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Backdrop.h"
 
-#include "tests/support/SharedPicture.h"
+#include "bench/SharedPicture.h"
 
 #include <QPainter>
 
@@ -90,7 +90,7 @@ QImage drawBackdrop(QSize screen, const QRect &area)
 
 testing::Result<void> setBackground(const testing::XClient &client, const QImage &picture)
 {
-    auto shared = testing::SharedPicture::create(client, picture.size());
+    auto shared = SharedPicture::create(client, picture.size());
     if (!shared) {
         return testing::failure(shared.error());
     }

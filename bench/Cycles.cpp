@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
+#include "bench/ProcessUsage.h"
+#include "bench/ServerResources.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
-#include "tests/support/ProcessUsage.h"
-#include "tests/support/ServerResources.h"
 
 #include <algorithm>
 
@@ -51,8 +51,8 @@ Result<void> playCycle(SharedDesktop &shared)
 Result<Held> heldBy(const SharedDesktop &shared)
 {
     const pid_t pid = shared.program->pid();
-    const auto usage = testing::ProcessUsage::of(pid);
-    const auto server = testing::serverResourcesOf(shared.desktop->client(), pid);
+    const auto usage = ProcessUsage::of(pid);
+    const auto server = serverResourcesOf(shared.desktop->client(), pid);
     if (!usage || !server) {
         return failure(usage ? server.error() : usage.error());
     }

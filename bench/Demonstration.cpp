@@ -108,11 +108,11 @@ Result<void> Demonstration::prepareScene()
     if (!background) {
         return background;
     }
-    auto window = testing::PatternWindow::open(desktop_->displayName(), animationPlace);
+    auto window = PatternWindow::open(desktop_->displayName(), animationPlace);
     if (!window) {
         return testing::failure(window.error());
     }
-    animation_ = std::make_unique<testing::PatternAnimation>(std::move(*window));
+    animation_ = std::make_unique<PatternAnimation>(std::move(*window));
     animation_->start();
     return {};
 }

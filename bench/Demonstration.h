@@ -3,8 +3,8 @@
 
 #include "bench/Desktop.h"
 #include "bench/OutputReader.h"
+#include "bench/PatternAnimation.h"
 #include "bench/Program.h"
-#include "tests/support/PatternAnimation.h"
 
 #include <QDir>
 
@@ -49,7 +49,7 @@ private:
 
     Options options_;
     std::unique_ptr<Desktop> desktop_;
-    std::unique_ptr<testing::PatternAnimation> animation_;
+    std::unique_ptr<PatternAnimation> animation_;
     std::optional<Program> program_;
     xcb_window_t mainWindow_ = XCB_WINDOW_NONE;
     xcb_window_t output_ = XCB_WINDOW_NONE;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
 #include "bench/OutputReader.h"
+#include "bench/PatternWindow.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
 #include "tests/support/InputInjector.h"
-#include "tests/support/PatternWindow.h"
 
 namespace glimmerpane::bench
 {
@@ -41,8 +41,8 @@ Result<double> measureRun(const Measurement &measurement)
     }
     SharedDesktop shared{.desktop = std::move(*desktop)};
     const auto &client = shared.desktop->client();
-    const auto picture = testing::PatternWindow::open(shared.desktop->displayName(), measuredArea,
-                                                      testing::PatternMode::Still);
+    const auto picture
+        = PatternWindow::open(shared.desktop->displayName(), measuredArea, PatternMode::Still);
     const auto started
         = picture ? startProgram(measurement, false, shared) : failure(picture.error());
     if (!started) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "bench/CopyReference.h"
+#include "bench/FrameNumber.h"
 #include "bench/Measurement.h"
 #include "bench/OutputReader.h"
+#include "bench/ProcessUsage.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
-#include "tests/support/FrameNumber.h"
-#include "tests/support/ProcessUsage.h"
 
 #include <QCoreApplication>
 
@@ -55,12 +55,12 @@ Result<testing::ChildProcess> startAnimation(const Desktop &desktop)
 /** The number that stands on the screen now. */
 Result<uint32_t> sourceNumber(const Desktop &desktop)
 {
-    const auto strip = desktop.client().screenshot(
-        QRect(measuredArea.topLeft(), testing::frameNumber::stripSize));
+    const auto strip
+        = desktop.client().screenshot(QRect(measuredArea.topLeft(), frameNumber::stripSize));
     if (!strip) {
         return failure(strip.error());
     }
-    const auto number = testing::frameNumber::read(*strip);
+    const auto number = frameNumber::read(*strip);
     if (!number) {
         return failure(QStringLiteral("the animation cannot be seen on the screen"));
     }
@@ -105,7 +105,6 @@ double milliseconds(std::chrono::nanoseconds time)
 /** Lets the time pass and tells what was spent in it; a pid of 0 stands for no program. */
 Result<Spent> spend(Desktop &desktop, pid_t program, std::chrono::milliseconds time)
 {
-    using testing::ProcessUsage;
     const auto usageOf
         = [](pid_t pid) { return pid == 0 ? Result<ProcessUsage>() : ProcessUsage::of(pid); };
     const auto firstFrame = sourceNumber(desktop);

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "bench/OutputReader.h"
 
+#include "bench/FrameNumber.h"
 #include "tests/support/DamageWatch.h"
-#include "tests/support/FrameNumber.h"
 
 #include <set>
 
 namespace glimmerpane::bench
 {
 
-namespace frameNumber = testing::frameNumber;
+namespace frameNumber = frameNumber;
 
 Result<uint32_t> shownNumber(const testing::CapturedWindow &output, QPoint place)
 {

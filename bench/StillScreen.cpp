@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
+#include "bench/ProcessUsage.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
 #include "tests/support/DamageWatch.h"
-#include "tests/support/ProcessUsage.h"
 
 #include <map>
 
@@ -14,7 +14,6 @@ namespace
 {
 
 using testing::failure;
-using testing::ProcessUsage;
 
 constexpr double watchesPerSecond = 2; ///< the program looks every half second
 

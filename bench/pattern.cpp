@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "bench/PatternAnimation.h"
 #include "bench/StopSignals.h"
-#include "tests/support/PatternAnimation.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -11,10 +11,12 @@
 #include <map>
 #include <mutex>
 
+using glimmerpane::bench::PatternAnimation;
+using glimmerpane::bench::PatternMode;
+using glimmerpane::bench::PatternWindow;
+
 namespace
 {
-
-using glimmerpane::testing::PatternMode;
 
 /** WIDTHxHEIGHT+X+Y; empty if it is anything else. */
 QRect rectangleOf(const QString &text)
@@ -69,12 +71,11 @@ int main(int argc, char **argv)
     if (rectangle.isEmpty() || chosen == modes.end() || frames <= 0) {
         return fail(QStringLiteral("bad value, see --help"));
     }
-    auto window = glimmerpane::testing::PatternWindow::open(qEnvironmentVariable("DISPLAY"),
-                                                            rectangle, chosen->second);
+    auto window = PatternWindow::open(qEnvironmentVariable("DISPLAY"), rectangle, chosen->second);
     if (!window) {
         return fail(window.error());
     }
-    glimmerpane::testing::PatternAnimation animation(std::move(*window), frames);
+    PatternAnimation animation(std::move(*window), frames);
     if (chosen->second != PatternMode::Still) {
         animation.start();
     }

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/PatternWindow.h"
+#include "bench/PatternWindow.h"
 
 #include <atomic>
 #include <memory>
 #include <thread>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
 
 /**
@@ -47,4 +47,4 @@ private:
     std::jthread thread_;
 };
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/SharedPicture.h"
+#include "bench/SharedPicture.h"
 
 #include <vector>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::Reply;
+using testing::Result;
+using testing::XClient;
 
 enum class PatternMode {
     FullMotion, ///< every pixel of the window changes from frame to frame
@@ -59,4 +63,4 @@ private:
     int unfinished_ = 0; ///< requests that the server has not read yet
 };
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

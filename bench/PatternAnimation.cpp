@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/PatternAnimation.h"
+#include "bench/PatternAnimation.h"
 
-#include "tests/support/FrameNumber.h"
+#include "bench/FrameNumber.h"
 
 #include <chrono>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
 
 PatternAnimation::PatternAnimation(PatternWindow window, int rate)
@@ -58,4 +58,4 @@ void PatternAnimation::play(const std::stop_token &stop)
     }
 }
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/ServerResources.h"
+#include "bench/ServerResources.h"
 
 #include <set>
 #include <xcb/res.h>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::failure;
+using testing::Reply;
 
 namespace
 {
@@ -89,4 +92,4 @@ Result<ServerResources> serverResourcesOf(const XClient &client, pid_t pid)
     return sum;
 }
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/PatternPainter.h"
+#include "bench/PatternPainter.h"
 
-#include "tests/support/FrameNumber.h"
+#include "bench/FrameNumber.h"
 
-namespace glimmerpane::testing::patternPainter
+namespace patternPainter
 {
 
 namespace
@@ -49,4 +49,4 @@ QImage frame(QSize size, uint32_t number)
     return picture;
 }
 
-} // namespace glimmerpane::testing::patternPainter
+} // namespace patternPainter

@@ -7,8 +7,10 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::Result;
 
 struct ThreadUsage {
     pid_t id = 0;
@@ -32,4 +34,4 @@ struct ProcessUsage {
     uint64_t wakeUps() const;
 };
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

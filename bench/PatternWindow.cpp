@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/PatternWindow.h"
+#include "bench/PatternWindow.h"
 
-#include "tests/support/FrameNumber.h"
-#include "tests/support/PatternPainter.h"
+#include "bench/FrameNumber.h"
+#include "bench/PatternPainter.h"
 
 #include <algorithm>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::failure;
 
 namespace
 {
@@ -176,4 +178,4 @@ void PatternWindow::sync()
     }
 }
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

@@ -10,7 +10,7 @@
  * A frame's number as a row of 32 black and white blocks for machines (24 bits of number, 8 bits
  * of check, so that a torn row is not taken for a number) and as seven-segment digits for people.
  */
-namespace glimmerpane::testing::frameNumber
+namespace frameNumber
 {
 
 inline constexpr int blockSize = 8; ///< pixels
@@ -29,4 +29,4 @@ void draw(QImage &picture, uint32_t number);
  */
 std::optional<uint32_t> read(const QImage &picture, QPoint origin = {});
 
-} // namespace glimmerpane::testing::frameNumber
+} // namespace frameNumber

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/ProcessUsage.h"
+#include "bench/ProcessUsage.h"
 
 #include <QDir>
 #include <QFile>
 
 #include <unistd.h>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::failure;
 
 namespace
 {
@@ -99,4 +101,4 @@ uint64_t ProcessUsage::wakeUps() const
     return sum;
 }
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

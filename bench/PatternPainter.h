@@ -9,7 +9,7 @@
  * The pictures of the numbered animation. They depend on size and number only, so that a reader
  * can tell which pixels every frame must have.
  */
-namespace glimmerpane::testing::patternPainter
+namespace patternPainter
 {
 
 inline constexpr uint32_t phases = 8; ///< backdrops before they repeat
@@ -24,4 +24,4 @@ void drawStill(QImage &picture);
 /** The whole picture of one frame of the full-motion animation. */
 QImage frame(QSize size, uint32_t number);
 
-} // namespace glimmerpane::testing::patternPainter
+} // namespace patternPainter

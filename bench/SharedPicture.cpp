@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/SharedPicture.h"
+#include "bench/SharedPicture.h"
 
 #include "tests/support/ChildProcess.h"
 
@@ -7,8 +7,11 @@
 #include <unistd.h>
 #include <utility>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::failure;
+using testing::FileDescriptor;
 
 Result<SharedPicture> SharedPicture::create(const XClient &client, QSize size)
 {
@@ -66,4 +69,4 @@ void SharedPicture::put(const XClient &client, xcb_drawable_t target, xcb_gconte
                       1, segment_, 0);
 }
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

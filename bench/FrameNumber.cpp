@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/FrameNumber.h"
+#include "bench/FrameNumber.h"
 
 #include <algorithm>
 #include <array>
 
-namespace glimmerpane::testing::frameNumber
+namespace frameNumber
 {
 
 namespace
@@ -116,4 +116,4 @@ std::optional<uint32_t> read(const QImage &picture, QPoint origin)
     return withCheck(number) == bits ? std::optional(number) : std::nullopt;
 }
 
-} // namespace glimmerpane::testing::frameNumber
+} // namespace frameNumber

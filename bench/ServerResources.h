@@ -5,8 +5,11 @@
 
 #include <map>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::Result;
+using testing::XClient;
 
 /** What the X server keeps for one process, over all of its connections. */
 struct ServerResources {
@@ -19,4 +22,4 @@ struct ServerResources {
 
 Result<ServerResources> serverResourcesOf(const XClient &client, pid_t pid);
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench

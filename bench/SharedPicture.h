@@ -5,8 +5,11 @@
 
 #include <xcb/shm.h>
 
-namespace glimmerpane::testing
+namespace glimmerpane::bench
 {
+
+using testing::Result;
+using testing::XClient;
 
 /**
  * A picture in memory that the X server reads directly. Freed with the object; the server lets
@@ -38,4 +41,4 @@ private:
     QImage image_;
 };
 
-} // namespace glimmerpane::testing
+} // namespace glimmerpane::bench
