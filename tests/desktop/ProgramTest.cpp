@@ -4,7 +4,6 @@
 #include "tests/support/WaitFor.h"
 #include "tests/support/XWindows.h"
 
-#include <QDir>
 #include <QTest>
 
 #include <csignal>
@@ -46,15 +45,11 @@ class ProgramTest : public QObject
 private Q_SLOTS:
     void person_sharesTypedNumbers_andFindsThemAgain_data() { addWindowManagers(); }
     void person_sharesTypedNumbers_andFindsThemAgain();
-    void session_goesOn_whenTheMainWindowIsMinimised();
-    void session_ends_whenTheOutputIsAskedToClose();
-    void program_endsCleanly_whileSharing_data();
-    void program_endsCleanly_whileSharing();
-    void program_endsCleanly_whileAnAlertIsUp();
+    void session_goesOnMinimised_andEnds_whenTheOutputIsAskedToClose();
+    void program_endsCleanly_whateverItDoes_data();
+    void program_endsCleanly_whateverItDoes();
     void area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize();
     void pixels_areTheRightOnes_atScaleFactorTwo();
-    void program_starts_whateverIsInTheSettings_data();
-    void program_starts_whateverIsInTheSettings();
     void program_fails_whenTheXServerDies();
     void commandLine_isAnswered_withoutADisplay_data();
     void commandLine_isAnswered_withoutADisplay();
@@ -85,7 +80,7 @@ void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
     QVERIFY(fixture.showsArea(area));
 }
 
-void ProgramTest::session_goesOn_whenTheMainWindowIsMinimised()
+void ProgramTest::session_goesOnMinimised_andEnds_whenTheOutputIsAskedToClose()
 {
     ProgramFixture fixture(WindowManager::Openbox);
     fixture.start({areaOption, QStringLiteral("--share")});
@@ -97,33 +92,29 @@ void ProgramTest::session_goesOn_whenTheMainWindowIsMinimised()
     QVERIFY(waitFor([&] { return !isViewable(fixture.client, *main); }, patience));
     const auto window = colorUnderArea(fixture);
     QVERIFY(fixture.showsArea(area));
-}
 
-void ProgramTest::session_ends_whenTheOutputIsAskedToClose()
-{
-    ProgramFixture fixture;
-    fixture.start({areaOption, QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
     askToClose(fixture.client, *fixture.outputWindow());
     QVERIFY(fixture.waitForNoOutput());
-    QVERIFY(fixture.startAgain());
-    QVERIFY(fixture.showsArea(area));
 }
 
-void ProgramTest::program_endsCleanly_whileSharing_data()
+void ProgramTest::program_endsCleanly_whateverItDoes_data()
 {
+    QTest::addColumn<QString>("areaText");
     QTest::addColumn<int>("signal"); ///< 0: the main window is closed
-    QTest::newRow("main window closed") << 0;
-    QTest::newRow("SIGINT") << SIGINT;
-    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("sharing, window closed") << areaOption << 0;
+    QTest::newRow("sharing, SIGINT") << areaOption << SIGINT;
+    QTest::newRow("sharing, SIGTERM") << areaOption << SIGTERM;
+    QTest::newRow("alert, SIGTERM") << QStringLiteral("--area=0,0,0x100") << SIGTERM;
 }
 
-void ProgramTest::program_endsCleanly_whileSharing()
+void ProgramTest::program_endsCleanly_whateverItDoes()
 {
+    QFETCH(QString, areaText);
     QFETCH(int, signal);
     ProgramFixture fixture(WindowManager::Openbox);
-    fixture.start({areaOption, QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
+    fixture.start({areaText, QStringLiteral("--share")});
+    const auto isThere = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
+    QVERIFY(waitFor(isThere, patience));
     if (signal == 0) {
         askToClose(fixture.client, *fixture.mainWindow());
     } else {
@@ -131,15 +122,6 @@ void ProgramTest::program_endsCleanly_whileSharing()
     }
     QCOMPARE(fixture.waitForExit(), 0);
     QVERIFY(!fixture.outputWindow());
-}
-
-void ProgramTest::program_endsCleanly_whileAnAlertIsUp()
-{
-    ProgramFixture fixture;
-    fixture.start({QStringLiteral("--area=0,0,0x100"), QStringLiteral("--share")});
-    QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
-    fixture.program.sendSignal(SIGTERM);
-    QCOMPARE(fixture.waitForExit(), 0);
 }
 
 void ProgramTest::area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize()
@@ -177,27 +159,6 @@ void ProgramTest::pixels_areTheRightOnes_atScaleFactorTwo()
     fixture.start({QStringLiteral("--share")});
     QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
     QCOMPARE(fixture.savedArea(), (CaptureFrame{.x = 0, .y = 0, .width = 640, .height = 512}));
-}
-
-void ProgramTest::program_starts_whateverIsInTheSettings_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("nothing") << QByteArray();
-    QTest::newRow("no INI file") << QByteArray("\0\xff\x7f garbage [[[\n=\n@", 20);
-    QTest::newRow("half a value") << QByteArray("[General]\ncaptureFrame=\"@ByteArray({\\\"x");
-    QTest::newRow("a string") << QByteArray("[General]\ncaptureFrame=hello\n");
-}
-
-void ProgramTest::program_starts_whateverIsInTheSettings()
-{
-    QFETCH(QByteArray, content);
-    ProgramFixture fixture;
-    QVERIFY(QDir(fixture.configuration.path()).mkpath(QStringLiteral("glimmerpane")));
-    QFile file(fixture.settingsFile());
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
-    file.close();
-    fixture.start({QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
 }
 
 void ProgramTest::program_fails_whenTheXServerDies()

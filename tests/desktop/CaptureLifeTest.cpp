@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/CaptureFixture.h"
+
+#include "capture/SharingWindow.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/WindowManager.h"
+
+#include <QCoroTask>
+#include <QTest>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+constexpr QRect left(0, 0, 640, 1024);
+constexpr QRect right(640, 0, 640, 1024);
+constexpr QRect areaOnTheLeft(100, 100, 300, 200);
+constexpr QRect areaOnTheRight(700, 100, 300, 200);
+
+QString monitorSpecification(QRect r)
+{
+    return QStringLiteral("%1/%1x%2/%2+%3+%4").arg(r.width()).arg(r.height()).arg(r.x()).arg(r.y());
+}
+
+/** A screen of two monitors, side by side, each 640 pixels wide; LEFT is the first. */
+struct TwoMonitors : CaptureFixture {
+    TwoMonitors()
+    {
+        setMonitor(QStringLiteral("LEFT"), left, QStringLiteral("screen"));
+        setMonitor(QStringLiteral("RIGHT"), right, QStringLiteral("none"));
+    }
+
+    void setMonitor(const QString &name, QRect rectangle, const QString &output)
+    {
+        run(QStringLiteral("xrandr"),
+            {QStringLiteral("--setmonitor"), name, monitorSpecification(rectangle), output});
+    }
+
+    void removeMonitor(const QString &name)
+    {
+        run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
+    }
+};
+
+using Start = Result<ChildProcess> (*)(const XClient &, const ChildProcess::Options &);
+
+xcb_window_t ownerOf(const CaptureFixture &fixture, const QByteArray &selection)
+{
+    const auto cookie
+        = xcb_get_selection_owner(fixture.client.connection(), fixture.client.atom(selection));
+    const Reply<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(fixture.client.connection(), cookie, nullptr));
+    return reply ? reply->owner : xcb_window_t(XCB_NONE);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Start)
+
+class CaptureLifeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void picture_isTheArea_onEitherDisplay_whicheverIsPrimary();
+    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data();
+    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen();
+    void window_isHidden_whenDestroyedByAnotherClient();
+    void start_fails_whenTheXServerIsGone();
+    void picture_isNeverStale_whenAManagerComesAndGoes_data();
+    void picture_isNeverStale_whenAManagerComesAndGoes();
+};
+
+void CaptureLifeTest::picture_isTheArea_onEitherDisplay_whicheverIsPrimary()
+{
+    TwoMonitors fixture;
+    const auto window = required(
+        ColorWindow::show(fixture.client, {.rectangle = {500, 50, 300, 100}, .color = green}));
+    for (const QRect area : {areaOnTheLeft, areaOnTheRight, QRect(600, 80, 100, 100)}) {
+        fixture.share(area);
+        QVERIFY(fixture.showsArea());
+        fixture.stop();
+    }
+    const auto firstDisplay = [&] {
+        return fixture.desktop->shareableContent()
+            .value_or(ShareableContent{{{}}})
+            .displays[0]
+            .name;
+    };
+    QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
+    fixture.removeMonitor(QStringLiteral("RIGHT"));
+    fixture.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
+    QCOMPARE(firstDisplay(), QStringLiteral("RIGHT"));
+    QCOMPARE(fixture.desktop->mainScreenFrame(), (Rect{0, 0, 640, 1024}));
+}
+
+void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data()
+{
+    QTest::addColumn<QRect>("area");
+    QTest::addColumn<QString>("monitor");
+    QTest::addColumn<QRect>("becomes");
+    QTest::addColumn<bool>("ends");
+    QTest::newRow("captured display is gone")
+        << areaOnTheLeft << QStringLiteral("LEFT") << QRect() << true;
+    QTest::newRow("captured display is smaller")
+        << areaOnTheLeft << QStringLiteral("LEFT") << QRect(0, 0, 600, 1024) << true;
+    QTest::newRow("display under the area is gone")
+        << areaOnTheRight << QStringLiteral("RIGHT") << QRect() << true;
+    QTest::newRow("display under the area is moved")
+        << areaOnTheRight << QStringLiteral("RIGHT") << QRect(640, 200, 640, 800) << true;
+    QTest::newRow("captured display is gone, the area is elsewhere")
+        << areaOnTheRight << QStringLiteral("LEFT") << QRect() << true;
+    QTest::newRow("another display is moved")
+        << areaOnTheLeft << QStringLiteral("RIGHT") << QRect(640, 100, 640, 900) << false;
+}
+
+void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen()
+{
+    QFETCH(QRect, area);
+    QFETCH(QString, monitor);
+    QFETCH(QRect, becomes);
+    QFETCH(bool, ends);
+    TwoMonitors fixture;
+    fixture.share(area);
+    QVERIFY(fixture.showsArea());
+    QCOMPARE(fixture.captureEnds, 0);
+    fixture.removeMonitor(monitor);
+    if (!becomes.isNull()) {
+        fixture.setMonitor(monitor, becomes, QStringLiteral("none"));
+    }
+    if (ends) {
+        QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
+        QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+        fixture.coordinator->closeSharingWindow();
+        fixture.share(area);
+    } else {
+        const auto window
+            = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
+        QVERIFY(fixture.showsArea());
+    }
+    QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
+    QCOMPARE(fixture.captureEnds, ends ? 1 : 0);
+}
+
+void CaptureLifeTest::window_isHidden_whenDestroyedByAnotherClient()
+{
+    CaptureFixture fixture;
+    fixture.share(areaOnTheLeft);
+    xcb_destroy_window(fixture.client.connection(), fixture.outputWindow());
+    fixture.client.sync();
+    QVERIFY(waitFor([&] { return !fixture.coordinator->isSharingWindowVisible(); }, patience));
+    // Frames still come and must do no harm.
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
+    fixture.input.moveTo(areaOnTheLeft.center());
+    fixture.stop();
+    fixture.share(areaOnTheLeft);
+    QVERIFY(fixture.showsArea());
+}
+
+void CaptureLifeTest::start_fails_whenTheXServerIsGone()
+{
+    CaptureFixture fixture;
+    fixture.server.kill();
+    const auto window = fixture.coordinator->showSharingWindow(frameOf(areaOnTheLeft, 1024));
+    QVERIFY(!fixture.coordinator->isSharingWindowVisible());
+    const auto result = QCoro::waitFor(fixture.service->startCapture({}, window));
+    QVERIFY(!result);
+    QVERIFY(!result.error().description.isEmpty());
+    QVERIFY(!fixture.desktop->mainScreenFrame());
+}
+
+void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<Start>("start");
+    QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
+    QTest::newRow("picom") << QStringLiteral("picom") << Start(startCompositor)
+                           << QByteArray("_NET_WM_CM_S0");
+    QTest::newRow("openbox") << QStringLiteral("openbox") << Start(startWindowManager)
+                             << QByteArray("WM_S0");
+}
+
+void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
+{
+    QFETCH(QString, program);
+    QFETCH(Start, start);
+    QFETCH(QByteArray, selection);
+    CaptureFixture fixture;
+    const QRect half = areaOnTheLeft.adjusted(40, 40, 60, -60);
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = half, .color = red}));
+    fixture.share(areaOnTheLeft);
+    QVERIFY(fixture.showsArea());
+    for (int round = 0; round < 2; ++round) {
+        auto manager = required(start(
+            fixture.client, {.program = program, .environment = fixture.server.environment()}));
+        QVERIFY(fixture.showsArea());
+        window.setColor(green);
+        QVERIFY(fixture.showsArea());
+        round == 0 ? manager.terminate() : manager.kill();
+        QVERIFY(waitFor([&] { return ownerOf(fixture, selection) == XCB_NONE; }, patience));
+        QVERIFY(fixture.showsArea());
+        window.setColor(blue);
+        QVERIFY(fixture.showsArea());
+    }
+    QCOMPARE(fixture.captureEnds, 0);
+    QVERIFY(fixture.coordinator->isSharingWindowVisible());
+}
+
+QTEST_MAIN(CaptureLifeTest)
+#include "CaptureLifeTest.moc"
