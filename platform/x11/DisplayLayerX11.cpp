@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/DisplayLayerX11.h"
 
-#include <xcb/xcb_renderutil.h>
 #include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -17,26 +15,6 @@ namespace
 
 // As many as the capture thread remembers looks of the pointer.
 constexpr std::size_t mostPointers = 128;
-
-constexpr std::string_view scalingFilter = "bilinear";
-
-/** RENDER's transforms lead from the destination back to the source, in 16.16 fixed point. */
-xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset)
-{
-    const auto fixed = [](double value) { return static_cast<xcb_render_fixed_t>(value * 65536); };
-    return {fixed(scaleX), 0, fixed(offset.x()), 0, fixed(scaleY), fixed(offset.y()), 0, 0,
-            fixed(1)};
-}
-
-std::int16_t coordinate(int value)
-{
-    return static_cast<std::int16_t>(value);
-}
-
-std::uint16_t extent(int value)
-{
-    return static_cast<std::uint16_t>(value);
-}
 
 } // namespace
 
@@ -50,31 +28,15 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std:
     if (const auto extensions = requireExtensions(*connection); !extensions) {
         return std::unexpected(extensions.error());
     }
-    const auto formats = findFormats(*connection);
+    const auto formats = renderFormats(*connection);
     if (!formats) {
-        return std::unexpected(
-            Error{.text = QStringLiteral("The X server cannot draw pictures of the screen's kind."),
-                  .log = QStringLiteral("no RENDER format for the root's visual")});
+        return std::unexpected(formats.error());
     }
     return std::unique_ptr<DisplayLayer>(
         new DisplayLayerX11(std::move(*connection), *formats, window, size));
 }
 
-std::optional<DisplayLayerX11::Formats> DisplayLayerX11::findFormats(const Connection &connection)
-{
-    const auto *all = xcb_render_util_query_formats(connection.get());
-    const auto *screen = xcb_render_util_find_visual_format(all, connection.screen().root_visual);
-    const auto *argb = xcb_render_util_find_standard_format(all, XCB_PICT_STANDARD_ARGB_32);
-    std::optional<Formats> formats;
-    if (screen != nullptr && argb != nullptr) {
-        formats = {.screen = screen->format, .argb = argb->id};
-    }
-    // The library keeps the reply for each connection until it is told to forget it.
-    xcb_render_util_disconnect(connection.get());
-    return formats;
-}
-
-DisplayLayerX11::DisplayLayerX11(Connection connection, Formats formats, std::uint32_t window,
+DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window,
                                  QSize size)
     : connection_(std::move(connection))
     , formats_(formats)
@@ -156,7 +118,7 @@ void DisplayLayerX11::showPatch(const SampleBuffer &sample, const PointerSprite 
     const xcb_rectangle_t whole{0, 0, extent(patch.width()), extent(patch.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
     copy(sample.drawable, patch.topLeft(), canvas_.pixmap.get(), {}, patch.size());
-    composite(XCB_RENDER_PICT_OP_OVER, pointerPicture(pointer),
+    composite(connection_, XCB_RENDER_PICT_OP_OVER, pointerPicture(pointer),
               {patch.topLeft() - pointer.topLeft, patch.size()}, canvas_.picture, {});
     copy(canvas_.pixmap.get(), {}, window_, patch.topLeft() - sample.source.topLeft(),
          patch.size());
@@ -174,19 +136,20 @@ void DisplayLayerX11::showScaled(const SampleBuffer &sample)
         xcb_render_create_picture(connection, id, sample.drawable, formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
-        xcb_render_set_picture_filter(connection, id, scalingFilter.size(), scalingFilter.data(), 0,
-                                      nullptr);
+        setBilinear(connection_, screen_);
     }
     prepareCanvas(fitted.size());
     xcb_render_set_picture_transform(connection, screen_.get(),
                                      transform(scaleX, scaleY, sample.source.topLeft()));
-    composite(XCB_RENDER_PICT_OP_SRC, screen_, {QPoint(), fitted.size()}, canvas_.picture, {});
+    composite(connection_, XCB_RENDER_PICT_OP_SRC, screen_, {QPoint(), fitted.size()},
+              canvas_.picture, {});
     if (sample.pointer) {
         const Picture &pointer = pointerPicture(*sample.pointer);
         const QPoint offset = sample.source.topLeft() - sample.pointer->topLeft;
         xcb_render_set_picture_transform(connection, pointer.get(),
                                          transform(scaleX, scaleY, offset));
-        composite(XCB_RENDER_PICT_OP_OVER, pointer, {QPoint(), fitted.size()}, canvas_.picture, {});
+        composite(connection_, XCB_RENDER_PICT_OP_OVER, pointer, {QPoint(), fitted.size()},
+                  canvas_.picture, {});
     }
     copy(canvas_.pixmap.get(), {}, window_, fitted.topLeft(), fitted.size());
 }
@@ -199,27 +162,11 @@ void DisplayLayerX11::copy(std::uint32_t from, QPoint fromPoint, std::uint32_t t
                   extent(size.width()), extent(size.height()));
 }
 
-void DisplayLayerX11::composite(std::uint8_t operation, const Picture &from, QRect fromRect,
-                                const Picture &to, QPoint toPoint)
-{
-    xcb_render_composite(connection_.get(), operation, from.get(), XCB_RENDER_PICTURE_NONE,
-                         to.get(), coordinate(fromRect.x()), coordinate(fromRect.y()), 0, 0,
-                         coordinate(toPoint.x()), coordinate(toPoint.y()), extent(fromRect.width()),
-                         extent(fromRect.height()));
-}
-
 void DisplayLayerX11::prepareCanvas(QSize size)
 {
     if (size.width() > canvas_.size.width() || size.height() > canvas_.size.height()) {
-        canvas_.size = canvas_.size.expandedTo(size);
-        const auto pixmap = connection_.newId();
-        xcb_create_pixmap(connection_.get(), connection_.screen().root_depth, pixmap,
-                          connection_.root(), extent(canvas_.size.width()),
-                          extent(canvas_.size.height()));
-        const auto picture = connection_.newId();
-        xcb_render_create_picture(connection_.get(), picture, pixmap, formats_.screen, 0, nullptr);
-        canvas_.picture = Picture(connection_, picture);
-        canvas_.pixmap = Pixmap(connection_, pixmap);
+        canvas_ = makeCanvas(connection_, canvas_.size.expandedTo(size),
+                             connection_.screen().root_depth, formats_.screen);
     }
 }
 
@@ -227,30 +174,14 @@ const Picture &DisplayLayerX11::pointerPicture(const PointerSprite &pointer)
 {
     const auto known = std::ranges::find(pointers_, pointer.serial, &PointerPicture::serial);
     if (known != pointers_.end()) {
-        return known->picture;
+        return known->image.picture;
     }
     if (pointers_.size() == mostPointers) {
         pointers_.pop_front();
     }
-    pointers_.push_back({.serial = pointer.serial, .picture = uploadPointer(pointer.image)});
-    return pointers_.back().picture;
-}
-
-Picture DisplayLayerX11::uploadPointer(const QImage &image)
-{
-    constexpr std::uint8_t depth = 32;
-    auto *const connection = connection_.get();
-    const Pixmap pixmap(connection_, connection_.newId());
-    xcb_create_pixmap(connection, depth, pixmap.get(), connection_.root(), extent(image.width()),
-                      extent(image.height()));
-    const GraphicsContext graphics(connection_, connection_.newId());
-    xcb_create_gc(connection, graphics.get(), pixmap.get(), 0, nullptr);
-    xcb_put_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap.get(), graphics.get(),
-                  extent(image.width()), extent(image.height()), 0, 0, 0, depth,
-                  static_cast<std::uint32_t>(image.sizeInBytes()), image.constBits());
-    const auto id = connection_.newId();
-    xcb_render_create_picture(connection, id, pixmap.get(), formats_.argb, 0, nullptr);
-    return {connection_, id};
+    pointers_.push_back(
+        {.serial = pointer.serial, .image = uploadImage(connection_, formats_, pointer.image)});
+    return pointers_.back().image.picture;
 }
 
 } // namespace glimmerpane::x11

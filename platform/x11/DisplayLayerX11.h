@@ -3,6 +3,7 @@
 
 #include "platform/DisplayLayer.h"
 #include "platform/x11/Connection.h"
+#include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
 #include <deque>
@@ -29,19 +30,9 @@ public:
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
 
 private:
-    struct Formats {
-        xcb_render_pictformat_t screen = 0; ///< of the root's visual
-        xcb_render_pictformat_t argb = 0; ///< 32 bits, premultiplied alpha
-    };
-    /** A pixmap to put something together in before it is shown. */
-    struct Canvas {
-        QSize size;
-        Pixmap pixmap;
-        Picture picture;
-    };
     struct PointerPicture {
         std::uint32_t serial = 0;
-        Picture picture;
+        Canvas image;
     };
     struct ShownPointer {
         std::uint32_t serial = 0;
@@ -51,26 +42,22 @@ private:
         friend bool operator==(const ShownPointer &, const ShownPointer &) = default;
     };
 
-    static std::optional<Formats> findFormats(const Connection &connection);
-    DisplayLayerX11(Connection connection, Formats formats, std::uint32_t window, QSize size);
+    DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size);
 
     void show(const SampleBuffer &sample);
     void showScaled(const SampleBuffer &sample);
     void showPatch(const SampleBuffer &sample, const PointerSprite &pointer, QRect patch);
     void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
-    void composite(std::uint8_t operation, const Picture &from, QRect fromRect, const Picture &to,
-                   QPoint toPoint);
     void prepareCanvas(QSize size);
     const Picture &pointerPicture(const PointerSprite &pointer);
-    Picture uploadPointer(const QImage &image);
 
     const Connection connection_;
-    const Formats formats_;
+    const RenderFormats formats_;
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
     GraphicsContext graphics_;
     Picture screen_;
-    Canvas canvas_;
+    Canvas canvas_; ///< to put something together in before it is shown
     std::deque<PointerPicture> pointers_;
     std::optional<ShownPointer> shownPointer_;
     std::optional<xcb_get_input_focus_cookie_t> fence_;

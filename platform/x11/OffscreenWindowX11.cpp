@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/OffscreenWindowX11.h"
 
-#include <QByteArray>
-#include <QCoreApplication>
-#include <QSysInfo>
+#include "platform/x11/WindowProperties.h"
 
 #include <xcb/composite.h>
 
 #include <array>
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -18,10 +15,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-using namespace std::string_view_literals;
-
 constexpr std::uint32_t normalState = 1; // ICCCM 4.1.3.1
-constexpr auto resourceClass = "glimmerpane\0Glimmerpane\0"sv; // ICCCM 4.1.2.5
 
 } // namespace
 
@@ -47,9 +41,10 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::creat
 OffscreenWindowX11::OffscreenWindowX11(Connection connection, QSize size)
     : connection_(std::move(connection))
     , size_(size)
-    , events_(connection_.fileDescriptor(), QSocketNotifier::Read)
+    , events_(connection_)
 {
-    QObject::connect(&events_, &QSocketNotifier::activated, &events_, [this] { readEvents(); });
+    events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
+    events_.onBroken = [this] { isVisible_ = false; };
 }
 
 std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin)
@@ -75,34 +70,15 @@ std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin)
 
 void OffscreenWindowX11::describe(const QString &title)
 {
-    const auto set = [this](xcb_atom_t property, xcb_atom_t type, std::uint8_t format,
-                            std::size_t length, const void *data) {
-        xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window_.get(), property, type,
-                            format, static_cast<std::uint32_t>(length), data);
-    };
-    const auto atom = [this](const char *name) { return connection_.atom(name); };
-    const auto setText = [&](xcb_atom_t property, xcb_atom_t type, const QByteArray &text) {
-        set(property, type, 8, std::size_t(text.size()), text.constData());
-    };
-    protocols_ = atom("WM_PROTOCOLS");
-    deleteWindow_ = atom("WM_DELETE_WINDOW");
-
-    setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title.toLatin1());
-    setText(atom("_NET_WM_NAME"), atom("UTF8_STRING"), title.toUtf8());
-    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, resourceClass.size(), resourceClass.data());
-    set(protocols_, XCB_ATOM_ATOM, 32, 1, &deleteWindow_);
+    protocols_ = connection_.atom("WM_PROTOCOLS");
+    deleteWindow_ = connection_.atom("WM_DELETE_WINDOW");
+    describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_NORMAL");
+    setProperty(connection_, window_.get(), protocols_, XCB_ATOM_ATOM, 32, 1, &deleteWindow_);
     // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
     // none manages this window.
-    const xcb_atom_t wmState = atom("WM_STATE");
+    const xcb_atom_t wmState = connection_.atom("WM_STATE");
     const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
-    set(wmState, wmState, 32, state.size(), state.data());
-    // One type and no more: some pickers read a list of two as one number.
-    const xcb_atom_t type = atom("_NET_WM_WINDOW_TYPE_NORMAL");
-    set(atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &type);
-    // EWMH: _NET_WM_PID is only valid together with WM_CLIENT_MACHINE.
-    setText(XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, QSysInfo::machineHostName().toLatin1());
-    const auto pid = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
-    set(atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
+    setProperty(connection_, window_.get(), wmState, wmState, 32, state.size(), state.data());
 }
 
 void OffscreenWindowX11::orderFront()
@@ -111,8 +87,7 @@ void OffscreenWindowX11::orderFront()
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
-    // Events that arrived together with the answer are in memory: no socket will tell of them.
-    QMetaObject::invokeMethod(&events_, [this] { readEvents(); }, Qt::QueuedConnection);
+    events_.readSoon();
 }
 
 void OffscreenWindowX11::orderOut()
@@ -130,17 +105,6 @@ void OffscreenWindowX11::setFrameOrigin(QPoint origin)
     xcb_configure_window(connection_.get(), window_.get(),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, position.data());
     connection_.flush();
-}
-
-void OffscreenWindowX11::readEvents()
-{
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-        handle(*event);
-    }
-    if (connection_.isBroken()) {
-        events_.setEnabled(false);
-        isVisible_ = false;
-    }
 }
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)

@@ -3,9 +3,8 @@
 
 #include "platform/OffscreenWindow.h"
 #include "platform/x11/Connection.h"
+#include "platform/x11/EventReader.h"
 #include "platform/x11/ServerId.h"
-
-#include <QSocketNotifier>
 
 #include <expected>
 #include <memory>
@@ -35,13 +34,12 @@ private:
     OffscreenWindowX11(Connection connection, QSize size);
     std::expected<void, Error> createWindow(QPoint origin);
     void describe(const QString &title);
-    void readEvents();
     void handle(const xcb_generic_event_t &event);
 
     const Connection connection_;
     const QSize size_;
     Window window_;
-    QSocketNotifier events_;
+    EventReader events_;
     xcb_atom_t protocols_ = XCB_ATOM_NONE;
     xcb_atom_t deleteWindow_ = XCB_ATOM_NONE;
     bool isVisible_ = false;

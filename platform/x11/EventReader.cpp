@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/EventReader.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+EventReader::EventReader(const Connection &connection)
+    : connection_(connection)
+    , notifier_(connection.fileDescriptor(), QSocketNotifier::Read)
+{
+    connect(&notifier_, &QSocketNotifier::activated, this, &EventReader::read);
+}
+
+void EventReader::readSoon()
+{
+    QMetaObject::invokeMethod(this, &EventReader::read, Qt::QueuedConnection);
+}
+
+void EventReader::read()
+{
+    const QPointer self(this);
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+        const auto handler = onEvent;
+        handler(*event);
+        if (!self) {
+            return;
+        }
+    }
+    if (connection_.isBroken()) {
+        notifier_.setEnabled(false);
+        if (const auto handler = std::exchange(onBroken, {})) {
+            handler();
+        }
+    }
+}
+
+} // namespace glimmerpane::x11

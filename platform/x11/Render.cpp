@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/Render.h"
+
+#include <xcb/xcb_renderutil.h>
+
+#include <string_view>
+
+namespace glimmerpane::x11
+{
+
+std::expected<RenderFormats, Error> renderFormats(const Connection &connection)
+{
+    const auto *all = xcb_render_util_query_formats(connection.get());
+    const auto *screen = xcb_render_util_find_visual_format(all, connection.screen().root_visual);
+    const auto *argb = xcb_render_util_find_standard_format(all, XCB_PICT_STANDARD_ARGB_32);
+    RenderFormats formats;
+    if (screen != nullptr && argb != nullptr) {
+        formats = {.screen = screen->format, .argb = argb->id};
+    }
+    // The library keeps the reply for each connection until it is told to forget it.
+    xcb_render_util_disconnect(connection.get());
+    if (formats.screen == 0) {
+        return std::unexpected(
+            Error{.text = QStringLiteral("The X server cannot draw pictures of the screen's kind."),
+                  .log = QStringLiteral("no RENDER format for the root's visual")});
+    }
+    return formats;
+}
+
+Canvas makeCanvas(const Connection &connection, QSize size, std::uint8_t depth,
+                  xcb_render_pictformat_t format)
+{
+    const auto pixmap = connection.newId();
+    xcb_create_pixmap(connection.get(), depth, pixmap, connection.root(), extent(size.width()),
+                      extent(size.height()));
+    const auto picture = connection.newId();
+    xcb_render_create_picture(connection.get(), picture, pixmap, format, 0, nullptr);
+    return {.size = size,
+            .pixmap = Pixmap(connection, pixmap),
+            .picture = Picture(connection, picture)};
+}
+
+Canvas uploadImage(const Connection &connection, const RenderFormats &formats, const QImage &image)
+{
+    constexpr std::uint8_t depth = 32;
+    Canvas canvas = makeCanvas(connection, image.size(), depth, formats.argb);
+    const GraphicsContext graphics(connection, connection.newId());
+    xcb_create_gc(connection.get(), graphics.get(), canvas.pixmap.get(), 0, nullptr);
+    xcb_put_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, canvas.pixmap.get(), graphics.get(),
+                  extent(image.width()), extent(image.height()), 0, 0, 0, depth,
+                  static_cast<std::uint32_t>(image.sizeInBytes()), image.constBits());
+    return canvas;
+}
+
+void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
+               QRect fromRect, const Picture &to, QPoint toPoint)
+{
+    xcb_render_composite(connection.get(), operation, from.get(), XCB_RENDER_PICTURE_NONE, to.get(),
+                         coordinate(fromRect.x()), coordinate(fromRect.y()), 0, 0,
+                         coordinate(toPoint.x()), coordinate(toPoint.y()), extent(fromRect.width()),
+                         extent(fromRect.height()));
+}
+
+xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset)
+{
+    const auto fixed = [](double value) { return static_cast<xcb_render_fixed_t>(value * 65536); };
+    return {fixed(scaleX), 0, fixed(offset.x()), 0, fixed(scaleY), fixed(offset.y()), 0, 0,
+            fixed(1)};
+}
+
+void setBilinear(const Connection &connection, const Picture &picture)
+{
+    constexpr std::string_view filter = "bilinear";
+    xcb_render_set_picture_filter(connection.get(), picture.get(), filter.size(), filter.data(), 0,
+                                  nullptr);
+}
+
+} // namespace glimmerpane::x11

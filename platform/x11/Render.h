@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/Connection.h"
+#include "platform/x11/ServerId.h"
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QSize>
+
+#include <cstdint>
+#include <expected>
+
+namespace glimmerpane::x11
+{
+
+/** The kinds of pixels that RENDER draws with here. */
+struct RenderFormats {
+    xcb_render_pictformat_t screen = 0; ///< of the root's visual
+    xcb_render_pictformat_t argb = 0; ///< 32 bits, premultiplied alpha
+};
+
+/** Waits for the server; fails where it cannot draw pixels of the screen's kind. */
+std::expected<RenderFormats, Error> renderFormats(const Connection &connection);
+
+/** A pixmap that RENDER can draw into and from. */
+struct Canvas {
+    QSize size;
+    Pixmap pixmap;
+    Picture picture;
+};
+
+/** What a new canvas holds is not defined. */
+Canvas makeCanvas(const Connection &connection, QSize size, std::uint8_t depth,
+                  xcb_render_pictformat_t format);
+
+/** A canvas of format ARGB with the pixels of a premultiplied ARGB image. */
+Canvas uploadImage(const Connection &connection, const RenderFormats &formats, const QImage &image);
+
+/** Draws a rectangle of one picture, under its transform, to a place of another. */
+void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
+               QRect fromRect, const Picture &to, QPoint toPoint);
+
+/** RENDER's transforms lead from the destination back to the source, in 16.16 fixed point. */
+xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset);
+
+/** Scaling reads between the pixels from now on. */
+void setBilinear(const Connection &connection, const Picture &picture);
+
+// Coordinates and sizes as the protocol has them, 16 bits wide.
+inline std::int16_t coordinate(int value)
+{
+    return static_cast<std::int16_t>(value);
+}
+
+inline std::uint16_t extent(int value)
+{
+    return static_cast<std::uint16_t>(value);
+}
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/WindowProperties.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QSysInfo>
+
+#include <string_view>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+using namespace std::string_view_literals;
+
+constexpr auto resourceClass = "glimmerpane\0Glimmerpane\0"sv; // ICCCM 4.1.2.5
+
+} // namespace
+
+void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t property,
+                 xcb_atom_t type, std::uint8_t format, std::size_t length, const void *data)
+{
+    xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, format,
+                        static_cast<std::uint32_t>(length), data);
+}
+
+void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
+                    const char *type)
+{
+    const auto set = [&](xcb_atom_t property, xcb_atom_t kind, std::uint8_t format,
+                         std::size_t length, const void *data) {
+        setProperty(connection, window, property, kind, format, length, data);
+    };
+    const auto setText = [&](xcb_atom_t property, xcb_atom_t kind, const QByteArray &text) {
+        set(property, kind, 8, std::size_t(text.size()), text.constData());
+    };
+    setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title.toLatin1());
+    setText(connection.atom("_NET_WM_NAME"), connection.atom("UTF8_STRING"), title.toUtf8());
+    set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, resourceClass.size(), resourceClass.data());
+    // One type and no more: some pickers read a list of two as one number.
+    const xcb_atom_t typeAtom = connection.atom(type);
+    set(connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &typeAtom);
+    // EWMH: _NET_WM_PID is only valid together with WM_CLIENT_MACHINE.
+    setText(XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, QSysInfo::machineHostName().toLatin1());
+    const auto pid = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
+    set(connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
+}
+
+} // namespace glimmerpane::x11

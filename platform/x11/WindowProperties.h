@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/Connection.h"
+
+#include <QString>
+
+#include <cstddef>
+
+namespace glimmerpane::x11
+{
+
+/** Replaces a property by `length` items of `format` bits. */
+void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t property,
+                 xcb_atom_t type, std::uint8_t format, std::size_t length, const void *data);
+
+/**
+ * Gives the window its title, its type ("_NET_WM_WINDOW_TYPE_...") and the program and machine
+ * that it belongs to. Waits for the server.
+ */
+void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
+                    const char *type);
+
+} // namespace glimmerpane::x11
