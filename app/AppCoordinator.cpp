@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppCoordinator.h"
 
+#include "app/WindowLifecycleDelegate.h"
 #include "capture/SharingWindow.h"
 #include "platform/Desktop.h"
+#include "selection/FrameSelectorWindow.h"
+
+#include <QPointer>
 
 #include <cmath>
 #include <utility>
@@ -15,14 +19,54 @@ AppCoordinator::AppCoordinator(Desktop &desktop)
 {
 }
 
-void AppCoordinator::showFrameSelector(std::optional<CaptureFrame> /*initialFrame*/,
-                                       FrameHandler /*onConfirm*/, Handler onCancel)
+AppCoordinator::~AppCoordinator() = default;
+
+void AppCoordinator::showFrameSelector(std::optional<CaptureFrame> initialFrame,
+                                       FrameHandler onConfirm, Handler onCancel)
 {
-    // There is no selector window; for the caller it has been closed without a choice.
-    onCancel();
+    using Controller = FrameSelectorWindowController;
+    const auto controller = initialFrame
+        ? std::make_shared<Controller>(desktop_,
+                                       Rect{.x = initialFrame->x,
+                                            .y = initialFrame->y,
+                                            .width = initialFrame->width,
+                                            .height = initialFrame->height})
+        : std::make_shared<Controller>(desktop_);
+    const QPointer self(this);
+    const auto delegate = std::make_shared<WindowLifecycleDelegate>([self, onCancel] {
+        if (self) {
+            self->closeFrameSelector();
+        }
+        onCancel();
+    });
+    controller->onWillClose = [weak = std::weak_ptr(delegate)] {
+        if (const auto told = weak.lock()) {
+            told->windowWillClose();
+        }
+    };
+    controller->onConfirm = [self, onConfirm](const Rect &frame) {
+        onConfirm({.x = frame.x, .y = frame.y, .width = frame.width, .height = frame.height});
+        if (self) {
+            self->closeFrameSelector();
+        }
+    };
+    frameSelectorController_ = controller;
+    frameSelectorDelegate_ = delegate;
+    if (controller->hasWindow()) {
+        controller->showWindow();
+    } else {
+        delegate->windowWillClose(); // there never was one; else the caller would wait for ever
+    }
 }
 
-void AppCoordinator::closeFrameSelector() { }
+void AppCoordinator::closeFrameSelector()
+{
+    frameSelectorDelegate_.reset();
+    if (const auto controller = std::exchange(frameSelectorController_, nullptr)) {
+        controller->onWillClose = {};
+        controller->close();
+    }
+}
 
 std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFrame &frame)
 {

@@ -3,19 +3,24 @@
 
 #include "app/ServiceInterfaces.h"
 
+#include <QObject>
+
 #include <memory>
 
 namespace glimmerpane
 {
 
 class Desktop;
+class FrameSelectorWindowController;
+class WindowLifecycleDelegate;
 
 /** Owns the secondary windows while they are open. Main thread. */
-class AppCoordinator : public WindowCoordinatorProtocol
+class AppCoordinator : public QObject, public WindowCoordinatorProtocol
 {
 public:
     /** `desktop` must outlive the coordinator and its windows. */
     explicit AppCoordinator(Desktop &desktop);
+    ~AppCoordinator() override;
 
     void showFrameSelector(std::optional<CaptureFrame> initialFrame, FrameHandler onConfirm,
                            Handler onCancel) override;
@@ -26,6 +31,8 @@ public:
 
 private:
     Desktop &desktop_;
+    std::shared_ptr<FrameSelectorWindowController> frameSelectorController_; ///< while it is open
+    std::shared_ptr<WindowLifecycleDelegate> frameSelectorDelegate_;
     std::shared_ptr<SharingWindow> sharingWindow_; ///< may be held while hidden
 };
 

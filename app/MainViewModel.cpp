@@ -24,7 +24,6 @@ using namespace std::chrono_literals;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
-constexpr int largestWindowSide = 32767; // pixels; sizes and positions are 16 bits wide in X
 
 /** Why an area cannot be shown in a window, or nothing. */
 std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
@@ -69,8 +68,9 @@ CaptureFrame MainViewModel::initialFrame() const
     if (const auto stored = frameRepository_->load()) {
         return *stored;
     }
-    if (const auto screen = desktop_.mainScreenFrame()) {
-        return {.x = screen->x, .y = screen->y, .width = screen->width, .height = screen->height};
+    if (const auto display = desktop_.mainDisplay()) {
+        const Rect screen = display->frame();
+        return {.x = screen.x, .y = screen.y, .width = screen.width, .height = screen.height};
     }
     return fallbackFrame;
 }

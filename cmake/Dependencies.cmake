@@ -6,7 +6,7 @@ find_package(nlohmann_json 3.11 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
-                  xcb-randr xcb-xinput)
+                  xcb-randr xcb-xinput xcb-cursor)
 qcoro_enable_coroutines()
 
 if(GLIMMERPANE_BUILD_TESTS)

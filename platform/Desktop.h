@@ -4,10 +4,12 @@
 #include "platform/CaptureStream.h"
 #include "platform/DisplayLayer.h"
 #include "platform/OffscreenWindow.h"
+#include "platform/OverlayWindow.h"
 
 #include <expected>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace glimmerpane
 {
@@ -21,8 +23,17 @@ public:
     /** Pixels for each point. */
     virtual double scaleFactor() const = 0;
 
-    /** The primary display in desktop coordinates; nothing where there is no display. */
-    virtual std::optional<Rect> mainScreenFrame() const = 0;
+    /** The primary one first; none where there is no display. */
+    virtual std::vector<Display> displays() const = 0;
+
+    /** Nothing where there is no display. */
+    std::optional<MainDisplay> mainDisplay() const
+    {
+        const auto all = displays();
+        return all.empty()
+            ? std::nullopt
+            : std::optional(MainDisplay{.pixels = all.front().pixels, .scale = scaleFactor()});
+    }
 
     /**
      * What there is to capture. Fails where this program may not read the screen, or where the X
@@ -36,6 +47,14 @@ public:
     /** A window with content of `size` pixels at `origin` (root pixels), not yet ordered in. */
     virtual std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(
         const QString &title, QPoint origin, QSize size)
+        = 0;
+
+    /**
+     * A hidden overlay. Its glass is made of what the screen shows now on the main display and at
+     * `area` (root pixels).
+     */
+    virtual std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
+        const QString &title, QRect area, const FrostedGlass &glass)
         = 0;
 
     /** A layer over the whole content of the window. */

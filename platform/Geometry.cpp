@@ -59,6 +59,27 @@ QSize toPixels(double width, double height, double scale)
     return {pixels(width), pixels(height)};
 }
 
+Rect MainDisplay::frame() const
+{
+    return toDisplayPoints(pixels, pixels.topLeft(), scale);
+}
+
+QRect MainDisplay::areaPixels(const Rect &area) const
+{
+    return toRootPixels(flipped(area, frame().height), pixels.topLeft(), scale);
+}
+
+Rect MainDisplay::areaOf(QRect rootPixels) const
+{
+    return flipped(toDisplayPoints(rootPixels, pixels.topLeft(), scale), frame().height);
+}
+
+QPointF MainDisplay::pointOf(QPoint rootPixel) const
+{
+    const Rect corner = areaOf({rootPixel, QSize(0, 0)});
+    return {corner.x, corner.y};
+}
+
 QRect aspectFit(QSize picture, QRect bounds)
 {
     // A picture that is all but a line keeps the one pixel that can be seen of it.

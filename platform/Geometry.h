@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPointF>
 #include <QRect>
 #include <QSize>
 
 namespace glimmerpane
 {
+
+constexpr int largestWindowSide = 32767; ///< pixels; sizes and positions are 16 bits wide in X
 
 /** A half-open rectangle in points. Which way y grows is said where one is used. */
 struct Rect {
@@ -47,6 +50,24 @@ Rect toDisplayPoints(QRect rootPixels, QPoint displayOrigin, double scale);
  * as zero, one out of range as the nearest integer.
  */
 QSize toPixels(double width, double height, double scale);
+
+/** The primary display, from whose bottom-left corner desktop coordinates are counted. */
+struct MainDisplay {
+    QRect pixels; ///< root pixels
+    double scale = 1; ///< pixels for each point
+
+    /** In desktop coordinates; its origin is theirs. */
+    Rect frame() const;
+
+    /** An area in desktop coordinates, rounded as toRootPixels() does. */
+    QRect areaPixels(const Rect &area) const;
+    /** The way back. */
+    Rect areaOf(QRect rootPixels) const;
+    /** The top-left corner of a root pixel, in desktop coordinates. */
+    QPointF pointOf(QPoint rootPixel) const;
+
+    friend bool operator==(const MainDisplay &, const MainDisplay &) = default;
+};
 
 /** Where a picture goes that is scaled to fit into `bounds`, centred, its aspect ratio kept. */
 QRect aspectFit(QSize picture, QRect bounds);

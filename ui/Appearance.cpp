@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Appearance.h"
 
+#include "platform/Palette.h"
 #include "ui/FlatStyle.h"
 #include "ui/Theme.h"
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Theme.h"
 
+#include "platform/Palette.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -81,12 +83,6 @@ double contrast(const QColor &one, const QColor &other)
 {
     const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
     return (lighter + 0.05) / (darker + 0.05);
-}
-
-bool isDark(const QPalette &palette)
-{
-    return luminance(palette.color(QPalette::Active, QPalette::Window))
-        < luminance(palette.color(QPalette::Active, QPalette::WindowText));
 }
 
 QPalette darkPalette()

@@ -30,8 +30,6 @@ struct Theme {
 
 Theme themeFor(const QPalette &palette);
 
-bool isDark(const QPalette &palette);
-
 /** For a desktop that wants dark colours while the platform's palette is light. */
 QPalette darkPalette();
 /** The reverse. */

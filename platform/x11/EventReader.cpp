@@ -23,17 +23,21 @@ void EventReader::readSoon()
 void EventReader::read()
 {
     const QPointer self(this);
+    const auto handle = onEvent;
+    const auto drained = onDrained;
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
-        const auto handler = onEvent;
-        handler(*event);
+        handle(*event);
         if (!self) {
             return;
         }
     }
-    if (connection_.isBroken()) {
+    if (drained) {
+        drained();
+    }
+    if (self && connection_.isBroken()) {
         notifier_.setEnabled(false);
-        if (const auto handler = std::exchange(onBroken, {})) {
-            handler();
+        if (const auto broken = std::exchange(onBroken, {})) {
+            broken();
         }
     }
 }

@@ -18,8 +18,10 @@ public:
     /** The connection must outlive the reader. */
     explicit EventReader(const Connection &connection);
 
-    std::function<void(const xcb_generic_event_t &)> onEvent; ///< may destroy the reader
-    std::function<void()> onBroken; ///< once, after the last event; may destroy the reader
+    // Each of them may destroy the reader.
+    std::function<void(const xcb_generic_event_t &)> onEvent;
+    std::function<void()> onDrained; ///< after the last of the events that had arrived
+    std::function<void()> onBroken; ///< once; the connection has no more events
 
     /**
      * Reads in the next turn of the event loop what has arrived in memory together with the answer

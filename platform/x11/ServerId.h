@@ -54,6 +54,8 @@ private:
     std::uint32_t id_ = 0;
 };
 
+using Colormap = ServerId<xcb_free_colormap>;
+using Cursor = ServerId<xcb_free_cursor>;
 using Damage = ServerId<xcb_damage_destroy>;
 using GraphicsContext = ServerId<xcb_free_gc>;
 using Picture = ServerId<xcb_render_free_picture>;

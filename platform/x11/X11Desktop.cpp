@@ -7,6 +7,7 @@
 #include "platform/x11/DisplayLayerX11.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/OverlayWindowX11.h"
 
 #include <QGuiApplication>
 #include <QProcess>
@@ -64,16 +65,10 @@ double X11Desktop::scaleFactor() const
     return screen != nullptr ? screen->devicePixelRatio() : 1;
 }
 
-std::optional<Rect> X11Desktop::mainScreenFrame() const
+std::vector<glimmerpane::Display> X11Desktop::displays() const
 {
     const auto connection = Connection::open();
-    const auto displays = connection ? monitors(*connection) : std::vector<Display>();
-    if (displays.empty()) {
-        return std::nullopt;
-    }
-    // The primary display is where desktop coordinates begin.
-    const QRect pixels = displays.front().pixels;
-    return toDisplayPoints(pixels, pixels.topLeft(), scaleFactor());
+    return connection ? monitors(*connection) : std::vector<glimmerpane::Display>();
 }
 
 std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
@@ -109,6 +104,12 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> X11Desktop::makeOffscreen
     const QString &title, QPoint origin, QSize size)
 {
     return OffscreenWindowX11::create(title, origin, size);
+}
+
+std::expected<std::unique_ptr<OverlayWindow>, Error> X11Desktop::makeOverlayWindow(
+    const QString &title, QRect area, const FrostedGlass &glass)
+{
+    return OverlayWindowX11::create(title, area, glass);
 }
 
 std::expected<std::unique_ptr<DisplayLayer>, Error> X11Desktop::makeDisplayLayer(

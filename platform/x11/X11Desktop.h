@@ -14,12 +14,14 @@ class X11Desktop : public Desktop
 {
 public:
     double scaleFactor() const override;
-    std::optional<Rect> mainScreenFrame() const override;
+    std::vector<Display> displays() const override;
     std::expected<ShareableContent, Error> shareableContent() const override;
     void openPrivacySettings() override;
     std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &title,
                                                                                QPoint origin,
                                                                                QSize size) override;
+    std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
+        const QString &title, QRect area, const FrostedGlass &glass) override;
     std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
         const OffscreenWindow &window) override;
     std::unique_ptr<CaptureStream> makeCaptureStream(

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/Connection.h"
+#include "platform/x11/ServerId.h"
+
+#include <Qt>
+
+#include <xcb/xcb_cursor.h>
+
+#include <map>
+#include <memory>
+
+namespace glimmerpane::x11
+{
+
+/** The person's cursors. Each is loaded when it is first asked for. */
+class CursorTheme
+{
+public:
+    /** The connection must outlive the object. */
+    explicit CursorTheme(const Connection &connection);
+
+    /** XCB_NONE where neither the theme nor the server has such a cursor. */
+    xcb_cursor_t cursor(Qt::CursorShape shape);
+
+private:
+    struct FreeContext {
+        void operator()(xcb_cursor_context_t *context) const { xcb_cursor_context_free(context); }
+    };
+
+    Cursor load(Qt::CursorShape shape) const;
+
+    const Connection &connection_;
+    std::unique_ptr<xcb_cursor_context_t, FreeContext> context_;
+    std::map<Qt::CursorShape, Cursor> cursors_;
+};
+
+} // namespace glimmerpane::x11

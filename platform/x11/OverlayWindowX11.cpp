@@ -1,0 +1,374 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/OverlayWindowX11.h"
+
+#include "platform/x11/Compositing.h"
+#include "platform/x11/FrostedBackdrop.h"
+#include "platform/x11/Monitors.h"
+#include "platform/x11/WindowProperties.h"
+
+#include <QPointer>
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+} // namespace
+
+std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
+    const QString &title, QRect area, const FrostedGlass &glass)
+{
+    auto connection = Connection::open();
+    if (!connection) {
+        return std::unexpected(connection.error());
+    }
+    const auto extensions = requireExtensions(*connection);
+    if (!extensions) {
+        return std::unexpected(extensions.error());
+    }
+    const auto formats = renderFormats(*connection);
+    if (!formats) {
+        return std::unexpected(formats.error());
+    }
+    std::unique_ptr<OverlayWindowX11> window(
+        new OverlayWindowX11(std::move(*connection), *extensions, *formats, glass));
+    if (auto created = window->createWindow(); !created) {
+        return std::unexpected(created.error());
+    }
+    window->describe(title);
+    window->watchDesktop();
+    if (!window->pixels_.isTranslucent) {
+        window->takeBackdrop(area, glass);
+    }
+    return window;
+}
+
+OverlayWindowX11::OverlayWindowX11(Connection connection, Extensions extensions,
+                                   RenderFormats formats, const FrostedGlass &glass)
+    : connection_(std::move(connection))
+    , extensions_(extensions)
+    , formats_(formats)
+    , pixels_(choosePixelKind())
+    , glassColor_(pixels_.isTranslucent
+                      ? renderColor(glass.tint, glass.tintStrength * glass.opacity)
+                      : renderColor(glass.tint, 1))
+    , cursors_(connection_)
+    , events_(connection_)
+{
+    events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
+    events_.onDrained = [this] { deliverMotion(); };
+    events_.onBroken = [this] { lose(); };
+    raiseTimer_.setSingleShot(true);
+    QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
+}
+
+OverlayWindowX11::PixelKind OverlayWindowX11::choosePixelKind() const
+{
+    const auto &screen = connection_.screen();
+    if (const auto visual = translucentVisual(screen);
+        visual != 0 && blursBehindWindows(connection_)) {
+        return {.depth = 32, .visual = visual, .format = formats_.argb, .isTranslucent = true};
+    }
+    return {.depth = screen.root_depth,
+            .visual = screen.root_visual,
+            .format = formats_.screen,
+            .isTranslucent = false};
+}
+
+std::expected<void, Error> OverlayWindowX11::createWindow()
+{
+    const auto colormap = connection_.newId();
+    xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, colormap, connection_.root(),
+                        pixels_.visual);
+    colormap_ = Colormap(connection_, colormap);
+    // A window of another depth than its parent's needs a border and colours of its own.
+    const std::array<std::uint32_t, 4> values{
+        0, 1,
+        XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION
+            | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW
+            | XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+        colormap};
+    const auto id = connection_.newId();
+    const auto created = xcb_create_window_checked(
+        connection_.get(), pixels_.depth, id, connection_.root(), 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, pixels_.visual,
+        XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
+        values.data());
+    if (auto result = connection_.check(created, "CreateWindow"); !result) {
+        return result;
+    }
+    window_ = Window(connection_, id);
+    const auto graphics = connection_.newId();
+    const std::uint32_t noExposures = 0;
+    xcb_create_gc(connection_.get(), graphics, connection_.root(), XCB_GC_GRAPHICS_EXPOSURES,
+                  &noExposures);
+    graphics_ = GraphicsContext(connection_, graphics);
+    return {};
+}
+
+void OverlayWindowX11::describe(const QString &title)
+{
+    describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_UTILITY");
+    // ICCCM 4.1.2.4: the flag InputHint, and no input.
+    const std::array<std::uint32_t, 9> hints{1};
+    setProperty(connection_, window_.get(), XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),
+                hints.data());
+    if (pixels_.isTranslucent) { // an empty list stands for the whole window
+        setProperty(connection_, window_.get(), connection_.atom(blurBehindProperty),
+                    XCB_ATOM_CARDINAL, 32, 0, nullptr);
+    }
+}
+
+void OverlayWindowX11::watchDesktop()
+{
+    const std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK,
+                                 &rootEvents);
+    xcb_randr_select_input(connection_.get(), connection_.root(),
+                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
+                               | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    // EWMH: the window manager changes these when it restacks the windows that it manages. Menus
+    // and screen lockers are not among them; those may well come above the overlay.
+    for (const char *name :
+         {"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW"}) {
+        restackSigns_.push_back(connection_.atom(name));
+    }
+}
+
+void OverlayWindowX11::takeBackdrop(QRect area, const FrostedGlass &glass)
+{
+    const auto displays = monitors(connection_);
+    const QRect main = displays.empty() ? QRect() : displays.front().pixels;
+    const auto &screen = connection_.screen();
+    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+    const QRect seen = main.united(area & root);
+    if (!seen.isEmpty()) {
+        backdrop_ = {.origin = seen.topLeft(),
+                     .screen = frostedScreen(connection_, formats_, seen, glass)};
+    }
+}
+
+void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
+{
+    const QRect shown = worthShowing(frame);
+    // The server keeps the pixmap for as long as it is the window's background.
+    const Canvas content = draw(shown, frame.topLeft() - shown.topLeft(), picture);
+    const std::uint32_t background = content.pixmap.get();
+    xcb_change_window_attributes(connection_.get(), window_.get(), XCB_CW_BACK_PIXMAP, &background);
+    const std::array<std::uint32_t, 4> geometry{
+        static_cast<std::uint32_t>(shown.x()), static_cast<std::uint32_t>(shown.y()),
+        static_cast<std::uint32_t>(shown.width()), static_cast<std::uint32_t>(shown.height())};
+    xcb_configure_window(connection_.get(), window_.get(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
+                             | XCB_CONFIG_WINDOW_HEIGHT,
+                         geometry.data());
+    if (!shown_) {
+        raise();
+        xcb_map_window(connection_.get(), window_.get());
+    } else if (shown_->size() == shown.size()) { // a new size has been painted already
+        xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
+    }
+    shown_ = shown;
+    connection_.flush();
+}
+
+/** A window far larger than the screen would only cost the server memory. */
+QRect OverlayWindowX11::worthShowing(QRect frame) const
+{
+    constexpr int margin = 100;
+    const auto &screen = connection_.screen();
+    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+    const bool isReasonable
+        = frame.width() <= 2 * root.width() && frame.height() <= 2 * root.height();
+    const QRect shown
+        = isReasonable ? frame : frame & root.adjusted(-margin, -margin, margin, margin);
+    return {shown.topLeft(), shown.size().expandedTo({1, 1})};
+}
+
+Canvas OverlayWindowX11::draw(QRect shown, QPoint origin, const OverlayPicture &picture)
+{
+    Canvas canvas = makeCanvas(connection_, shown.size(), pixels_.depth, pixels_.format);
+    fill(canvas, {QRect(QPoint(), shown.size())}, glassColor_);
+    if (backdrop_) {
+        const QRect seen = shown & QRect(backdrop_->origin, backdrop_->screen.size);
+        const QPoint from = seen.topLeft() - backdrop_->origin;
+        const QPoint to = seen.topLeft() - shown.topLeft();
+        xcb_copy_area(connection_.get(), backdrop_->screen.pixmap.get(), canvas.pixmap.get(),
+                      graphics_.get(), coordinate(from.x()), coordinate(from.y()),
+                      coordinate(to.x()), coordinate(to.y()), extent(seen.width()),
+                      extent(seen.height()));
+    }
+    std::vector<QRect> marks;
+    for (const QRect &mark : picture.marks) {
+        marks.push_back(mark.translated(origin) & QRect(QPoint(), shown.size()));
+    }
+    fill(canvas, marks, renderColor(picture.markColor, 1));
+    if (!picture.panel.isNull()) {
+        composite(connection_, XCB_RENDER_PICT_OP_OVER, uploaded(picture.panel).picture,
+                  {QPoint(), picture.panel.size()}, canvas.picture, origin + picture.panelOrigin);
+    }
+    return canvas;
+}
+
+void OverlayWindowX11::fill(const Canvas &canvas, const std::vector<QRect> &rectangles,
+                            const xcb_render_color_t &color) const
+{
+    std::vector<xcb_rectangle_t> filled;
+    for (const QRect &rectangle : rectangles) {
+        filled.push_back({coordinate(rectangle.x()), coordinate(rectangle.y()),
+                          extent(rectangle.width()), extent(rectangle.height())});
+    }
+    xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas.picture.get(),
+                               color, static_cast<std::uint32_t>(filled.size()), filled.data());
+}
+
+const Canvas &OverlayWindowX11::uploaded(const QImage &panel)
+{
+    if (panel_.key != panel.cacheKey()) {
+        panel_ = {.key = panel.cacheKey(), .image = uploadImage(connection_, formats_, panel)};
+    }
+    return panel_.image;
+}
+
+void OverlayWindowX11::setCursor(Qt::CursorShape shape)
+{
+    const std::uint32_t cursor = cursors_.cursor(shape);
+    xcb_change_window_attributes(connection_.get(), window_.get(), XCB_CW_CURSOR, &cursor);
+    connection_.flush();
+}
+
+void OverlayWindowX11::hide()
+{
+    shown_.reset();
+    raiseTimer_.stop();
+    xcb_unmap_window(connection_.get(), window_.get());
+    connection_.flush();
+}
+
+void OverlayWindowX11::handle(const xcb_generic_event_t &event)
+{
+    const int type = event.response_type & 0x7f;
+    if (const auto pointer = pointerEvent(event)) {
+        deliver(*pointer);
+    } else if (type == XCB_DESTROY_NOTIFY) {
+        lose();
+    } else if (type == XCB_PROPERTY_NOTIFY) {
+        const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
+        if (std::ranges::find(restackSigns_, change.atom) != restackSigns_.end()) {
+            stayOnTop();
+        }
+    } else if (type == extensions_.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
+               || type == extensions_.firstRandrEvent + XCB_RANDR_NOTIFY) {
+        checkDisplays();
+    }
+}
+
+std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_event_t &event)
+{
+    using Kind = PointerEvent::Kind;
+    // These events begin alike; XCB_BUTTON_INDEX_1 is the left button.
+    const auto &pointer = reinterpret_cast<const xcb_button_press_event_t &>(event);
+    const auto at = [&](Kind kind) {
+        return PointerEvent{.kind = kind, .position = {pointer.root_x, pointer.root_y}};
+    };
+    switch (event.response_type & 0x7f) {
+    case XCB_BUTTON_PRESS:
+        if (pointer.detail == XCB_BUTTON_INDEX_1) {
+            isPressed_ = true;
+            return at(Kind::Press);
+        }
+        break;
+    case XCB_BUTTON_RELEASE:
+        if (pointer.detail == XCB_BUTTON_INDEX_1) {
+            isPressed_ = false;
+            return at(Kind::Release);
+        }
+        break;
+    case XCB_MOTION_NOTIFY:
+    case XCB_ENTER_NOTIFY:
+        // Another client's grab can swallow the release.
+        isPressed_ = isPressed_ && (pointer.state & XCB_BUTTON_MASK_1) != 0;
+        return at(isPressed_ ? Kind::Drag : Kind::Move);
+    case XCB_LEAVE_NOTIFY:
+        if (!isPressed_) {
+            return at(Kind::Leave);
+        }
+        break;
+    default:
+        break;
+    }
+    return std::nullopt;
+}
+
+/** Of moves that have arrived together only the last one counts. */
+void OverlayWindowX11::deliver(const PointerEvent &event)
+{
+    using Kind = PointerEvent::Kind;
+    if (event.kind == Kind::Drag || event.kind == Kind::Move) {
+        motion_ = event;
+        return;
+    }
+    const auto handler = onPointer;
+    const QPointer self(&events_);
+    deliverMotion();
+    if (self && handler) {
+        handler(event);
+    }
+}
+
+void OverlayWindowX11::deliverMotion()
+{
+    if (const auto motion = std::exchange(motion_, std::nullopt)) {
+        if (const auto handler = onPointer) {
+            handler(*motion);
+        }
+    }
+}
+
+/** At once, and again a little later: some managers tell before they restack. */
+void OverlayWindowX11::stayOnTop()
+{
+    if (shown_ && !raiseTimer_.isActive()) {
+        raise();
+        raiseTimer_.start(50ms);
+    }
+}
+
+void OverlayWindowX11::raise()
+{
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    connection_.flush();
+}
+
+void OverlayWindowX11::checkDisplays()
+{
+    if (!shown_) {
+        return;
+    }
+    const auto displays = monitors(connection_);
+    const bool isReachable = std::ranges::any_of(
+        displays, [this](const Display &display) { return display.pixels.intersects(*shown_); });
+    if (!isReachable) {
+        lose();
+    }
+}
+
+void OverlayWindowX11::lose()
+{
+    if (const auto handler = std::exchange(onLost, {})) {
+        handler();
+    }
+}
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,271 @@
+// SPDX-License-Identifier: MIT
+#include "selection/FrameSelectorWindow.h"
+
+#include "platform/Desktop.h"
+#include "platform/Palette.h"
+
+#include <QGuiApplication>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+constexpr double defaultWidth = 600; // points
+constexpr double defaultHeight = 400;
+
+Rect defaultFrame(const std::optional<MainDisplay> &display)
+{
+    const Rect screen = display
+        ? display->frame()
+        : Rect{.x = 0, .y = 0, .width = defaultWidth, .height = defaultHeight};
+    return {.x = screen.midX() - defaultWidth / 2,
+            .y = screen.midY() - defaultHeight / 2,
+            .width = defaultWidth,
+            .height = defaultHeight};
+}
+
+/** Moved so that it lies on the screen; what is larger keeps its bottom-left corner there. */
+Rect movedOnto(const Rect &screen, Rect frame)
+{
+    frame.x = std::max(screen.minX(), std::min(screen.maxX() - frame.width, frame.x));
+    frame.y = std::max(screen.minY(), std::min(screen.maxY() - frame.height, frame.y));
+    return frame;
+}
+
+} // namespace
+
+FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop, const Rect &frame)
+    : FrameSelectorWindowController(desktop, std::optional(frame))
+{
+}
+
+FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop)
+    : FrameSelectorWindowController(desktop, std::nullopt)
+{
+}
+
+FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
+                                                             std::optional<Rect> frame)
+    : desktop_(desktop)
+{
+    lookAtDisplay();
+    frame_ = startingFrame(frame);
+    auto window = desktop_.makeOverlayWindow(QStringLiteral("Glimmerpane - Area"),
+                                             display_.areaPixels(frame_),
+                                             BorderView::glass(display_.scale));
+    if (!window) {
+        qWarning("The selector cannot open: %s", qPrintable(window.error().log));
+        return;
+    }
+    window_ = std::move(*window);
+    window_->onPointer = [this](const PointerEvent &event) { handle(event); };
+    window_->onLost = [this] { close(); };
+    QObject::connect(&buttons_, &ButtonContainerView::confirmed, &buttons_,
+                     [this] { confirmSelection(); });
+    QObject::connect(&buttons_, &ButtonContainerView::cancelled, &buttons_,
+                     [this] { cancelSelection(); });
+    QObject::connect(&buttons_, &ButtonContainerView::lookChanged, &buttons_, [this] {
+        panel_ = {};
+        present();
+    });
+}
+
+FrameSelectorWindowController::~FrameSelectorWindowController() = default;
+
+/** What nobody could take hold of gives way to a place where it can be seen. */
+Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wanted) const
+{
+    const auto main = desktop_.mainDisplay();
+    if (!wanted || !(std::isfinite(wanted->x) && std::isfinite(wanted->y))) {
+        return defaultFrame(main);
+    }
+    const Rect frame{.x = wanted->x,
+                     .y = wanted->y,
+                     .width = std::abs(wanted->width),
+                     .height = std::abs(wanted->height)};
+    const QSize size = toPixels(frame.width, frame.height, display_.scale);
+    if (size.isEmpty() || std::max(size.width(), size.height()) > largestWindowSide) {
+        return defaultFrame(main);
+    }
+    const auto displays = desktop_.displays();
+    const QRect pixels = display_.areaPixels(frame);
+    const bool isVisible = std::ranges::any_of(
+        displays, [&](const Display &display) { return display.pixels.intersects(pixels); });
+    return isVisible || !main ? frame : movedOnto(main->frame(), frame);
+}
+
+/** The window stays where it is when displays change, so its numbers become others. */
+void FrameSelectorWindowController::lookAtDisplay()
+{
+    const auto display = desktop_.mainDisplay();
+    hasDisplay_ = display.has_value();
+    if (display && *display != display_) {
+        const QRect pixels = display_.areaPixels(frame_);
+        display_ = *display;
+        frame_ = display_.areaOf(pixels);
+    }
+}
+
+void FrameSelectorWindowController::showWindow()
+{
+    present();
+}
+
+void FrameSelectorWindowController::present()
+{
+    if (!window_ || isClosing_) {
+        return;
+    }
+    const double scale = display_.scale;
+    if (panel_.isNull()) {
+        panel_ = buttons_.picture(scale);
+    }
+    const QRect pixels = display_.areaPixels(frame_);
+    const QSizeF size(frame_.width, frame_.height);
+    border_.layout(size);
+    const Rect panel = ButtonContainerView::frameIn(size);
+    const QPoint panelOrigin(static_cast<int>(std::lround(panel.x * scale)),
+                             pixels.height() - static_cast<int>(std::lround(panel.maxY() * scale)));
+    window_->present(pixels,
+                     {.marks = border_.marks(pixels.size(), scale),
+                      .markColor = selectionBlue(isDark(QGuiApplication::palette())),
+                      .panel = panel_,
+                      .panelOrigin = panelOrigin});
+}
+
+void FrameSelectorWindowController::handle(const PointerEvent &event)
+{
+    const auto self = shared_from_this();
+    using Kind = PointerEvent::Kind;
+    if (event.kind == Kind::Press) {
+        lookAtDisplay();
+    }
+    if (offerToButtons(event)) {
+        if (!isClosing_) {
+            window_->setCursor(Qt::ArrowCursor);
+        }
+        return;
+    }
+    switch (event.kind) {
+    case Kind::Press:
+        mouseDown(display_.pointOf(event.position));
+        break;
+    case Kind::Drag:
+        mouseDragged(event.position);
+        break;
+    case Kind::Move:
+        showCursor(display_.pointOf(event.position));
+        break;
+    case Kind::Leave:
+        window_->setCursor(Qt::ArrowCursor);
+        break;
+    case Kind::Release:
+        break;
+    }
+}
+
+bool FrameSelectorWindowController::offerToButtons(const PointerEvent &event)
+{
+    const QPointF place = display_.pointOf(event.position) - QPointF(frame_.x, frame_.y);
+    const Rect panel = ButtonContainerView::frameIn({frame_.width, frame_.height});
+    return buttons_.handle(event.kind, {place.x() - panel.minX(), panel.maxY() - place.y()});
+}
+
+ResizeHandler::ResizeEdge FrameSelectorWindowController::edgeAt(QPointF pointer) const
+{
+    return resizeHandler_.edgeAt(pointer - QPointF(frame_.x, frame_.y), frame_);
+}
+
+void FrameSelectorWindowController::mouseDown(QPointF pointer)
+{
+    dragStartLocation_ = pointer - QPointF(frame_.x, frame_.y);
+    resizeEdge_ = edgeAt(pointer);
+    initialFrame_ = frame_;
+}
+
+void FrameSelectorWindowController::mouseDragged(QPoint rootPixel)
+{
+    if (!hasDisplay_ || !dragStartLocation_) {
+        return;
+    }
+    const bool isMove = resizeEdge_ == ResizeHandler::ResizeEdge::none;
+    setFrame(isMove ? movedFrame(display_.pointOf(rootPixel)) : resizedFrame(rootPixel));
+}
+
+Rect FrameSelectorWindowController::movedFrame(QPointF pointer) const
+{
+    const QPointF origin = pointer - *dragStartLocation_;
+    return movedOnto(
+        display_.frame(),
+        {.x = origin.x(), .y = origin.y(), .width = frame_.width, .height = frame_.height});
+}
+
+Rect FrameSelectorWindowController::resizedFrame(QPoint rootPixel) const
+{
+    // The pointer cannot go past the last pixel, so there it stands for the display's very edge.
+    if (rootPixel.x() == display_.pixels.right()) {
+        ++rootPixel.rx();
+    }
+    if (rootPixel.y() == display_.pixels.bottom()) {
+        ++rootPixel.ry();
+    }
+    const Rect screen = display_.frame();
+    const Rect frame = resizeHandler_.resizedFrame(resizeEdge_, display_.pointOf(rootPixel),
+                                                   initialFrame_, screen);
+    // Where the side that stays lies beyond the screen, no size brings the other one onto it.
+    const bool isPossible = frame.width >= 1 && frame.height >= 1;
+    return isPossible ? frame : movedOnto(screen, initialFrame_);
+}
+
+void FrameSelectorWindowController::setFrame(const Rect &frame)
+{
+    if (frame != frame_) {
+        frame_ = frame;
+        present();
+    }
+}
+
+void FrameSelectorWindowController::showCursor(QPointF pointer)
+{
+    cursorManager_.setCursor(edgeAt(pointer), *window_);
+}
+
+void FrameSelectorWindowController::confirmSelection()
+{
+    if (!window_) {
+        return;
+    }
+    lookAtDisplay();
+    if (const auto confirm = onConfirm) {
+        confirm(frame_);
+    }
+    close();
+}
+
+void FrameSelectorWindowController::cancelSelection()
+{
+    close();
+}
+
+void FrameSelectorWindowController::close()
+{
+    const auto self = shared_from_this();
+    if (std::exchange(isClosing_, true)) {
+        return;
+    }
+    if (window_) {
+        window_->setCursor(Qt::ArrowCursor);
+        window_->hide();
+    }
+    if (const auto willClose = std::exchange(onWillClose, {})) {
+        willClose();
+    }
+}
+
+} // namespace glimmerpane

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Geometry.h"
+#include "platform/OverlayWindow.h"
+#include "selection/BorderView.h"
+#include "selection/ButtonContainerView.h"
+#include "selection/CursorManager.h"
+#include "selection/ResizeHandler.h"
+
+#include <QPointF>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace glimmerpane
+{
+
+class Desktop;
+
+/**
+ * The floating window on which the capture area is chosen: its frame is the area. Dragging its
+ * inside moves it, dragging its edges resizes it, its buttons end it. Everything but the window
+ * itself is in points and desktop coordinates. Main thread; owned by a shared pointer, because a
+ * callback may let go of it.
+ */
+class FrameSelectorWindowController
+    : public std::enable_shared_from_this<FrameSelectorWindowController>
+{
+public:
+    /** Over this area. `desktop` must outlive the controller. */
+    FrameSelectorWindowController(Desktop &desktop, const Rect &frame);
+    /** Over an area of 600 x 400 points in the middle of the main display. */
+    explicit FrameSelectorWindowController(Desktop &desktop);
+    ~FrameSelectorWindowController();
+    Q_DISABLE_COPY_MOVE(FrameSelectorWindowController)
+
+    /** Called with the area on "Confirm", before the window closes. */
+    std::function<void(const Rect &)> onConfirm;
+    /** Called when the window closes, for whatever reason; once. */
+    std::function<void()> onWillClose;
+
+    /** False where the X server refused the window. */
+    bool hasWindow() const { return window_ != nullptr; }
+    void showWindow();
+    /** Closes the window; later calls do nothing. */
+    void close();
+
+private:
+    FrameSelectorWindowController(Desktop &desktop, std::optional<Rect> frame);
+    Rect startingFrame(const std::optional<Rect> &wanted) const;
+    void lookAtDisplay();
+    void handle(const PointerEvent &event);
+    bool offerToButtons(const PointerEvent &event);
+    void mouseDown(QPointF pointer);
+    void mouseDragged(QPoint rootPixel);
+    void showCursor(QPointF pointer);
+    ResizeHandler::ResizeEdge edgeAt(QPointF pointer) const;
+    Rect movedFrame(QPointF pointer) const;
+    Rect resizedFrame(QPoint rootPixel) const;
+    void setFrame(const Rect &frame);
+    void present();
+    void confirmSelection();
+    void cancelSelection();
+
+    Desktop &desktop_;
+    Rect frame_;
+    MainDisplay display_; ///< of the latest look at it
+    bool hasDisplay_ = false;
+    std::optional<QPointF> dragStartLocation_; ///< from the frame's bottom-left corner
+    ResizeHandler::ResizeEdge resizeEdge_ = ResizeHandler::ResizeEdge::none;
+    Rect initialFrame_; ///< when the button went down
+    const ResizeHandler resizeHandler_{};
+    const CursorManager cursorManager_{};
+    BorderView border_;
+    ButtonContainerView buttons_;
+    QImage panel_;
+    bool isClosing_ = false;
+    std::unique_ptr<OverlayWindow> window_;
+};
+
+} // namespace glimmerpane
