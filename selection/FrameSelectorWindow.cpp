@@ -38,6 +38,13 @@ Rect movedOnto(const Rect &screen, Rect frame)
     return frame;
 }
 
+/** Areas are kept in whole points, so dragging goes by these, also where a point has more pixels.
+ */
+QPointF wholePoint(QPointF point)
+{
+    return {std::round(point.x()), std::round(point.y())};
+}
+
 } // namespace
 
 FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop, const Rect &frame)
@@ -184,7 +191,7 @@ ResizeHandler::ResizeEdge FrameSelectorWindowController::edgeAt(QPointF pointer)
 
 void FrameSelectorWindowController::mouseDown(QPointF pointer)
 {
-    dragStartLocation_ = pointer - QPointF(frame_.x, frame_.y);
+    dragStartLocation_ = wholePoint(pointer) - QPointF(frame_.x, frame_.y);
     resizeEdge_ = edgeAt(pointer);
     initialFrame_ = frame_;
 }
@@ -200,7 +207,7 @@ void FrameSelectorWindowController::mouseDragged(QPoint rootPixel)
 
 Rect FrameSelectorWindowController::movedFrame(QPointF pointer) const
 {
-    const QPointF origin = pointer - *dragStartLocation_;
+    const QPointF origin = wholePoint(pointer) - *dragStartLocation_;
     return movedOnto(
         display_.frame(),
         {.x = origin.x(), .y = origin.y(), .width = frame_.width, .height = frame_.height});
@@ -216,8 +223,8 @@ Rect FrameSelectorWindowController::resizedFrame(QPoint rootPixel) const
         ++rootPixel.ry();
     }
     const Rect screen = display_.frame();
-    const Rect frame = resizeHandler_.resizedFrame(resizeEdge_, display_.pointOf(rootPixel),
-                                                   initialFrame_, screen);
+    const Rect frame = resizeHandler_.resizedFrame(
+        resizeEdge_, wholePoint(display_.pointOf(rootPixel)), initialFrame_, screen);
     // Where the side that stays lies beyond the screen, no size brings the other one onto it.
     const bool isPossible = frame.width >= 1 && frame.height >= 1;
     return isPossible ? frame : movedOnto(screen, initialFrame_);

@@ -15,26 +15,38 @@ EventReader::EventReader(const Connection &connection)
     connect(&notifier_, &QSocketNotifier::activated, this, &EventReader::read);
 }
 
-void EventReader::readSoon()
+void EventReader::flush()
 {
-    QMetaObject::invokeMethod(this, &EventReader::read, Qt::QueuedConnection);
+    connection_.flush();
+    if (!std::exchange(isReading_, true)) {
+        QMetaObject::invokeMethod(this, &EventReader::read, Qt::QueuedConnection);
+    }
 }
 
 void EventReader::read()
 {
+    isReading_ = true;
     const QPointer self(this);
     const auto handle = onEvent;
     const auto drained = onDrained;
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(connection_.get())}) {
+    const auto next
+        = [&] { return Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_.get())); };
+    for (auto event = next(); event;) {
         handle(*event);
         if (!self) {
             return;
         }
+        event = next();
+        if (!event && drained) {
+            drained(); // and what it sends may bring in more
+            if (!self) {
+                return;
+            }
+            event = next();
+        }
     }
-    if (drained) {
-        drained();
-    }
-    if (self && connection_.isBroken()) {
+    isReading_ = false;
+    if (connection_.isBroken()) {
         notifier_.setEnabled(false);
         if (const auto broken = std::exchange(onBroken, {})) {
             broken();

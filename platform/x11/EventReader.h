@@ -24,16 +24,17 @@ public:
     std::function<void()> onBroken; ///< once; the connection has no more events
 
     /**
-     * Reads in the next turn of the event loop what has arrived in memory together with the answer
-     * to a request: no socket will tell of it.
+     * Sends what has been requested. Use it instead of the connection's own flush(), and after
+     * every wait for an answer: both can read events into memory, of which no socket will tell.
      */
-    void readSoon();
+    void flush();
 
 private:
     void read();
 
     const Connection &connection_;
     QSocketNotifier notifier_;
+    bool isReading_ = false; ///< or going to, in the next turn of the event loop
 };
 
 } // namespace glimmerpane::x11

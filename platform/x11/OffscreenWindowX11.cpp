@@ -87,14 +87,14 @@ void OffscreenWindowX11::orderFront()
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
-    events_.readSoon();
+    events_.flush();
 }
 
 void OffscreenWindowX11::orderOut()
 {
     isVisible_ = false;
     xcb_unmap_window(connection_.get(), window_.get());
-    connection_.flush();
+    events_.flush();
 }
 
 void OffscreenWindowX11::setFrameOrigin(QPoint origin)
@@ -104,7 +104,7 @@ void OffscreenWindowX11::setFrameOrigin(QPoint origin)
                                                 static_cast<std::uint32_t>(origin.y())};
     xcb_configure_window(connection_.get(), window_.get(),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, position.data());
-    connection_.flush();
+    events_.flush();
 }
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)

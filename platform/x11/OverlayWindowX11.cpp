@@ -123,6 +123,13 @@ void OverlayWindowX11::describe(const QString &title)
     const std::array<std::uint32_t, 9> hints{1};
     setProperty(connection_, window_.get(), XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),
                 hints.data());
+    // No compositor is to cast a shadow on what lies beside the area; picom looks at the first,
+    // mutter at the second, which says that the window draws its shadow, of no width, by itself.
+    const std::array<std::uint32_t, 4> none{};
+    setProperty(connection_, window_.get(), connection_.atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL,
+                32, 1, none.data());
+    setProperty(connection_, window_.get(), connection_.atom("_GTK_FRAME_EXTENTS"),
+                XCB_ATOM_CARDINAL, 32, none.size(), none.data());
     if (pixels_.isTranslucent) { // an empty list stands for the whole window
         setProperty(connection_, window_.get(), connection_.atom(blurBehindProperty),
                     XCB_ATOM_CARDINAL, 32, 0, nullptr);
@@ -131,7 +138,9 @@ void OverlayWindowX11::describe(const QString &title)
 
 void OverlayWindowX11::watchDesktop()
 {
-    const std::uint32_t rootEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    // The root's ConfigureNotify tells of a new size of the screen, RandR of the monitors on it.
+    const std::uint32_t rootEvents
+        = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK,
                                  &rootEvents);
     xcb_randr_select_input(connection_.get(), connection_.root(),
@@ -179,7 +188,7 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
         xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
     }
     shown_ = shown;
-    connection_.flush();
+    events_.flush();
 }
 
 /** A window far larger than the screen would only cost the server memory. */
@@ -244,7 +253,7 @@ void OverlayWindowX11::setCursor(Qt::CursorShape shape)
 {
     const std::uint32_t cursor = cursors_.cursor(shape);
     xcb_change_window_attributes(connection_.get(), window_.get(), XCB_CW_CURSOR, &cursor);
-    connection_.flush();
+    events_.flush();
 }
 
 void OverlayWindowX11::hide()
@@ -252,7 +261,7 @@ void OverlayWindowX11::hide()
     shown_.reset();
     raiseTimer_.stop();
     xcb_unmap_window(connection_.get(), window_.get());
-    connection_.flush();
+    events_.flush();
 }
 
 void OverlayWindowX11::handle(const xcb_generic_event_t &event)
@@ -268,7 +277,8 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
             stayOnTop();
         }
     } else if (type == extensions_.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
-               || type == extensions_.firstRandrEvent + XCB_RANDR_NOTIFY) {
+               || type == extensions_.firstRandrEvent + XCB_RANDR_NOTIFY
+               || (type == XCB_CONFIGURE_NOTIFY && isOfRoot(event))) {
         checkDisplays();
     }
 }
@@ -310,6 +320,12 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
     return std::nullopt;
 }
 
+bool OverlayWindowX11::isOfRoot(const xcb_generic_event_t &event) const
+{
+    const auto &configured = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
+    return configured.event == connection_.root();
+}
+
 /** Of moves that have arrived together only the last one counts. */
 void OverlayWindowX11::deliver(const PointerEvent &event)
 {
@@ -348,7 +364,7 @@ void OverlayWindowX11::raise()
 {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    connection_.flush();
+    events_.flush();
 }
 
 void OverlayWindowX11::checkDisplays()

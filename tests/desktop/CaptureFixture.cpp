@@ -30,15 +30,6 @@ CaptureFixture::~CaptureFixture()
     stop();
 }
 
-void CaptureFixture::run(const QString &program, const QStringList &arguments)
-{
-    auto process = required(ChildProcess::start(
-        {.program = program, .arguments = arguments, .environment = server.environment()}));
-    if (!process.waitForEnd(patience) || process.exitCode() != 0) {
-        qFatal("%s failed: %s", qPrintable(program), process.output().constData());
-    }
-}
-
 void CaptureFixture::share(QRect area)
 {
     area_ = area;

@@ -40,9 +40,6 @@ public:
     XClient client;
     InputInjector input;
 
-    /** Runs a program of this display to its end; ends the tests if it does not succeed. */
-    void run(const QString &program, const QStringList &arguments);
-
     /** Starts to capture a rectangle of the root; fails the test if it does not start. */
     void share(QRect area);
     void stop();

@@ -19,28 +19,17 @@ constexpr QRect right(640, 0, 640, 1024);
 constexpr QRect areaOnTheLeft(100, 100, 300, 200);
 constexpr QRect areaOnTheRight(700, 100, 300, 200);
 
-QString monitorSpecification(QRect r)
-{
-    return QStringLiteral("%1/%1x%2/%2+%3+%4").arg(r.width()).arg(r.height()).arg(r.x()).arg(r.y());
-}
-
 /** A screen of two monitors, side by side, each 640 pixels wide; LEFT is the first. */
 struct TwoMonitors : CaptureFixture {
     TwoMonitors()
     {
-        setMonitor(QStringLiteral("LEFT"), left, QStringLiteral("screen"));
-        setMonitor(QStringLiteral("RIGHT"), right, QStringLiteral("none"));
-    }
-
-    void setMonitor(const QString &name, QRect rectangle, const QString &output)
-    {
-        run(QStringLiteral("xrandr"),
-            {QStringLiteral("--setmonitor"), name, monitorSpecification(rectangle), output});
+        server.setMonitor(QStringLiteral("LEFT"), left, QStringLiteral("screen"));
+        server.setMonitor(QStringLiteral("RIGHT"), right, QStringLiteral("none"));
     }
 
     void removeMonitor(const QString &name)
     {
-        run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
+        server.run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
     }
 };
 
@@ -91,9 +80,9 @@ void CaptureLifeTest::picture_isTheArea_onEitherDisplay_whicheverIsPrimary()
     };
     QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
     fixture.removeMonitor(QStringLiteral("RIGHT"));
-    fixture.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
+    fixture.server.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
     QCOMPARE(firstDisplay(), QStringLiteral("RIGHT"));
-    QCOMPARE(fixture.desktop->mainScreenFrame(), (Rect{0, 0, 640, 1024}));
+    QCOMPARE(fixture.desktop->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
 }
 
 void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data()
@@ -128,7 +117,7 @@ void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen
     QCOMPARE(fixture.captureEnds, 0);
     fixture.removeMonitor(monitor);
     if (!becomes.isNull()) {
-        fixture.setMonitor(monitor, becomes, QStringLiteral("none"));
+        fixture.server.setMonitor(monitor, becomes, QStringLiteral("none"));
     }
     if (ends) {
         QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
@@ -169,7 +158,7 @@ void CaptureLifeTest::start_fails_whenTheXServerIsGone()
     const auto result = QCoro::waitFor(fixture.service->startCapture({}, window));
     QVERIFY(!result);
     QVERIFY(!result.error().description.isEmpty());
-    QVERIFY(!fixture.desktop->mainScreenFrame());
+    QVERIFY(!fixture.desktop->mainDisplay());
 }
 
 void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes_data()

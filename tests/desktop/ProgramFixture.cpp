@@ -26,19 +26,26 @@ const QString mainTitle = QStringLiteral("Glimmerpane");
 
 } // namespace
 
-ProgramFixture::ProgramFixture(WindowManager manager, int scaleFactor)
+ProgramFixture::ProgramFixture(WindowManager manager, int scale)
     : server(required(XvfbServer::start()))
     , client(required(XClient::connect(server.displayName())))
     , input(client)
-    , scaleFactor_(scaleFactor)
+    , scaleFactor(scale)
     , environment_(server.environment())
 {
     environment_.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
-    environment_.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scaleFactor));
+    environment_.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
     environment_.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    if (manager == WindowManager::Openbox) {
+    if (manager != WindowManager::None) {
         windowManager_ = required(startWindowManager(
             client, {.program = QStringLiteral("openbox"), .environment = server.environment()}));
+    }
+    if (manager == WindowManager::OpenboxAndPicom) { // without the distribution's shadows and fades
+        compositor_ = required(
+            startCompositor(client,
+                            {.program = QStringLiteral("picom"),
+                             .arguments = {QStringLiteral("--config"), QStringLiteral("/dev/null")},
+                             .environment = server.environment()}));
     }
 }
 
@@ -123,7 +130,7 @@ void ProgramFixture::click(QPoint place) const
     const auto window = mainWindow();
     const auto geometry = window ? geometryOf(client, *window) : std::nullopt;
     QVERIFY(geometry);
-    input.click(geometry->topLeft() + place * scaleFactor_);
+    input.click(geometry->topLeft() + place * scaleFactor);
 }
 
 bool ProgramFixture::typeArea(const CaptureFrame &area) const
@@ -157,8 +164,8 @@ bool ProgramFixture::type(QPoint field, const QByteArray &text) const
 bool ProgramFixture::isFocused(QPoint field) const
 {
     // A focused field has a blue border; everything else around the fields is grey.
-    const QPoint center = geometryOf(client, *mainWindow())->topLeft() + field * scaleFactor_;
-    const QSize around = QSize(4, 40) * scaleFactor_;
+    const QPoint center = geometryOf(client, *mainWindow())->topLeft() + field * scaleFactor;
+    const QSize around = QSize(4, 40) * scaleFactor;
     const QImage picture = required(
         client.screenshot(QRect(center - QPoint(around.width(), around.height()) / 2, around)));
     for (int y = 0; y < picture.height(); ++y) {

@@ -25,13 +25,15 @@ public:
     enum class WindowManager {
         None,
         Openbox,
+        OpenboxAndPicom,
     };
 
-    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scaleFactor = 1);
+    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1);
 
     XvfbServer server;
     XClient client;
     InputInjector input;
+    const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
     ChildProcess program;
 
@@ -58,23 +60,26 @@ public:
     void click(QPoint place) const;
     /** Types an area into the four fields; false if it does not become the saved one. */
     bool typeArea(const CaptureFrame &area) const;
+    /** Replaces the text of one field. */
+    bool type(QPoint field, const QByteArray &text) const;
 
     QString settingsFile() const;
     std::optional<CaptureFrame> savedArea() const;
 
 private:
-    bool type(QPoint field, const QByteArray &text) const;
     bool isFocused(QPoint field) const;
 
-    const int scaleFactor_;
     QProcessEnvironment environment_;
     ChildProcess windowManager_;
+    ChildProcess compositor_;
 };
 
 /** Where the main window has its controls, in its points; seen in a screenshot. */
 namespace places
 {
 constexpr QPoint startSharing(160, 98);
+constexpr QPoint setArea(160, 142);
+constexpr QPoint resetArea(160, 186);
 constexpr QPoint stopSharing(160, 230);
 constexpr QPoint fields[] = {{87, 301}, {233, 301}, {87, 362}, {233, 362}};
 } // namespace places

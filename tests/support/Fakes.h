@@ -182,7 +182,14 @@ public:
     void denyContent() { content = std::unexpected(Error{QStringLiteral("denied"), {}}); }
 
     double scaleFactor() const override { return scale; }
-    std::optional<Rect> mainScreenFrame() const override { return mainFrame; }
+    std::vector<Display> displays() const override
+    {
+        if (!mainFrame) {
+            return {};
+        }
+        const QSize size = toPixels(mainFrame->width, mainFrame->height, scale);
+        return {{.name = {}, .pixels = {QPoint(), size}}};
+    }
 
     std::expected<ShareableContent, Error> shareableContent() const override
     {
@@ -198,6 +205,12 @@ public:
                                                                                QSize) override
     {
         return std::unexpected(Error{QStringLiteral("no windows"), {}});
+    }
+
+    std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
+        const QString &, QRect, const FrostedGlass &) override
+    {
+        return std::unexpected(Error{QStringLiteral("no overlays"), {}});
     }
 
     std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(

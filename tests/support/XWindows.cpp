@@ -172,7 +172,7 @@ pid_t pidOf(const XClient &client, xcb_window_t window)
 }
 
 void sendMessage(const XClient &client, xcb_window_t window, const QByteArray &type,
-                 std::uint32_t value, xcb_window_t receiver)
+                 std::uint32_t value, xcb_window_t receiver, std::uint32_t second)
 {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
@@ -180,6 +180,7 @@ void sendMessage(const XClient &client, xcb_window_t window, const QByteArray &t
     message.window = window;
     message.type = client.atom(type);
     message.data.data32[0] = value;
+    message.data.data32[1] = second;
     const std::uint32_t mask = receiver == client.root()
         ? XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY
         : XCB_EVENT_MASK_NO_EVENT;

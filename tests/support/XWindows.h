@@ -49,9 +49,9 @@ std::optional<WindowAttributes> attributesOf(const XClient &client, xcb_window_t
 bool isViewable(const XClient &client, xcb_window_t window);
 std::optional<Property> propertyOf(const XClient &client, xcb_window_t window,
                                    const QByteArray &name);
-/** Sends a client message with one value to a window, or about it to the root. */
+/** Sends a client message to a window, or about it to the root. */
 void sendMessage(const XClient &client, xcb_window_t window, const QByteArray &type,
-                 std::uint32_t value, xcb_window_t receiver);
+                 std::uint32_t value, xcb_window_t receiver, std::uint32_t second = 0);
 /** What a window manager sends when a person closes a window. */
 void askToClose(const XClient &client, xcb_window_t window);
 

@@ -87,4 +87,23 @@ QProcessEnvironment XvfbServer::environment() const
     return environment;
 }
 
+void XvfbServer::run(const QString &program, const QStringList &arguments) const
+{
+    auto process = required(ChildProcess::start(
+        {.program = program, .arguments = arguments, .environment = environment()}));
+    if (!process.waitForEnd(std::chrono::seconds(10)) || process.exitCode() != 0) {
+        qFatal("%s failed: %s", qPrintable(program), process.output().constData());
+    }
+}
+
+void XvfbServer::setMonitor(const QString &name, QRect rectangle, const QString &output) const
+{
+    const QString place = QStringLiteral("%1/%1x%2/%2+%3+%4")
+                              .arg(rectangle.width())
+                              .arg(rectangle.height())
+                              .arg(rectangle.x())
+                              .arg(rectangle.y());
+    run(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), name, place, output});
+}
+
 } // namespace glimmerpane::testing

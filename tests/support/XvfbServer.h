@@ -3,6 +3,7 @@
 
 #include "tests/support/ChildProcess.h"
 
+#include <QRect>
 #include <QSize>
 
 namespace glimmerpane::testing
@@ -36,6 +37,12 @@ public:
      * variables removed, for a ChildProcess.
      */
     QProcessEnvironment environment() const;
+
+    /** Runs a program of this display to its end; ends the tests if it does not succeed. */
+    void run(const QString &program, const QStringList &arguments) const;
+
+    /** Makes a part of the screen a monitor of the output "screen", or of "none". Needs xrandr. */
+    void setMonitor(const QString &name, QRect rectangle, const QString &output) const;
 
     /** Ends the server before the object does, in order or at once as a crash would. */
     void terminate() { process_.terminate(); }
