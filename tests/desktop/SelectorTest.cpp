@@ -116,15 +116,21 @@ int markedPixels(QSize size)
     return outline + corners + bars;
 }
 
-int count(const QImage &image, QRgb color)
+/** Whether exactly one whole selector is to be seen in the picture, wherever it is. */
+bool showsWholeSelector(const QImage &image)
 {
-    int found = 0;
+    QRect bounds;
+    int marked = 0;
     for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x) {
-            found += (image.pixel(x, y) | 0xff000000) == color ? 1 : 0;
+            if ((line[x] | 0xff000000) == markColor) {
+                ++marked;
+                bounds |= QRect(x, y, 1, 1);
+            }
         }
     }
-    return found;
+    return marked == markedPixels(bounds.size());
 }
 
 /** What is to be seen of an even colour through the glass. */
@@ -190,6 +196,7 @@ private Q_SLOTS:
     void selector_canBeOpenedAgain_whenItWasTakenAway();
     void area_isInPoints_atScaleFactorTwo();
     void drag_bringsTheSelectorToTheMainDisplay();
+    void selector_isWhole_atEveryMomentOfADrag();
     void selector_isWhole_afterAThousandDrags();
 };
 
@@ -300,7 +307,7 @@ void SelectorTest::selector_isGlassWithABorder_andLeavesNoTrail()
 
     QVERIFY(fixture.open());
     fixture.input.moveTo(besidesEverything);
-    QTRY_COMPARE(count(screenshot().copy(area), markColor), markedPixels(area.size()));
+    QTRY_VERIFY(showsWholeSelector(screenshot().copy(area)));
     const QImage shown = screenshot();
     QVERIFY(isEqualBut(shown, before, QRegion(area) + main));
     QVERIFY(isNear(shown.pixelColor(720, 450), throughGlass(blueish)));
@@ -315,7 +322,7 @@ void SelectorTest::selector_isGlassWithABorder_andLeavesNoTrail()
     fixture.input.drag(area.topLeft() + QPoint(50, 50), moved.topLeft() + QPoint(50, 50));
     QVERIFY(fixture.becomes(moved));
     fixture.input.moveTo(besidesEverything);
-    QTRY_COMPARE(count(screenshot().copy(moved), markColor), markedPixels(area.size()));
+    QTRY_VERIFY(showsWholeSelector(screenshot().copy(moved)));
     QTRY_VERIFY(isEqualBut(screenshot(), before, QRegion(moved) + main));
     QTRY_VERIFY(isNear(screenshot().pixelColor(520, 560), throughGlass(white)));
     fixture.cancel();
@@ -347,8 +354,7 @@ void SelectorTest::selector_isTranslucent_whereTheCompositorBlurs()
                               channel(color.blue(), 27));
         QTRY_VERIFY(isNear(required(fixture.client.screenshot(area)).pixelColor(60, 60), expected));
     }
-    QCOMPARE(count(required(fixture.client.screenshot(area)), markColor),
-             markedPixels(area.size()));
+    QVERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
 }
 
 void SelectorTest::selector_staysAbove_andTakesNoKeys()
@@ -360,10 +366,8 @@ void SelectorTest::selector_staysAbove_andTakesNoKeys()
     QVERIFY(waitFor([&] { return isViewable(fixture.client, wall.id()); }, patience));
     QVERIFY(fixture.launch());
     QVERIFY(fixture.open());
-    const auto isOnTop = [&] {
-        const QImage picture = required(fixture.client.screenshot(area));
-        return count(picture, markColor) == markedPixels(area.size());
-    };
+    const auto isOnTop
+        = [&] { return showsWholeSelector(required(fixture.client.screenshot(area))); };
     QTRY_VERIFY(isOnTop());
     const auto newcomer = required(ColorWindow::show(
         fixture.client,
@@ -452,6 +456,25 @@ void SelectorTest::drag_bringsTheSelectorToTheMainDisplay()
     QVERIFY(fixture.becomes(QRect(340, 324, 300, 400)));
 }
 
+void SelectorTest::selector_isWhole_atEveryMomentOfADrag()
+{
+    SelectorFixture fixture(WindowManager::Openbox);
+    QVERIFY(fixture.launch());
+    QVERIFY(fixture.open());
+    QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
+    for (const QPoint from : {area.topLeft() + QPoint(50, 50), area.topLeft() + QPoint(4, 4)}) {
+        QVERIFY(fixture.becomes(area));
+        fixture.input.moveTo(from);
+        fixture.input.press();
+        for (int i = 1; i <= 100; ++i) {
+            fixture.input.moveTo(from + QPoint(i * 37 % 300, i * 53 % 200));
+            QVERIFY(showsWholeSelector(required(fixture.client.screenshot())));
+        }
+        fixture.input.moveTo(from);
+        fixture.input.release();
+    }
+}
+
 void SelectorTest::selector_isWhole_afterAThousandDrags()
 {
     SelectorFixture fixture;
@@ -484,8 +507,7 @@ void SelectorTest::selector_isWhole_afterAThousandDrags()
         QVERIFY(screen.contains(frame) && frame.width() >= 200 && frame.height() >= 150);
     }
     fixture.input.moveTo(frame.topLeft() + QPoint(40, 40));
-    QTRY_COMPARE(count(required(fixture.client.screenshot(frame)), markColor),
-                 markedPixels(frame.size()));
+    QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(frame))));
 }
 
 QTEST_APPLESS_MAIN(SelectorTest)
