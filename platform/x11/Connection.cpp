@@ -80,14 +80,14 @@ std::uint8_t firstEvent(const Connection &connection, xcb_extension_t &extension
 
 } // namespace
 
-std::expected<Connection, Error> Connection::open()
+std::expected<Connection, Error> Connection::open(const QByteArray &display)
 {
     int screenNumber = 0;
-    Handle connection(xcb_connect(nullptr, &screenNumber));
+    Handle connection(xcb_connect(display.constData(), &screenNumber));
     if (const int code = xcb_connection_has_error(connection.get())) {
         return std::unexpected(
             Error{.text = QStringLiteral("There is no X display here (DISPLAY is \"%1\").")
-                              .arg(qEnvironmentVariable("DISPLAY")),
+                              .arg(QString::fromLocal8Bit(display)),
                   .log = QStringLiteral("xcb_connect failed with code %1").arg(code)});
     }
     return Connection(std::move(connection), screenNumber);

@@ -21,11 +21,11 @@ struct FreeReply {
 template<typename T>
 using Reply = std::unique_ptr<T, FreeReply>;
 
-/** One connection to the X server of $DISPLAY. Used by one thread at a time. */
+/** One connection to an X server. Used by one thread at a time. */
 class Connection
 {
 public:
-    static std::expected<Connection, Error> open();
+    static std::expected<Connection, Error> open(const QByteArray &display = qgetenv("DISPLAY"));
 
     xcb_connection_t *get() const { return connection_.get(); }
     const xcb_screen_t &screen() const { return *screen_; }
