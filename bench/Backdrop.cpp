@@ -98,7 +98,7 @@ testing::Result<void> setBackground(const testing::XClient &client, const QImage
     auto *connection = client.connection();
     const xcb_pixmap_t pixmap = client.newId();
     const xcb_gcontext_t context = client.newId();
-    xcb_create_pixmap(connection, client.screen()->root_depth, pixmap, client.root(),
+    xcb_create_pixmap(connection, client.screen().root_depth, pixmap, client.root(),
                       static_cast<uint16_t>(picture.width()),
                       static_cast<uint16_t>(picture.height()));
     xcb_create_gc(connection, context, pixmap, 0, nullptr);

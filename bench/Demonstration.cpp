@@ -232,7 +232,7 @@ Result<void> Demonstration::savePictures()
     const auto &client = desktop_->client();
     const auto cursor = testing::currentCursor(client);
     const auto screen = client.screenshot();
-    const auto frame = testing::geometryOf(client, testing::topLevelOf(client, mainWindow_));
+    const auto frame = testing::geometryOf(client, topLevelOf(client, mainWindow_));
     const auto output = testing::windowPicture(client, output_);
     if (!cursor || !screen || !output || !frame) {
         return testing::failure(QStringLiteral("cannot take the pictures"));

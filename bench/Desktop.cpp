@@ -84,6 +84,19 @@ bool Desktop::waitFor(const std::function<bool()> &condition, std::chrono::milli
     return held;
 }
 
+std::optional<double> Desktop::timeUntil(const std::function<bool()> &condition,
+                                         std::chrono::steady_clock::time_point begin) const
+{
+    using Clock = std::chrono::steady_clock;
+    const auto end = begin + std::chrono::seconds(10);
+    while (Clock::now() < end && !stopRequested()) {
+        if (condition()) {
+            return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+        }
+    }
+    return std::nullopt;
+}
+
 bool Desktop::rest(std::chrono::milliseconds time) const
 {
     // Rarely awake, so that it disturbs no measurement, and often enough to be stopped.

@@ -44,6 +44,12 @@ public:
 
     /** Whether the condition came true; gives up at the limit and when asked to stop. */
     bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit) const;
+    /**
+     * Milliseconds from the beginning until the condition holds, which is looked at without a
+     * pause; nothing if it does not within ten seconds.
+     */
+    std::optional<double> timeUntil(const std::function<bool()> &condition,
+                                    std::chrono::steady_clock::time_point begin) const;
     /** Lets time pass on the display; false when asked to stop. */
     bool rest(std::chrono::milliseconds time) const;
     bool stopRequested() const { return stop_.stop_requested(); }

@@ -13,10 +13,9 @@ namespace
 {
 
 using testing::failure;
-using Clock = std::chrono::steady_clock;
 
 constexpr double target = 100; ///< milliseconds
-constexpr std::chrono::seconds frameLimit{10};
+constexpr std::chrono::seconds buttonLimit{10};
 
 /** Whether the output is there and has the still picture's number and its last pixel. */
 bool showsPicture(const SharedDesktop &shared, QRgb lastPixel)
@@ -51,43 +50,38 @@ Result<double> measureRun(const Measurement &measurement)
     const auto lastPixel = client.screenshot(QRect(measuredArea.bottomRight(), QSize(1, 1)));
     std::optional<QPoint> button;
     shared.desktop->waitFor([&] { return (button = shared.program->startButton()).has_value(); },
-                            frameLimit);
+                            buttonLimit);
     if (!button || !lastPixel) {
         return failure(QStringLiteral("sharing cannot be started from the main window"));
     }
     const testing::InputInjector person(client);
     person.moveTo(*button);
     person.press();
-    const auto begin = Clock::now();
+    const auto begin = std::chrono::steady_clock::now();
     person.release();
-    while (Clock::now() < begin + frameLimit && !shared.desktop->stopRequested()) {
-        if (showsPicture(shared, lastPixel->pixel(0, 0))) {
-            return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-        }
-    }
-    return failure(QStringLiteral("no right picture came after the click on Start sharing"));
+    const auto time = shared.desktop->timeUntil(
+        [&] { return showsPicture(shared, lastPixel->pixel(0, 0)); }, begin);
+    return time ? Result<double>(*time)
+                : failure(QStringLiteral("no right picture came after the click on Start sharing"));
 }
 
 } // namespace
 
 Figures measureFirstFrame(const Measurement &measurement)
 {
-    std::vector<double> times;
-    for (int i = 1; i <= measurement.extent.runs; ++i) {
-        const auto time = measureRun(measurement);
-        if (!time) {
-            return failure(time.error());
-        }
-        times.push_back(*time);
-        measurement.progress(QStringLiteral("first frame %1: %2 ms").arg(i).arg(number(*time, 1)));
+    const auto times = repeat(measurement, measureRun, [](int run, double time) {
+        return QStringLiteral("first frame %1: %2 ms").arg(run).arg(number(time, 1));
+    });
+    if (!times) {
+        return failure(times.error());
     }
     return std::vector{boundedFigure(
-        QStringLiteral("Time from Start sharing to the first right picture"), median(times), target,
-        QStringLiteral(" ms"),
+        QStringLiteral("Time from Start sharing to the first right picture"), median(*times),
+        target, QStringLiteral(" ms"),
         QStringLiteral("from the release of the mouse button on Start sharing until the first and "
                        "the last pixels read from the output are the area's; first sharing of a "
                        "fresh process; median of %1 runs")
-            .arg(times.size()))};
+            .arg(times->size()))};
 }
 
 } // namespace glimmerpane::bench

@@ -242,23 +242,19 @@ std::vector<Figure> figuresOf(const std::vector<Run> &runs, const QString &times
 
 Figures measureFullMotion(const Measurement &measurement)
 {
-    std::vector<Run> runs;
-    for (int i = 1; i <= measurement.extent.runs; ++i) {
-        const auto run = measureRun(measurement);
-        if (!run) {
-            return failure(run.error());
-        }
-        measurement.progress(
-            QStringLiteral("full motion %1: %2 frames/s, %3 dropped, program %4 ms, server %5 ms, "
-                           "memcpy %6 ms, ratio %7")
-                .arg(i)
-                .arg(number(run->frames.rate(), 1))
-                .arg(run->frames.dropped())
-                .arg(number(run->program, 3), number(run->server, 3), number(run->copy, 3),
-                     number(run->ratio())));
-        runs.push_back(*run);
+    const auto runs = repeat(measurement, measureRun, [](int i, const Run &run) {
+        return QStringLiteral("full motion %1: %2 frames/s, %3 dropped, program %4 ms, server %5 "
+                              "ms, memcpy %6 ms, ratio %7")
+            .arg(i)
+            .arg(number(run.frames.rate(), 1))
+            .arg(run.frames.dropped())
+            .arg(number(run.program, 3), number(run.server, 3), number(run.copy, 3),
+                 number(run.ratio()));
+    });
+    if (!runs) {
+        return failure(runs.error());
     }
-    return figuresOf(runs, QStringLiteral("; median of %1 runs").arg(runs.size()));
+    return figuresOf(*runs, QStringLiteral("; median of %1 runs").arg(runs->size()));
 }
 
 } // namespace glimmerpane::bench

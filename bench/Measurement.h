@@ -29,6 +29,24 @@ struct Measurement {
     std::function<void(const QString &)> progress; ///< tells a person what happens now
 };
 
+/** What every run of a measurement gave, or why one failed; `tell` words a run's progress. */
+template<typename Run, typename Tell>
+testing::Result<std::vector<Run>> repeat(const Measurement &measurement,
+                                         testing::Result<Run> (*measureRun)(const Measurement &),
+                                         const Tell &tell)
+{
+    std::vector<Run> runs;
+    for (int i = 1; i <= measurement.extent.runs; ++i) {
+        const auto run = measureRun(measurement);
+        if (!run) {
+            return testing::failure(run.error());
+        }
+        measurement.progress(tell(i, *run));
+        runs.push_back(*run);
+    }
+    return runs;
+}
+
 using Figures = testing::Result<std::vector<Figure>>;
 
 /** A display of 1920x1080 with an area of 1280x720 to share and the main window beside it. */

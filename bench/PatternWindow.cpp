@@ -3,6 +3,7 @@
 
 #include "bench/FrameNumber.h"
 #include "bench/PatternPainter.h"
+#include "tests/support/XWindows.h"
 
 #include <algorithm>
 
@@ -32,7 +33,6 @@ PatternWindow::PatternWindow(XClient client, const QRect &rectangle, PatternMode
     : client_(std::move(client))
     , mode_(mode)
     , size_(rectangle.size())
-    , window_(client_.newId())
     , context_(client_.newId())
 {
 }
@@ -62,15 +62,12 @@ Result<void> PatternWindow::create(const QRect &rectangle)
     completionEvent_ = static_cast<uint8_t>(shm->first_event + XCB_SHM_COMPLETION);
     // Without a background, mapping the window paints nothing before the first frame.
     const uint32_t values[] = {XCB_BACK_PIXMAP_NONE, 1};
-    const auto cookie = xcb_create_window_checked(
-        client_.connection(), XCB_COPY_FROM_PARENT, window_, client_.root(),
-        static_cast<int16_t>(rectangle.x()), static_cast<int16_t>(rectangle.y()),
-        static_cast<uint16_t>(rectangle.width()), static_cast<uint16_t>(rectangle.height()), 0,
-        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-        XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT, values);
-    if (const auto done = client_.check(cookie, QStringLiteral("cannot create a window")); !done) {
-        return done;
+    const auto window = testing::createWindow(
+        client_, rectangle, XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT, values);
+    if (!window) {
+        return failure(window.error());
     }
+    window_ = *window;
     const uint32_t noExposures = 0;
     xcb_create_gc(client_.connection(), context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
     xcb_map_window(client_.connection(), window_);

@@ -54,7 +54,7 @@ private:
     XClient client_;
     PatternMode mode_;
     QSize size_;
-    xcb_window_t window_;
+    xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_gcontext_t context_;
     std::vector<SharedPicture> pictures_; ///< the moving ones
     std::vector<SharedPicture> still_; ///< none, or the one still picture

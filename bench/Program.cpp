@@ -94,7 +94,7 @@ Result<void> Program::placeMainWindow(QPoint place, const QRect &uncovered)
                          values);
     client.flush();
     const auto isThere = [&] {
-        const auto frame = testing::geometryOf(client, testing::topLevelOf(client, *window));
+        const auto frame = testing::geometryOf(client, topLevelOf(client, *window));
         return frame && frame->contains(place) && !frame->intersects(uncovered);
     };
     if (!desktop_->waitFor(isThere, windowLimit)) {
@@ -163,6 +163,17 @@ QString Program::problem(const QString &text) const
     return output.isEmpty()
         ? text
         : QStringLiteral("%1; glimmerpane said: %2").arg(text, QString::fromLocal8Bit(output));
+}
+
+xcb_window_t topLevelOf(const testing::XClient &client, xcb_window_t window)
+{
+    for (;;) {
+        const auto tree = testing::ask<xcb_query_tree, xcb_query_tree_reply>(client, window);
+        if (!tree || tree->parent == XCB_WINDOW_NONE || tree->parent == client.root()) {
+            return window;
+        }
+        window = tree->parent;
+    }
 }
 
 QString areaText(const QRect &area, QSize screen)

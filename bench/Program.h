@@ -60,6 +60,9 @@ private:
     testing::ChildProcess process_;
 };
 
+/** The direct child of the root that holds the window: itself, or the window manager's frame. */
+xcb_window_t topLevelOf(const testing::XClient &client, xcb_window_t window);
+
 /** The value of --area for a rectangle of root pixels on a display of this size. */
 QString areaText(const QRect &area, QSize screen);
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/SharedPicture.h"
 
-#include "tests/support/ChildProcess.h"
+#include "platform/x11/FileDescriptor.h"
 
+#include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <utility>
@@ -11,13 +12,12 @@ namespace glimmerpane::bench
 {
 
 using testing::failure;
-using testing::FileDescriptor;
 
 Result<SharedPicture> SharedPicture::create(const XClient &client, QSize size)
 {
     const auto bytes = static_cast<size_t>(size.width()) * 4 * static_cast<size_t>(size.height());
-    FileDescriptor file(memfd_create("picture", MFD_CLOEXEC));
-    if (!file.isValid() || ftruncate(file.get(), static_cast<off_t>(bytes)) != 0) {
+    const x11::FileDescriptor file(memfd_create("picture", MFD_CLOEXEC));
+    if (ftruncate(file.get(), static_cast<off_t>(bytes)) != 0) {
         return failure(QStringLiteral("no memory to share"));
     }
     void *memory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, file.get(), 0);
@@ -25,9 +25,9 @@ Result<SharedPicture> SharedPicture::create(const XClient &client, QSize size)
         return failure(QStringLiteral("cannot map %1 bytes").arg(bytes));
     }
     SharedPicture picture(memory, bytes, client.newId(), size);
-    // xcb closes the descriptor once it is sent.
-    const auto cookie
-        = xcb_shm_attach_fd_checked(client.connection(), picture.segment_, file.release(), 1);
+    // xcb closes the descriptor that it sends.
+    const auto cookie = xcb_shm_attach_fd_checked(client.connection(), picture.segment_,
+                                                  fcntl(file.get(), F_DUPFD_CLOEXEC, 0), 1);
     if (const auto done = client.check(cookie, QStringLiteral("cannot share memory")); !done) {
         return failure(done.error());
     }
@@ -64,9 +64,8 @@ void SharedPicture::put(const XClient &client, xcb_drawable_t target, xcb_gconte
                       static_cast<uint16_t>(image_.height()), static_cast<uint16_t>(part.x()),
                       static_cast<uint16_t>(part.y()), static_cast<uint16_t>(part.width()),
                       static_cast<uint16_t>(part.height()), static_cast<int16_t>(at.x()),
-                      static_cast<int16_t>(at.y()),
-                      static_cast<uint8_t>(client.screen()->root_depth), XCB_IMAGE_FORMAT_Z_PIXMAP,
-                      1, segment_, 0);
+                      static_cast<int16_t>(at.y()), client.screen().root_depth,
+                      XCB_IMAGE_FORMAT_Z_PIXMAP, 1, segment_, 0);
 }
 
 } // namespace glimmerpane::bench

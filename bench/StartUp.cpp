@@ -13,26 +13,21 @@ namespace
 {
 
 using testing::failure;
-using Clock = std::chrono::steady_clock;
 
 constexpr double target = 150; ///< milliseconds
-constexpr std::chrono::seconds windowLimit{10};
 
 Result<double> timeToWindow(const Desktop &desktop, const QString &program, const QString &title)
 {
-    const auto &client = desktop.client();
-    const auto begin = Clock::now();
+    const auto begin = std::chrono::steady_clock::now();
     const auto process
         = testing::ChildProcess::start({.program = program, .environment = desktop.environment()});
     if (!process) {
         return failure(process.error());
     }
-    while (Clock::now() < begin + windowLimit && !desktop.stopRequested()) {
-        if (testing::findWindow(client, title, testing::Listing::Picker)) {
-            return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-        }
-    }
-    return failure(QStringLiteral("%1 shows no window \"%2\"").arg(program, title));
+    const auto time = desktop.timeUntil(
+        [&] { return testing::findWindow(desktop.client(), title).has_value(); }, begin);
+    return time ? Result<double>(*time)
+                : failure(QStringLiteral("%1 shows no window \"%2\"").arg(program, title));
 }
 
 /** Returns once no window of the last program is left. */
@@ -41,7 +36,7 @@ Result<double> measureOnce(const Desktop &desktop, const QString &program, const
     const auto time = timeToWindow(desktop, program, title);
     const auto isGone
         = [&] { return !testing::findWindow(desktop.client(), title, testing::Listing::All); };
-    if (time && !desktop.waitFor(isGone, windowLimit)) {
+    if (time && !desktop.waitFor(isGone, std::chrono::seconds(10))) {
         return failure(QStringLiteral("a window stays after its program's end"));
     }
     return time;

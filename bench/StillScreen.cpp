@@ -110,31 +110,30 @@ QString threadText(const std::vector<Run> &runs)
 
 Figures measureStillScreen(const Measurement &measurement)
 {
-    std::vector<Run> runs;
+    const auto runs = repeat(measurement, measureRun, [](int i, const Run &run) {
+        return QStringLiteral("still screen %1: %2 frames, %3 wake-ups a second (%4)")
+            .arg(i)
+            .arg(run.frames)
+            .arg(number(run.wakeUps), threadText({run}));
+    });
+    if (!runs) {
+        return failure(runs.error());
+    }
     std::vector<double> frames;
     std::vector<double> wakeUps;
-    for (int i = 1; i <= measurement.extent.runs; ++i) {
-        const auto run = measureRun(measurement);
-        if (!run) {
-            return failure(run.error());
-        }
-        measurement.progress(QStringLiteral("still screen %1: %2 frames, %3 wake-ups a second (%4)")
-                                 .arg(i)
-                                 .arg(run->frames)
-                                 .arg(number(run->wakeUps), threadText({*run})));
-        frames.push_back(run->frames);
-        wakeUps.push_back(run->wakeUps);
-        runs.push_back(*run);
+    for (const Run &run : *runs) {
+        frames.push_back(run.frames);
+        wakeUps.push_back(run.wakeUps);
     }
-    const double seconds = runs.front().seconds;
+    const double seconds = runs->front().seconds;
     const QString times
-        = QStringLiteral(", in %1 s; median of %2 runs").arg(number(seconds, 0)).arg(runs.size());
+        = QStringLiteral(", in %1 s; median of %2 runs").arg(number(seconds, 0)).arg(runs->size());
     // Where the time is cut, one look more can fall into it.
     const double target = watchesPerSecond + 1 / seconds;
     auto wakeUpFigure = boundedFigure(QStringLiteral("Wake-ups a second, unchanging screen"),
                                       median(wakeUps), target, {},
                                       QStringLiteral("voluntary context switches of all threads")
-                                          + times + QStringLiteral(" (%1)").arg(threadText(runs)));
+                                          + times + QStringLiteral(" (%1)").arg(threadText(*runs)));
     wakeUpFigure.partOfTarget = median(wakeUps) / watchesPerSecond;
     wakeUpFigure.target = QStringLiteral("2, its half-second watch");
     return std::vector{boundedFigure(QStringLiteral("Frames shown, unchanging screen"),

@@ -45,7 +45,7 @@ void CaptureTest::window_isListedByPickersAndUnseen_whenShared()
     QVERIFY(type);
     QCOMPARE(type->items32(),
              std::vector<std::uint32_t>{fixture.client.atom("_NET_WM_WINDOW_TYPE_NORMAL")});
-    QVERIFY(attributesOf(fixture.client, window)->overrideRedirect);
+    QVERIFY(attributesOf(fixture.client, window)->override_redirect);
     QVERIFY(isViewable(fixture.client, window));
     QCOMPARE(geometryOf(fixture.client, window), QRect(QPoint(-10000, -10000), area.size()));
 }

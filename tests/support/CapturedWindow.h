@@ -1,62 +1,78 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/XClient.h"
+#include "tests/support/XWindows.h"
+
+#include <xcb/composite.h>
 
 namespace glimmerpane::testing
 {
 
 /**
- * A window's picture as a capturing client reads it: the pixmap that Composite keeps for it. The
- * pixmap is named once and again after the window's size changed or it was mapped anew.
+ * A window's picture as a capturing client reads it: the pixmap that Composite keeps for it while
+ * somebody redirects it. It is named once and again after the window's size changed.
  */
 class CapturedWindow
 {
 public:
-    enum class Redirect {
-        No, ///< rely on somebody else's redirection; fails if there is none
-        Automatic, ///< redirect it ourselves too, for as long as the object lives
-    };
-
     /** The client must outlive the object, at the same address. */
-    static Result<CapturedWindow> open(const XClient &client, xcb_window_t window,
-                                       Redirect redirect = Redirect::No);
-    CapturedWindow(CapturedWindow &&other) noexcept;
-    CapturedWindow &operator=(CapturedWindow &&) = delete;
-    CapturedWindow(const CapturedWindow &) = delete;
-    CapturedWindow &operator=(const CapturedWindow &) = delete;
-    ~CapturedWindow();
+    static Result<CapturedWindow> open(const XClient &client, xcb_window_t window)
+    {
+        CapturedWindow captured;
+        captured.client_ = &client;
+        captured.window_ = window;
+        const auto named = captured.namePixmap();
+        return named ? Result<CapturedWindow>(std::move(captured)) : failure(named.error());
+    }
 
-    xcb_window_t window() const { return window_; }
-    xcb_pixmap_t pixmap() const { return pixmap_; }
     QSize size() const { return size_; }
 
-    /** Names the pixmap anew; needed after a resize or a new mapping. */
-    Result<void> refresh();
+    /** The window's pixels. */
+    Result<QImage> picture()
+    {
+        const auto geometry = geometryOf(*client_, window_);
+        if (!geometry) {
+            return failure(QStringLiteral("the window is gone"));
+        }
+        const auto named = geometry->size() == size_ ? Result<void>() : namePixmap();
+        return named ? part({QPoint(), size_}) : failure(named.error());
+    }
 
-    /**
-     * Pixels of the window, origin top left; the whole picture is named anew first if the size
-     * changed, a part is read from the pixmap as it is, at the cost of one request.
-     */
-    Result<QImage> picture();
-    Result<QImage> part(const QRect &rectangle) const;
+    /** The same of a part, origin top left, at the cost of one request: it sees no new size. */
+    Result<QImage> part(const QRect &rectangle) const
+    {
+        return client_->image(pixmap_.get_deleter().id, rectangle);
+    }
 
 private:
-    CapturedWindow(const XClient &client, xcb_window_t window)
-        : client_(&client)
-        , window_(window)
-    {
-    }
-    void freePixmap();
+    CapturedWindow() = default;
 
-    const XClient *client_;
-    xcb_window_t window_;
-    xcb_pixmap_t pixmap_ = XCB_NONE;
+    Result<void> namePixmap()
+    {
+        const xcb_pixmap_t id = client_->newId();
+        const auto cookie
+            = xcb_composite_name_window_pixmap_checked(client_->connection(), window_, id);
+        const auto named = client_->check(cookie, QStringLiteral("the window has no pixmap"));
+        if (named) {
+            pixmap_ = {client_, {id}};
+            // The pixmap's own size: the window may have another one by now.
+            const auto geometry = ask<xcb_get_geometry, xcb_get_geometry_reply>(*client_, id);
+            size_ = geometry ? QSize(geometry->width, geometry->height) : QSize();
+        }
+        return named;
+    }
+
+    const XClient *client_ = nullptr;
+    xcb_window_t window_ = XCB_NONE;
+    ServerObject<xcb_free_pixmap> pixmap_;
     QSize size_;
-    bool redirected_ = false;
 };
 
 /** Opens, reads the whole picture once and closes. */
-Result<QImage> windowPicture(const XClient &client, xcb_window_t window);
+inline Result<QImage> windowPicture(const XClient &client, xcb_window_t window)
+{
+    auto captured = CapturedWindow::open(client, window);
+    return captured ? captured->picture() : failure(captured.error());
+}
 
 } // namespace glimmerpane::testing

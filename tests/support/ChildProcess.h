@@ -1,44 +1,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/x11/FileDescriptor.h"
 #include "tests/support/Result.h"
 
-#include <QProcessEnvironment>
-#include <QStringList>
+#include <QProcess>
 
 #include <chrono>
+#include <memory>
 #include <optional>
-#include <sys/types.h>
+#include <sys/mman.h>
+#include <utility>
 
 namespace glimmerpane::testing
 {
 
-/** Owns a file descriptor. */
-class FileDescriptor
-{
-public:
-    FileDescriptor() = default;
-    explicit FileDescriptor(int descriptor)
-        : descriptor_(descriptor)
-    {
-    }
-    FileDescriptor(FileDescriptor &&other) noexcept
-        : descriptor_(other.release())
-    {
-    }
-    FileDescriptor &operator=(FileDescriptor &&other) noexcept;
-    FileDescriptor(const FileDescriptor &) = delete;
-    FileDescriptor &operator=(const FileDescriptor &) = delete;
-    ~FileDescriptor() { reset(); }
-
-    int get() const { return descriptor_; }
-    bool isValid() const { return descriptor_ >= 0; }
-    int release();
-    void reset();
-
-private:
-    int descriptor_ = -1;
-};
+/** What was written to a file that memfd_create() made, by whomever. */
+QByteArray contentOf(const x11::FileDescriptor &memoryFile);
 
 /**
  * One started program. The destructor ends exactly this process, by its id, and collects it, so
@@ -51,45 +29,43 @@ public:
         QString program; ///< a path, or a name that is looked up in PATH
         QStringList arguments{};
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        int inheritedDescriptor = -1; ///< kept open in the child under the same number
-        bool keepOutput = true; ///< collect what it prints; false: it shares our terminal
     };
 
     /** Returns once the program runs; fails if it cannot be executed. */
     static Result<ChildProcess> start(const Options &options);
 
     ChildProcess() = default;
-    ChildProcess(ChildProcess &&other) noexcept;
-    ChildProcess &operator=(ChildProcess &&other) noexcept;
-    ChildProcess(const ChildProcess &) = delete;
-    ChildProcess &operator=(const ChildProcess &) = delete;
-    ~ChildProcess();
+    ChildProcess(ChildProcess &&) = default;
+    ChildProcess &operator=(ChildProcess &&other) noexcept
+    {
+        std::swap(process_, other.process_);
+        std::swap(output_, other.output_);
+        return *this;
+    }
+    ~ChildProcess() { terminate(); }
 
     /** 0 when there is none or it has been collected. */
-    pid_t pid() const { return pid_; }
+    pid_t pid() const { return static_cast<pid_t>(process_->processId()); }
     bool isRunning();
 
-    /** The exit code once ended; 128 + the signal's number if a signal ended it. */
+    /** The exit code once ended; -1 if a signal ended it. */
     std::optional<int> exitCode();
 
     /** Handles Qt events meanwhile. Returns whether it ended in time. */
     bool waitForEnd(std::chrono::milliseconds limit);
 
-    /** SIGTERM, and SIGKILL if it has not ended within the limit. Returns after its end. */
-    void terminate(std::chrono::milliseconds limit = std::chrono::seconds(5));
+    /** SIGTERM, and SIGKILL if it does not end soon. Returns after its end. */
+    void terminate();
     /** SIGKILL. Returns after its end. */
     void kill();
     void sendSignal(int signal);
 
     /** What it has printed so far on both of its output channels. */
-    QByteArray output() const;
+    QByteArray output() const { return contentOf(output_); }
 
 private:
-    void collect(bool block);
-
-    pid_t pid_ = 0;
-    std::optional<int> exitCode_;
-    FileDescriptor output_;
+    std::unique_ptr<QProcess> process_ = std::make_unique<QProcess>();
+    x11::FileDescriptor output_{memfd_create("output", MFD_CLOEXEC)};
 };
 
 } // namespace glimmerpane::testing

@@ -3,7 +3,9 @@
 
 #include "tests/support/XClient.h"
 
-#include <chrono>
+#include <QDeadlineTimer>
+
+#include <poll.h>
 #include <xcb/damage.h>
 
 namespace glimmerpane::testing
@@ -16,31 +18,64 @@ namespace glimmerpane::testing
 class DamageWatch
 {
 public:
-    static Result<DamageWatch> open(const QString &displayName, xcb_drawable_t drawable);
+    static Result<DamageWatch> open(const QString &displayName, xcb_drawable_t drawable)
+    {
+        auto client = XClient::connect(displayName);
+        if (!client) {
+            return failure(client.error());
+        }
+        DamageWatch watch(std::move(*client));
+        const auto cookie = xcb_damage_create_checked(watch.client_.connection(), watch.damage_,
+                                                      drawable, XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
+        if (const auto done = watch.client_.check(cookie, QStringLiteral("cannot watch")); !done) {
+            return failure(done.error());
+        }
+        // A new watch starts as damaged; that is not a change.
+        watch.take();
+        watch.resetCount();
+        return watch;
+    }
 
     /**
      * Waits for an event, or for nothing with a limit of 0, and clears the damage. Returns
      * whether there was any. Does not handle Qt events.
      */
-    bool take(std::chrono::milliseconds limit = {});
+    bool take(std::chrono::milliseconds limit = {})
+    {
+        const QDeadlineTimer deadline(limit);
+        const int before = count_;
+        while (!countEvents() && !deadline.hasExpired() && !client_.isBroken()) {
+            pollfd entry{.fd = client_.fileDescriptor(), .events = POLLIN, .revents = 0};
+            poll(&entry, 1, static_cast<int>(deadline.remainingTime()));
+        }
+        xcb_damage_subtract(client_.connection(), damage_, XCB_NONE, XCB_NONE);
+        client_.flush();
+        return count_ != before;
+    }
 
     /** Events since the start or the last reset. */
     int count() const { return count_; }
     void resetCount() { count_ = 0; }
 
-    const XClient &client() const { return client_; }
-
 private:
-    DamageWatch(XClient client, uint8_t notifyEvent, xcb_damage_damage_t damage)
+    explicit DamageWatch(XClient client)
         : client_(std::move(client))
-        , notifyEvent_(notifyEvent)
-        , damage_(damage)
+        , damage_(client_.newId())
     {
     }
-    bool drain();
+
+    bool countEvents()
+    {
+        const int before = count_;
+        const auto *const extension = xcb_get_extension_data(client_.connection(), &xcb_damage_id);
+        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(client_.connection())}) {
+            const int type = event->response_type & 0x7f;
+            count_ += type == extension->first_event + XCB_DAMAGE_NOTIFY;
+        }
+        return count_ != before;
+    }
 
     XClient client_;
-    uint8_t notifyEvent_;
     xcb_damage_damage_t damage_;
     int count_ = 0;
 };

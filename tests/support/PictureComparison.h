@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QImage>
+#include "tests/support/WaitFor.h"
 
-#include <chrono>
-#include <functional>
+#include <QImage>
+#include <QTest>
 
 namespace glimmerpane::testing
 {
@@ -14,7 +14,23 @@ namespace glimmerpane::testing
  * Returns whether they did; where not, it saves the last two beside the running test, named after
  * the test function.
  */
-bool becomeEqual(const std::function<QImage()> &actual, const std::function<QImage()> &expected,
-                 std::chrono::milliseconds limit);
+inline bool becomeEqual(const std::function<QImage()> &actual,
+                        const std::function<QImage()> &expected, std::chrono::milliseconds limit)
+{
+    QImage seen;
+    QImage wanted;
+    const auto same = [&] {
+        seen = actual().convertToFormat(QImage::Format_RGB32);
+        wanted = expected().convertToFormat(QImage::Format_RGB32);
+        return !seen.isNull() && seen == wanted;
+    };
+    if (waitFor(same, limit)) {
+        return true;
+    }
+    const QString test = QString::fromLatin1(QTest::currentTestFunction());
+    seen.save(test + QStringLiteral("-actual.png"));
+    wanted.save(test + QStringLiteral("-expected.png"));
+    return false;
+}
 
 } // namespace glimmerpane::testing

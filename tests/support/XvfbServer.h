@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/ChildProcess.h"
+#include "tests/support/WaitFor.h"
 
 #include <QRect>
 #include <QSize>
@@ -22,30 +23,72 @@ public:
     };
 
     /** Returns once the server accepts clients. */
-    static Result<XvfbServer> start(const Options &options);
+    static Result<XvfbServer> start(const Options &options)
+    {
+        constexpr std::chrono::seconds limit{20};
+        // The server inherits this file and writes a line there once it accepts clients.
+        const x11::FileDescriptor display(memfd_create("display", 0));
+        const auto command
+            = QStringLiteral("-displayfd %1 -screen 0 %2x%3x24 -nolisten tcp -noreset")
+                  .arg(display.get())
+                  .arg(options.screen.width())
+                  .arg(options.screen.height());
+        auto process = ChildProcess::start({.program = QStringLiteral("Xvfb"),
+                                            .arguments = command.split(u' ') + options.arguments});
+        if (!process) {
+            return failure(process.error());
+        }
+        const auto isReady = [&] { return contentOf(display).endsWith('\n'); };
+        if (!waitFor([&] { return isReady() || !process->isRunning(); }, limit) || !isReady()) {
+            return failure(QStringLiteral("Xvfb did not start: %1")
+                               .arg(QString::fromLocal8Bit(process->output())));
+        }
+        XvfbServer server;
+        server.process_ = std::move(*process);
+        server.displayName_ = u':' + QString::fromLatin1(contentOf(display).trimmed());
+        return server;
+    }
     static Result<XvfbServer> start() { return start(Options{}); }
 
     /** For DISPLAY, such as ":5". */
     QString displayName() const { return displayName_; }
-    QSize screenSize() const { return screenSize_; }
     pid_t pid() const { return process_.pid(); }
-    bool isRunning() { return process_.isRunning(); }
-    QByteArray output() const { return process_.output(); }
 
-    /**
-     * Our own environment with DISPLAY set to this server and every other desktop session's
-     * variables removed, for a ChildProcess.
-     */
-    QProcessEnvironment environment() const;
+    /** Our own environment, but on this server and without what is left of another session. */
+    QProcessEnvironment environment() const
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY", "XDG_CURRENT_DESKTOP",
+                                 "XDG_SESSION_TYPE", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR",
+                                 "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"}) {
+            environment.remove(QString::fromLatin1(name));
+        }
+        environment.insert(QStringLiteral("DISPLAY"), displayName_);
+        return environment;
+    }
 
     /** Runs a program of this display to its end; ends the tests if it does not succeed. */
-    void run(const QString &program, const QStringList &arguments) const;
+    void run(const QString &program, const QStringList &arguments) const
+    {
+        auto process = required(ChildProcess::start(
+            {.program = program, .arguments = arguments, .environment = environment()}));
+        if (!process.waitForEnd(std::chrono::seconds(10)) || process.exitCode() != 0) {
+            qFatal("%s failed: %s", qPrintable(program), process.output().constData());
+        }
+    }
 
     /** Makes a part of the screen a monitor of the output "screen", or of "none". Needs xrandr. */
-    void setMonitor(const QString &name, QRect rectangle, const QString &output) const;
+    void setMonitor(const QString &name, QRect rectangle, const QString &output) const
+    {
+        const QString place = QStringLiteral("%1/%1x%2/%2+%3+%4")
+                                  .arg(rectangle.width())
+                                  .arg(rectangle.height())
+                                  .arg(rectangle.x())
+                                  .arg(rectangle.y());
+        run(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), name, place, output});
+    }
 
-    /** Ends the server before the object does, in order or at once as a crash would. */
-    void terminate() { process_.terminate(); }
+    /** Ends the server at once, as a crash would. */
     void kill() { process_.kill(); }
 
 private:
@@ -53,7 +96,6 @@ private:
 
     ChildProcess process_;
     QString displayName_;
-    QSize screenSize_;
 };
 
 } // namespace glimmerpane::testing
