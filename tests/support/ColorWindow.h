@@ -52,6 +52,12 @@ public:
     xcb_window_t id() const { return window_.get_deleter().id; }
 
     /** Each returns after the server has handled it. */
+    void lower() const
+    {
+        const uint32_t below = XCB_STACK_MODE_BELOW;
+        xcb_configure_window(window_->connection(), id(), XCB_CONFIG_WINDOW_STACK_MODE, &below);
+        window_->sync();
+    }
     void setColor(QRgb color) const
     {
         const uint32_t pixel = color & 0xffffffU;

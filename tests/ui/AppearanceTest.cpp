@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Appearance.h"
+#include "platform/Palette.h"
 #include "tests/ui/PrivateDisplay.h"
 #include "ui/Theme.h"
 
