@@ -2,9 +2,11 @@
 #include "capture/ScreenCaptureService.h"
 
 #include "capture/SharingWindow.h"
+#include "platform/Palette.h"
 
 #include <QCoreApplication>
 #include <QCoroFuture>
+#include <QGuiApplication>
 #include <QPointer>
 #include <QThreadPool>
 #include <QtConcurrent>
@@ -80,6 +82,7 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
 {
     const QPointer self(this);
     const Run run = ++run_;
+    clickMonitor_.reset(); // of a stream that had ended by itself
     window_ = window;
     captureFrame_ = frame;
     if (auto ready = setupPreviewLayer(*window); !ready) {
@@ -115,6 +118,8 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
         co_return failure(started.error());
     }
     stream_ = stream;
+    display_ = {.pixels = content->displays.front().pixels, .scale = desktop_.scaleFactor()};
+    installClickMonitor();
     co_return StartResult();
 }
 
@@ -128,7 +133,9 @@ std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow
     if (!layer) {
         return std::unexpected(layer.error());
     }
+    highlights_.reset();
     previewLayer_ = std::move(*layer);
+    highlights_ = std::make_unique<ClickHighlights>(*previewLayer_);
     (*content)->onContentsLost = [self = QPointer(this)] {
         if (self && self->stream_) {
             self->stream_->invalidate();
@@ -187,10 +194,33 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
     }
 }
 
+void ScreenCaptureService::installClickMonitor()
+{
+    ring_ = clickRing(systemBlue(QGuiApplication::palette()), display_.scale);
+    clickMonitor_ = desktop_.monitorPresses([self = QPointer(this)](QPoint rootPixel) {
+        if (self) {
+            self->handleGlobalClick(rootPixel);
+        }
+    });
+}
+
+void ScreenCaptureService::handleGlobalClick(QPoint rootPixel)
+{
+    const QPointF place = display_.pointOf(rootPixel);
+    const bool isInside = place.x() >= captureFrame_.x && place.y() >= captureFrame_.y
+        && place.x() < captureFrame_.x + std::abs(captureFrame_.width)
+        && place.y() < captureFrame_.y + std::abs(captureFrame_.height);
+    if (isInside && highlights_ && !window_.expired()) {
+        highlights_->add(ring_, rootPixel);
+    }
+}
+
 void ScreenCaptureService::stopCapture()
 {
     // A start in flight finds that its run is over and stops what it has started.
     ++run_;
+    clickMonitor_.reset();
+    highlights_.reset();
     previewLayer_.reset();
     window_.reset();
     captureFrame_ = {};

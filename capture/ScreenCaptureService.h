@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/ServiceInterfaces.h"
+#include "capture/ClickHighlights.h"
 #include "platform/Desktop.h"
 
 #include <QObject>
@@ -50,13 +51,19 @@ private:
     std::unique_ptr<CaptureStream> makeStream(const Display &display) const;
     CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
     void show(const SampleBuffer &sample, SampleType type, CaptureStream &stream);
+    void installClickMonitor();
+    void handleGlobalClick(QPoint rootPixel);
 
     Desktop &desktop_;
     Handler onCaptureEnded_;
     std::shared_ptr<CaptureStream> stream_; ///< set once it has started
     std::unique_ptr<DisplayLayer> previewLayer_;
+    std::unique_ptr<ClickHighlights> highlights_; ///< on the preview layer
+    std::unique_ptr<PressMonitor> clickMonitor_; ///< from a successful start to the stop
     std::weak_ptr<SharingWindow> window_;
     CaptureFrame captureFrame_;
+    MainDisplay display_; ///< that is captured
+    QImage ring_; ///< of this run's clicks
     Run run_ = 0;
     std::vector<std::shared_ptr<CaptureStream>> starting_; ///< whose start is in flight
 };

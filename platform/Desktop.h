@@ -5,8 +5,10 @@
 #include "platform/DisplayLayer.h"
 #include "platform/OffscreenWindow.h"
 #include "platform/OverlayWindow.h"
+#include "platform/PressMonitor.h"
 
 #include <expected>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -61,6 +63,12 @@ public:
     virtual std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
         const OffscreenWindow &window)
         = 0;
+
+    /**
+     * Calls `pressed` with the pointer's place (root pixels) for as long as the monitor lives.
+     * Nothing where the desktop does not tell of presses.
+     */
+    virtual std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)> pressed) = 0;
 
     /** A stream that is not started yet. */
     virtual std::unique_ptr<CaptureStream> makeCaptureStream(

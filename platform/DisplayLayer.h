@@ -3,8 +3,20 @@
 
 #include "platform/CaptureStream.h"
 
+#include <QImage>
+#include <QPoint>
+
+#include <vector>
+
 namespace glimmerpane
 {
+
+/** A picture that lies over the frames for a while. */
+struct Highlight {
+    QImage image; ///< premultiplied ARGB; a copy of one that was shown before costs nothing
+    QPoint topLeft; ///< of the image, root pixels
+    double opacity = 1;
+};
 
 /**
  * Shows frames in a window: fitted into the window's bounds of the moment when the layer was made,
@@ -20,6 +32,13 @@ public:
 
     /** Sends the frame to the X server and returns at once. */
     virtual void enqueueSampleBuffer(const SampleBuffer &sample) = 0;
+
+    /**
+     * Shows these highlights, the last one uppermost, in place of those before; where one was, the
+     * picture is whole again in the same step. False, and nothing done, while the X server has not
+     * finished the last call. Never waits.
+     */
+    virtual bool setHighlights(const std::vector<Highlight> &highlights) = 0;
 };
 
 } // namespace glimmerpane

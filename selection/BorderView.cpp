@@ -68,9 +68,4 @@ std::vector<QRect> BorderView::marks(QSize window, double scale) const
     return marks;
 }
 
-QColor selectionBlue(bool isDark)
-{
-    return isDark ? QColor(10, 132, 255) : QColor(0, 122, 255);
-}
-
 } // namespace glimmerpane

@@ -4,7 +4,6 @@
 #include "platform/Geometry.h"
 #include "platform/OverlayWindow.h"
 
-#include <QColor>
 #include <QSizeF>
 
 #include <array>
@@ -39,8 +38,5 @@ private:
     std::array<Rect, 4> outline_;
     std::array<Rect, 8> handles_;
 };
-
-/** The blue of outline and handles. */
-QColor selectionBlue(bool isDark);
 
 } // namespace glimmerpane

@@ -141,7 +141,7 @@ void FrameSelectorWindowController::present()
                              pixels.height() - static_cast<int>(std::lround(panel.maxY() * scale)));
     window_->present(pixels,
                      {.marks = border_.marks(pixels.size(), scale),
-                      .markColor = selectionBlue(isDark(QGuiApplication::palette())),
+                      .markColor = systemBlue(QGuiApplication::palette()),
                       .panel = panel_,
                       .panelOrigin = panelOrigin});
 }

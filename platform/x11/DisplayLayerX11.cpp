@@ -14,7 +14,21 @@ namespace
 {
 
 // As many as the capture thread remembers looks of the pointer.
-constexpr std::size_t mostPointers = 128;
+constexpr std::size_t mostSprites = 128;
+
+QRect rectangleOf(const Highlight &highlight)
+{
+    return {highlight.topLeft, highlight.image.size()};
+}
+
+QRegion regionOf(const std::vector<Highlight> &highlights)
+{
+    QRegion region;
+    for (const Highlight &highlight : highlights) {
+        region |= rectangleOf(highlight);
+    }
+    return region;
+}
 
 } // namespace
 
@@ -53,103 +67,180 @@ DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, s
     graphics_ = GraphicsContext(connection_, id);
 }
 
-bool DisplayLayerX11::isReadyForMoreMediaData()
+bool DisplayLayerX11::isPassed(Fence &fence)
 {
-    if (fence_) {
+    if (fence) {
         void *reply = nullptr;
         xcb_generic_error_t *error = nullptr;
-        if (xcb_poll_for_reply(connection_.get(), fence_->sequence, &reply, &error) == 0) {
+        if (xcb_poll_for_reply(connection_.get(), fence->sequence, &reply, &error) == 0) {
             return false;
         }
         std::free(reply);
         std::free(error);
-        fence_.reset();
+        fence.reset();
     }
     // The errors of a window that is gone are nobody's concern here.
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_.get())}) { }
-    return !connection_.isBroken();
+    return true;
+}
+
+/** The cheapest request that has an answer: the server gives it when all before is done. */
+DisplayLayerX11::Fence DisplayLayerX11::setFence() const
+{
+    const auto fence = xcb_get_input_focus(connection_.get());
+    connection_.flush();
+    return fence;
+}
+
+bool DisplayLayerX11::isReadyForMoreMediaData()
+{
+    return isPassed(frameFence_) && !connection_.isBroken();
+}
+
+bool DisplayLayerX11::isScaled() const
+{
+    return frame_->source.size() != bounds_.size();
 }
 
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 {
-    if (sample.source.size() == bounds_.size()) {
-        show(sample);
+    frame_ = sample;
+    if (isScaled()) {
+        showScaled();
     } else {
-        showScaled(sample);
+        show((sample.changed | adoptPointer()) & sample.source);
     }
-    // The cheapest request that has an answer: the server gives it when the frame is done.
-    fence_ = xcb_get_input_focus(connection_.get());
-    connection_.flush();
+    frameFence_ = setFence();
 }
 
-void DisplayLayerX11::show(const SampleBuffer &sample)
+bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
 {
-    QRegion changed = sample.changed & sample.source;
+    if (!isPassed(highlightFence_)) {
+        return false;
+    }
+    const QRegion stale = regionOf(highlights_) | regionOf(highlights);
+    highlights_ = highlights;
+    if (!frame_) {
+        return true;
+    }
+    if (isScaled()) {
+        showScaled();
+    } else {
+        show(stale & frame_->source);
+    }
+    highlightFence_ = setFence();
+    return true;
+}
+
+/** The latest frame's pointer is the one that is shown from now on; what that changes. */
+QRegion DisplayLayerX11::adoptPointer()
+{
     const auto before = std::exchange(shownPointer_, std::nullopt);
-    if (sample.pointer) {
-        const QRect image(sample.pointer->topLeft, sample.pointer->image.size());
-        shownPointer_ = {.serial = sample.pointer->serial,
-                         .topLeft = sample.pointer->topLeft,
-                         .covered = image & sample.source};
+    if (const auto &pointer = frame_->pointer) {
+        shownPointer_
+            = {.serial = pointer->serial,
+               .topLeft = pointer->topLeft,
+               .covered = QRect(pointer->topLeft, pointer->image.size()) & frame_->source};
     }
-    if (before && before != shownPointer_) {
-        changed |= before->covered;
+    QRegion changed;
+    if (before != shownPointer_) {
+        changed |= before ? before->covered : QRect();
+        changed |= shownPointer_ ? shownPointer_->covered : QRect();
     }
-    if (sample.pointer && shownPointer_) {
-        const QRect patch = shownPointer_->covered;
-        if (before != shownPointer_ || changed.intersects(patch)) {
-            // The pointer comes first: a client that reads before the rest follows may see it at
-            // two places, but never misses it.
-            showPatch(sample, *sample.pointer, patch);
-            changed -= patch;
+    return changed;
+}
+
+std::vector<QRect> DisplayLayerX11::overlays() const
+{
+    std::vector<QRect> rectangles;
+    if (shownPointer_) {
+        rectangles.push_back(shownPointer_->covered);
+    }
+    for (const Highlight &highlight : highlights_) {
+        rectangles.push_back(rectangleOf(highlight) & frame_->source);
+    }
+    return rectangles;
+}
+
+void DisplayLayerX11::show(const QRegion &stale)
+{
+    QRegion patch;
+    for (const QRect &overlay : overlays()) {
+        if (stale.intersects(overlay)) {
+            patch |= overlay;
         }
     }
-    for (const QRect &rectangle : changed) {
-        copy(sample.drawable, rectangle.topLeft(), window_,
-             rectangle.topLeft() - sample.source.topLeft(), rectangle.size());
+    // What lies over the picture comes first: a client that reads before the rest follows may see
+    // the pointer at two places, but never misses it.
+    if (!patch.isEmpty()) {
+        showPatch(patch);
+    }
+    for (const QRect &rectangle : stale - patch) {
+        copy(frame_->drawable, rectangle.topLeft(), window_,
+             rectangle.topLeft() - frame_->source.topLeft(), rectangle.size());
     }
 }
 
-void DisplayLayerX11::showPatch(const SampleBuffer &sample, const PointerSprite &pointer,
-                                QRect patch)
+/** Puts the picture and all that lies over it together, then shows each part in one step. */
+void DisplayLayerX11::showPatch(const QRegion &patch)
 {
-    prepareCanvas(patch.size());
+    const QRect bounds = patch.boundingRect();
+    prepareCanvas(bounds.size());
     // A copy from beyond the screen leaves a pixmap as it was.
-    const xcb_rectangle_t whole{0, 0, extent(patch.width()), extent(patch.height())};
+    const xcb_rectangle_t whole{0, 0, extent(bounds.width()), extent(bounds.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
-    copy(sample.drawable, patch.topLeft(), canvas_.pixmap.get(), {}, patch.size());
-    composite(connection_, XCB_RENDER_PICT_OP_OVER, pointerPicture(pointer),
-              {patch.topLeft() - pointer.topLeft, patch.size()}, canvas_.picture, {});
-    copy(canvas_.pixmap.get(), {}, window_, patch.topLeft() - sample.source.topLeft(),
-         patch.size());
+    for (const QRect &part : patch) {
+        copy(frame_->drawable, part.topLeft(), canvas_.pixmap.get(),
+             part.topLeft() - bounds.topLeft(), part.size());
+    }
+    if (const auto &pointer = frame_->pointer) {
+        composite(connection_, XCB_RENDER_PICT_OP_OVER, sprite(pointer->image),
+                  {QPoint(), pointer->image.size()}, canvas_.picture,
+                  pointer->topLeft - bounds.topLeft());
+    }
+    for (const Highlight &highlight : highlights_) {
+        if (patch.intersects(rectangleOf(highlight))) {
+            compositeFaded(connection_, sprite(highlight.image), {QPoint(), highlight.image.size()},
+                           highlight.opacity, canvas_.picture,
+                           highlight.topLeft - bounds.topLeft());
+        }
+    }
+    for (const QRect &part : patch) {
+        copy(canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(), window_,
+             part.topLeft() - frame_->source.topLeft(), part.size());
+    }
 }
 
-void DisplayLayerX11::showScaled(const SampleBuffer &sample)
+void DisplayLayerX11::showScaled()
 {
     auto *const connection = connection_.get();
-    const QRect fitted = aspectFit(sample.source.size(), bounds_);
-    const double scaleX = double(sample.source.width()) / fitted.width();
-    const double scaleY = double(sample.source.height()) / fitted.height();
+    const QRect source = frame_->source;
+    const QRect fitted = aspectFit(source.size(), bounds_);
+    const QRect target(QPoint(), fitted.size());
     if (screen_.get() == 0) {
         const auto id = connection_.newId();
         const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-        xcb_render_create_picture(connection, id, sample.drawable, formats_.screen,
+        xcb_render_create_picture(connection, id, frame_->drawable, formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
         setBilinear(connection_, screen_);
     }
+    const auto scale = [&](const Picture &picture, QPoint origin) -> const Picture & {
+        xcb_render_set_picture_transform(connection, picture.get(),
+                                         transform(double(source.width()) / fitted.width(),
+                                                   double(source.height()) / fitted.height(),
+                                                   source.topLeft() - origin));
+        return picture;
+    };
     prepareCanvas(fitted.size());
-    xcb_render_set_picture_transform(connection, screen_.get(),
-                                     transform(scaleX, scaleY, sample.source.topLeft()));
-    composite(connection_, XCB_RENDER_PICT_OP_SRC, screen_, {QPoint(), fitted.size()},
-              canvas_.picture, {});
-    if (sample.pointer) {
-        const Picture &pointer = pointerPicture(*sample.pointer);
-        const QPoint offset = sample.source.topLeft() - sample.pointer->topLeft;
-        xcb_render_set_picture_transform(connection, pointer.get(),
-                                         transform(scaleX, scaleY, offset));
-        composite(connection_, XCB_RENDER_PICT_OP_OVER, pointer, {QPoint(), fitted.size()},
-                  canvas_.picture, {});
+    composite(connection_, XCB_RENDER_PICT_OP_SRC, scale(screen_, {}), target, canvas_.picture, {});
+    if (const auto &pointer = frame_->pointer) {
+        composite(connection_, XCB_RENDER_PICT_OP_OVER,
+                  scale(sprite(pointer->image), pointer->topLeft), target, canvas_.picture, {});
+    }
+    for (const Highlight &highlight : highlights_) {
+        compositeFaded(connection_, scale(sprite(highlight.image), highlight.topLeft), target,
+                       highlight.opacity, canvas_.picture, {});
     }
     copy(canvas_.pixmap.get(), {}, window_, fitted.topLeft(), fitted.size());
 }
@@ -170,18 +261,18 @@ void DisplayLayerX11::prepareCanvas(QSize size)
     }
 }
 
-const Picture &DisplayLayerX11::pointerPicture(const PointerSprite &pointer)
+const Picture &DisplayLayerX11::sprite(const QImage &image)
 {
-    const auto known = std::ranges::find(pointers_, pointer.serial, &PointerPicture::serial);
-    if (known != pointers_.end()) {
-        return known->image.picture;
+    const auto known = std::ranges::find(sprites_, image.cacheKey(), &Sprite::key);
+    if (known != sprites_.end()) {
+        return known->canvas.picture;
     }
-    if (pointers_.size() == mostPointers) {
-        pointers_.pop_front();
+    if (sprites_.size() == mostSprites) {
+        sprites_.pop_front();
     }
-    pointers_.push_back(
-        {.serial = pointer.serial, .image = uploadImage(connection_, formats_, pointer.image)});
-    return pointers_.back().image.picture;
+    sprites_.push_back(
+        {.key = image.cacheKey(), .canvas = uploadImage(connection_, formats_, image)});
+    return sprites_.back().canvas.picture;
 }
 
 } // namespace glimmerpane::x11

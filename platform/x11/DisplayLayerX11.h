@@ -10,6 +10,7 @@
 #include <expected>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace glimmerpane::x11
 {
@@ -28,11 +29,14 @@ public:
 
     bool isReadyForMoreMediaData() override;
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
+    bool setHighlights(const std::vector<Highlight> &highlights) override;
 
 private:
-    struct PointerPicture {
-        std::uint32_t serial = 0;
-        Canvas image;
+    using Fence = std::optional<xcb_get_input_focus_cookie_t>;
+
+    struct Sprite {
+        qint64 key = 0; ///< of the image
+        Canvas canvas;
     };
     struct ShownPointer {
         std::uint32_t serial = 0;
@@ -44,12 +48,17 @@ private:
 
     DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size);
 
-    void show(const SampleBuffer &sample);
-    void showScaled(const SampleBuffer &sample);
-    void showPatch(const SampleBuffer &sample, const PointerSprite &pointer, QRect patch);
+    bool isPassed(Fence &fence);
+    Fence setFence() const;
+    bool isScaled() const;
+    QRegion adoptPointer();
+    std::vector<QRect> overlays() const;
+    void show(const QRegion &stale);
+    void showPatch(const QRegion &patch);
+    void showScaled();
     void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
     void prepareCanvas(QSize size);
-    const Picture &pointerPicture(const PointerSprite &pointer);
+    const Picture &sprite(const QImage &image);
 
     const Connection connection_;
     const RenderFormats formats_;
@@ -58,9 +67,12 @@ private:
     GraphicsContext graphics_;
     Picture screen_;
     Canvas canvas_; ///< to put something together in before it is shown
-    std::deque<PointerPicture> pointers_;
+    std::deque<Sprite> sprites_;
+    std::optional<SampleBuffer> frame_; ///< the latest
     std::optional<ShownPointer> shownPointer_;
-    std::optional<xcb_get_input_focus_cookie_t> fence_;
+    std::vector<Highlight> highlights_;
+    Fence frameFence_;
+    Fence highlightFence_;
 };
 
 } // namespace glimmerpane::x11

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/FrostedBackdrop.h"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
@@ -68,15 +67,6 @@ public:
                                    color, 1, &whole);
     }
 
-    void blend(const Canvas &from, double alpha, const Canvas &to) const
-    {
-        const Picture mask(connection_, connection_.newId());
-        xcb_render_create_solid_fill(connection_.get(), mask.get(), renderColor(Qt::black, alpha));
-        xcb_render_composite(connection_.get(), XCB_RENDER_PICT_OP_OVER, from.picture.get(),
-                             mask.get(), to.picture.get(), 0, 0, 0, 0, 0, 0,
-                             extent(to.size.width()), extent(to.size.height()));
-    }
-
 private:
     const Connection &connection_;
     const RenderFormats &formats_;
@@ -88,14 +78,6 @@ QSize halved(QSize size)
 }
 
 } // namespace
-
-xcb_render_color_t renderColor(const QColor &color, double alpha)
-{
-    const auto channel = [alpha](double value) {
-        return static_cast<std::uint16_t>(std::clamp(value * alpha, 0.0, 1.0) * 0xffff);
-    };
-    return {channel(color.redF()), channel(color.greenF()), channel(color.blueF()), channel(1)};
-}
 
 Canvas frostedScreen(const Connection &connection, const RenderFormats &formats, QRect area,
                      const FrostedGlass &glass)
@@ -116,7 +98,8 @@ Canvas frostedScreen(const Connection &connection, const RenderFormats &formats,
     }
     Canvas frosted = bench.scaled(levels.back(), area.size());
     bench.fill(frosted, renderColor(glass.tint, glass.tintStrength));
-    bench.blend(sharp, 1 - glass.opacity, frosted);
+    compositeFaded(connection, sharp.picture, {QPoint(), area.size()}, 1 - glass.opacity,
+                   frosted.picture, {});
     return frosted;
 }
 

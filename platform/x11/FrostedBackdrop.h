@@ -7,9 +7,6 @@
 namespace glimmerpane::x11
 {
 
-/** A colour as RENDER takes it: premultiplied, 16 bits a channel. `alpha` is from 0 to 1. */
-xcb_render_color_t renderColor(const QColor &color, double alpha);
-
 /**
  * What the screen shows at `area` (root pixels) behind frosted glass, in the screen's format. All
  * of it is made inside the server, by requests alone.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/PointerTracker.h"
 
+#include "platform/x11/RawInput.h"
+
 #include <xcb/xinput.h>
 
 #include <algorithm>
@@ -22,11 +24,7 @@ PointerTracker::PointerTracker(const Connection &connection, const Extensions &e
     , cursorEvent_(extensions.firstXFixesEvent + XCB_XFIXES_CURSOR_NOTIFY)
     , xinputOpcode_(extensions.xinputOpcode)
 {
-    const struct {
-        xcb_input_event_mask_t head{.deviceid = XCB_INPUT_DEVICE_ALL_MASTER, .mask_len = 1};
-        std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_RAW_MOTION;
-    } motion;
-    xcb_input_xi_select_events(connection.get(), connection.root(), 1, &motion.head);
+    selectRawEvents(connection, XCB_INPUT_XI_EVENT_MASK_RAW_MOTION);
     xcb_xfixes_select_cursor_input(connection.get(), connection.root(),
                                    XCB_XFIXES_CURSOR_NOTIFY_MASK_DISPLAY_CURSOR);
 }
@@ -38,11 +36,7 @@ bool PointerTracker::concerns(const xcb_generic_event_t &event)
         serial_ = reinterpret_cast<const xcb_xfixes_cursor_notify_event_t &>(event).cursor_serial;
         return true;
     }
-    if (type != XCB_GE_GENERIC) {
-        return false;
-    }
-    const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
-    return generic.extension == xinputOpcode_ && generic.event_type == XCB_INPUT_RAW_MOTION;
+    return rawEventType(event, xinputOpcode_) == XCB_INPUT_RAW_MOTION;
 }
 
 void PointerTracker::query()

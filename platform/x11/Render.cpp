@@ -3,6 +3,7 @@
 
 #include <xcb/xcb_renderutil.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace glimmerpane::x11
@@ -59,6 +60,25 @@ void composite(const Connection &connection, std::uint8_t operation, const Pictu
                          coordinate(fromRect.x()), coordinate(fromRect.y()), 0, 0,
                          coordinate(toPoint.x()), coordinate(toPoint.y()), extent(fromRect.width()),
                          extent(fromRect.height()));
+}
+
+void compositeFaded(const Connection &connection, const Picture &from, QRect fromRect,
+                    double opacity, const Picture &to, QPoint toPoint)
+{
+    const Picture mask(connection, connection.newId());
+    xcb_render_create_solid_fill(connection.get(), mask.get(), renderColor(Qt::black, opacity));
+    xcb_render_composite(connection.get(), XCB_RENDER_PICT_OP_OVER, from.get(), mask.get(),
+                         to.get(), coordinate(fromRect.x()), coordinate(fromRect.y()), 0, 0,
+                         coordinate(toPoint.x()), coordinate(toPoint.y()), extent(fromRect.width()),
+                         extent(fromRect.height()));
+}
+
+xcb_render_color_t renderColor(const QColor &color, double alpha)
+{
+    const auto channel = [alpha](double value) {
+        return static_cast<std::uint16_t>(std::clamp(value * alpha, 0.0, 1.0) * 0xffff);
+    };
+    return {channel(color.redF()), channel(color.greenF()), channel(color.blueF()), channel(1)};
 }
 
 xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset)

@@ -4,6 +4,7 @@
 #include "platform/x11/Connection.h"
 #include "platform/x11/ServerId.h"
 
+#include <QColor>
 #include <QImage>
 #include <QPoint>
 #include <QRect>
@@ -41,6 +42,13 @@ Canvas uploadImage(const Connection &connection, const RenderFormats &formats, c
 /** Draws a rectangle of one picture, under its transform, to a place of another. */
 void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
                QRect fromRect, const Picture &to, QPoint toPoint);
+
+/** The same with the whole picture's opacity lessened, over what is there. */
+void compositeFaded(const Connection &connection, const Picture &from, QRect fromRect,
+                    double opacity, const Picture &to, QPoint toPoint);
+
+/** A colour as RENDER takes it: premultiplied, 16 bits a channel. `alpha` is from 0 to 1. */
+xcb_render_color_t renderColor(const QColor &color, double alpha);
 
 /** RENDER's transforms lead from the destination back to the source, in 16.16 fixed point. */
 xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset);

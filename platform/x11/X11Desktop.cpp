@@ -8,12 +8,14 @@
 #include "platform/x11/Monitors.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
+#include "platform/x11/PressMonitorX11.h"
 
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
 
 #include <string_view>
+#include <utility>
 
 namespace glimmerpane::x11
 {
@@ -116,6 +118,11 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> X11Desktop::makeDisplayLayer
     const OffscreenWindow &window)
 {
     return DisplayLayerX11::create(window.id(), window.size());
+}
+
+std::unique_ptr<PressMonitor> X11Desktop::monitorPresses(std::function<void(QPoint)> pressed)
+{
+    return PressMonitorX11::create(std::move(pressed));
 }
 
 std::unique_ptr<CaptureStream> X11Desktop::makeCaptureStream(

@@ -24,6 +24,7 @@ public:
         const QString &title, QRect area, const FrostedGlass &glass) override;
     std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
         const OffscreenWindow &window) override;
+    std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)> pressed) override;
     std::unique_ptr<CaptureStream> makeCaptureStream(
         const ContentFilter &filter, const StreamConfiguration &configuration) override;
 };

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/PressMonitorX11.h"
+
+#include "platform/x11/RawInput.h"
+
+#include <QCoreApplication>
+#include <QSysInfo>
+
+#include <xcb/xinput.h>
+
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+using Property = Reply<xcb_get_property_reply_t>;
+
+xcb_get_property_cookie_t requestProperty(const Connection &connection, xcb_window_t window,
+                                          xcb_atom_t property)
+{
+    constexpr std::uint32_t longest = 64; // units of four bytes
+    return xcb_get_property(connection.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
+                            longest);
+}
+
+QByteArray valueOf(const Property &property)
+{
+    return property ? QByteArray(static_cast<const char *>(xcb_get_property_value(property.get())),
+                                 xcb_get_property_value_length(property.get()))
+                    : QByteArray();
+}
+
+} // namespace
+
+std::unique_ptr<PressMonitor> PressMonitorX11::create(std::function<void(QPoint)> pressed)
+{
+    auto connection = Connection::open();
+    if (!connection) {
+        return nullptr;
+    }
+    const auto extensions = requireExtensions(*connection);
+    return extensions ? std::unique_ptr<PressMonitor>(new PressMonitorX11(
+                            std::move(*connection), *extensions, std::move(pressed)))
+                      : nullptr;
+}
+
+PressMonitorX11::PressMonitorX11(Connection connection, const Extensions &extensions,
+                                 std::function<void(QPoint)> pressed)
+    : connection_(std::move(connection))
+    , xinputOpcode_(extensions.xinputOpcode)
+    , pressed_(std::move(pressed))
+    , pidProperty_(connection_.atom("_NET_WM_PID"))
+    , host_(QSysInfo::machineHostName().toLatin1())
+    , events_(connection_)
+{
+    events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
+    selectRawEvents(connection_, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
+    events_.flush();
+}
+
+void PressMonitorX11::handle(const xcb_generic_event_t &event)
+{
+    constexpr std::uint32_t left = 1;
+    constexpr std::uint32_t right = 3;
+    if (rawEventType(event, xinputOpcode_) != XCB_INPUT_RAW_BUTTON_PRESS) {
+        return;
+    }
+    const auto button = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event).detail;
+    if (button != left && button != right) {
+        return;
+    }
+    const Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
+        connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
+    if (!pointer || pointer->same_screen == 0) {
+        return;
+    }
+    const QPoint place(pointer->root_x, pointer->root_y);
+    if (!isOurs(pointer->child, place)) {
+        pressed_(place);
+    }
+}
+
+/** Whether the window at that place, or one that it lies in, is of this program. */
+bool PressMonitorX11::isOurs(xcb_window_t topLevel, QPoint place) const
+{
+    for (xcb_window_t window = topLevel; window != XCB_WINDOW_NONE;) {
+        const auto below = xcb_translate_coordinates(connection_.get(), connection_.root(), window,
+                                                     static_cast<std::int16_t>(place.x()),
+                                                     static_cast<std::int16_t>(place.y()));
+        const bool isFound = belongsToUs(window);
+        const Reply<xcb_translate_coordinates_reply_t> child(
+            xcb_translate_coordinates_reply(connection_.get(), below, nullptr));
+        if (isFound) {
+            return true;
+        }
+        window = child ? child->child : xcb_window_t(XCB_WINDOW_NONE);
+    }
+    return false;
+}
+
+/** EWMH: a process number counts only together with the machine. */
+bool PressMonitorX11::belongsToUs(xcb_window_t window) const
+{
+    const auto pidRequest = requestProperty(connection_, window, pidProperty_);
+    const auto hostRequest = requestProperty(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE);
+    const QByteArray pid
+        = valueOf(Property(xcb_get_property_reply(connection_.get(), pidRequest, nullptr)));
+    const QByteArray host
+        = valueOf(Property(xcb_get_property_reply(connection_.get(), hostRequest, nullptr)));
+    const auto ours = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
+    return pid == QByteArray::fromRawData(reinterpret_cast<const char *>(&ours), sizeof ours)
+        && host == host_;
+}
+
+} // namespace glimmerpane::x11

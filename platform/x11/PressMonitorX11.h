@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/PressMonitor.h"
+#include "platform/x11/Connection.h"
+#include "platform/x11/EventReader.h"
+
+#include <QByteArray>
+#include <QPoint>
+
+#include <functional>
+#include <memory>
+
+namespace glimmerpane::x11
+{
+
+/**
+ * Raw button events of XInput 2. They come from every device, and while other clients hold the
+ * pointer in a grab, but say neither where nor over which window; the server is asked for that.
+ */
+class PressMonitorX11 : public PressMonitor
+{
+public:
+    /** `pressed` gets the pointer's place, root pixels. Nothing where the server lacks XInput. */
+    static std::unique_ptr<PressMonitor> create(std::function<void(QPoint)> pressed);
+
+private:
+    PressMonitorX11(Connection connection, const Extensions &extensions,
+                    std::function<void(QPoint)> pressed);
+    void handle(const xcb_generic_event_t &event);
+    bool isOurs(xcb_window_t topLevel, QPoint place) const;
+    bool belongsToUs(xcb_window_t window) const;
+
+    const Connection connection_;
+    const std::uint8_t xinputOpcode_;
+    const std::function<void(QPoint)> pressed_;
+    const xcb_atom_t pidProperty_;
+    const QByteArray host_;
+    EventReader events_;
+};
+
+} // namespace glimmerpane::x11
