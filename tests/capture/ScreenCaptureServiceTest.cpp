@@ -24,6 +24,8 @@ struct Log {
     bool layerIsReady = true;
     std::atomic<int> running = 0; ///< streams
     CaptureStream::Handlers handlers; ///< of the latest stream
+    std::function<void(QPoint)> pressed; ///< while there is a monitor
+    std::vector<std::vector<Highlight>> highlights;
     StreamConfiguration configuration;
 };
 
@@ -73,9 +75,25 @@ public:
     ~StubLayer() override { --log_.layers; }
     bool isReadyForMoreMediaData() override { return log_.layerIsReady; }
     void enqueueSampleBuffer(const SampleBuffer &sample) override { log_.shown.push_back(sample); }
+    bool setHighlights(const std::vector<Highlight> &highlights) override
+    {
+        log_.highlights.push_back(highlights);
+        return log_.layerIsReady;
+    }
 
 private:
     Log &log_;
+};
+
+struct StubMonitor : PressMonitor {
+    StubMonitor(Log &owner, std::function<void(QPoint)> pressed)
+        : log(owner)
+    {
+        log.pressed = std::move(pressed);
+    }
+    ~StubMonitor() override { log.pressed = {}; }
+
+    Log &log;
 };
 
 class StubWindow : public OffscreenWindow
@@ -114,6 +132,10 @@ public:
         const OffscreenWindow &) override
     {
         return std::make_unique<StubLayer>(log);
+    }
+    std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)> pressed) override
+    {
+        return std::make_unique<StubMonitor>(log, std::move(pressed));
     }
     std::unique_ptr<CaptureStream> makeCaptureStream(
         const ContentFilter & /*filter*/, const StreamConfiguration &configuration) override
@@ -172,6 +194,8 @@ private Q_SLOTS:
     void stop_endsTheStart_whenItIsInFlight();
     void service_leavesNothing_whenDestroyedDuringAStart();
     void window_liesWhereNoDisplayShowsIt();
+    void press_isShownWhereItWas_atAnyScale();
+    void rings_fadeAndEnd_alsoWhereTheServerIsBusy();
 };
 
 void ScreenCaptureServiceTest::configuration_isMadeFromTheArea()
@@ -221,6 +245,7 @@ void ScreenCaptureServiceTest::start_fails_withTheReason()
     QVERIFY(!result);
     QCOMPARE(result.error().description, reason);
     QCOMPARE(fixture.desktop.log.running, 0);
+    QVERIFY(!fixture.desktop.log.pressed);
     QCOMPARE(fixture.ends, 0);
 }
 
@@ -308,5 +333,68 @@ void ScreenCaptureServiceTest::window_liesWhereNoDisplayShowsIt()
     QCOMPARE(unseenOrigin({12000, 11000}), QPoint(-10000, -11000));
 }
 
-QTEST_GUILESS_MAIN(ScreenCaptureServiceTest)
+void ScreenCaptureServiceTest::press_isShownWhereItWas_atAnyScale()
+{
+    for (const double scale : {1.0, 2.0}) {
+        Fixture fixture;
+        auto &log = fixture.desktop.log;
+        fixture.desktop.scale = scale;
+        const CaptureFrame area{.x = 100, .y = 100, .width = -400, .height = 300};
+        QVERIFY(QCoro::waitFor(fixture.service->startCapture(area, fixture.window)));
+        const MainDisplay display{.pixels = {100, 0, 1440, 900}, .scale = scale};
+        const auto press = [&](double x, double y) {
+            const QPoint place = display.areaPixels({x, y, 0, 0}).topLeft();
+            log.highlights.clear();
+            log.pressed(place);
+            return place;
+        };
+        for (const QPointF outside : {QPointF(500, 120), {150, 400}, {99, 120}, {150, 99}}) {
+            press(outside.x(), outside.y());
+            QVERIFY(log.highlights.empty());
+        }
+        for (const QPointF inside : {QPointF(100, 100), {150, 120}, {499, 399}}) {
+            const QPoint place = press(inside.x(), inside.y());
+            QTRY_VERIFY(!log.highlights.empty());
+            const Highlight ring = log.highlights.back().back();
+            QCOMPARE(ring.image.size(), QSize(64, 64) * scale);
+            QCOMPARE(ring.topLeft + QPoint(32, 32) * scale, place);
+            const auto alpha = [&](int x) {
+                return qAlpha(ring.image.pixel(QPoint(int(x * scale), int(32 * scale))));
+            };
+            QVERIFY(alpha(1) == 255 && alpha(2) == 255 && alpha(6) == 0 && alpha(32) == 0);
+        }
+        fixture.service->stopCapture();
+        QVERIFY(!log.pressed);
+    }
+}
+
+void ScreenCaptureServiceTest::rings_fadeAndEnd_alsoWhereTheServerIsBusy()
+{
+    Fixture fixture;
+    auto &log = fixture.desktop.log;
+    QVERIFY(fixture.start());
+    log.pressed({150, 850});
+    QCOMPARE(log.highlights.size(), 1);
+    log.pressed({160, 850}); // comes with the next step
+    QCOMPARE(log.highlights.size(), 1);
+    QTRY_COMPARE(log.highlights.back().size(), 2);
+    log.layerIsReady = false;
+    QTRY_VERIFY(log.highlights.back().empty());
+    auto tries = log.highlights.size();
+    QTRY_VERIFY(log.highlights.size() > tries);
+    log.layerIsReady = true;
+    tries = log.highlights.size();
+    QTRY_VERIFY(log.highlights.size() > tries);
+    double before = 1;
+    for (const auto &shown : log.highlights) {
+        const double opacity = shown.empty() ? 0 : shown.back().opacity;
+        QVERIFY(opacity < before || opacity == 0 || shown.size() == 2);
+        before = opacity;
+    }
+    // No step is due any more, so the next press is shown at once.
+    log.pressed({150, 850});
+    QCOMPARE(log.highlights.back().size(), 1);
+}
+
+QTEST_MAIN(ScreenCaptureServiceTest)
 #include "ScreenCaptureServiceTest.moc"

@@ -48,6 +48,8 @@ private Q_SLOTS:
     void picture_isFittedWithBlackBars_whenTheWindowHasAnotherShape_data();
     void picture_isFittedWithBlackBars_whenTheWindowHasAnotherShape();
     void picture_hasAScaledPointer_whenItIsScaled();
+    void highlight_liesOnThePicture_asLongAsItIsSet_data();
+    void highlight_liesOnThePicture_asLongAsItIsSet();
     void layer_isNotReady_untilTheServerHasDoneTheFrame();
 };
 
@@ -100,6 +102,40 @@ void DisplayLayerTest::picture_hasAScaledPointer_whenItIsScaled()
             && picture.pixel(97, 97) == red && picture.pixel(122, 122) == red;
     };
     QVERIFY(waitFor(isRight, patience));
+}
+
+void DisplayLayerTest::highlight_liesOnThePicture_asLongAsItIsSet_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("place"); ///< of the middle of the highlight
+    QTest::newRow("as large") << source.size() << QPoint(55, 55);
+    QTest::newRow("doubled, bars") << QSize(400, 400) << QPoint(110, 210);
+}
+
+void DisplayLayerTest::highlight_liesOnThePicture_asLongAsItIsSet()
+{
+    QFETCH(QSize, size);
+    QFETCH(QPoint, place);
+    LayerFixture fixture(size);
+    const auto window
+        = required(ColorWindow::show(fixture.client, {.rectangle = source, .color = red}));
+    QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+    image.fill(blue);
+    QVERIFY(fixture.layer->setHighlights({{.image = image, .topLeft = {150, 150}}}));
+    fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
+    const auto becomes = [&](QRgb color) {
+        return waitFor([&] { return fixture.picture().pixel(place) == color; }, patience);
+    };
+    QVERIFY(becomes(blue));
+    for (const double opacity : {0.5, 0.0}) {
+        QVERIFY(waitFor(
+            [&] {
+                return fixture.layer->setHighlights(
+                    {{.image = image, .topLeft = {150, 150}, .opacity = opacity}});
+            },
+            patience));
+        QVERIFY(becomes(opacity > 0 ? 0xff80007f : red));
+    }
 }
 
 void DisplayLayerTest::layer_isNotReady_untilTheServerHasDoneTheFrame()

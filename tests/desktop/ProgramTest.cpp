@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/ProgramFixture.h"
+#include "tests/support/CapturedWindow.h"
 #include "tests/support/ColorWindow.h"
 #include "tests/support/WaitFor.h"
 #include "tests/support/XWindows.h"
@@ -50,6 +51,7 @@ private Q_SLOTS:
     void program_endsCleanly_whateverItDoes();
     void area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize();
     void pixels_areTheRightOnes_atScaleFactorTwo();
+    void press_showsNoRing_onTheProgramsOwnWindows();
     void program_fails_whenTheXServerDies();
     void commandLine_isAnswered_withoutADisplay_data();
     void commandLine_isAnswered_withoutADisplay();
@@ -159,6 +161,30 @@ void ProgramTest::pixels_areTheRightOnes_atScaleFactorTwo()
     fixture.start({QStringLiteral("--share")});
     QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
     QCOMPARE(fixture.savedArea(), (CaptureFrame{.x = 0, .y = 0, .width = 640, .height = 512}));
+}
+
+void ProgramTest::press_showsNoRing_onTheProgramsOwnWindows()
+{
+    for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
+        ProgramFixture fixture(manager);
+        fixture.start({QStringLiteral("--area=0,0,1280x1024"), QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+        const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
+        // A place of the window where nothing is, then one where the desktop is.
+        const QPoint own = main.topLeft() + QPoint(160, 400);
+        const QPoint other(1100, 900);
+        fixture.input.click(own);
+        fixture.input.click(other);
+        const QRect around(own - QPoint(40, 20), QSize(80, 40));
+        QVERIFY(waitFor(
+            [&] {
+                const auto picture = windowPicture(fixture.client, *fixture.outputWindow());
+                return picture && qBlue(picture->pixel(other + QPoint(29, 0))) > 80
+                    && picture->copy(around) == required(fixture.client.screenshot(around));
+            },
+            patience));
+        QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+    }
 }
 
 void ProgramTest::program_fails_whenTheXServerDies()

@@ -219,6 +219,11 @@ public:
         return std::unexpected(Error{QStringLiteral("no layers"), {}});
     }
 
+    std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)>) override
+    {
+        return nullptr;
+    }
+
     std::unique_ptr<CaptureStream> makeCaptureStream(const ContentFilter &,
                                                      const StreamConfiguration &) override
     {

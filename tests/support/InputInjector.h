@@ -32,14 +32,14 @@ public:
 
     void moveTo(QPoint position) const { fake(XCB_MOTION_NOTIFY, 0, position); }
 
-    /** The left button. */
-    void press() const { fake(XCB_BUTTON_PRESS, 1); }
-    void release() const { fake(XCB_BUTTON_RELEASE, 1); }
-    void click(QPoint position) const
+    /** 1 left, 2 middle, 3 right, 4 to 7 wheel. */
+    void press(uint8_t button = 1) const { fake(XCB_BUTTON_PRESS, button); }
+    void release(uint8_t button = 1) const { fake(XCB_BUTTON_RELEASE, button); }
+    void click(QPoint position, uint8_t button = 1) const
     {
         moveTo(position);
-        press();
-        release();
+        press(button);
+        release(button);
     }
 
     /** Presses at the first place, moves in steps and releases at the second. */
