@@ -50,8 +50,10 @@ void PatternAnimation::play(const std::stop_token &stop)
         }
         std::this_thread::sleep_until(deadline(tick));
         const uint32_t next = (lastFrame_ + 1) % frameNumber::limit;
+        const bool isLate = !window_.isDrawn();
         if (window_.show(next)) {
             lastFrame_ = next;
+            late_ += isLate;
         } else {
             ++missed_;
         }

@@ -33,6 +33,8 @@ public:
     uint32_t lastFrame() const { return lastFrame_; }
     /** Deadlines at which no frame was sent, because we or the server were too slow. */
     uint32_t missedDeadlines() const { return missed_; }
+    /** Deadlines at which the server had not drawn the frame before yet, though one was sent. */
+    uint32_t lateFrames() const { return late_; }
 
     /** Only while frozen. */
     PatternWindow &window() { return window_; }
@@ -44,6 +46,7 @@ private:
     int rate_;
     std::atomic<uint32_t> lastFrame_ = 0;
     std::atomic<uint32_t> missed_ = 0;
+    std::atomic<uint32_t> late_ = 0;
     std::jthread thread_;
 };
 

@@ -113,15 +113,20 @@ void PatternWindow::put(SharedPicture &picture, const QRect &part, QPoint at)
     ++unfinished_;
 }
 
-bool PatternWindow::show(uint32_t number)
+bool PatternWindow::isDrawn()
 {
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(client_.connection())}) {
         countFinished(event);
     }
+    return unfinished_ == 0;
+}
+
+bool PatternWindow::show(uint32_t number)
+{
     constexpr int requestsPerFrame = 3;
     constexpr int framesAhead = static_cast<int>(patternPainter::phases) - 2;
     const int limit = mode_ == PatternMode::FullMotion ? framesAhead : requestsPerFrame;
-    if (unfinished_ > limit) {
+    if (!isDrawn() && unfinished_ > limit) {
         return false;
     }
     switch (mode_) {

@@ -38,6 +38,9 @@ public:
      */
     bool show(uint32_t number);
 
+    /** Whether the server has drawn all that was sent, as far as it has told. */
+    bool isDrawn();
+
     /** Returns after the server has drawn everything. */
     void sync();
     bool isBroken() const { return client_.isBroken(); }

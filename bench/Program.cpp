@@ -30,7 +30,10 @@ QString outputTitle()
 
 std::optional<xcb_window_t> visibleWindow(const testing::XClient &client, const QString &title)
 {
-    const auto window = testing::findWindow(client, title, testing::Listing::Picker);
+    // No window manager knows of the selector, so it is in no picker's list.
+    const auto listing
+        = title == selectorTitle() ? testing::Listing::All : testing::Listing::Picker;
+    const auto window = testing::findWindow(client, title, listing);
     return window && testing::isViewable(client, *window) ? window : std::nullopt;
 }
 
@@ -124,10 +127,17 @@ std::optional<QPoint> Program::stopButton() const
     return button(ButtonColor::Danger);
 }
 
-Result<void> Program::click(ButtonColor color)
+std::optional<QPoint> Program::setAreaButton() const
+{
+    constexpr QPoint nextButton(0, 44); // a button's height and the gap below it
+    const auto start = startButton();
+    return start ? std::optional(*start + nextButton) : std::nullopt;
+}
+
+Result<void> Program::click(std::optional<QPoint> (Program::*find)() const)
 {
     std::optional<QPoint> place;
-    desktop_->waitFor([&] { return (place = button(color)).has_value(); }, windowLimit);
+    desktop_->waitFor([&] { return (place = (this->*find)()).has_value(); }, windowLimit);
     if (!place) {
         return testing::failure(problem(QStringLiteral("a button cannot be pressed")));
     }
@@ -137,12 +147,18 @@ Result<void> Program::click(ButtonColor color)
 
 Result<void> Program::clickStart()
 {
-    return click(ButtonColor::Accent);
+    return click(&Program::startButton);
 }
 
 Result<void> Program::clickStop()
 {
-    return click(ButtonColor::Danger);
+    return click(&Program::stopButton);
+}
+
+Result<xcb_window_t> Program::openSelector()
+{
+    const auto clicked = click(&Program::setAreaButton);
+    return clicked ? await(selectorTitle()) : testing::failure(clicked.error());
 }
 
 Result<void> Program::end()
@@ -163,6 +179,11 @@ QString Program::problem(const QString &text) const
     return output.isEmpty()
         ? text
         : QStringLiteral("%1; glimmerpane said: %2").arg(text, QString::fromLocal8Bit(output));
+}
+
+QString selectorTitle()
+{
+    return QStringLiteral("Glimmerpane - Area");
 }
 
 xcb_window_t topLevelOf(const testing::XClient &client, xcb_window_t window)

@@ -35,12 +35,17 @@ public:
      */
     Result<void> placeMainWindow(QPoint place, const QRect &uncovered);
 
+    /** Clicks on "Set area"; returns the window on which the area is chosen once it is shown. */
+    Result<xcb_window_t> openSelector();
+
     /** Clicks on the button once it can be pressed. Returns when the click has been sent. */
     Result<void> clickStart();
     Result<void> clickStop();
     /** Where to click, root pixels; nothing while the button is disabled or hidden. */
     std::optional<QPoint> startButton() const;
     std::optional<QPoint> stopButton() const;
+    /** The same of "Set area", which can be pressed whenever sharing can be started. */
+    std::optional<QPoint> setAreaButton() const;
 
     /** Ends it as a session does; fails unless it leaves with exit code 0. */
     Result<void> end();
@@ -53,12 +58,15 @@ private:
     }
     Result<xcb_window_t> await(const QString &title);
     std::optional<QPoint> button(ButtonColor color) const;
-    Result<void> click(ButtonColor color);
+    Result<void> click(std::optional<QPoint> (Program::*button)() const);
     QString problem(const QString &text) const;
 
     const Desktop *desktop_;
     testing::ChildProcess process_;
 };
+
+/** The title of the window on which the area is chosen. */
+QString selectorTitle();
 
 /** The direct child of the root that holds the window: itself, or the window manager's frame. */
 xcb_window_t topLevelOf(const testing::XClient &client, xcb_window_t window);

@@ -23,6 +23,7 @@ constexpr Named measurements[] = {
     {"full-motion", &measureFullMotion}, {"still-screen", &measureStillScreen},
     {"latency", &measureChangeLatency},  {"first-frame", &measureFirstFrame},
     {"start-up", &measureStartUp},       {"cycles", &measureCycles},
+    {"drag", &measureDragging},
 };
 
 void tell(const QString &text)
@@ -98,7 +99,8 @@ int main(int argc, char **argv)
     const QCommandLineOption quick(QStringLiteral("quick"), QStringLiteral("Measure less."));
     const QCommandLineOption only(
         QStringLiteral("only"),
-        QStringLiteral("full-motion, still-screen, latency, first-frame, start-up or cycles."),
+        QStringLiteral(
+            "full-motion, still-screen, latency, first-frame, start-up, cycles or drag."),
         QStringLiteral("figure"));
     parser.addOptions({output, program, quick, only});
     parser.process(application);
