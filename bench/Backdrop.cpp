@@ -62,7 +62,7 @@ void drawWindow(QPainter &painter, const QRect &frame, const QString &title,
 
 } // namespace
 
-QImage drawBackdrop(QSize screen, const QRect &area)
+QImage drawBackdrop(QSize screen, const QRect &area, bool outlined)
 {
     QImage picture(screen, QImage::Format_RGB32);
     QPainter painter(&picture);
@@ -81,6 +81,9 @@ QImage drawBackdrop(QSize screen, const QRect &area)
                QStringLiteral("Notes, half inside"),
                {QStringLiteral("The upper part of this window can be seen in the call,"),
                 QStringLiteral("the lower part cannot.")});
+    if (!outlined) {
+        return picture;
+    }
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(QColor(0xff, 0xd1, 0x5c), 1, Qt::DashLine));

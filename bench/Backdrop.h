@@ -7,10 +7,10 @@ namespace glimmerpane::bench
 {
 
 /**
- * A desktop as a person may have it: wallpaper, a bar and some documents, with a fine line
- * around the area that is shared. Needs a QGuiApplication.
+ * A desktop as a person may have it: wallpaper, a bar and some documents, laid out for an
+ * area that is shared and, if `outlined`, with a fine line around it. Needs a QGuiApplication.
  */
-QImage drawBackdrop(QSize screen, const QRect &area);
+QImage drawBackdrop(QSize screen, const QRect &area, bool outlined = true);
 
 /** Makes the picture the display's background; it must have the display's size. */
 testing::Result<void> setBackground(const testing::XClient &client, const QImage &picture);

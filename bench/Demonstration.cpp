@@ -19,6 +19,8 @@ constexpr QSize screenSize(1920, 1080);
 constexpr QRect area(600, 180, 1280, 720);
 constexpr QRect animationPlace(1190, 240, 640, 360);
 constexpr QRect latencyPatch(1500, 700, 240, 120);
+constexpr QRect selectedArea(600, 180, 960, 600); ///< half of the animation stays outside
+constexpr QPoint besideConfirm(40, -10); ///< from the selector's middle
 constexpr QPoint pointerPlace(1020, 470);
 constexpr QPoint mainWindowPlace(60, 180);
 constexpr std::chrono::seconds pictureLimit{5};
@@ -28,9 +30,9 @@ constexpr int latencyChanges = 40;
 /** Everything that a run may leave; none of it must be an earlier run's. */
 QStringList pictureNames()
 {
-    return {QStringLiteral("desktop.png"), QStringLiteral("main-window.png"),
-            QStringLiteral("output.png"), QStringLiteral("expected.png"),
-            QStringLiteral("actual.png")};
+    return {QStringLiteral("desktop.png"),  QStringLiteral("main-window.png"),
+            QStringLiteral("output.png"),   QStringLiteral("selector.png"),
+            QStringLiteral("expected.png"), QStringLiteral("actual.png")};
 }
 
 QPoint numberPlace()
@@ -94,6 +96,11 @@ Result<Demonstration::Outcome> Demonstration::run(const Options &options)
         {.output = demo.output_, .area = area, .patch = latencyPatch, .changes = latencyChanges});
     if (!latencies) {
         return testing::failure(latencies.error());
+    }
+    for (const auto step : {&Demonstration::openSelector, &Demonstration::saveSelector}) {
+        if (const auto done = (demo.*step)(); !done) {
+            return testing::failure(done.error());
+        }
     }
     if (const auto ended = demo.program_->end(); !ended) {
         return testing::failure(ended.error());
@@ -247,6 +254,41 @@ Result<void> Demonstration::savePictures()
         }
     }
     return {};
+}
+
+Result<void> Demonstration::openSelector()
+{
+    const auto &client = desktop_->client();
+    const auto redrawn = setBackground(client, drawBackdrop(screenSize, area, false));
+    const auto stopped = redrawn ? program_->clickStop() : redrawn;
+    const auto selector = stopped ? program_->openSelector() : testing::failure(stopped.error());
+    if (!selector) {
+        return testing::failure(selector.error());
+    }
+    const testing::InputInjector person(client);
+    person.drag(area.bottomRight(), selectedArea.bottomRight() + QPoint(1, 1));
+    person.moveTo(selectedArea.center() + besideConfirm);
+    const auto isThere = [&] { return testing::geometryOf(client, *selector) == selectedArea; };
+    if (!desktop_->waitFor(isThere, pictureLimit)) {
+        return testing::failure(QStringLiteral("the selector does not follow the pointer"));
+    }
+    return {};
+}
+
+Result<void> Demonstration::saveSelector()
+{
+    // Nothing but its next frame repaints the animation where the selector has been.
+    const auto frozen = animation_->lastFrame();
+    animation_->start();
+    const auto isRepainted = [&] { return animation_->lastFrame() != frozen; };
+    const bool isWhole = desktop_->waitFor(isRepainted, pictureLimit);
+    animation_->freeze();
+    const auto cursor = testing::currentCursor(desktop_->client());
+    const auto screen = desktop_->client().screenshot();
+    if (!isWhole || !cursor || !screen) {
+        return testing::failure(QStringLiteral("cannot take the selector's picture"));
+    }
+    return save(testing::withCursor(*screen, {}, *cursor), QStringLiteral("selector.png"));
 }
 
 Result<void> Demonstration::save(const QImage &picture, const QString &name) const

@@ -45,6 +45,8 @@ private:
     Result<QImage> expectedPicture() const;
     QString describeMismatch(const QImage &expected, const QImage &actual) const;
     Result<void> savePictures();
+    Result<void> openSelector();
+    Result<void> saveSelector();
     Result<void> save(const QImage &picture, const QString &name) const;
 
     Options options_;

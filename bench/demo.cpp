@@ -29,7 +29,8 @@ void print(const Demonstration::Outcome &outcome, const QDir &folder)
         << median(outcome.latencies) << " ms, 95 % within " << quantile(outcome.latencies, 0.95)
         << " ms, longest " << quantile(outcome.latencies, 1) << " ms (" << outcome.latencies.size()
         << " changes).\n"
-        << "Pictures: desktop.png, main-window.png and output.png in " << folder.path() << "\n";
+        << "Pictures: desktop.png, main-window.png, output.png and selector.png in "
+        << folder.path() << "\n";
 }
 
 } // namespace
