@@ -27,6 +27,8 @@ struct OverlayPicture {
     QColor markColor;
     QImage panel; ///< premultiplied ARGB, drawn above the marks
     QPoint panelOrigin;
+
+    friend bool operator==(const OverlayPicture &, const OverlayPicture &) = default;
 };
 
 /** What the pointer did at an overlay. */

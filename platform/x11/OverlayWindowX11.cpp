@@ -2,7 +2,6 @@
 #include "platform/x11/OverlayWindowX11.h"
 
 #include "platform/x11/Compositing.h"
-#include "platform/x11/FrostedBackdrop.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
 
@@ -41,27 +40,21 @@ std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
         return std::unexpected(formats.error());
     }
     std::unique_ptr<OverlayWindowX11> window(
-        new OverlayWindowX11(std::move(*connection), *extensions, *formats, glass));
+        new OverlayWindowX11(std::move(*connection), *extensions, *formats, area, glass));
     if (auto created = window->createWindow(); !created) {
         return std::unexpected(created.error());
     }
     window->describe(title);
     window->watchDesktop();
-    if (!window->pixels_.isTranslucent) {
-        window->takeBackdrop(area, glass);
-    }
     return window;
 }
 
-OverlayWindowX11::OverlayWindowX11(Connection connection, Extensions extensions,
-                                   RenderFormats formats, const FrostedGlass &glass)
+OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &extensions,
+                                   const RenderFormats &formats, QRect area,
+                                   const FrostedGlass &glass)
     : connection_(std::move(connection))
     , extensions_(extensions)
-    , formats_(formats)
-    , pixels_(choosePixelKind())
-    , glassColor_(pixels_.isTranslucent
-                      ? renderColor(glass.tint, glass.tintStrength * glass.opacity)
-                      : renderColor(glass.tint, 1))
+    , painter_(connection_, formats, area, glass)
     , cursors_(connection_)
     , events_(connection_)
 {
@@ -72,47 +65,29 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, Extensions extensions,
     QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
 }
 
-OverlayWindowX11::PixelKind OverlayWindowX11::choosePixelKind() const
-{
-    const auto &screen = connection_.screen();
-    if (const auto visual = translucentVisual(screen);
-        visual != 0 && blursBehindWindows(connection_)) {
-        return {.depth = 32, .visual = visual, .format = formats_.argb, .isTranslucent = true};
-    }
-    return {.depth = screen.root_depth,
-            .visual = screen.root_visual,
-            .format = formats_.screen,
-            .isTranslucent = false};
-}
-
 std::expected<void, Error> OverlayWindowX11::createWindow()
 {
     const auto colormap = connection_.newId();
     xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, colormap, connection_.root(),
-                        pixels_.visual);
+                        painter_.visual());
     colormap_ = Colormap(connection_, colormap);
     // A window of another depth than its parent's needs a border and colours of its own.
     const std::array<std::uint32_t, 4> values{
         0, 1,
         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION
             | XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW
-            | XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+            | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE,
         colormap};
     const auto id = connection_.newId();
     const auto created = xcb_create_window_checked(
-        connection_.get(), pixels_.depth, id, connection_.root(), 0, 0, 1, 1, 0,
-        XCB_WINDOW_CLASS_INPUT_OUTPUT, pixels_.visual,
+        connection_.get(), painter_.depth(), id, connection_.root(), 0, 0, 1, 1, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, painter_.visual(),
         XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
         values.data());
     if (auto result = connection_.check(created, "CreateWindow"); !result) {
         return result;
     }
     window_ = Window(connection_, id);
-    const auto graphics = connection_.newId();
-    const std::uint32_t noExposures = 0;
-    xcb_create_gc(connection_.get(), graphics, connection_.root(), XCB_GC_GRAPHICS_EXPOSURES,
-                  &noExposures);
-    graphics_ = GraphicsContext(connection_, graphics);
     return {};
 }
 
@@ -130,7 +105,7 @@ void OverlayWindowX11::describe(const QString &title)
                 32, 1, none.data());
     setProperty(connection_, window_.get(), connection_.atom("_GTK_FRAME_EXTENTS"),
                 XCB_ATOM_CARDINAL, 32, none.size(), none.data());
-    if (pixels_.isTranslucent) { // an empty list stands for the whole window
+    if (painter_.isTranslucent()) { // an empty list stands for the whole window
         setProperty(connection_, window_.get(), connection_.atom(blurBehindProperty),
                     XCB_ATOM_CARDINAL, 32, 0, nullptr);
     }
@@ -154,99 +129,66 @@ void OverlayWindowX11::watchDesktop()
     }
 }
 
-void OverlayWindowX11::takeBackdrop(QRect area, const FrostedGlass &glass)
-{
-    const auto displays = monitors(connection_);
-    const QRect main = displays.empty() ? QRect() : displays.front().pixels;
-    const auto &screen = connection_.screen();
-    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
-    const QRect seen = main.united(area & root);
-    if (!seen.isEmpty()) {
-        backdrop_ = {.origin = seen.topLeft(),
-                     .screen = frostedScreen(connection_, formats_, seen, glass)};
-    }
-}
-
 void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
 {
-    const QRect shown = worthShowing(frame);
-    // The server keeps the pixmap for as long as it is the window's background.
-    const Canvas content = draw(shown, frame.topLeft() - shown.topLeft(), picture);
-    const std::uint32_t background = content.pixmap.get();
-    xcb_change_window_attributes(connection_.get(), window_.get(), XCB_CW_BACK_PIXMAP, &background);
-    const std::array<std::uint32_t, 4> geometry{
-        static_cast<std::uint32_t>(shown.x()), static_cast<std::uint32_t>(shown.y()),
-        static_cast<std::uint32_t>(shown.width()), static_cast<std::uint32_t>(shown.height())};
-    xcb_configure_window(connection_.get(), window_.get(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                             | XCB_CONFIG_WINDOW_HEIGHT,
-                         geometry.data());
-    if (!shown_) {
-        raise();
-        xcb_map_window(connection_.get(), window_.get());
-    } else if (shown_->size() == shown.size()) { // a new size has been painted already
-        xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
+    const auto before = std::exchange(shown_, sceneOf(frame, picture));
+    const QRect place = shown_->window;
+    if (before && painter_.isOnlyMoved(*before, *shown_)) {
+        configure(place);
+        painter_.paintGlass(window_.get(), *shown_);
+        isBackgroundOld_ = true;
+    } else {
+        replaceBackground(*shown_);
+        configure(place);
+        if (!before) {
+            raise();
+            xcb_map_window(connection_.get(), window_.get());
+        } else if (before->window.size() == place.size()) { // a new size has been painted already
+            xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
+        }
     }
-    shown_ = shown;
     events_.flush();
 }
 
-/** A window far larger than the screen would only cost the server memory. */
-QRect OverlayWindowX11::worthShowing(QRect frame) const
+OverlayScene OverlayWindowX11::sceneOf(QRect frame, const OverlayPicture &picture) const
 {
+    // A window far larger than the screen would only cost the server memory.
     constexpr int margin = 100;
     const auto &screen = connection_.screen();
     const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
     const bool isReasonable
         = frame.width() <= 2 * root.width() && frame.height() <= 2 * root.height();
-    const QRect shown
+    const QRect seen
         = isReasonable ? frame : frame & root.adjusted(-margin, -margin, margin, margin);
-    return {shown.topLeft(), shown.size().expandedTo({1, 1})};
+    return {.window = {seen.topLeft(), seen.size().expandedTo({1, 1})},
+            .picture = picture,
+            .pictureOrigin = frame.topLeft() - seen.topLeft()};
 }
 
-Canvas OverlayWindowX11::draw(QRect shown, QPoint origin, const OverlayPicture &picture)
+void OverlayWindowX11::configure(QRect place) const
 {
-    Canvas canvas = makeCanvas(connection_, shown.size(), pixels_.depth, pixels_.format);
-    fill(canvas, {QRect(QPoint(), shown.size())}, glassColor_);
-    if (backdrop_) {
-        const QRect seen = shown & QRect(backdrop_->origin, backdrop_->screen.size);
-        const QPoint from = seen.topLeft() - backdrop_->origin;
-        const QPoint to = seen.topLeft() - shown.topLeft();
-        xcb_copy_area(connection_.get(), backdrop_->screen.pixmap.get(), canvas.pixmap.get(),
-                      graphics_.get(), coordinate(from.x()), coordinate(from.y()),
-                      coordinate(to.x()), coordinate(to.y()), extent(seen.width()),
-                      extent(seen.height()));
-    }
-    std::vector<QRect> marks;
-    for (const QRect &mark : picture.marks) {
-        marks.push_back(mark.translated(origin) & QRect(QPoint(), shown.size()));
-    }
-    fill(canvas, marks, renderColor(picture.markColor, 1));
-    if (!picture.panel.isNull()) {
-        composite(connection_, XCB_RENDER_PICT_OP_OVER, uploaded(picture.panel).picture,
-                  {QPoint(), picture.panel.size()}, canvas.picture, origin + picture.panelOrigin);
-    }
-    return canvas;
+    const std::array<std::uint32_t, 4> geometry{
+        static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()),
+        static_cast<std::uint32_t>(place.width()), static_cast<std::uint32_t>(place.height())};
+    xcb_configure_window(connection_.get(), window_.get(),
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
+                             | XCB_CONFIG_WINDOW_HEIGHT,
+                         geometry.data());
 }
 
-void OverlayWindowX11::fill(const Canvas &canvas, const std::vector<QRect> &rectangles,
-                            const xcb_render_color_t &color) const
+/** A pixmap that is the background must not be drawn into (X11 protocol, CreateWindow). */
+void OverlayWindowX11::replaceBackground(const OverlayScene &scene)
 {
-    std::vector<xcb_rectangle_t> filled;
-    for (const QRect &rectangle : rectangles) {
-        filled.push_back({coordinate(rectangle.x()), coordinate(rectangle.y()),
-                          extent(rectangle.width()), extent(rectangle.height())});
+    std::swap(backgrounds_[0], backgrounds_[1]);
+    Canvas &canvas = backgrounds_[0];
+    const QSize size = canvas.size.expandedTo(scene.window.size());
+    if (canvas.size != size) {
+        canvas = painter_.makeCanvas(size);
     }
-    xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas.picture.get(),
-                               color, static_cast<std::uint32_t>(filled.size()), filled.data());
-}
-
-const Canvas &OverlayWindowX11::uploaded(const QImage &panel)
-{
-    if (panel_.key != panel.cacheKey()) {
-        panel_ = {.key = panel.cacheKey(), .image = uploadImage(connection_, formats_, panel)};
-    }
-    return panel_.image;
+    painter_.paint(canvas, scene);
+    const std::uint32_t background = canvas.pixmap.get();
+    xcb_change_window_attributes(connection_.get(), window_.get(), XCB_CW_BACK_PIXMAP, &background);
+    isBackgroundOld_ = false;
 }
 
 void OverlayWindowX11::setCursor(Qt::CursorShape shape)
@@ -271,6 +213,10 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
         deliver(*pointer);
     } else if (type == XCB_DESTROY_NOTIFY) {
         lose();
+    } else if (type == XCB_EXPOSE && isBackgroundOld_ && shown_) {
+        painter_.paintGlass(window_.get(),
+                            *shown_); // the server has painted what came to light with the old one
+        events_.flush();
     } else if (type == XCB_PROPERTY_NOTIFY) {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
         if (std::ranges::find(restackSigns_, change.atom) != restackSigns_.end()) {
@@ -373,8 +319,9 @@ void OverlayWindowX11::checkDisplays()
         return;
     }
     const auto displays = monitors(connection_);
-    const bool isReachable = std::ranges::any_of(
-        displays, [this](const Display &display) { return display.pixels.intersects(*shown_); });
+    const bool isReachable = std::ranges::any_of(displays, [this](const Display &display) {
+        return display.pixels.intersects(shown_->window);
+    });
     if (!isReachable) {
         lose();
     }

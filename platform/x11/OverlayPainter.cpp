@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/OverlayPainter.h"
+
+#include "platform/x11/Compositing.h"
+#include "platform/x11/FrostedBackdrop.h"
+#include "platform/x11/Monitors.h"
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+/** As far as they lie in the window, pixels from its top-left corner. */
+std::vector<QRect> marksOf(const OverlayScene &scene)
+{
+    std::vector<QRect> inside;
+    for (const QRect &mark : scene.picture.marks) {
+        inside.push_back(mark.translated(scene.pictureOrigin)
+                         & QRect(QPoint(), scene.window.size()));
+    }
+    return inside;
+}
+
+} // namespace
+
+OverlayPainter::OverlayPainter(const Connection &connection, const RenderFormats &formats,
+                               QRect area, const FrostedGlass &glass)
+    : connection_(connection)
+    , formats_(formats)
+    , depth_(connection.screen().root_depth)
+    , visual_(connection.screen().root_visual)
+    , format_(formats.screen)
+    , glassColor_(renderColor(glass.tint, 1))
+{
+    const auto translucent = translucentVisual(connection.screen());
+    if (translucent != 0 && blursBehindWindows(connection)) {
+        depth_ = 32;
+        visual_ = translucent;
+        format_ = formats.argb;
+        glassColor_ = renderColor(glass.tint, glass.tintStrength * glass.opacity);
+    } else {
+        takeBackdrop(area, glass);
+    }
+}
+
+void OverlayPainter::takeBackdrop(QRect area, const FrostedGlass &glass)
+{
+    const auto graphics = connection_.newId();
+    const std::uint32_t noExposures = 0;
+    xcb_create_gc(connection_.get(), graphics, connection_.root(), XCB_GC_GRAPHICS_EXPOSURES,
+                  &noExposures);
+    graphics_ = GraphicsContext(connection_, graphics);
+    const auto displays = monitors(connection_);
+    const QRect main = displays.empty() ? QRect() : displays.front().pixels;
+    const auto &screen = connection_.screen();
+    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+    backdropArea_ = main.united(area & root);
+    if (!backdropArea_.isEmpty()) {
+        backdrop_ = frostedScreen(connection_, formats_, backdropArea_, glass);
+    }
+}
+
+Canvas OverlayPainter::makeCanvas(QSize size) const
+{
+    return x11::makeCanvas(connection_, size, depth_, format_);
+}
+
+void OverlayPainter::paint(const Canvas &canvas, const OverlayScene &scene)
+{
+    if (!backdropArea_.contains(scene.window)) {
+        fill(canvas, {QRect(QPoint(), scene.window.size())}, glassColor_);
+    }
+    copyGlass(scene.window, canvas.pixmap.get(), {});
+    fill(canvas, marksOf(scene), renderColor(scene.picture.markColor, 1));
+    drawPanel(canvas, scene.picture.panel, scene.pictureOrigin + scene.picture.panelOrigin);
+}
+
+bool OverlayPainter::isOnlyMoved(const OverlayScene &from, const OverlayScene &to) const
+{
+    return from.window.size() == to.window.size() && from.pictureOrigin == to.pictureOrigin
+        && from.picture == to.picture && (isTranslucent() || backdropArea_.contains(to.window));
+}
+
+void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene)
+{
+    if (isTranslucent()) {
+        return;
+    }
+    const QRect panel(scene.pictureOrigin + scene.picture.panelOrigin, scene.picture.panel.size());
+    QRegion glass = QRegion(QRect(QPoint(), scene.window.size())) - panel;
+    for (const QRect &mark : marksOf(scene)) {
+        glass -= mark;
+    }
+    for (const QRect &part : glass) {
+        copyGlass(part.translated(scene.window.topLeft()), window, part.topLeft());
+    }
+    if (panel_.onGlass.size != panel.size()) {
+        panel_.onGlass = makeCanvas(panel.size());
+    }
+    const std::uint32_t pixmap = panel_.onGlass.pixmap.get();
+    copyGlass(panel.translated(scene.window.topLeft()), pixmap, {});
+    drawPanel(panel_.onGlass, scene.picture.panel, {});
+    xcb_copy_area(connection_.get(), pixmap, window, graphics_.get(), 0, 0, coordinate(panel.x()),
+                  coordinate(panel.y()), extent(panel.width()), extent(panel.height()));
+}
+
+/** Where the backdrop does not reach, nothing is copied. */
+void OverlayPainter::copyGlass(QRect rootRectangle, std::uint32_t drawable, QPoint place) const
+{
+    const QRect seen = rootRectangle & backdropArea_;
+    if (seen.isEmpty()) {
+        return;
+    }
+    const QPoint from = seen.topLeft() - backdropArea_.topLeft();
+    const QPoint to = seen.topLeft() - rootRectangle.topLeft() + place;
+    xcb_copy_area(connection_.get(), backdrop_.pixmap.get(), drawable, graphics_.get(),
+                  coordinate(from.x()), coordinate(from.y()), coordinate(to.x()),
+                  coordinate(to.y()), extent(seen.width()), extent(seen.height()));
+}
+
+void OverlayPainter::drawPanel(const Canvas &canvas, const QImage &panel, QPoint place)
+{
+    if (panel.isNull()) {
+        return;
+    }
+    if (panel_.key != panel.cacheKey()) {
+        panel_.key = panel.cacheKey();
+        panel_.image = uploadImage(connection_, formats_, panel);
+    }
+    composite(connection_, XCB_RENDER_PICT_OP_OVER, panel_.image.picture, {QPoint(), panel.size()},
+              canvas.picture, place);
+}
+
+void OverlayPainter::fill(const Canvas &canvas, const std::vector<QRect> &rectangles,
+                          const xcb_render_color_t &color) const
+{
+    std::vector<xcb_rectangle_t> filled;
+    for (const QRect &rectangle : rectangles) {
+        filled.push_back({coordinate(rectangle.x()), coordinate(rectangle.y()),
+                          extent(rectangle.width()), extent(rectangle.height())});
+    }
+    xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas.picture.get(),
+                               color, static_cast<std::uint32_t>(filled.size()), filled.data());
+}
+
+} // namespace glimmerpane::x11
