@@ -8,7 +8,6 @@
 
 #include <QDeadlineTimer>
 
-#include <algorithm>
 #include <poll.h>
 
 namespace glimmerpane::bench
@@ -23,12 +22,10 @@ using Clock = std::chrono::steady_clock;
 
 constexpr double medianTarget = 2; ///< milliseconds
 constexpr double highTarget = 8; ///< milliseconds
-constexpr int openings = 5; ///< of the selector in one run
 constexpr std::chrono::milliseconds betweenSteps{8};
 constexpr std::chrono::seconds answerLimit{5};
-constexpr QRect smallArea(1150, 470, 640, 360); ///< stays within the animation while dragged
-constexpr QPoint insideGrip(60, 60); ///< from its top left corner; off the edges and the buttons
-constexpr QPoint cancelButton(0, 15); ///< from the middle
+constexpr QPoint insideGrip(60, 60); ///< from the top left corner; off the edges and the buttons
+constexpr QRect animated(420, 60, 1500, 1000); ///< beside the main window
 constexpr int stepsPerRound = 50;
 
 /** Up left and back again, so that every step goes to another place and a round ends at home. */
@@ -38,25 +35,51 @@ QPoint offsetAt(int step)
     return QPoint(-6, -4) * (half - std::abs(half - step % stepsPerRound));
 }
 
-/** The selector on a display, and a client of its own that sees what becomes of it. */
-struct Selector {
-    SharedDesktop shared;
-    testing::XClient watcher;
-    QRect area;
-    xcb_window_t window = XCB_WINDOW_NONE;
+double millisecondsSince(Clock::time_point begin)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+}
 
-    const testing::XClient &client() const { return shared.desktop->client(); }
-    void watch(xcb_window_t watched, uint32_t events) const
+/** What all runs of a session gave. */
+struct Dragged {
+    std::vector<double> openings; ///< milliseconds, as all times
+    std::vector<double> moves;
+    std::vector<double> resizes;
+    int wrong = 0; ///< answers with another geometry than the step asks for
+    uint32_t lost = 0; ///< frames
+    uint32_t lostWithout = 0; ///< in as long a time without a drag
+};
+
+/** Drags the selector as a person does and sees through another client what becomes of it. */
+struct Drag {
+    const Desktop &desktop;
+    const testing::XClient &watcher;
+    Dragged &dragged;
+    const testing::InputInjector person{desktop.client()};
+    xcb_window_t selector = XCB_WINDOW_NONE;
+
+    Result<void> open(const Program &program);
+    Result<void> timeSteps(int count, bool resizes) const;
+    Result<void> countLostFrames(PatternAnimation &animation, std::chrono::milliseconds time) const;
+
+    void watch(xcb_window_t window, uint32_t events) const
     {
-        xcb_change_window_attributes(watcher.get(), watched, XCB_CW_EVENT_MASK, &events);
+        xcb_change_window_attributes(watcher.get(), window, XCB_CW_EVENT_MASK, &events);
         watcher.sync();
+    }
+    void sendMotion(QPoint place) const
+    {
+        const auto &client = desktop.client();
+        xcb_test_fake_input(client.get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, client.root(),
+                            static_cast<int16_t>(place.x()), static_cast<int16_t>(place.y()), 0);
+        client.flush();
     }
     /** The next event of this type; null if none comes. */
     template<typename Event>
     Reply<Event> next(int type) const
     {
         const QDeadlineTimer deadline(answerLimit);
-        while (!deadline.hasExpired() && !watcher.isBroken()) {
+        while (!deadline.hasExpired() && !watcher.isBroken() && !desktop.stopRequested()) {
             Reply<xcb_generic_event_t> event{xcb_poll_for_event(watcher.get())};
             if (event && (event->response_type & 0x7f) == type) {
                 return Reply<Event>(reinterpret_cast<Event *>(event.release()));
@@ -68,265 +91,183 @@ struct Selector {
         }
         return {};
     }
-    void sendMotion(QPoint place) const
-    {
-        xcb_test_fake_input(client().get(), XCB_MOTION_NOTIFY, 0, XCB_CURRENT_TIME, client().root(),
-                            static_cast<int16_t>(place.x()), static_cast<int16_t>(place.y()), 0);
-        client().flush();
-    }
 };
 
-double millisecondsSince(Clock::time_point begin)
-{
-    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-}
-
-Result<Selector> startProgram(const Measurement &measurement, std::unique_ptr<Desktop> desktop,
-                              const QRect &area)
-{
-    auto watcher = testing::XClient::connect(desktop->displayName());
-    auto program = Program::start(*desktop, {.executable = measurement.executable, .area = area});
-    if (!watcher || !program) {
-        return failure(watcher ? program.error() : watcher.error());
-    }
-    Selector selector{.shared = {.desktop = std::move(desktop), .program = std::move(*program)},
-                      .watcher = std::move(*watcher),
-                      .area = area};
-    const auto placed = selector.shared.program->placeMainWindow(measuredMainWindow, measuredArea);
-    return placed ? Result<Selector>(std::move(selector)) : failure(placed.error());
-}
-
-/** Milliseconds from the release of the mouse button until the selector is on the display. */
-Result<double> open(Selector &selector)
+Result<void> Drag::open(const Program &program)
 {
     std::optional<QPoint> button;
-    selector.shared.desktop->waitFor(
-        [&] { return (button = selector.shared.program->setAreaButton()).has_value(); },
-        answerLimit);
+    desktop.waitFor([&] { return (button = program.setAreaButton()).has_value(); }, answerLimit);
     if (!button) {
         return failure(QStringLiteral("Set area cannot be pressed"));
     }
-    selector.watch(selector.client().root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    const testing::InputInjector person(selector.client());
+    watch(watcher.root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     person.moveTo(*button);
     person.press();
     const auto begin = Clock::now();
     person.release();
-    while (const auto mapped = selector.next<xcb_map_notify_event_t>(XCB_MAP_NOTIFY)) {
+    while (const auto mapped = next<xcb_map_notify_event_t>(XCB_MAP_NOTIFY)) {
         const double time = millisecondsSince(begin);
-        if (testing::titleOf(selector.client(), mapped->window) == selectorTitle()) {
-            selector.window = mapped->window;
-            selector.watch(selector.client().root(), XCB_EVENT_MASK_NO_EVENT);
-            selector.watch(selector.window, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-            return time;
+        if (testing::titleOf(desktop.client(), mapped->window) == selectorTitle()) {
+            dragged.openings.push_back(time);
+            selector = mapped->window;
+            watch(watcher.root(), XCB_EVENT_MASK_NO_EVENT);
+            watch(selector, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+            return {};
         }
     }
     return failure(QStringLiteral("no selector came after the click on Set area"));
 }
 
-void cancel(const Selector &selector)
+/** Drags the inside or, with `resizes`, the top left corner. */
+Result<void> Drag::timeSteps(int count, bool resizes) const
 {
-    const QPoint middle(selector.area.width() / 2, selector.area.height() / 2);
-    testing::InputInjector(selector.client())
-        .click(selector.area.topLeft() + middle + cancelButton);
-}
-
-struct Steps {
-    std::vector<double> moves; ///< milliseconds
-    std::vector<double> resizes;
-    std::vector<double> opened;
-    int wrong = 0; ///< answers with another geometry than the step asks for
-};
-
-/** Drags the selector's inside or, with `resizes`, its top left corner. */
-Result<void> timeSteps(const Selector &selector, int count, bool resizes, Steps &steps)
-{
-    const testing::InputInjector person(selector.client());
-    const QRect &area = selector.area;
-    const QPoint grip = area.topLeft() + (resizes ? QPoint() : insideGrip);
+    const QPoint grip = measuredArea.topLeft() + (resizes ? QPoint() : insideGrip);
     person.moveTo(grip);
     person.press();
     for (int step = 1; step <= count; ++step) {
         const QPoint offset = offsetAt(step);
         const auto begin = Clock::now();
-        selector.sendMotion(grip + offset);
-        const auto seen = selector.next<xcb_configure_notify_event_t>(XCB_CONFIGURE_NOTIFY);
-        if (!seen || selector.shared.desktop->stopRequested()) {
+        sendMotion(grip + offset);
+        const auto seen = next<xcb_configure_notify_event_t>(XCB_CONFIGURE_NOTIFY);
+        if (!seen) {
             return failure(QStringLiteral("no answer to step %1 of a drag").arg(step));
         }
-        (resizes ? steps.resizes : steps.moves).push_back(millisecondsSince(begin));
-        const QRect expected = resizes ? QRect(area.topLeft() + offset, area.bottomRight())
-                                       : area.translated(offset);
-        steps.wrong += QRect(seen->x, seen->y, seen->width, seen->height) != expected;
+        (resizes ? dragged.resizes : dragged.moves).push_back(millisecondsSince(begin));
+        const QRect expected = resizes
+            ? QRect(measuredArea.topLeft() + offset, measuredArea.bottomRight())
+            : measuredArea.translated(offset);
+        dragged.wrong += QRect(seen->x, seen->y, seen->width, seen->height) != expected;
     }
     person.release();
     return {};
 }
 
-Result<Steps> measureSteps(const Measurement &measurement)
+Result<void> Drag::countLostFrames(PatternAnimation &animation,
+                                   std::chrono::milliseconds time) const
 {
-    auto desktop = startDesktop(measurement);
-    auto selector = desktop ? startProgram(measurement, std::move(*desktop), measuredArea)
-                            : failure(desktop.error());
-    if (!selector) {
-        return failure(selector.error());
-    }
-    Steps steps;
-    for (int opening = 1; opening <= openings; ++opening) {
-        const auto time = open(*selector);
-        if (!time) {
-            return failure(time.error());
-        }
-        steps.opened.push_back(*time);
-        if (opening < openings) {
-            cancel(*selector);
-        }
-    }
-    const int half = measurement.extent.changes / 10 * stepsPerRound;
-    for (const bool resizes : {false, true}) {
-        if (const auto timed = timeSteps(*selector, half, resizes, steps); !timed) {
-            return failure(timed.error());
-        }
-    }
-    return steps;
-}
-
-/** Frames of the animation that were lost in a time without and in one with a drag. */
-struct Losses {
-    uint32_t still = 0;
-    uint32_t dragging = 0;
-    int steps = 0;
-};
-
-Result<Losses> measureLosses(const Measurement &measurement, bool compositor)
-{
-    auto desktop = startDesktop(measurement, compositor);
-    auto window = desktop ? PatternWindow::open((*desktop)->displayName(), measuredArea)
-                          : failure(desktop.error());
-    if (!window) {
-        return failure(window.error());
-    }
-    PatternAnimation animation(std::move(*window));
     const auto lost = [&] { return animation.missedDeadlines() + animation.lateFrames(); };
-    auto selector = startProgram(measurement, std::move(*desktop), smallArea);
-    const auto opened = selector ? open(*selector) : failure(selector.error());
-    if (!opened) {
-        return failure(opened.error());
-    }
     animation.start();
-    Losses losses;
-    const uint32_t atStart = lost();
-    if (!selector->shared.desktop->rest(measurement.extent.phase)) {
+    if (!desktop.rest(time)) {
         return failure(QStringLiteral("stopped"));
     }
-    const uint32_t beforeDrag = lost();
-    const testing::InputInjector person(selector->client());
-    const QPoint grip = smallArea.topLeft() + insideGrip;
+    const uint32_t before = lost();
+    const QPoint grip = measuredArea.topLeft() + insideGrip;
     person.moveTo(grip);
     person.press();
-    for (auto due = Clock::now(), end = due + measurement.extent.phase; due < end;
-         due += betweenSteps) {
+    int step = 0;
+    for (auto due = Clock::now(), end = due + time; due < end; due += betweenSteps) {
         std::this_thread::sleep_until(due);
-        selector->sendMotion(grip + offsetAt(++losses.steps));
+        sendMotion(grip + offsetAt(++step));
     }
-    losses.still = beforeDrag - atStart;
-    losses.dragging = lost() - beforeDrag;
+    dragged.lost += lost() - before;
+    dragged.lostWithout += before;
+    animation.freeze();
     const auto isThere = [&] {
-        return testing::geometryOf(selector->client(), selector->window)
-            == smallArea.translated(offsetAt(losses.steps));
+        return testing::geometryOf(desktop.client(), selector)
+            == measuredArea.translated(offsetAt(step));
     };
-    if (!selector->shared.desktop->waitFor(isThere, answerLimit)) {
-        return failure(QStringLiteral("the selector does not follow the drag"));
-    }
-    return losses;
+    return desktop.waitFor(isThere, answerLimit)
+        ? Result<void>()
+        : failure(QStringLiteral("the selector does not follow the drag"));
 }
 
-std::vector<Figure> stepFigures(const std::vector<Steps> &runs)
+Result<void> measureRun(const Measurement &measurement, bool compositor, Dragged &dragged)
 {
-    Steps all;
-    for (const Steps &run : runs) {
-        all.moves.insert(all.moves.end(), run.moves.begin(), run.moves.end());
-        all.resizes.insert(all.resizes.end(), run.resizes.begin(), run.resizes.end());
-        all.opened.insert(all.opened.end(), run.opened.begin(), run.opened.end());
-        all.wrong += run.wrong;
+    const auto desktop = startDesktop(measurement, compositor);
+    if (!desktop) {
+        return failure(desktop.error());
     }
+    auto window = PatternWindow::open((*desktop)->displayName(), animated);
+    const auto watcher = testing::XClient::connect((*desktop)->displayName());
+    auto program
+        = Program::start(**desktop, {.executable = measurement.executable, .area = measuredArea});
+    if (!window || !watcher || !program) {
+        return failure(QStringLiteral("the animation or the program does not start"));
+    }
+    PatternAnimation animation(std::move(*window));
+    Drag drag{.desktop = **desktop, .watcher = *watcher, .dragged = dragged};
+    const int count = measurement.extent.changes / 10 * stepsPerRound;
+    auto done = program->placeMainWindow(measuredMainWindow, measuredArea);
+    done = done ? drag.open(*program) : done;
+    done = done ? drag.timeSteps(count, false) : done;
+    done = done ? drag.timeSteps(count, true) : done;
+    return done ? drag.countLostFrames(animation, measurement.extent.phase) : done;
+}
+
+std::vector<Figure> figuresOf(const Dragged &all, const QString &session, const QString &frames)
+{
     const QString unit = QStringLiteral(" ms");
     std::vector<Figure> figures{
-        {.name = QStringLiteral("Time from Set area to the selector"),
-         .measured = number(median(all.opened), 1) + unit,
-         .counted = QStringLiteral("from the release of the mouse button on Set area to the "
-                                   "selector's MapNotify; 1280x720; median of %1, longest %2 ms")
-                        .arg(all.opened.size())
-                        .arg(number(quantile(all.opened, 1), 1))}};
-    for (const auto &[times, kind] : {std::pair(&all.moves, QStringLiteral("move")),
-                                      std::pair(&all.resizes, QStringLiteral("resize"))}) {
-        const QString name = QStringLiteral("Drag step of the selector, %1").arg(kind);
+        {.name = QStringLiteral("Time from Set area to the selector, ") + session,
+         .measured = number(median(all.openings), 1) + unit,
+         .counted = QStringLiteral("from the release of the mouse button to the selector's "
+                                   "MapNotify; 1280x720, fresh processes; median of %1, longest %2")
+                        .arg(all.openings.size())
+                        .arg(number(quantile(all.openings, 1), 1) + unit)}};
+    for (const auto &[times, kind] : {std::pair(&all.moves, QStringLiteral("Move")),
+                                      std::pair(&all.resizes, QStringLiteral("Resize"))}) {
+        const QString name = QStringLiteral("%1 of the selector, %2").arg(kind, session);
         const QString counted
             = QStringLiteral("from sending XTEST's motion to the selector's ConfigureNotify at "
-                             "another client; 1280x720, each step after the answer to the one "
-                             "before; %1 steps, longest %2 ms")
+                             "another client, 1280x720, each after the answer to the one before; "
+                             "%1 steps of all runs, longest %2")
                   .arg(times->size())
-                  .arg(number(quantile(*times, 1)));
-        figures.push_back(boundedFigure(name + QStringLiteral(", median"), median(*times),
-                                        medianTarget, unit, counted));
+                  .arg(number(quantile(*times, 1), 1) + unit);
+        figures.push_back(boundedFigure(name, median(*times), medianTarget, unit, counted));
         figures.push_back(boundedFigure(name + QStringLiteral(", 99 %"), quantile(*times, 0.99),
                                         highTarget, unit, counted));
     }
     figures.push_back(boundedFigure(
-        QStringLiteral("Drag steps to a wrong place"), all.wrong, 0, {},
-        QStringLiteral("ConfigureNotify events of these %1 steps with another geometry than the "
-                       "one that the pointer asks for")
-            .arg(all.moves.size() + all.resizes.size())));
+        QStringLiteral("Steps to a wrong place, ") + session, all.wrong, 0, {},
+        QStringLiteral("of these steps, those whose ConfigureNotify has not exactly the geometry "
+                       "that the pointer asks for")));
+    figures.push_back(boundedFigure(
+        QStringLiteral("Frames lost while dragging, ") + session, all.lost, 0, {},
+        QStringLiteral("deadlines of a 60 Hz animation of 1500x1000 under the selector, which is "
+                       "moved 125 times a second, at which no frame was sent or the one before was "
+                       "not drawn yet; %1; %2 in the same time without a drag")
+            .arg(frames)
+            .arg(all.lostWithout)));
     return figures;
+}
+
+Figures measureWith(const Measurement &measurement, bool compositor)
+{
+    const QString session
+        = compositor ? QStringLiteral("with picom") : QStringLiteral("no compositor");
+    Dragged all;
+    for (int i = 1; i <= measurement.extent.runs; ++i) {
+        if (const auto run = measureRun(measurement, compositor, all); !run) {
+            return failure(run.error());
+        }
+        measurement.progress(
+            QStringLiteral("drag %1, runs up to %2: open %3 ms, move %4 ms, 99 % %5 ms, resize "
+                           "%6 ms, 99 % %7 ms, %8 wrong, %9 frames lost, %10 without a drag")
+                .arg(session)
+                .arg(i)
+                .arg(number(median(all.openings), 1), number(median(all.moves)),
+                     number(quantile(all.moves, 0.99)), number(median(all.resizes)),
+                     number(quantile(all.resizes, 0.99)))
+                .arg(all.wrong)
+                .arg(all.lost)
+                .arg(all.lostWithout));
+    }
+    const auto frames = measurement.extent.phase.count() * PatternAnimation::defaultRate / 1000;
+    return figuresOf(
+        all, session,
+        QStringLiteral("sum of %1 runs of %2").arg(measurement.extent.runs).arg(frames));
 }
 
 } // namespace
 
 Figures measureDragging(const Measurement &measurement)
 {
-    const auto runs = repeat(measurement, measureSteps, [](int i, const Steps &run) {
-        return QStringLiteral("drag steps %1: open %2 ms, move %3 ms, 99 % %4 ms, resize %5 ms, "
-                              "99 % %6 ms, %7 wrong")
-            .arg(i)
-            .arg(number(median(run.opened), 1), number(median(run.moves)),
-                 number(quantile(run.moves, 0.99)), number(median(run.resizes)),
-                 number(quantile(run.resizes, 0.99)))
-            .arg(run.wrong);
-    });
-    if (!runs) {
-        return failure(runs.error());
+    auto figures = measureWith(measurement, false);
+    const auto composited = figures ? measureWith(measurement, true) : figures;
+    if (composited) {
+        figures->insert(figures->end(), composited->begin(), composited->end());
     }
-    auto figures = stepFigures(*runs);
-    for (const bool compositor : {false, true}) {
-        const QString session
-            = compositor ? QStringLiteral("with picom") : QStringLiteral("no compositor");
-        Losses all;
-        for (int i = 1; i <= measurement.extent.runs; ++i) {
-            const auto losses = measureLosses(measurement, compositor);
-            if (!losses) {
-                return failure(losses.error());
-            }
-            measurement.progress(QStringLiteral("drag %1 %2: %3 frames lost, %4 without a drag")
-                                     .arg(session)
-                                     .arg(i)
-                                     .arg(losses->dragging)
-                                     .arg(losses->still));
-            all.dragging += losses->dragging;
-            all.still += losses->still;
-        }
-        const auto frames = measurement.extent.phase.count() * PatternAnimation::defaultRate / 1000;
-        figures.push_back(boundedFigure(
-            QStringLiteral("Frames lost while dragging, %1").arg(session), all.dragging, 0, {},
-            QStringLiteral(
-                "deadlines of a 60 Hz animation of 1280x720 under the selector (640x360, "
-                "moved 125 times a second) at which no frame was sent or the server had "
-                "not drawn the one before; sum of %1 runs of %2 frames; %3 in the same "
-                "time without a drag")
-                .arg(measurement.extent.runs)
-                .arg(frames)
-                .arg(all.still)));
-    }
-    return figures;
+    return composited ? figures : composited;
 }
 
 } // namespace glimmerpane::bench
