@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "bench/CopyReference.h"
-#include "bench/FrameNumber.h"
 #include "bench/Measurement.h"
+#include "bench/NumberedAnimation.h"
 #include "bench/OutputReader.h"
 #include "bench/ProcessUsage.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
-
-#include <QCoreApplication>
 
 namespace glimmerpane::bench
 {
@@ -19,7 +17,6 @@ using testing::failure;
 
 constexpr double costTarget = 2.2;
 constexpr double rateTarget = 59;
-constexpr std::chrono::seconds liveLimit{10};
 
 /** What one run gave; times are milliseconds. */
 struct Run {
@@ -38,64 +35,6 @@ struct Spent {
     double program = 0;
     uint32_t sourceFrames = 0;
 };
-
-Result<testing::ChildProcess> startAnimation(const Desktop &desktop)
-{
-    const QString geometry = QStringLiteral("%1x%2+%3+%4")
-                                 .arg(measuredArea.width())
-                                 .arg(measuredArea.height())
-                                 .arg(measuredArea.x())
-                                 .arg(measuredArea.y());
-    return testing::ChildProcess::start(
-        {.program = QCoreApplication::applicationDirPath() + QStringLiteral("/glimmerpane_pattern"),
-         .arguments = {QStringLiteral("--geometry"), geometry},
-         .environment = desktop.environment()});
-}
-
-/** The number that stands on the screen now. */
-Result<uint32_t> sourceNumber(const Desktop &desktop)
-{
-    const auto strip
-        = desktop.client().screenshot(QRect(measuredArea.topLeft(), frameNumber::stripSize));
-    if (!strip) {
-        return failure(strip.error());
-    }
-    const auto number = frameNumber::read(*strip);
-    if (!number) {
-        return failure(QStringLiteral("the animation cannot be seen on the screen"));
-    }
-    return *number;
-}
-
-Result<void> awaitAnimation(const Desktop &desktop)
-{
-    constexpr uint32_t settled = 30;
-    const auto runs = [&] { return sourceNumber(desktop).value_or(0) > settled; };
-    if (!desktop.waitFor(runs, liveLimit)) {
-        return failure(QStringLiteral("the animation does not start"));
-    }
-    return {};
-}
-
-Result<void> awaitOutput(const SharedDesktop &shared)
-{
-    const auto captured = testing::CapturedWindow::open(shared.desktop->client(), shared.output);
-    if (!captured) {
-        return failure(captured.error());
-    }
-    std::optional<uint32_t> first;
-    const auto isLive = [&] {
-        const auto number = shownNumber(*captured, {});
-        if (number && !first) {
-            first = *number;
-        }
-        return number && *number > *first + 30;
-    };
-    if (!shared.desktop->waitFor(isLive, liveLimit)) {
-        return failure(QStringLiteral("the output does not show the animation"));
-    }
-    return {};
-}
 
 double milliseconds(std::chrono::nanoseconds time)
 {
@@ -137,9 +76,8 @@ Result<Run> measureRun(const Measurement &measurement)
     run.copy = copyMilliseconds(size_t{4} * measuredArea.width() * measuredArea.height());
     SharedDesktop shared{.desktop = std::move(*desktop)};
     const auto animation = startAnimation(*shared.desktop);
-    const auto started = animation ? awaitAnimation(*shared.desktop) : failure(animation.error());
-    if (!started) {
-        return failure(started.error());
+    if (!animation) {
+        return failure(animation.error());
     }
     const auto alone = spend(*shared.desktop, 0, measurement.extent.phase);
     if (!alone) {

@@ -60,6 +60,7 @@ Figures measureChangeLatency(const Measurement &measurement);
 Figures measureFirstFrame(const Measurement &measurement);
 Figures measureStartUp(const Measurement &measurement);
 Figures measureCycles(const Measurement &measurement);
+Figures measureClicks(const Measurement &measurement);
 Figures measureDragging(const Measurement &measurement);
 
 } // namespace glimmerpane::bench

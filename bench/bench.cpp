@@ -23,7 +23,7 @@ constexpr Named measurements[] = {
     {"full-motion", &measureFullMotion}, {"still-screen", &measureStillScreen},
     {"latency", &measureChangeLatency},  {"first-frame", &measureFirstFrame},
     {"start-up", &measureStartUp},       {"cycles", &measureCycles},
-    {"drag", &measureDragging},
+    {"drag", &measureDragging},          {"clicks", &measureClicks},
 };
 
 void tell(const QString &text)
@@ -100,7 +100,7 @@ int main(int argc, char **argv)
     const QCommandLineOption only(
         QStringLiteral("only"),
         QStringLiteral(
-            "full-motion, still-screen, latency, first-frame, start-up, cycles or drag."),
+            "full-motion, still-screen, latency, first-frame, start-up, cycles, drag or clicks."),
         QStringLiteral("figure"));
     parser.addOptions({output, program, quick, only});
     parser.process(application);

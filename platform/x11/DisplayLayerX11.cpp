@@ -16,6 +16,9 @@ namespace
 // As many as the capture thread remembers looks of the pointer.
 constexpr std::size_t mostSprites = 128;
 
+// Beyond that one large copy is cheaper than a request for each part.
+constexpr int mostParts = 16;
+
 QRect rectangleOf(const Highlight &highlight)
 {
     return {highlight.topLeft, highlight.image.size()};
@@ -169,6 +172,9 @@ void DisplayLayerX11::show(const QRegion &stale)
         if (stale.intersects(overlay)) {
             patch |= overlay;
         }
+    }
+    if (patch.rectCount() > mostParts) {
+        patch = patch.boundingRect();
     }
     // What lies over the picture comes first: a client that reads before the rest follows may see
     // the pointer at two places, but never misses it.
