@@ -35,8 +35,8 @@ public:
 
     /**
      * Shows these highlights, the last one uppermost, in place of those before; where one was, the
-     * picture is whole again in the same step. False, and nothing done, while the X server has not
-     * finished the last call. Never waits.
+     * picture is whole again in the same step. False as long as they are not shown, because the X
+     * server is busy or a frame is due that will show them: then call again. Never waits.
      */
     virtual bool setHighlights(const std::vector<Highlight> &highlights) = 0;
 };

@@ -16,6 +16,9 @@ namespace
 // As many as the capture thread remembers looks of the pointer.
 constexpr std::size_t mostSprites = 128;
 
+// Frames that follow each other within that time are a moving picture.
+constexpr std::chrono::milliseconds flowInterval(25);
+
 // Beyond that one large copy is cheaper than a request for each part.
 constexpr int mostParts = 16;
 
@@ -108,10 +111,12 @@ bool DisplayLayerX11::isScaled() const
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 {
     frame_ = sample;
+    lastFrame_ = std::chrono::steady_clock::now();
+    const QRegion highlighted = adoptHighlights();
     if (isScaled()) {
         showScaled();
     } else {
-        show((sample.changed | adoptPointer()) & sample.source);
+        show((sample.changed | adoptPointer() | highlighted) & sample.source);
     }
     frameFence_ = setFence();
 }
@@ -121,11 +126,20 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
     if (!isPassed(highlightFence_)) {
         return false;
     }
-    const QRegion stale = regionOf(highlights_) | regionOf(highlights);
     highlights_ = highlights;
     if (!frame_) {
         return true;
     }
+    if (highlights.empty() && highlighted_.isEmpty()) {
+        isHighlightDue_ = false;
+        return true;
+    }
+    // While frames flow, each shows the highlights as well: no need to draw twice.
+    const auto age = std::chrono::steady_clock::now() - lastFrame_;
+    if (age < flowInterval && !std::exchange(isHighlightDue_, true)) {
+        return false;
+    }
+    const QRegion stale = adoptHighlights();
     if (isScaled()) {
         showScaled();
     } else {
@@ -133,6 +147,14 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
     }
     highlightFence_ = setFence();
     return true;
+}
+
+/** The highlights are being drawn as they are now; where that changes something. */
+QRegion DisplayLayerX11::adoptHighlights()
+{
+    isHighlightDue_ = false;
+    const QRegion now = regionOf(highlights_);
+    return now | std::exchange(highlighted_, now);
 }
 
 /** The latest frame's pointer is the one that is shown from now on; what that changes. */

@@ -6,6 +6,7 @@
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
+#include <chrono>
 #include <deque>
 #include <expected>
 #include <memory>
@@ -53,6 +54,7 @@ private:
     bool isScaled() const;
     QRegion adoptPointer();
     std::vector<QRect> overlays() const;
+    QRegion adoptHighlights();
     void show(const QRegion &stale);
     void showPatch(const QRegion &patch);
     void showScaled();
@@ -71,6 +73,9 @@ private:
     std::optional<SampleBuffer> frame_; ///< the latest
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;
+    QRegion highlighted_; ///< where highlights are in the window now, root pixels
+    bool isHighlightDue_ = false; ///< highlights_ wait for the next frame
+    std::chrono::steady_clock::time_point lastFrame_;
     Fence frameFence_;
     Fence highlightFence_;
 };

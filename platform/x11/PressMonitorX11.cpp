@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QSysInfo>
+#include <QtConcurrent>
 
 #include <xcb/xinput.h>
 
@@ -56,31 +57,56 @@ PressMonitorX11::PressMonitorX11(Connection connection, const Extensions &extens
     , host_(QSysInfo::machineHostName().toLatin1())
     , events_(connection_)
 {
-    events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
+    events_.onEvent = [this](const xcb_generic_event_t &event) { count(event); };
+    events_.onDrained = [this] { look(); };
     selectRawEvents(connection_, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
     events_.flush();
 }
 
-void PressMonitorX11::handle(const xcb_generic_event_t &event)
+PressMonitorX11::~PressMonitorX11()
+{
+    place_.waitForFinished();
+}
+
+void PressMonitorX11::count(const xcb_generic_event_t &event)
 {
     constexpr std::uint32_t left = 1;
     constexpr std::uint32_t right = 3;
-    if (rawEventType(event, xinputOpcode_) != XCB_INPUT_RAW_BUTTON_PRESS) {
+    if (rawEventType(event, xinputOpcode_) == XCB_INPUT_RAW_BUTTON_PRESS) {
+        const auto &press = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
+        presses_ += press.detail == left || press.detail == right ? 1 : 0;
+    }
+}
+
+/** Presses that have arrived together are at one place: the server knows only the latest. */
+void PressMonitorX11::look()
+{
+    if (presses_ == 0 || isLooking_) {
         return;
     }
-    const auto button = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event).detail;
-    if (button != left && button != right) {
-        return;
-    }
+    isLooking_ = true;
+    const int presses = std::exchange(presses_, 0);
+    place_ = QtConcurrent::run([this] { return placeOfPress(); });
+    place_.then(&events_, [this, presses](const std::optional<QPoint> &place) {
+        isLooking_ = false;
+        for (int i = 0; place && i < presses; ++i) {
+            pressed_(*place);
+        }
+        events_.flush(); // waiting for answers has read events
+        look();
+    });
+}
+
+/** Nothing if it was on a window of this program. */
+std::optional<QPoint> PressMonitorX11::placeOfPress() const
+{
     const Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
         connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
     if (!pointer || pointer->same_screen == 0) {
-        return;
+        return std::nullopt;
     }
     const QPoint place(pointer->root_x, pointer->root_y);
-    if (!isOurs(pointer->child, place)) {
-        pressed_(place);
-    }
+    return isOurs(pointer->child, place) ? std::nullopt : std::optional(place);
 }
 
 /** Whether the window at that place, or one that it lies in, is of this program. */

@@ -6,28 +6,35 @@
 #include "platform/x11/EventReader.h"
 
 #include <QByteArray>
+#include <QFuture>
 #include <QPoint>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane::x11
 {
 
 /**
  * Raw button events of XInput 2. They come from every device, and while other clients hold the
- * pointer in a grab, but say neither where nor over which window; the server is asked for that.
+ * pointer in a grab, but say neither where nor over which window. The server is asked for that, in
+ * the background: its answers can be late while it draws.
  */
 class PressMonitorX11 : public PressMonitor
 {
 public:
     /** `pressed` gets the pointer's place, root pixels. Nothing where the server lacks XInput. */
     static std::unique_ptr<PressMonitor> create(std::function<void(QPoint)> pressed);
+    ~PressMonitorX11() override;
+    Q_DISABLE_COPY_MOVE(PressMonitorX11)
 
 private:
     PressMonitorX11(Connection connection, const Extensions &extensions,
                     std::function<void(QPoint)> pressed);
-    void handle(const xcb_generic_event_t &event);
+    void count(const xcb_generic_event_t &event);
+    void look();
+    std::optional<QPoint> placeOfPress() const;
     bool isOurs(xcb_window_t topLevel, QPoint place) const;
     bool belongsToUs(xcb_window_t window) const;
 
@@ -36,6 +43,9 @@ private:
     const std::function<void(QPoint)> pressed_;
     const xcb_atom_t pidProperty_;
     const QByteArray host_;
+    int presses_ = 0; ///< that nobody has looked after yet
+    bool isLooking_ = false;
+    QFuture<std::optional<QPoint>> place_;
     EventReader events_;
 };
 
