@@ -134,12 +134,19 @@ std::optional<QPoint> Program::setAreaButton() const
     return start ? std::optional(*start + nextButton) : std::nullopt;
 }
 
-Result<void> Program::click(std::optional<QPoint> (Program::*find)() const)
+Result<QPoint> Program::await(std::optional<QPoint> (Program::*find)() const) const
 {
     std::optional<QPoint> place;
     desktop_->waitFor([&] { return (place = (this->*find)()).has_value(); }, windowLimit);
+    return place ? Result<QPoint>(*place)
+                 : testing::failure(problem(QStringLiteral("a button cannot be pressed")));
+}
+
+Result<void> Program::click(std::optional<QPoint> (Program::*find)() const)
+{
+    const auto place = await(find);
     if (!place) {
-        return testing::failure(problem(QStringLiteral("a button cannot be pressed")));
+        return testing::failure(place.error());
     }
     testing::InputInjector(desktop_->client()).click(*place);
     return {};
@@ -153,6 +160,11 @@ Result<void> Program::clickStart()
 Result<void> Program::clickStop()
 {
     return click(&Program::stopButton);
+}
+
+Result<QPoint> Program::awaitSetArea() const
+{
+    return await(&Program::setAreaButton);
 }
 
 Result<xcb_window_t> Program::openSelector()

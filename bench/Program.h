@@ -44,8 +44,8 @@ public:
     /** Where to click, root pixels; nothing while the button is disabled or hidden. */
     std::optional<QPoint> startButton() const;
     std::optional<QPoint> stopButton() const;
-    /** The same of "Set area", which can be pressed whenever sharing can be started. */
-    std::optional<QPoint> setAreaButton() const;
+    /** The same of "Set area", once it can be pressed. */
+    Result<QPoint> awaitSetArea() const;
 
     /** Ends it as a session does; fails unless it leaves with exit code 0. */
     Result<void> end();
@@ -57,7 +57,10 @@ private:
     {
     }
     Result<xcb_window_t> await(const QString &title);
+    Result<QPoint> await(std::optional<QPoint> (Program::*button)() const) const;
     std::optional<QPoint> button(ButtonColor color) const;
+    /** Can be pressed whenever sharing can be started. */
+    std::optional<QPoint> setAreaButton() const;
     Result<void> click(std::optional<QPoint> (Program::*button)() const);
     QString problem(const QString &text) const;
 
