@@ -31,8 +31,7 @@ public Q_SLOTS:
         const bool isKnown = group == QStringLiteral("org.freedesktop.appearance")
             && key == QStringLiteral("color-scheme");
         // The portal's own habit: a variant in a variant.
-        return QDBusVariant(
-            QVariant::fromValue(QDBusVariant(isKnown ? QVariant(scheme_) : QVariant(false))));
+        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? scheme_ : 0U)));
     }
 
 Q_SIGNALS:
@@ -69,44 +68,37 @@ private Q_SLOTS:
         QVERIFY(!isDark(QApplication::palette()));
         const Appearance appearance;
         QTRY_VERIFY(isDark(QApplication::palette()));
-        portal.change(2);
-        QTRY_VERIFY(!isDark(QApplication::palette()));
-        portal.change(1);
-        QTRY_VERIFY(isDark(QApplication::palette()));
-        portal.change(0);
-        QTRY_VERIFY(!isDark(QApplication::palette()));
+        constexpr uint prefersDark = 1;
+        constexpr uint ofALaterVersion = 7;
+        for (const uint scheme : {2U, prefersDark, 0U, prefersDark, ofALaterVersion}) {
+            portal.change(scheme);
+            QTRY_COMPARE(isDark(QApplication::palette()), scheme == prefersDark);
+        }
         QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
     }
 
-    void theme_isReadable_data()
+    void theme_isReadable()
     {
         QPalette paleHighlight = lightPalette();
         paleHighlight.setColor(QPalette::Highlight, QColor(250, 220, 90));
         QPalette weakText = lightPalette();
         weakText.setColor(QPalette::WindowText, QColor(80, 80, 80));
-        QTest::addColumn<QPalette>("palette");
-        QTest::newRow("Qt's own") << QPalette();
-        QTest::newRow("light") << lightPalette();
-        QTest::newRow("dark") << darkPalette();
-        QTest::newRow("pale highlight") << paleHighlight;
-        QTest::newRow("weak text") << weakText;
-    }
-    void theme_isReadable()
-    {
-        QFETCH(QPalette, palette);
-        const Theme theme = themeFor(palette);
-        const std::pair<QColor, QColor> pairs[] = {
-            {theme.text, theme.window},
-            {theme.secondaryText, theme.window},
-            {theme.text, theme.control},
-            {theme.onAccent, theme.accent},
-            {theme.onDanger, theme.danger},
-            {theme.secondaryText, theme.field},
-            {palette.color(QPalette::Text), theme.field},
-        };
-        for (const auto &[text, background] : pairs) {
-            QVERIFY2(contrast(text, background) >= 4.5,
-                     qPrintable(text.name() + QStringLiteral(" on ") + background.name()));
+        for (const QPalette &palette :
+             {QPalette(), lightPalette(), darkPalette(), paleHighlight, weakText}) {
+            const Theme theme = themeFor(palette);
+            const std::pair<QColor, QColor> texts[]{
+                {theme.text, theme.window},
+                {theme.text, theme.control},
+                {palette.color(QPalette::Text), theme.field},
+                {theme.secondaryText, theme.window},
+                {theme.secondaryText, theme.field},
+                {theme.onAccent, theme.accent},
+                {theme.onDanger, theme.danger},
+            };
+            for (const auto &[text, background] : texts) {
+                QVERIFY2(contrast(text, background) >= 4.5,
+                         qPrintable(text.name() + QStringLiteral(" on ") + background.name()));
+            }
         }
     }
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/XvfbServer.h"
+#include "ui/FlatStyle.h"
 
 #include <QApplication>
 #include <QTest>
@@ -25,6 +26,7 @@ int runOnPrivateDisplay(int argc, char **argv)
     // Neither the person's own session bus nor one that is started for want of it.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     QApplication application(argc, argv);
+    QApplication::setStyle(new FlatStyle(QStringLiteral("fusion")));
     Test test;
     return QTest::qExec(&test, argc, argv);
 }
