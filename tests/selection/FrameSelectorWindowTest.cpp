@@ -42,12 +42,12 @@ private:
 
 /** Its X server refuses overlays once `refuses` is set. */
 struct OverlayDesktop : FakeDesktop {
-    std::vector<glimmerpane::Display> all{{.name = {}, .pixels = {0, 0, 1920, 1080}}};
     bool refuses = false;
     FakeOverlayWindow *overlay = nullptr; ///< the latest
     QStringList log;
 
-    std::vector<glimmerpane::Display> displays() const override { return all; }
+    OverlayDesktop() { all.front().pixels.setSize({1920, 1080}); }
+
     std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
         const QString &, QRect, const FrostedGlass &) override
     {

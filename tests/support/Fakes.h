@@ -8,161 +8,27 @@
 
 #include <atomic>
 #include <coroutine>
-#include <functional>
-#include <memory>
-#include <optional>
+#include <sstream>
 #include <utility>
-#include <vector>
 
 namespace glimmerpane
 {
 
-class FakeFrameRepository : public FrameRepositoryProtocol
+/** What a journal says of an event and the area it is about. */
+inline QString entry(const char *name, const CaptureFrame &area)
 {
-public:
-    std::optional<CaptureFrame> stored;
-    std::vector<CaptureFrame> saves;
+    std::ostringstream text; // unlike QString, it tells zeros by their sign
+    text << name << ' ' << area.x << ' ' << area.y << ' ' << area.width << ' ' << area.height;
+    return QString::fromStdString(text.str());
+}
 
-    std::optional<CaptureFrame> load() override { return stored; }
-
-    void save(const CaptureFrame &frame) override
-    {
-        stored = frame;
-        saves.push_back(frame);
-    }
-};
-
-/** Its windows are only names: a pointer that nothing may look behind. */
-class FakeWindowCoordinator : public WindowCoordinatorProtocol
-{
-public:
-    int selectorsShown = 0;
-    int selectorsClosed = 0;
-    std::optional<CaptureFrame> initialFrame; ///< of the latest selector
-    FrameHandler onConfirm;
-    Handler onCancel;
-
-    int windowsShown = 0;
-    int windowsClosed = 0;
-    CaptureFrame windowFrame; ///< of the latest window
-    std::shared_ptr<SharingWindow> window;
-    bool visible = false;
-    Handler whenClosing; ///< called first by closeSharingWindow()
-
-    void showFrameSelector(std::optional<CaptureFrame> frame, FrameHandler confirm,
-                           Handler cancel) override
-    {
-        ++selectorsShown;
-        initialFrame = frame;
-        onConfirm = std::move(confirm);
-        onCancel = std::move(cancel);
-    }
-
-    void closeFrameSelector() override { ++selectorsClosed; }
-
-    std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) override
-    {
-        ++windowsShown;
-        windowFrame = frame;
-        visible = true;
-        const auto name = std::make_shared<char>();
-        window = {name, reinterpret_cast<SharingWindow *>(name.get())};
-        return window;
-    }
-
-    void closeSharingWindow() override
-    {
-        if (whenClosing) {
-            whenClosing();
-        }
-        ++windowsClosed;
-        visible = false;
-        window.reset();
-    }
-
-    bool isSharingWindowVisible() const override { return visible; }
-};
-
-class FakeCaptureService : public CaptureServiceProtocol
-{
-public:
-    /** A start in flight. One that is dropped ends like one that was stopped. */
-    class Start
-    {
-    public:
-        Start(const CaptureFrame &area, std::shared_ptr<SharingWindow> output)
-            : frame(area)
-            , window(std::move(output))
-        {
-        }
-        ~Start() { resume(); }
-        Start(const Start &) = delete;
-        Start &operator=(const Start &) = delete;
-
-        const CaptureFrame frame;
-        const std::shared_ptr<SharingWindow> window;
-
-        bool isInFlight() const { return bool(waiting_); }
-
-        /** Lets the caller of startCapture() go on; only the first call counts. */
-        void complete(const StartResult &result)
-        {
-            if (isInFlight()) {
-                result_ = result;
-                resume();
-            }
-        }
-
-        struct Completion {
-            Start &start;
-
-            bool await_ready() const { return false; }
-            void await_suspend(std::coroutine_handle<> waiting) { start.waiting_ = waiting; }
-            StartResult await_resume() { return std::move(start.result_); }
-        };
-        Completion completion() { return {*this}; }
-
-    private:
-        void resume()
-        {
-            if (const auto waiting = std::exchange(waiting_, {})) {
-                waiting.resume();
-            }
-        }
-
-        std::coroutine_handle<> waiting_;
-        StartResult result_;
-    };
-
-    std::vector<std::shared_ptr<Start>> starts;
-    std::optional<StartResult> answer; ///< of starts from now on; without one they stay in flight
-    int stops = 0;
-    Handler onCaptureEnded;
-
-    void setOnCaptureEnded(Handler handler) override { onCaptureEnded = std::move(handler); }
-
-    QCoro::Task<StartResult> startCapture(CaptureFrame frame,
-                                          std::shared_ptr<SharingWindow> window) override
-    {
-        Start &start = *starts.emplace_back(std::make_shared<Start>(frame, std::move(window)));
-        if (answer) {
-            co_return *answer;
-        }
-        co_return co_await start.completion();
-    }
-
-    void stopCapture() override { ++stops; }
-};
-
-/** A desktop without windows and streams. */
-class FakeDesktop : public Desktop
-{
-public:
+/** A desktop that makes no windows and streams. */
+struct FakeDesktop : Desktop {
     double scale = 1;
-    std::optional<Rect> mainFrame = Rect{.x = 0, .y = 0, .width = 1440, .height = 900};
+    std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
     std::expected<ShareableContent, Error> content; ///< change it only while no request runs
-    mutable std::atomic<int> contentRequests = 0;
-    int privacySettingsOpened = 0;
+    std::atomic<bool> held = false;
+    QStringList journal; ///< what was asked of the fakes, one event each
 
     /** Requests for the content that still run are ended first. */
     ~FakeDesktop() override
@@ -172,92 +38,153 @@ public:
     }
 
     /** Lets requests for the content wait until releaseContent(). */
-    void holdContent() { held_ = true; }
+    void holdContent() { held = true; }
     void releaseContent()
     {
-        held_ = false;
-        held_.notify_all();
+        held = false;
+        held.notify_all();
     }
-
     void denyContent() { content = std::unexpected(Error{QStringLiteral("denied"), {}}); }
 
     double scaleFactor() const override { return scale; }
-    std::vector<Display> displays() const override
-    {
-        if (!mainFrame) {
-            return {};
-        }
-        const QSize size = toPixels(mainFrame->width, mainFrame->height, scale);
-        return {{.name = {}, .pixels = {QPoint(), size}}};
-    }
-
+    std::vector<Display> displays() const override { return all; }
     std::expected<ShareableContent, Error> shareableContent() const override
     {
-        ++contentRequests;
-        held_.wait(true);
+        held.wait(true);
         return content;
     }
+    void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
 
-    void openPrivacySettings() override { ++privacySettingsOpened; }
-
-    std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &,
-                                                                               QPoint,
-                                                                               QSize) override
+    template<typename T>
+    using Made = std::expected<std::unique_ptr<T>, Error>;
+    Made<OffscreenWindow> makeOffscreenWindow(const QString &, QPoint, QSize) override
     {
-        return std::unexpected(Error{QStringLiteral("no windows"), {}});
+        return {};
     }
-
-    std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
-        const QString &, QRect, const FrostedGlass &) override
+    Made<OverlayWindow> makeOverlayWindow(const QString &, QRect, const FrostedGlass &) override
     {
-        return std::unexpected(Error{QStringLiteral("no overlays"), {}});
+        return {};
     }
-
-    std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
-        const OffscreenWindow &) override
-    {
-        return std::unexpected(Error{QStringLiteral("no layers"), {}});
-    }
-
+    Made<DisplayLayer> makeDisplayLayer(const OffscreenWindow &) override { return {}; }
     std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)>) override
     {
-        return nullptr;
+        return {};
     }
-
     std::unique_ptr<CaptureStream> makeCaptureStream(const ContentFilter &,
                                                      const StreamConfiguration &) override
     {
-        return nullptr;
+        return {};
     }
-
-private:
-    std::atomic<bool> held_ = false;
 };
 
-class FakeAlerts : public AlertPresenterProtocol
-{
-public:
-    std::vector<Alert> shown;
+template<typename Protocol>
+struct Journalist : Protocol {
+    explicit Journalist(QStringList &events)
+        : journal(events)
+    {
+    }
+    QStringList &journal;
+};
+
+struct FakeFrameRepository : Journalist<FrameRepositoryProtocol> {
+    using Journalist::Journalist;
+    std::optional<CaptureFrame> stored;
+
+    std::optional<CaptureFrame> load() override { return stored; }
+    void save(const CaptureFrame &frame) override { journal.append(entry("save", frame)); }
+};
+
+struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
+    using Journalist::Journalist;
+    FrameHandler onConfirm;
+    Handler onCancel;
+    bool isVisible = false;
+
+    void showFrameSelector(std::optional<CaptureFrame> frame, FrameHandler confirm,
+                           Handler cancel) override
+    {
+        journal.append(frame ? entry("select", *frame) : QStringLiteral("select"));
+        onConfirm = std::move(confirm);
+        onCancel = std::move(cancel);
+    }
+    void closeFrameSelector() override { }
+
+    std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) override
+    {
+        journal.append(entry("window", frame));
+        isVisible = true;
+        return nullptr;
+    }
+    void closeSharingWindow() override
+    {
+        journal.append(QStringLiteral("close"));
+        isVisible = false;
+    }
+    bool isSharingWindowVisible() const override { return isVisible; }
+};
+
+struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
+    using Journalist::Journalist;
+
+    /** A start in flight. One that is dropped ends like one that was stopped. */
+    struct Start {
+        std::coroutine_handle<> caller = nullptr;
+        StartResult result = {};
+
+        ~Start() { complete({}); }
+
+        /** Lets the caller of startCapture() go on; only the first call counts. */
+        void complete(const StartResult &answer)
+        {
+            if (const auto waiting = std::exchange(caller, nullptr)) {
+                result = answer;
+                waiting.resume();
+            }
+        }
+    };
+    struct Completion {
+        Start &start;
+
+        bool await_ready() const { return false; }
+        void await_suspend(std::coroutine_handle<> waiting) const { start.caller = waiting; }
+        StartResult await_resume() const { return start.result; }
+    };
+
+    std::vector<std::shared_ptr<Start>> starts;
+    Handler onCaptureEnded;
+
+    void setOnCaptureEnded(Handler handler) override { onCaptureEnded = std::move(handler); }
+    QCoro::Task<StartResult> startCapture(CaptureFrame frame,
+                                          std::shared_ptr<SharingWindow>) override
+    {
+        journal.append(entry("capture", frame));
+        co_return co_await Completion{*starts.emplace_back(std::make_shared<Start>())};
+    }
+    void stopCapture() override { journal.append(QStringLiteral("stop")); }
+};
+
+struct FakeAlerts : Journalist<AlertPresenterProtocol> {
+    using Journalist::Journalist;
+    Alert shown; ///< the latest
     int answer = firstAlertButton;
-    std::function<void()> whileUp; ///< called while an alert is up
+    std::function<void()> whileUp = [] { };
 
     int runModal(const Alert &alert) override
     {
-        shown.push_back(alert);
-        if (whileUp) {
-            whileUp();
-        }
+        journal.append(alert.messageText + u'|' + alert.informativeText + u'|'
+                       + alert.buttons.join(u'|'));
+        shown = alert;
+        whileUp();
         return answer;
     }
 };
 
 /** A view model with a fake for everything. The services live as long as the view model. */
 struct FakeApplication {
-    explicit FakeApplication(std::optional<CaptureFrame> stored = std::nullopt,
-                             std::optional<Rect> mainFrame = Rect{0, 0, 1440, 900})
+    explicit FakeApplication(std::optional<CaptureFrame> stored, bool hasDisplay = true)
     {
-        desktop.mainFrame = mainFrame;
         repository->stored = stored;
+        desktop.all.resize(hasDisplay ? 1 : 0);
         viewModel = std::make_unique<MainViewModel>(
             std::unique_ptr<FrameRepositoryProtocol>(repository), nullptr,
             std::unique_ptr<WindowCoordinatorProtocol>(coordinator),
@@ -265,10 +192,11 @@ struct FakeApplication {
     }
 
     FakeDesktop desktop;
-    FakeAlerts alerts;
-    FakeFrameRepository *const repository = new FakeFrameRepository;
-    FakeWindowCoordinator *const coordinator = new FakeWindowCoordinator;
-    FakeCaptureService *const capture = new FakeCaptureService;
+    QStringList &journal = desktop.journal;
+    FakeAlerts alerts{journal};
+    FakeFrameRepository *const repository = new FakeFrameRepository(journal);
+    FakeWindowCoordinator *const coordinator = new FakeWindowCoordinator(journal);
+    FakeCaptureService *const capture = new FakeCaptureService(journal);
     std::unique_ptr<MainViewModel> viewModel;
 };
 

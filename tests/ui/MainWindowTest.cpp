@@ -3,43 +3,81 @@
 #include "tests/support/Fakes.h"
 #include "tests/ui/PrivateDisplay.h"
 #include "ui/ContentView.h"
-#include "ui/FlatStyle.h"
+#include "ui/Theme.h"
 
-#include <QAbstractButton>
 #include <QAccessible>
 #include <QLineEdit>
-#include <QWindow>
+
+#include <set>
 
 using namespace glimmerpane;
 
 namespace
 {
 
+constexpr CaptureFrame area{10, 20, 300, 200};
+constexpr auto buttonNames = {"startButton", "setAreaButton", "resetAreaButton", "stopButton"};
+constexpr auto fieldNames = {"xField", "yField", "widthField", "heightField"};
+
 struct ShownWindow : FakeApplication {
-    ShownWindow()
-        : FakeApplication(CaptureFrame{10, 20, 300, 200})
+    explicit ShownWindow(const CaptureFrame &stored = area)
+        : FakeApplication(stored)
     {
         window.show();
         window.move(100, 100);
         window.activateWindow();
-        isActive = QTest::qWaitForWindowActive(&window);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
         QCoreApplication::processEvents();
     }
 
-    QWidget &part(const QString &name) const { return *window.findChild<QWidget *>(name); }
+    template<typename Part = QWidget>
+    Part &part(const char *name) const
+    {
+        return *window.findChild<Part *>(QLatin1String(name));
+    }
+
+    /** In the window's coordinates. */
+    QPoint centreOf(const char *name) const
+    {
+        return part(name).mapTo(&window, part(name).rect().center());
+    }
+
+    void click(const char *name) const
+    {
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, centreOf(name));
+        QCoreApplication::processEvents();
+    }
+
+    /** The texts of the four fields, with a bar between each two. */
+    QString texts() const
+    {
+        QStringList texts;
+        for (const char *name : fieldNames) {
+            texts.append(part<QLineEdit>(name).text());
+        }
+        return texts.join(u'|');
+    }
+
+    QString enabledButtons() const
+    {
+        QStringList enabled;
+        for (const char *name : buttonNames) {
+            if (part(name).isEnabled()) {
+                enabled.append(QLatin1String(name));
+            }
+        }
+        return enabled.join(u' ');
+    }
+
+    std::set<QRgb> colorsOf(const char *name) const
+    {
+        const QImage image = part(name).grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const auto *pixels = reinterpret_cast<const QRgb *>(image.constBits());
+        return {pixels, pixels + image.width() * image.height()};
+    }
 
     MainWindow window{*viewModel};
-    bool isActive = false;
 };
-
-QStringList names(std::initializer_list<const char *> list)
-{
-    QStringList result;
-    for (const char *name : list) {
-        result.append(QString::fromLatin1(name));
-    }
-    return result;
-}
 
 } // namespace
 
@@ -48,130 +86,239 @@ class MainWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setStyle(new FlatStyle(QStringLiteral("fusion"))); }
-
-    void window_isAsLargeAsItsContent_data()
+    void firstShow_fillsFieldsWithWholeNumbers_data()
     {
-        QTest::addColumn<double>("fontScale");
-        QTest::newRow("usual font") << 1.0;
-        QTest::newRow("large font") << 1.8;
+        QTest::addColumn<double>("value");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("half to even, down") << 0.5 << "0";
+        QTest::newRow("half to even, up") << 1.5 << "2";
+        QTest::newRow("negative half") << -2.5 << "-2";
+        QTest::newRow("sign of zero") << -0.4 << "-0";
+        QTest::newRow("no exponent") << 1e21 << "1000000000000000000000";
     }
+    void firstShow_fillsFieldsWithWholeNumbers()
+    {
+        QFETCH(double, value);
+        QFETCH(QString, text);
+        const ShownWindow shown({value, 20, 300, 200});
+        QCOMPARE(shown.texts(), text + QStringLiteral("|20|300|200"));
+        // The rounded numbers are the area from now on.
+        QCOMPARE(shown.journal, QStringList(entry("save", {text.toDouble(), 20, 300, 200})));
+    }
+
+    void typing_commitsEachKeystroke_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("saved"); // the width; nothing if it stays as it was
+        const auto row = [](const char *keys, const char *text, const char *saved) {
+            QTest::newRow(keys) << QString::fromLatin1(text) << QString::fromLatin1(saved);
+        };
+        row("640", "640", "640");
+        row("abc", "abc", "");
+        row(" 12", " 12", "");
+        row("1e", "1e", "1");
+        row("1e3", "1000", "1000");
+        row("12.6", "13", "13");
+        row("-0.4", "-0", "-0");
+        row("nan", "nan", "nan");
+        row("infinity", "infinity", "inf");
+        row("\b", "", ""); // the first key replaces the whole text
+    }
+    void typing_commitsEachKeystroke()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, saved);
+        const ShownWindow shown;
+        shown.click("widthField");
+        shown.part<QLineEdit>("widthField").selectAll();
+        for (const char *key = QTest::currentDataTag(); *key != '\0'; ++key) {
+            QTest::keyClick(shown.window.windowHandle(), *key);
+            QCoreApplication::processEvents();
+        }
+        QCOMPARE(shown.texts(), QStringLiteral("10|20|%1|200").arg(text));
+        const QString width = saved.isEmpty() ? QStringLiteral("300") : saved;
+        QCOMPARE(shown.journal.back(), QStringLiteral("save 10 20 %1 200").arg(width));
+        QCOMPARE(shown.journal.size() > 1, !saved.isEmpty());
+        QCOMPARE(entry("save", shown.viewModel->currentFrame()), shown.journal.back());
+    }
+
+    void newArea_isNeverMixedWithTheOldOne_data()
+    {
+        QTest::addColumn<QString>("typedMeanwhile");
+        QTest::addColumn<QStringList>("atOnce");
+        QTest::addColumn<QString>("texts");
+        const QString save = QStringLiteral("save 1 3 3007 481");
+        QTest::newRow("alone") << QString() << QStringList() << "1|3|640|481";
+        QTest::newRow("before a keystroke") << "7" << QStringList(save) << "1|3|3007|481";
+    }
+    void newArea_isNeverMixedWithTheOldOne()
+    {
+        QFETCH(QString, typedMeanwhile);
+        QFETCH(QStringList, atOnce);
+        ShownWindow shown;
+        auto &height = shown.part<QLineEdit>("heightField");
+        shown.viewModel->frameSelected({9.25, 9, 300, 480.9});
+        QCoreApplication::processEvents();
+        height.setCursorPosition(1);
+        shown.journal.clear();
+        shown.viewModel->frameSelected({7.75, 8, 640, 480.9});
+        shown.viewModel->frameSelected({1.4, 2.6, 640.2, 480.9});
+        QTest::keyClicks(&shown.part("widthField"), typedMeanwhile);
+        const QStringList selected{QStringLiteral("save 7.75 8 640 480.9"),
+                                   QStringLiteral("save 1.4 2.6 640.2 480.9")};
+        QCOMPARE(shown.journal, selected + atOnce);
+        QCoreApplication::processEvents();
+        QTEST(shown.texts(), "texts");
+        const QString rounded = QStringLiteral("save ") + shown.texts().replace(u'|', u' ');
+        QCOMPARE(shown.journal, selected + QStringList(rounded));
+        QCOMPARE(height.cursorPosition(), 1); // its text stayed the same
+    }
+
+    void click_reachesTheServicesAndEnablesWhatCanFollow_data()
+    {
+        QTest::addColumn<QString>("enabled");
+        QTest::addColumn<QString>("journal");
+        const QString idle = QStringLiteral("startButton setAreaButton resetAreaButton");
+        QTest::newRow("title") << idle << "";
+        QTest::newRow("setAreaButton") << "" << "select 10 20 300 200";
+        QTest::newRow("resetAreaButton") << "" << "select";
+        QTest::newRow("startButton") << "stopButton"
+                                     << "window 10 20 300 200, capture 10 20 300 200";
+    }
+    void click_reachesTheServicesAndEnablesWhatCanFollow()
+    {
+        QFETCH(QString, enabled);
+        ShownWindow shown;
+        const QString enabledBefore = shown.enabledButtons();
+        shown.journal.clear();
+        shown.click(QTest::currentDataTag());
+        QTRY_COMPARE(shown.enabledButtons(), enabled);
+        shown.click(QTest::currentDataTag());
+        QTEST(shown.journal.join(QStringLiteral(", ")), "journal");
+        for (const char *name : fieldNames) {
+            QVERIFY(shown.part(name).isEnabled());
+        }
+        const Theme theme = themeFor(shown.window.palette());
+        const bool canStart = enabled.contains(QStringLiteral("startButton"));
+        const bool canStop = enabled.contains(QStringLiteral("stopButton"));
+        QCOMPARE(shown.colorsOf("startButton").contains(theme.accent.rgb()), canStart);
+        QCOMPARE(shown.colorsOf("stopButton").contains(theme.danger.rgb()), canStop);
+        QCOMPARE(shown.colorsOf("stopButton").contains(theme.onDanger.rgb()), canStop);
+
+        shown.click("stopButton");
+        QCOMPARE(shown.journal.contains(QStringLiteral("close")), canStop);
+        if (shown.coordinator->onCancel) {
+            shown.coordinator->onCancel();
+        }
+        QTRY_COMPARE(shown.enabledButtons(), enabledBefore);
+    }
+
+    void emptyArea_endsEditing_whenClickedOnce()
+    {
+        const ShownWindow shown;
+        shown.click("xField");
+        QTest::keyClick(shown.window.windowHandle(), Qt::Key_End);
+        QTest::keyClick(shown.window.windowHandle(), '5');
+        shown.click("emptyArea");
+        QTRY_VERIFY(!shown.part("xField").hasFocus());
+        QTest::keyClick(shown.window.windowHandle(), '6');
+        QCOMPARE(shown.texts(), QStringLiteral("105|20|300|200"));
+    }
+
     void window_isAsLargeAsItsContent()
     {
-        QFETCH(double, fontScale);
-        QFont font = QApplication::font();
-        font.setPointSizeF(font.pointSizeF() * fontScale);
         ShownWindow shown;
-        shown.window.setFont(font);
         const auto *content = shown.window.findChild<ContentView *>();
-        QTRY_COMPARE(shown.window.size(), content->sizeHint());
-        QTRY_COMPARE(content->size(), shown.window.size());
-        QCOMPARE(content->width(), 320);
-        QVERIFY(content->height() >= 440);
-        const int top = shown.part(QStringLiteral("closeControl")).geometry().left();
-        QVERIFY(shown.part(QStringLiteral("title")).geometry().right() < top);
-        for (const auto *part : content->findChildren<QWidget *>()) {
-            QVERIFY2(content->rect().contains(QRect(part->mapTo(content, QPoint()), part->size())),
-                     qPrintable(part->objectName()));
-            QVERIFY2(part->height() >= part->minimumSizeHint().height(),
-                     part->metaObject()->className());
-        }
-        for (const QString &name :
-             names({"startButton", "setAreaButton", "resetAreaButton", "stopButton"})) {
-            QCOMPARE(shown.part(name).width(), 280);
+        QFont font = QApplication::font();
+        for (const double scale : {1.0, 1.8}) {
+            font.setPointSizeF(QApplication::font().pointSizeF() * scale);
+            shown.window.setFont(font);
+            QTRY_COMPARE(shown.window.size(), content->sizeHint());
+            QTRY_COMPARE(content->size(), shown.window.size());
+            QCOMPARE(content->width(), 320);
+            QVERIFY(content->height() >= 440);
+            const QRect title = shown.part("title").geometry();
+            QVERIFY(!title.intersects(shown.part("minimizeControl").geometry()));
+            for (const auto *part : content->findChildren<QWidget *>()) {
+                const QRect place(part->mapTo(content, QPoint()), part->size());
+                const bool fits = part->height() >= part->minimumSizeHint().height();
+                QVERIFY2(fits && content->rect().contains(place), qPrintable(part->objectName()));
+            }
+            for (const char *name : buttonNames) {
+                QCOMPARE(shown.part(name).width(), 280);
+            }
         }
     }
 
     void tab_reachesEveryEnabledButtonAndNoField_data()
     {
         QTest::addColumn<bool>("isSharing");
-        QTest::addColumn<QStringList>("order");
+        QTest::addColumn<QString>("order");
         QTest::newRow("idle") << false
-                              << names({"startButton", "setAreaButton", "resetAreaButton",
-                                        "minimizeControl", "closeControl", "startButton"});
+                              << QStringLiteral("startButton setAreaButton resetAreaButton "
+                                                "minimizeControl closeControl startButton");
         QTest::newRow("sharing") << true
-                                 << names({"stopButton", "minimizeControl", "closeControl",
-                                           "stopButton"});
+                                 << QStringLiteral(
+                                        "stopButton minimizeControl closeControl stopButton");
     }
     void tab_reachesEveryEnabledButtonAndNoField()
     {
         QFETCH(bool, isSharing);
-        QFETCH(QStringList, order);
+        QFETCH(QString, order);
         ShownWindow shown;
-        QVERIFY(shown.isActive);
         if (isSharing) {
-            shown.viewModel->startSharing();
-            QTRY_VERIFY(shown.part(QStringLiteral("stopButton")).isEnabled());
+            shown.click("startButton");
+            QTRY_VERIFY(shown.part("stopButton").isEnabled());
         }
         QStringList reached;
-        while (reached.size() < order.size()) {
+        while (reached.size() <= order.count(u' ')) {
+            QWidget &left = *shown.window.focusWidget();
+            const QImage focused = left.grab().toImage();
             QTest::keyClick(shown.window.windowHandle(), Qt::Key_Tab);
+            QVERIFY2(left.grab().toImage() != focused, "The focus does not show");
             reached.append(shown.window.focusWidget()->objectName());
         }
-        QCOMPARE(reached, order);
+        QCOMPARE(reached.join(u' '), order);
     }
 
-    void focus_showsOnTheButton_whenReachedByTab()
+    void drag_movesTheWindow_whenItStartsOnNoControl_data()
     {
-        ShownWindow shown;
-        QVERIFY(shown.isActive);
-        QWidget &button = shown.part(QStringLiteral("setAreaButton"));
-        const QImage before = button.grab().toImage();
-        QTest::keyClick(shown.window.windowHandle(), Qt::Key_Tab);
-        QTest::keyClick(shown.window.windowHandle(), Qt::Key_Tab);
-        QVERIFY(button.hasFocus());
-        QVERIFY(button.grab().toImage() != before);
+        QTest::addColumn<QPoint>("way");
+        QTest::newRow("title") << QPoint(60, 40);
+        QTest::newRow("emptyArea") << QPoint(60, 40);
+        QTest::newRow("identity") << QPoint(); // its text can be selected
+        QTest::newRow("setAreaButton") << QPoint();
+        QTest::newRow("stopButton") << QPoint(); // disabled
+        QTest::newRow("xField") << QPoint();
+    }
+    void drag_movesTheWindow_whenItStartsOnNoControl()
+    {
+        QFETCH(QPoint, way);
+        ShownWindow shown; // no window manager runs here, so the window moves itself
+        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100));
+        QWindow *window = shown.window.windowHandle();
+        const QPoint grab = shown.centreOf(QTest::currentDataTag());
+        QTest::mousePress(window, Qt::LeftButton, {}, grab);
+        QTest::mouseMove(window, grab + QPoint(60, 40));
+        QTest::mouseRelease(window, Qt::LeftButton, {}, grab);
+        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100) + way);
     }
 
     void everyControl_hasAnAccessibleName()
     {
         const ShownWindow shown;
-        QWidgetList controls;
-        for (auto *button : shown.window.findChildren<QAbstractButton *>()) {
-            controls.append(button);
+        for (const auto &names : {buttonNames, fieldNames, {"minimizeControl", "closeControl"}}) {
+            for (const char *name : names) {
+                const auto *control = QAccessible::queryAccessibleInterface(&shown.part(name));
+                QVERIFY2(!control->text(QAccessible::Name).isEmpty(), name);
+            }
         }
-        for (auto *field : shown.window.findChildren<QLineEdit *>()) {
-            controls.append(field);
-        }
-        QCOMPARE(controls.size(), 10);
-        for (QWidget *control : controls) {
-            const auto *accessible = QAccessible::queryAccessibleInterface(control);
-            QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(),
-                     qPrintable(control->objectName()));
-        }
-    }
-
-    void drag_movesTheWindow_whenItStartsOnNoControl_data()
-    {
-        QTest::addColumn<QString>("part");
-        QTest::addColumn<bool>("moves");
-        QTest::newRow("title") << QStringLiteral("title") << true;
-        QTest::newRow("empty area") << QStringLiteral("emptyArea") << true;
-        QTest::newRow("selectable label") << QStringLiteral("identity") << false;
-        QTest::newRow("button") << QStringLiteral("setAreaButton") << false;
-        QTest::newRow("disabled button") << QStringLiteral("stopButton") << false;
-        QTest::newRow("field") << QStringLiteral("xField") << false;
-    }
-    void drag_movesTheWindow_whenItStartsOnNoControl()
-    {
-        QFETCH(QString, part);
-        QFETCH(bool, moves);
-        ShownWindow shown; // no window manager runs here, so the window moves itself
-        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100));
-        QWindow *window = shown.window.windowHandle();
-        QWidget &start = shown.part(part);
-        const QPoint grab = start.mapTo(&shown.window, start.rect().center());
-        const QPoint way(60, 40);
-        QTest::mousePress(window, Qt::LeftButton, {}, grab);
-        QTest::mouseMove(window, grab + way);
-        QTest::mouseRelease(window, Qt::LeftButton, {}, grab);
-        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100) + (moves ? way : QPoint()));
     }
 
     void closeControl_closesTheWindow_whenClicked()
     {
-        ShownWindow shown;
-        QTest::mouseClick(&shown.part(QStringLiteral("closeControl")), Qt::LeftButton);
+        const ShownWindow shown;
+        shown.click("closeControl");
         QVERIFY(!shown.window.isVisible());
     }
 };

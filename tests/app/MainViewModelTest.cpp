@@ -1,0 +1,227 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/Fakes.h"
+
+#include <QTest>
+
+using namespace glimmerpane;
+
+namespace
+{
+
+using Area = std::optional<CaptureFrame>;
+
+constexpr CaptureFrame saved{1, 2, 3, 4};
+constexpr CaptureFrame chosen{5, 6, 7, 8};
+
+/** A view model whose observer writes into the journal too. Requests for the content wait. */
+struct Session : FakeApplication {
+    explicit Session(Area area = saved, bool hasDisplay = true)
+        : FakeApplication(area, hasDisplay)
+    {
+        desktop.holdContent();
+        QObject::connect(viewModel.get(), &MainViewModel::objectWillChange,
+                         [this] { journal.append(QStringLiteral("told")); });
+    }
+};
+
+/** Counts the turns of the half-second window watch. */
+struct WatchTurns : QObject {
+    int count = 0;
+
+    WatchTurns() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject *receiver, QEvent *event) override
+    {
+        const auto *timer = qobject_cast<QTimer *>(receiver);
+        count += event->type() == QEvent::Timer && timer && timer->interval() == 500;
+        return false;
+    }
+};
+
+using Step = void (*)(Session &);
+
+constexpr Step selectArea = [](Session &s) { s.viewModel->openFrameSelector(); };
+constexpr Step reset = [](Session &s) { s.viewModel->resetFrameSelector(); };
+constexpr Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
+constexpr Step cancel = [](Session &s) { s.coordinator->onCancel(); };
+constexpr Step deny = [](Session &s) { s.desktop.denyContent(); };
+constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
+constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
+constexpr Step start = [](Session &s) { s.viewModel->startSharing(); };
+constexpr Step answer = [](Session &s) {
+    s.desktop.releaseContent();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    s.desktop.holdContent();
+};
+constexpr Step succeed = [](Session &s) { s.capture->starts.back()->complete({}); };
+constexpr Step fail = [](Session &s) {
+    const CaptureFailure failure{QStringLiteral("why")};
+    s.capture->starts.back()->complete(std::unexpected(failure));
+};
+constexpr Step stop = [](Session &s) { s.viewModel->stopSharing(); };
+constexpr Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
+constexpr Step end = [](Session &s) { s.capture->onCaptureEnded(); };
+constexpr Step watch = [](Session &) {
+    const WatchTurns turns;
+    QTRY_VERIFY(turns.count > 0);
+};
+constexpr Step closeDuringAlert = [](Session &s) {
+    s.alerts.whileUp = [&s] {
+        closeWindow(s);
+        watch(s);
+    };
+};
+// The view model goes; then comes all that can still come for it.
+constexpr Step leave = [](Session &s) {
+    const auto starts = s.capture->starts;
+    const auto ended = s.capture->onCaptureEnded;
+    const auto confirmed = s.coordinator->onConfirm;
+    const auto cancelled = s.coordinator->onCancel;
+    s.viewModel.reset();
+    answer(s);
+    for (const auto &started : starts) {
+        started->complete(std::unexpected(CaptureFailure{}));
+    }
+    ended();
+    confirmed(chosen);
+    cancelled();
+};
+
+} // namespace
+
+class MainViewModelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void firstArea_isNotSaved_data()
+    {
+        QTest::addColumn<Area>("area");
+        QTest::addColumn<bool>("hasDisplay");
+        QTest::addColumn<CaptureFrame>("expected");
+        QTest::newRow("saved") << Area(saved) << true << saved;
+        QTest::newRow("display") << Area() << true << CaptureFrame{0, 0, 1280, 720};
+        QTest::newRow("neither") << Area() << false << CaptureFrame{0, 0, 1920, 1080};
+    }
+    void firstArea_isNotSaved()
+    {
+        QFETCH(Area, area);
+        QFETCH(bool, hasDisplay);
+        const Session session(area, hasDisplay);
+        QTEST(session.viewModel->currentFrame(), "expected");
+        QCOMPARE(session.journal, QStringList());
+    }
+
+    void steps_haveTheirEffects_data()
+    {
+        QTest::addColumn<std::vector<Step>>("steps");
+        QTest::addColumn<QString>("journal");
+        QTest::addColumn<QString>("open");
+        const QString opening = QStringLiteral("told, window 1 2 3 4, capture 1 2 3 4");
+        const QString failure = QStringLiteral("Screen Capture|Failed to start capture: why|OK");
+        const QString denial = QStringLiteral(
+            "Screen Recording Permission Required|Please grant Screen Recording permission in "
+            "System Settings > Privacy & Security > Screen Recording|Open System Settings|Cancel");
+        const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
+                             const char *open = "") {
+            QString text = QString::fromLatin1(journal).replace(u'*', opening);
+            text.replace(u'!', failure).replace(u'?', denial);
+            QTest::newRow(name) << steps << text << open;
+        };
+        row("confirm", {selectArea, confirm, selectArea},
+            "told, select 1 2 3 4, told, save 5 6 7 8, told, told, select 5 6 7 8", "selector");
+        row("cancel", {selectArea, cancel, selectArea, cancel, reset, cancel},
+            "told, select 1 2 3 4, told, told, select 1 2 3 4, told, told, select, told");
+        row("select while open", {reset, selectArea, reset}, "told, select", "selector");
+
+        row("start", {start, answer, succeed, watch}, "*", "session");
+        row("start while one starts or runs",
+            {start, start, answer, start, answer, succeed, start, answer}, "*", "session");
+        row("stop while none runs", {stop, end}, "");
+        row("stop", {start, answer, succeed, stop}, "*, close", "session");
+        row("stop, until the watch", {start, answer, succeed, stop, watch, start, answer},
+            "*, close, stop, told, *", "session");
+        row("stop while it starts", {start, answer, stop, watch, succeed}, "*, close, stop, told");
+        row("close", {start, answer, succeed, closeWindow, watch}, "*, stop, told");
+        row("close while it starts", {start, answer, closeWindow, watch, succeed}, "*, stop, told");
+        row("end", {start, answer, succeed, end, start, answer}, "*, close, told, *", "session");
+        row("end while it starts", {start, answer, end, succeed}, "*, close, told");
+        row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
+        row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
+        row("denied", {deny, start, answer}, "?, settings");
+        row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
+            "?, *", "session");
+        row("area chosen before the answer", {selectArea, start, confirm, answer},
+            "told, select 1 2 3 4, told, save 5 6 7 8, told, "
+            "told, window 5 6 7 8, capture 5 6 7 8",
+            "session");
+        row("area chosen while it runs", {start, answer, succeed, selectArea, confirm},
+            "*, told, select 1 2 3 4, told, save 5 6 7 8, told", "session");
+
+        row("gone before the answer", {reset, start, leave}, "told, select");
+        row("gone before the refusal", {reset, deny, start, leave}, "told, select");
+        row("gone while it starts", {reset, start, answer, leave}, "told, select, *");
+    }
+    void steps_haveTheirEffects()
+    {
+        QFETCH(std::vector<Step>, steps);
+        QFETCH(QString, journal);
+        QFETCH(QString, open);
+        Session session;
+        for (const Step step : steps) {
+            step(session);
+        }
+        QCOMPARE(session.journal.join(QStringLiteral(", ")), journal);
+        const MainViewModel *left = session.viewModel.get();
+        QCOMPARE(left && left->isFrameSelectorOpen(), open == QStringLiteral("selector"));
+        QCOMPARE(left && left->isSharingWindowOpen(), open == QStringLiteral("session"));
+        QCOMPARE(session.alerts.shown.style, Alert::Style::Warning);
+    }
+
+    void typedArea_isSavedIfItIsNumbers_andSharedIfItFitsAWindow_data()
+    {
+        QTest::addColumn<QString>("area"); // saved; nothing if the texts are refused
+        QTest::addColumn<QString>("flaw");
+        const auto row = [](const char *texts, const char *area, const char *flaw = "") {
+            QTest::newRow(texts) << QString::fromLatin1(area) << QString::fromLatin1(flaw);
+        };
+        row(" 1|2|3|4", "");
+        row("1|2 0|3|4", "");
+        row("1|2|3,5|4", "");
+        row("1|2|3|", "");
+        row("1|2|3|4", "1 2 3 4"); // saved although it is the same
+        row("10|20.5|0x10|-1e3", "10 20.5 16 -1000");
+        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25");
+        row("0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7");
+        row("0|0|nan|5", "0 0 nan 5", "finite");
+        row("0|0|5|-inf", "0 0 5 -inf", "finite");
+        row("nan|0|5|5", "nan 0 5 5", "position");
+        row("0|nan|5|5", "0 nan 5 5", "position");
+        row("0|0|0|5", "0 0 0 5", "empty");
+        row("0|0|5|-.24", "0 0 5 -0.24", "empty");
+        row("0|0|16383.75|5", "0 0 16383.8 5", "too large");
+        row("0|0|5|-1e300", "0 0 5 -1e+300", "too large");
+    }
+    void typedArea_isSavedIfItIsNumbers_andSharedIfItFitsAWindow()
+    {
+        QFETCH(QString, area);
+        QFETCH(QString, flaw);
+        Session session;
+        session.desktop.scale = 2;
+        const QStringList texts = QString::fromLatin1(QTest::currentDataTag()).split(u'|');
+        session.viewModel->updateFrame(texts[0], texts[1], texts[2], texts[3]);
+        const QStringList saving{QStringLiteral("told"), QStringLiteral("save ") + area};
+        QCOMPARE(session.journal, area.isEmpty() ? QStringList() : saving);
+        session.journal.clear();
+        start(session);
+        answer(session);
+        const QString shared = area.isEmpty() ? QStringLiteral("1 2 3 4") : area;
+        const QString opening = QStringLiteral("told, window %1, capture %1").arg(shared);
+        const QString events = session.journal.join(QStringLiteral(", "));
+        QCOMPARE(events.contains(opening), flaw.isEmpty());
+        QVERIFY2(events.contains(flaw), qPrintable(events));
+    }
+};
+
+QTEST_GUILESS_MAIN(MainViewModelTest)
+#include "MainViewModelTest.moc"
