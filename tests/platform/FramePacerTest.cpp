@@ -44,7 +44,7 @@ void FramePacerTest::nextFrame_staysOnTheGrid()
 
 void FramePacerTest::grid_movesToTheSource_butGivesNoExtraFrames()
 {
-    // Of the same rate, its pictures coming shortly after our frames; and a faster one.
+    // A source of the same rate that draws shortly after our frames, and a faster one.
     for (const auto period : {interval, interval / 3}) {
         FramePacer pacer(interval);
         pacer.advance(start, start);
