@@ -33,20 +33,7 @@ struct TwoMonitors : CaptureFixture {
     }
 };
 
-using Start = Result<ChildProcess> (*)(const XClient &, const ChildProcess::Options &);
-
-xcb_window_t ownerOf(const CaptureFixture &fixture, const QByteArray &selection)
-{
-    const auto cookie
-        = xcb_get_selection_owner(fixture.client.connection(), fixture.client.atom(selection));
-    const Reply<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(fixture.client.connection(), cookie, nullptr));
-    return reply ? reply->owner : xcb_window_t(XCB_NONE);
-}
-
 } // namespace
-
-Q_DECLARE_METATYPE(Start)
 
 class CaptureLifeTest : public QObject
 {
@@ -72,12 +59,8 @@ void CaptureLifeTest::picture_isTheArea_onEitherDisplay_whicheverIsPrimary()
         QVERIFY(fixture.showsArea());
         fixture.stop();
     }
-    const auto firstDisplay = [&] {
-        return fixture.desktop->shareableContent()
-            .value_or(ShareableContent{{{}}})
-            .displays[0]
-            .name;
-    };
+    const auto firstDisplay
+        = [&] { return fixture.desktop->shareableContent().value().displays.at(0).name; };
     QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
     fixture.removeMonitor(QStringLiteral("RIGHT"));
     fixture.server.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
@@ -91,18 +74,17 @@ void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen
     QTest::addColumn<QString>("monitor");
     QTest::addColumn<QRect>("becomes");
     QTest::addColumn<bool>("ends");
-    QTest::newRow("captured display is gone")
-        << areaOnTheLeft << QStringLiteral("LEFT") << QRect() << true;
-    QTest::newRow("captured display is smaller")
-        << areaOnTheLeft << QStringLiteral("LEFT") << QRect(0, 0, 600, 1024) << true;
-    QTest::newRow("display under the area is gone")
-        << areaOnTheRight << QStringLiteral("RIGHT") << QRect() << true;
-    QTest::newRow("display under the area is moved")
-        << areaOnTheRight << QStringLiteral("RIGHT") << QRect(640, 200, 640, 800) << true;
-    QTest::newRow("captured display is gone, the area is elsewhere")
-        << areaOnTheRight << QStringLiteral("LEFT") << QRect() << true;
-    QTest::newRow("another display is moved")
-        << areaOnTheLeft << QStringLiteral("RIGHT") << QRect(640, 100, 640, 900) << false;
+    const auto row
+        = [](const char *name, QRect area, const QString &monitor, QRect becomes,
+             bool ends = true) { QTest::newRow(name) << area << monitor << becomes << ends; };
+    const auto first = QStringLiteral("LEFT");
+    const auto second = QStringLiteral("RIGHT");
+    row("captured display is gone", areaOnTheLeft, first, {});
+    row("captured display is smaller", areaOnTheLeft, first, {0, 0, 600, 1024});
+    row("display under the area is gone", areaOnTheRight, second, {});
+    row("display under the area is moved", areaOnTheRight, second, {640, 200, 640, 800});
+    row("captured display is gone, the area is elsewhere", areaOnTheRight, first, {});
+    row("another display is moved", areaOnTheLeft, second, {640, 100, 640, 900}, false);
 }
 
 void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen()
@@ -164,18 +146,14 @@ void CaptureLifeTest::start_fails_whenTheXServerIsGone()
 void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes_data()
 {
     QTest::addColumn<QString>("program");
-    QTest::addColumn<Start>("start");
     QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
-    QTest::newRow("picom") << QStringLiteral("picom") << Start(startCompositor)
-                           << QByteArray("_NET_WM_CM_S0");
-    QTest::newRow("openbox") << QStringLiteral("openbox") << Start(startWindowManager)
-                             << QByteArray("WM_S0");
+    QTest::newRow("compositor") << QStringLiteral("picom") << QByteArray("_NET_WM_CM_S0");
+    QTest::newRow("window manager") << QStringLiteral("openbox") << QByteArray("WM_S0");
 }
 
 void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
 {
     QFETCH(QString, program);
-    QFETCH(Start, start);
     QFETCH(QByteArray, selection);
     CaptureFixture fixture;
     const QRect half = areaOnTheLeft.adjusted(40, 40, 60, -60);
@@ -183,6 +161,12 @@ void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
         = required(ColorWindow::show(fixture.client, {.rectangle = half, .color = red}));
     fixture.share(areaOnTheLeft);
     QVERIFY(fixture.showsArea());
+    const auto isOwned = [&] {
+        const auto owner = ask<xcb_get_selection_owner, xcb_get_selection_owner_reply>(
+            fixture.client, fixture.client.atom(selection));
+        return owner && owner->owner != XCB_NONE;
+    };
+    auto *const start = program == u"picom" ? startCompositor : startWindowManager;
     for (int round = 0; round < 2; ++round) {
         auto manager = required(start(
             fixture.client, {.program = program, .environment = fixture.server.environment()}));
@@ -190,7 +174,7 @@ void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
         window.setColor(green);
         QVERIFY(fixture.showsArea());
         round == 0 ? manager.terminate() : manager.kill();
-        QVERIFY(waitFor([&] { return ownerOf(fixture, selection) == XCB_NONE; }, patience));
+        QVERIFY(waitFor([&] { return !isOwned(); }, patience));
         QVERIFY(fixture.showsArea());
         window.setColor(blue);
         QVERIFY(fixture.showsArea());

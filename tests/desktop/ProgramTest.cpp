@@ -24,13 +24,6 @@ const QString areaOption = QStringLiteral("--area=40,180,320x240");
 constexpr QRect area(40, 604, 320, 240);
 constexpr CaptureFrame frame{.x = 40, .y = 180, .width = 320, .height = 240};
 
-void addWindowManagers()
-{
-    QTest::addColumn<WindowManager>("manager");
-    QTest::newRow("no window manager") << WindowManager::None;
-    QTest::newRow("openbox") << WindowManager::Openbox;
-}
-
 Result<ColorWindow> colorUnderArea(const ProgramFixture &fixture)
 {
     return ColorWindow::show(fixture.client,
@@ -44,7 +37,7 @@ class ProgramTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void person_sharesTypedNumbers_andFindsThemAgain_data() { addWindowManagers(); }
+    void person_sharesTypedNumbers_andFindsThemAgain_data();
     void person_sharesTypedNumbers_andFindsThemAgain();
     void session_goesOnMinimised_andEnds_whenTheOutputIsAskedToClose();
     void program_endsCleanly_whateverItDoes_data();
@@ -53,9 +46,15 @@ private Q_SLOTS:
     void pixels_areTheRightOnes_atScaleFactorTwo();
     void press_showsNoRing_onTheProgramsOwnWindows();
     void program_fails_whenTheXServerDies();
-    void commandLine_isAnswered_withoutADisplay_data();
     void commandLine_isAnswered_withoutADisplay();
 };
+
+void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain_data()
+{
+    QTest::addColumn<WindowManager>("manager");
+    QTest::newRow("no window manager") << WindowManager::None;
+    QTest::newRow("openbox") << WindowManager::Openbox;
+}
 
 void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
 {
@@ -67,8 +66,6 @@ void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
     QVERIFY(fixture.typeArea(frame));
     fixture.click(places::startSharing);
     QVERIFY(fixture.showsArea(area));
-    QCOMPARE(geometryOf(fixture.client, *fixture.outputWindow()),
-             QRect(QPoint(-10000, -10000), area.size()));
     fixture.input.moveTo(area.center());
     QVERIFY(fixture.showsArea(area));
 
@@ -197,34 +194,23 @@ void ProgramTest::program_fails_whenTheXServerDies()
     QCOMPARE(fixture.savedArea(), frame);
 }
 
-void ProgramTest::commandLine_isAnswered_withoutADisplay_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("exitCode");
-    QTest::addColumn<QByteArray>("says");
-    QTest::newRow("help") << QStringList{QStringLiteral("--help")} << 0 << QByteArray("--area");
-    QTest::newRow("version") << QStringList{QStringLiteral("--version")} << 0
-                             << QByteArray("glimmerpane 0.");
-    QTest::newRow("bad area") << QStringList{QStringLiteral("--area"), QStringLiteral("1,2,3")} << 2
-                              << QByteArray("'1,2,3' is not an area");
-    QTest::newRow("no display") << QStringList() << 1 << QByteArray("no X display");
-}
-
 void ProgramTest::commandLine_isAnswered_withoutADisplay()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(int, exitCode);
-    QFETCH(QByteArray, says);
+    using Row = std::tuple<QStringList, int, QByteArray>;
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("DISPLAY"));
-    auto program = ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                        .arguments = arguments,
-                                        .environment = environment});
-    QVERIFY(program && program->waitForEnd(patience));
-    QCOMPARE(program->exitCode(), exitCode);
-    QVERIFY2(program->output().contains(says), program->output().constData());
-    if (exitCode != 0) {
-        QCOMPARE(program->output().count('\n'), 1);
+    for (const auto &[arguments, exitCode, says] :
+         {Row({QStringLiteral("--help")}, 0, "--area"),
+          Row({QStringLiteral("--version")}, 0, "glimmerpane 0."),
+          Row({QStringLiteral("--area"), QStringLiteral("1,2,3")}, 2, "'1,2,3' is not an area"),
+          Row({}, 1, "no X display")}) {
+        auto program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                     .arguments = arguments,
+                                                     .environment = environment}));
+        QVERIFY(program.waitForEnd(patience));
+        QCOMPARE(program.exitCode(), exitCode);
+        QVERIFY2(program.output().contains(says), program.output().constData());
+        QVERIFY(exitCode == 0 || program.output().count('\n') == 1);
     }
 }
 
