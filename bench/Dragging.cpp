@@ -174,12 +174,10 @@ Result<void> measureRun(const Measurement &measurement, bool compositor, Dragged
     }
     auto program
         = Program::start(**desktop, {.executable = measurement.executable, .area = measuredArea});
-    if (!program) {
-        return failure(program.error());
-    }
     // A window that has painted nothing yet shows what lies below: the animation comes later, as
     // its blue could pass for that of a button.
-    const auto placed = program->placeMainWindow(measuredMainWindow, measuredArea);
+    const auto placed = program ? program->placeMainWindow(measuredMainWindow, measuredArea)
+                                : failure(program.error());
     const auto button = placed ? program->awaitSetArea() : failure(placed.error());
     if (!button) {
         return failure(button.error());
@@ -249,10 +247,8 @@ Figures measureWith(const Measurement &measurement, bool compositor)
             QStringLiteral(
                 "drag %1, runs up to %2: open %3 ms, move %4 ms, resize %5 ms, %6 wrong, "
                 "%7 frames lost")
-                .arg(session)
-                .arg(i)
-                .arg(number(median(all.openings), 1), number(median(all.moves)),
-                     number(median(all.resizes)))
+                .arg(session, QString::number(i), number(median(all.openings), 1),
+                     number(median(all.moves)), number(median(all.resizes)))
                 .arg(all.wrong)
                 .arg(all.lost));
     }
