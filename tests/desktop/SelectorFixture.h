@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "selection/ResizeHandler.h"
+#include "tests/desktop/ProgramFixture.h"
+#include "tests/support/CursorPicture.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XWindows.h"
+
+#include <QColor>
+#include <QRegion>
+
+#include <algorithm>
+
+namespace glimmerpane::testing
+{
+
+constexpr QSize screenSize(1280, 1024);
+inline const QString areaOption = QStringLiteral("--area=400,300,600x400");
+constexpr QRect area(400, 324, 600, 400);
+constexpr QPoint besidesEverything(1200, 1000);
+constexpr QRgb markColor = 0xff007aff;
+
+/** The program with its selector, driven by the pointer. All places are root pixels. */
+struct SelectorFixture : ProgramFixture {
+    using ProgramFixture::ProgramFixture;
+
+    /** With the main window beside the area. */
+    bool launch(const QStringList &arguments = {areaOption})
+    {
+        start(arguments);
+        if (!waitForMainWindow()) {
+            return false;
+        }
+        const std::uint32_t place[] = {20, 300};
+        xcb_configure_window(client.connection(), *mainWindow(),
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+        return waitFor(
+            [&] { return geometryOf(client, *mainWindow())->topLeft() == QPoint(20, 300); },
+            patience);
+    }
+    std::optional<xcb_window_t> selector() const
+    {
+        if (!latest || !isViewable(client, *latest)) {
+            latest = findWindow(client, QStringLiteral("Glimmerpane - Area"), Listing::All);
+        }
+        return latest && isViewable(client, *latest) ? latest : std::nullopt;
+    }
+    std::optional<QRect> frame() const
+    {
+        const auto window = selector();
+        return window ? geometryOf(client, *window) : std::nullopt;
+    }
+    bool becomes(std::optional<QRect> expected) const
+    {
+        const bool isSo = waitFor([&] { return frame() == expected; }, patience);
+        if (!isSo) {
+            qInfo() << "the selector is at" << frame().value_or(QRect());
+        }
+        return isSo;
+    }
+    /** The main window enables its buttons a moment after a selector has closed. */
+    bool open(QPoint button = places::setArea) const
+    {
+        return waitFor(
+            [&] {
+                click(button);
+                return waitFor([&] { return selector().has_value(); }, std::chrono::seconds(1));
+            },
+            patience);
+    }
+    void clickButton(int besidesMiddle) const
+    {
+        const QRect at = *frame();
+        input.click(at.topLeft() + QPoint(at.width(), at.height()) / 2
+                    + QPoint(0, besidesMiddle) * scaleFactor);
+    }
+    void confirm() const { clickButton(-15); }
+    void cancel() const { clickButton(15); }
+    QString cursorAt(QPoint place) const
+    {
+        input.moveTo(place);
+        return required(currentCursor(client)).name;
+    }
+
+    mutable std::optional<xcb_window_t> latest; ///< saves a search of all windows
+};
+
+/** Where the sides of a frame are after those in `edges` were dragged to the pointer. */
+inline QRect dragged(QRect frame, Qt::Edges edges, QPoint pointer)
+{
+    if (edges & Qt::LeftEdge) {
+        frame.setLeft(pointer.x());
+    }
+    if (edges & Qt::RightEdge) {
+        frame.setRight(pointer.x() - 1);
+    }
+    if (edges & Qt::TopEdge) {
+        frame.setTop(pointer.y());
+    }
+    if (edges & Qt::BottomEdge) {
+        frame.setBottom(pointer.y() - 1);
+    }
+    return frame;
+}
+
+/** How many pixels an outline of 2 pixels and eight handles have. */
+inline int markedPixels(QSize size)
+{
+    const int outline = 4 * (size.width() + size.height()) - 16;
+    const int corners = 4 * 18 * 18;
+    const int bars = 4 * 60 * (8 - 2);
+    return outline + corners + bars;
+}
+
+/** Whether exactly one whole selector is to be seen in the picture, wherever it is. */
+inline bool showsWholeSelector(const QImage &image)
+{
+    QRect bounds;
+    int marked = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            if ((line[x] | 0xff000000) == markColor) {
+                ++marked;
+                bounds |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return marked == markedPixels(bounds.size());
+}
+
+/** What is to be seen of an even colour through the glass. */
+inline QColor throughGlass(const QColor &color)
+{
+    const auto channel = [](int value, int tint) {
+        return static_cast<int>(0.9 * (0.45 * value + 0.55 * tint) + 0.1 * value);
+    };
+    return {channel(color.red(), 24), channel(color.green(), 24), channel(color.blue(), 27)};
+}
+
+inline bool isNear(const QColor &one, const QColor &other)
+{
+    constexpr int tolerance = 3;
+    return std::abs(one.red() - other.red()) <= tolerance
+        && std::abs(one.green() - other.green()) <= tolerance
+        && std::abs(one.blue() - other.blue()) <= tolerance;
+}
+
+/** Within the screen, whose scale factor is 1. */
+inline QRect afterDrag(QRect frame, QPoint from, QPoint to)
+{
+    const MainDisplay display{.pixels = {QPoint(), screenSize}};
+    const Rect points = display.areaOf(frame);
+    const QPointF grabbed = display.pointOf(from) - QPointF(points.x, points.y);
+    const auto edge = ResizeHandler().edgeAt(grabbed, points);
+    if (edge == ResizeHandler::ResizeEdge::none) {
+        const QPoint origin = frame.topLeft() + to - from;
+        frame.moveTo(std::clamp(origin.x(), 0, screenSize.width() - frame.width()),
+                     std::clamp(origin.y(), 0, screenSize.height() - frame.height()));
+        return frame;
+    }
+    const QPoint reached(to.x() + (to.x() == screenSize.width() - 1 ? 1 : 0),
+                         to.y() + (to.y() == screenSize.height() - 1 ? 1 : 0));
+    return display.areaPixels(
+        ResizeHandler().resizedFrame(edge, display.pointOf(reached), points, display.frame()));
+}
+
+inline bool isEqualBut(const QImage &one, const QImage &other, const QRegion &left)
+{
+    for (const QRect &part : QRegion(one.rect()) - left) {
+        if (one.copy(part) != other.copy(part)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace glimmerpane::testing
