@@ -69,16 +69,13 @@ Error displayGone()
 std::expected<std::unique_ptr<CaptureLoop>, Error> CaptureLoop::create(
     CaptureSource source, int redraws, CaptureStream::Handlers handlers)
 {
-    auto connection = Connection::open();
-    if (!connection) {
-        return std::unexpected(connection.error());
+    auto opened = openExtended();
+    if (!opened) {
+        return std::unexpected(opened.error());
     }
-    const auto extensions = requireExtensions(*connection);
-    if (!extensions) {
-        return std::unexpected(extensions.error());
-    }
-    std::unique_ptr<CaptureLoop> loop(new CaptureLoop(
-        std::move(*connection), *extensions, std::move(source), redraws, std::move(handlers)));
+    std::unique_ptr<CaptureLoop> loop(new CaptureLoop(std::move(opened->connection),
+                                                      opened->extensions, std::move(source),
+                                                      redraws, std::move(handlers)));
     if (auto watching = loop->watch(); !watching) {
         return std::unexpected(watching.error());
     }

@@ -151,4 +151,17 @@ std::expected<Extensions, Error> requireExtensions(const Connection &connection)
                       = xcb_get_extension_data(connection.get(), &xcb_input_id)->major_opcode};
 }
 
+std::expected<ExtendedConnection, Error> openExtended()
+{
+    auto connection = Connection::open();
+    if (!connection) {
+        return std::unexpected(connection.error());
+    }
+    const auto extensions = requireExtensions(*connection);
+    if (!extensions) {
+        return std::unexpected(extensions.error());
+    }
+    return ExtendedConnection{.connection = std::move(*connection), .extensions = *extensions};
+}
+
 } // namespace glimmerpane::x11

@@ -67,4 +67,13 @@ struct Extensions {
 /** Announces to the server every extension that capturing needs; fails with the one it lacks. */
 std::expected<Extensions, Error> requireExtensions(const Connection &connection);
 
+/** A connection that has been told of every extension, and where their events begin. */
+struct ExtendedConnection {
+    Connection connection;
+    Extensions extensions;
+};
+
+/** Opens a connection to the X server of $DISPLAY; fails where that lacks an extension. */
+std::expected<ExtendedConnection, Error> openExtended();
+
 } // namespace glimmerpane::x11

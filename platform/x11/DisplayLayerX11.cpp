@@ -41,19 +41,16 @@ QRegion regionOf(const std::vector<Highlight> &highlights)
 std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std::uint32_t window,
                                                                             QSize size)
 {
-    auto connection = Connection::open();
-    if (!connection) {
-        return std::unexpected(connection.error());
+    auto opened = openExtended();
+    if (!opened) {
+        return std::unexpected(opened.error());
     }
-    if (const auto extensions = requireExtensions(*connection); !extensions) {
-        return std::unexpected(extensions.error());
-    }
-    const auto formats = renderFormats(*connection);
+    const auto formats = renderFormats(opened->connection);
     if (!formats) {
         return std::unexpected(formats.error());
     }
     return std::unique_ptr<DisplayLayer>(
-        new DisplayLayerX11(std::move(*connection), *formats, window, size));
+        new DisplayLayerX11(std::move(opened->connection), *formats, window, size));
 }
 
 DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window,

@@ -22,15 +22,12 @@ constexpr std::uint32_t normalState = 1; // ICCCM 4.1.3.1
 std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::create(
     const QString &title, QPoint origin, QSize size)
 {
-    auto connection = Connection::open();
-    if (!connection) {
-        return std::unexpected(connection.error());
-    }
-    if (const auto extensions = requireExtensions(*connection); !extensions) {
-        return std::unexpected(extensions.error());
+    auto opened = openExtended();
+    if (!opened) {
+        return std::unexpected(opened.error());
     }
     std::unique_ptr<OffscreenWindowX11> window(
-        new OffscreenWindowX11(std::move(*connection), size));
+        new OffscreenWindowX11(std::move(opened->connection), size));
     if (auto created = window->createWindow(origin); !created) {
         return std::unexpected(created.error());
     }

@@ -27,20 +27,16 @@ using namespace std::chrono_literals;
 std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
     const QString &title, QRect area, const FrostedGlass &glass)
 {
-    auto connection = Connection::open();
-    if (!connection) {
-        return std::unexpected(connection.error());
+    auto opened = openExtended();
+    if (!opened) {
+        return std::unexpected(opened.error());
     }
-    const auto extensions = requireExtensions(*connection);
-    if (!extensions) {
-        return std::unexpected(extensions.error());
-    }
-    const auto formats = renderFormats(*connection);
+    const auto formats = renderFormats(opened->connection);
     if (!formats) {
         return std::unexpected(formats.error());
     }
-    std::unique_ptr<OverlayWindowX11> window(
-        new OverlayWindowX11(std::move(*connection), *extensions, *formats, area, glass));
+    std::unique_ptr<OverlayWindowX11> window(new OverlayWindowX11(
+        std::move(opened->connection), opened->extensions, *formats, area, glass));
     if (auto created = window->createWindow(); !created) {
         return std::unexpected(created.error());
     }

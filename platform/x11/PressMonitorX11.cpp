@@ -38,14 +38,12 @@ QByteArray valueOf(const Property &property)
 
 std::unique_ptr<PressMonitor> PressMonitorX11::create(std::function<void(QPoint)> pressed)
 {
-    auto connection = Connection::open();
-    if (!connection) {
+    auto opened = openExtended();
+    if (!opened) {
         return nullptr;
     }
-    const auto extensions = requireExtensions(*connection);
-    return extensions ? std::unique_ptr<PressMonitor>(new PressMonitorX11(
-                            std::move(*connection), *extensions, std::move(pressed)))
-                      : nullptr;
+    return std::unique_ptr<PressMonitor>(
+        new PressMonitorX11(std::move(opened->connection), opened->extensions, std::move(pressed)));
 }
 
 PressMonitorX11::PressMonitorX11(Connection connection, const Extensions &extensions,

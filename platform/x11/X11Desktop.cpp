@@ -75,18 +75,16 @@ std::vector<glimmerpane::Display> X11Desktop::displays() const
 
 std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
 {
-    const auto connection = Connection::open();
-    if (!connection) {
-        return std::unexpected(connection.error());
+    const auto opened = openExtended();
+    if (!opened) {
+        return std::unexpected(opened.error());
     }
-    if (const auto extensions = requireExtensions(*connection); !extensions) {
-        return std::unexpected(extensions.error());
-    }
-    if (auto readable = readOnePixel(*connection); !readable) {
+    const Connection &connection = opened->connection;
+    if (auto readable = readOnePixel(connection); !readable) {
         return std::unexpected(readable.error());
     }
-    ShareableContent content{.displays = monitors(*connection)};
-    if (isXwayland(*connection, content.displays)) {
+    ShareableContent content{.displays = monitors(connection)};
+    if (isXwayland(connection, content.displays)) {
         return std::unexpected(Error{
             .text = QStringLiteral("This is a Wayland session, whose screen X programs cannot "
                                    "read. Log in to an X11 session instead."),
