@@ -13,8 +13,6 @@
 using namespace glimmerpane;
 using Kind = PointerEvent::Kind;
 
-Q_DECLARE_METATYPE(Rect)
-
 namespace
 {
 
@@ -29,12 +27,11 @@ struct FakeOverlayWindow : OverlayWindow {
         frame = newFrame;
         picture = newPicture;
     }
-    void setCursor(Qt::CursorShape shape) override { cursor = shape; }
+    void setCursor(Qt::CursorShape) override { }
     void hide() override { log_.append(QStringLiteral("hidden")); }
 
     QRect frame;
     OverlayPicture picture;
-    Qt::CursorShape cursor = Qt::BlankCursor;
 
 private:
     QStringList &log_;
@@ -108,217 +105,151 @@ class FrameSelectorWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyWayOut_endsInExactlyOneCallback_data();
-    void everyWayOut_endsInExactlyOneCallback();
-    void selector_opensWhereItCanBeUsed_data();
-    void selector_opensWhereItCanBeUsed();
-    void drag_givesThisFrame_data();
-    void drag_givesThisFrame();
-    void cursor_tellsWhatADragWouldDo();
-    void frame_keepsItsPixels_whenTheDisplaysChange();
-    void look_followsThePointerAndTheAppearance();
-};
+    void everyWayOut_endsInExactlyOneCallback()
+    {
+        const auto lose = [](Selector &s) {
+            const auto handler = s.desktop.overlay->onLost;
+            handler();
+        };
+        const std::pair<std::function<void(Selector &)>, const char *> ways[]
+            = {{[](Selector &s) { s.click(confirmButton); }, "confirmed hidden destroyed"},
+               {[](Selector &s) { s.click(cancelButton); }, "hidden cancelled destroyed"},
+               {lose, "hidden cancelled destroyed"},
+               {[&](Selector &s) {
+                    s.pointer(Kind::Press, confirmButton);
+                    lose(s);
+                },
+                "hidden cancelled destroyed"},
+               {[](Selector &s) { s.coordinator.closeFrameSelector(); }, "hidden destroyed"},
+               {[](Selector &s) {
+                    s.drag(confirmButton, {600, 500});
+                    s.drag({600, 500}, confirmButton);
+                    s.drag(confirmButton, cancelButton);
+                },
+                ""}};
+        for (const auto &[way, log] : ways) {
+            Selector selector;
+            selector.open();
+            way(selector);
+            QCOMPARE(selector.desktop.log.join(u' '), QString::fromLatin1(log));
+            selector.coordinator.closeFrameSelector();
+            selector.desktop.log.clear();
+            selector.desktop.refuses = true;
+            selector.open();
+            QCOMPARE(selector.desktop.log, QStringList{QStringLiteral("cancelled")});
+        }
+    }
 
-void FrameSelectorWindowTest::everyWayOut_endsInExactlyOneCallback_data()
-{
-    using Way = std::function<void(Selector &)>;
-    QTest::addColumn<Way>("way");
-    QTest::addColumn<QString>("log");
-    const auto row = [](const char *name, const Way &way, const char *log) {
-        QTest::newRow(name) << way << QString::fromLatin1(log);
-    };
-    row("confirm", [](Selector &s) { s.click(confirmButton); }, "confirmed hidden destroyed");
-    row("cancel", [](Selector &s) { s.click(cancelButton); }, "hidden cancelled destroyed");
-    const Way lose = [](Selector &s) {
-        const auto handler = s.desktop.overlay->onLost;
-        handler();
-    };
-    row("lost", lose, "hidden cancelled destroyed");
-    row(
-        "lost while a button is held",
-        [lose](Selector &s) {
-            s.pointer(Kind::Press, confirmButton);
-            lose(s);
-        },
-        "hidden cancelled destroyed");
-    row(
-        "closed by its owner", [](Selector &s) { s.coordinator.closeFrameSelector(); },
-        "hidden destroyed");
-    row(
-        "no button",
-        [](Selector &s) {
-            s.drag(confirmButton, {600, 500});
-            s.drag({600, 500}, confirmButton);
-            s.drag(confirmButton, cancelButton);
-        },
-        "");
-}
+    void selector_opensWhereItCanBeUsed()
+    {
+        using Area = std::optional<CaptureFrame>;
+        const QRect byDefault(660, 340, 600, 400);
+        constexpr double infinity = std::numeric_limits<double>::infinity();
+        const std::pair<Area, QRect> rows[]
+            = {{std::nullopt, byDefault},
+               {CaptureFrame{10, 20, -300, -100}, {10, 960, 300, 100}},
+               {CaptureFrame{-50, -20, 300, 100}, {-50, 1000, 300, 100}},
+               {CaptureFrame{2000, 500, 300, 100}, {2000, 480, 300, 100}}, // the other display
+               {CaptureFrame{-900, 5000, 300, 100}, {0, 0, 300, 100}}, // no display
+               {CaptureFrame{10, 20, 0, 100}, byDefault},
+               {CaptureFrame{std::nan(""), 20, 300, 100}, byDefault},
+               {CaptureFrame{10, 20, infinity, 100}, byDefault},
+               {CaptureFrame{10, 20, 1e9, 1e300}, byDefault}};
+        for (const auto &[area, frame] : rows) {
+            Selector selector;
+            selector.desktop.all.push_back({.name = {}, .pixels = {1920, 0, 1280, 1024}});
+            selector.open(area);
+            QCOMPARE(selector.desktop.overlay->frame, frame);
+        }
+    }
 
-void FrameSelectorWindowTest::everyWayOut_endsInExactlyOneCallback()
-{
-    QFETCH(std::function<void(Selector &)>, way);
-    QFETCH(QString, log);
-    Selector selector;
-    selector.open();
-    way(selector);
-    QCOMPARE(selector.desktop.log.join(u' '), log);
-    selector.coordinator.closeFrameSelector();
-    selector.desktop.log.clear();
+    void drag_givesThisFrame_data()
+    {
+        QTest::addColumn<CaptureFrame>("area");
+        QTest::addColumn<QPointF>("from");
+        QTest::addColumn<QPointF>("to");
+        QTest::addColumn<CaptureFrame>("expected");
+        const CaptureFrame usual{300, 200, 600, 400};
+        const CaptureFrame elsewhere{2000, 500, 300, 200};
+        const auto row = [](const char *name, const CaptureFrame &area, QPointF from, QPointF to,
+                            const CaptureFrame &expected) {
+            QTest::newRow(name) << area << from << to << expected;
+        };
+        row("inside, of fractions", {300.25, 200.5, 600, 400}, {500, 300}, {540, 270},
+            {340.25, 170.5, 600, 400});
+        row("16 points from the right", usual, {884, 300}, {900, 300}, {316, 200, 600, 400});
+        row("10 points from the right", usual, {890, 300}, {950, 300}, {300, 200, 650, 400});
+        row("past the left side", usual, {500, 300}, {0, 300}, {0, 200, 600, 400});
+        row("past the top", usual, {500, 300}, {500, 1080}, {300, 680, 600, 400});
+        row("larger than the display", {-10, -10, 3000, 2000}, {500, 300}, {600, 400},
+            {0, 0, 3000, 2000});
+        row("last pixels", usual, {890, 210}, {1919, 1}, {300, 0, 1620, 600});
+        row("moved elsewhere", elsewhere, {2050, 550}, {2060, 550}, {1620, 500, 300, 200});
+        row("resized elsewhere", elsewhere, {2290, 600}, {2400, 600}, {1620, 500, 300, 200});
+    }
+    void drag_givesThisFrame()
+    {
+        QFETCH(CaptureFrame, area);
+        QFETCH(QPointF, from);
+        QFETCH(QPointF, to);
+        QFETCH(CaptureFrame, expected);
+        for (const double scale : {1.0, 2.0}) {
+            Selector selector;
+            selector.desktop.scale = scale;
+            const QSize size = QSize(1920, 1080) * scale;
+            // The primary display need not be where the root begins.
+            const QPoint origin = scale > 1 ? QPoint(1280, 400) : QPoint();
+            const QPoint right = origin + QPoint(size.width(), 0);
+            selector.desktop.all
+                = {{.name = {}, .pixels = {origin, size}}, {.name = {}, .pixels = {right, size}}};
+            const bool isAtLastPixel = to == QPointF(1919, 1);
+            selector.open(area);
+            selector.drag(from, isAtLastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to);
+            const Rect frame{expected.x, expected.y, expected.width, expected.height};
+            QCOMPARE(selector.desktop.overlay->frame,
+                     selector.desktop.mainDisplay()->areaPixels(frame));
+            selector.click({frame.midX(), frame.midY() + 15});
+            QCOMPARE(selector.confirmed, expected);
+        }
+    }
 
-    selector.desktop.refuses = true;
-    selector.open();
-    QCOMPARE(selector.desktop.log, QStringList{QStringLiteral("cancelled")});
-    selector.desktop.refuses = false;
-    selector.open();
-    QCOMPARE(selector.desktop.overlay->frame, QRect(300, 480, 600, 400));
-}
-
-void FrameSelectorWindowTest::selector_opensWhereItCanBeUsed_data()
-{
-    QTest::addColumn<std::optional<CaptureFrame>>("area");
-    QTest::addColumn<QRect>("frame");
-    const auto row = [](const char *name, std::optional<CaptureFrame> area, QRect frame) {
-        QTest::newRow(name) << area << frame;
-    };
-    const QRect byDefault(660, 340, 600, 400);
-    constexpr double infinity = std::numeric_limits<double>::infinity();
-    row("no area", std::nullopt, byDefault);
-    row("as it is", CaptureFrame{10, 20, 300, 100}, {10, 960, 300, 100});
-    row("reaching beyond the display", CaptureFrame{-50, -20, 300, 100}, {-50, 1000, 300, 100});
-    row("on the other display", CaptureFrame{2000, 500, 300, 100}, {2000, 480, 300, 100});
-    row("negative size", CaptureFrame{10, 20, -300, -100}, {10, 960, 300, 100});
-    row("on no display", CaptureFrame{-900, 5000, 300, 100}, {0, 0, 300, 100});
-    row("empty", CaptureFrame{10, 20, 0, 100}, byDefault);
-    row("not a number", CaptureFrame{std::nan(""), 20, 300, 100}, byDefault);
-    row("endless", CaptureFrame{10, 20, infinity, 100}, byDefault);
-    row("larger than any window", CaptureFrame{10, 20, 1e9, 1e300}, byDefault);
-}
-
-void FrameSelectorWindowTest::selector_opensWhereItCanBeUsed()
-{
-    QFETCH(std::optional<CaptureFrame>, area);
-    Selector selector;
-    selector.desktop.all.push_back({.name = {}, .pixels = {1920, 0, 1280, 1024}});
-    selector.open(area);
-    QTEST(selector.desktop.overlay->frame, "frame");
-}
-
-void FrameSelectorWindowTest::drag_givesThisFrame_data()
-{
-    QTest::addColumn<CaptureFrame>("area");
-    QTest::addColumn<QPointF>("from");
-    QTest::addColumn<QPointF>("to");
-    QTest::addColumn<CaptureFrame>("expected");
-    const auto row = [](const char *name, const CaptureFrame &area, QPointF from, QPointF to,
-                        const CaptureFrame &expected) {
-        QTest::newRow(name) << area << from << to << expected;
-    };
-    const CaptureFrame usual{300, 200, 600, 400};
-    row("inside", usual, {500, 300}, {540, 270}, {340, 170, 600, 400});
-    row("inside, of fractions", {300.25, 200.5, 600, 400}, {500, 300}, {540, 270},
-        {340.25, 170.5, 600, 400});
-    row("16 points from the right", usual, {884, 300}, {900, 300}, {316, 200, 600, 400});
-    row("10 points from the right", usual, {890, 300}, {950, 300}, {300, 200, 650, 400});
-    row("past the left side", usual, {500, 300}, {0, 300}, {0, 200, 600, 400});
-    row("past the top", usual, {500, 300}, {500, 1080}, {300, 680, 600, 400});
-    row("larger than the display", {-10, -10, 3000, 2000}, {500, 300}, {600, 400},
-        {0, 0, 3000, 2000});
-    row("corner", usual, {890, 210}, {1000, 100}, {300, 100, 700, 500});
-    row("to the display's last pixels", usual, {890, 210}, {1919, 1}, {300, 0, 1620, 600});
-    row("from another display", {2000, 500, 300, 200}, {2050, 550}, {2060, 550},
-        {1620, 500, 300, 200});
-    row("resized on another display", {2000, 500, 300, 200}, {2290, 600}, {2400, 600},
-        {1620, 500, 300, 200});
-}
-
-void FrameSelectorWindowTest::drag_givesThisFrame()
-{
-    QFETCH(CaptureFrame, area);
-    QFETCH(QPointF, from);
-    QFETCH(QPointF, to);
-    QFETCH(CaptureFrame, expected);
-    for (const double scale : {1.0, 2.0}) {
+    void frame_keepsItsPixels_whenTheDisplaysChange()
+    {
         Selector selector;
-        selector.desktop.scale = scale;
-        const QSize size = QSize(1920, 1080) * scale;
-        // The primary display need not be where the root begins.
-        const QPoint origin = scale > 1 ? QPoint(1280, 400) : QPoint();
-        selector.desktop.all = {{.name = {}, .pixels = {origin, size}},
-                                {.name = {}, .pixels = {origin + QPoint(size.width(), 0), size}}};
-        const bool isAtLastPixel = to == QPointF(1919, 1);
-        selector.open(area);
-        selector.drag(from, isAtLastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to);
-        const Rect frame{expected.x, expected.y, expected.width, expected.height};
-        QCOMPARE(selector.desktop.overlay->frame,
-                 selector.desktop.mainDisplay()->areaPixels(frame));
-        selector.click({frame.midX(), frame.midY() + 15});
-        QCOMPARE(selector.confirmed, expected);
+        selector.open();
+        // The display becomes 100 pixels lower, so that its bottom comes nearer to the window.
+        selector.desktop.all.front().pixels.setHeight(980);
+        selector.click({600, 315});
+        QCOMPARE(selector.confirmed, (CaptureFrame{300, 100, 600, 400}));
+
+        selector.open();
+        selector.desktop.all.clear();
+        const auto handler = selector.desktop.overlay->onPointer;
+        handler({.kind = Kind::Press, .position = {400, 600}});
+        handler({.kind = Kind::Drag, .position = {500, 600}});
+        QCOMPARE(selector.desktop.overlay->frame, QRect(300, 380, 600, 400));
     }
-}
 
-void FrameSelectorWindowTest::cursor_tellsWhatADragWouldDo()
-{
-    Selector selector;
-    selector.open();
-    const auto at = [&](Kind kind, QPointF place) {
-        selector.pointer(kind, place);
-        return selector.desktop.overlay->cursor;
-    };
-    QCOMPARE(at(Kind::Move, {500, 300}), Qt::OpenHandCursor);
-    QCOMPARE(at(Kind::Move, confirmButton), Qt::ArrowCursor);
-    QCOMPARE(at(Kind::Move, {500, 599}), Qt::SizeVerCursor);
-    QCOMPARE(at(Kind::Move, {500, 210}), Qt::SizeVerCursor);
-    QCOMPARE(at(Kind::Leave, {500, 100}), Qt::ArrowCursor);
-    QCOMPARE(at(Kind::Move, {310, 400}), Qt::SizeHorCursor);
-    QCOMPARE(at(Kind::Move, {890, 400}), Qt::SizeHorCursor);
-    for (const QPointF corner : {QPointF(305, 205), {895, 205}, {305, 595}, {895, 595}}) {
-        QCOMPARE(at(Kind::Move, {500, 300}), Qt::OpenHandCursor);
-        QCOMPARE(at(Kind::Move, corner), Qt::CrossCursor);
+    void look_followsThePointerAndTheAppearance()
+    {
+        Selector selector;
+        selector.open();
+        const auto &picture = selector.desktop.overlay->picture;
+        const QImage idle = picture.panel;
+        selector.pointer(Kind::Press, confirmButton);
+        QVERIFY(picture.panel.copy(0, 0, 120, 30) != idle.copy(0, 0, 120, 30));
+        QVERIFY(picture.panel.copy(0, 30, 120, 30) == idle.copy(0, 30, 120, 30));
+        selector.pointer(Kind::Drag, {600, 500});
+        QVERIFY(picture.panel == idle);
+
+        for (const bool isDark : {true, false}) {
+            QPalette palette(isDark ? Qt::black : Qt::white);
+            palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
+            QApplication::setPalette(palette);
+            QTRY_COMPARE(picture.markColor, isDark ? QColor(10, 132, 255) : QColor(0, 122, 255));
+        }
     }
-}
-
-void FrameSelectorWindowTest::frame_keepsItsPixels_whenTheDisplaysChange()
-{
-    Selector selector;
-    selector.open();
-    // The display becomes 100 pixels lower, so that its bottom comes nearer to the window.
-    selector.desktop.all.front().pixels.setHeight(980);
-    selector.click({600, 315});
-    QCOMPARE(selector.confirmed, (CaptureFrame{300, 100, 600, 400}));
-
-    selector.open();
-    selector.desktop.all.clear();
-    const auto handler = selector.desktop.overlay->onPointer;
-    handler({.kind = Kind::Press, .position = {400, 600}});
-    handler({.kind = Kind::Drag, .position = {500, 600}});
-    QCOMPARE(selector.desktop.overlay->frame, QRect(300, 380, 600, 400));
-}
-
-void FrameSelectorWindowTest::look_followsThePointerAndTheAppearance()
-{
-    Selector selector;
-    selector.open();
-    const auto *overlay = selector.desktop.overlay;
-    const QImage idle = overlay->picture.panel;
-    QCOMPARE(idle.size(), QSize(120, 60));
-    QCOMPARE(overlay->picture.panelOrigin, QPoint(240, 170));
-    QCOMPARE(overlay->picture.marks.size(), std::size_t(12));
-    selector.pointer(Kind::Press, confirmButton);
-    const QImage pressed = overlay->picture.panel;
-    QVERIFY(pressed.copy(0, 0, 120, 30) != idle.copy(0, 0, 120, 30));
-    QVERIFY(pressed.copy(0, 30, 120, 30) == idle.copy(0, 30, 120, 30));
-    selector.pointer(Kind::Drag, {600, 500});
-    QVERIFY(overlay->picture.panel == idle);
-    selector.pointer(Kind::Release, {600, 500});
-
-    for (const bool isDark : {true, false}) {
-        QPalette palette(isDark ? Qt::black : Qt::white);
-        palette.setColor(QPalette::WindowText, isDark ? Qt::white : Qt::black);
-        QApplication::setPalette(palette);
-        QTRY_COMPARE(overlay->picture.markColor,
-                     isDark ? QColor(10, 132, 255) : QColor(0, 122, 255));
-    }
-}
+};
 
 QTEST_MAIN(FrameSelectorWindowTest)
 #include "FrameSelectorWindowTest.moc"

@@ -16,38 +16,26 @@ class ResizeHandlerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void edgeAt_namesTheNearestSides_data()
-    {
-        QTest::addColumn<QSizeF>("size");
-        QTest::addColumn<QPointF>("point");
-        QTest::addColumn<Edge>("edge");
-        const auto row = [](const char *name, QSizeF size, QPointF point, Edge edge) {
-            QTest::newRow(name) << size << point << edge;
-        };
-        const QSizeF usual(600, 400);
-        row("top left corner", usual, {15, 385}, Edge::topLeft);
-        row("top right corner", usual, {585, 385}, Edge::topRight);
-        row("bottom left corner", usual, {15, 15}, Edge::bottomLeft);
-        row("bottom right corner", usual, {585, 15}, Edge::bottomRight);
-        row("top", usual, {300, 385}, Edge::top);
-        row("bottom", usual, {300, 15}, Edge::bottom);
-        row("left", usual, {15, 200}, Edge::left);
-        row("right", usual, {585, 200}, Edge::right);
-        row("just inside on the left", usual, {16, 200}, Edge::none);
-        row("just inside on the right", usual, {584.999, 200}, Edge::none);
-        row("middle", usual, {300, 200}, Edge::none);
-        row("beyond the left side", usual, {-5, 200}, Edge::left);
-        row("beyond a corner", usual, {700, -9}, Edge::bottomRight);
-        row("near all four sides", {20, 25}, {10, 12}, Edge::topLeft);
-        row("near top and bottom", {600, 20}, {300, 10}, Edge::top);
-        row("near left and right", {20, 400}, {10, 200}, Edge::left);
-    }
     void edgeAt_namesTheNearestSides()
     {
-        QFETCH(QSizeF, size);
-        QFETCH(QPointF, point);
-        const Rect bounds{.x = 70, .y = -70, .width = size.width(), .height = size.height()};
-        QTEST(ResizeHandler().edgeAt(point, bounds), "edge");
+        struct Row {
+            QSizeF size;
+            QPointF point;
+            Edge edge;
+        };
+        const QSizeF usual(600, 400);
+        for (const auto &[size, point, edge] :
+             {Row{usual, {15, 385}, Edge::topLeft}, Row{usual, {585, 385}, Edge::topRight},
+              Row{usual, {15, 15}, Edge::bottomLeft}, Row{usual, {585, 15}, Edge::bottomRight},
+              Row{usual, {300, 385}, Edge::top}, Row{usual, {300, 15}, Edge::bottom},
+              Row{usual, {15, 200}, Edge::left}, Row{usual, {585, 200}, Edge::right},
+              Row{usual, {16, 200}, Edge::none}, Row{usual, {584.999, 200}, Edge::none},
+              Row{usual, {-5, 200}, Edge::left}, Row{usual, {700, -9}, Edge::bottomRight},
+              Row{{20, 25}, {10, 12}, Edge::topLeft}, Row{{600, 20}, {300, 10}, Edge::top},
+              Row{{20, 400}, {10, 200}, Edge::left}}) {
+            const Rect bounds{.x = 70, .y = -70, .width = size.width(), .height = size.height()};
+            QCOMPARE(ResizeHandler().edgeAt(point, bounds), edge);
+        }
     }
 
     void resizedFrame_followsThePointerWithinItsLimits_data()
