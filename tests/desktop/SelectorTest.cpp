@@ -20,333 +20,304 @@ class SelectorTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void person_choosesTheArea_data();
-    void person_choosesTheArea();
-    void selector_isGlassWithABorder_andLeavesNoTrail_data();
-    void selector_isGlassWithABorder_andLeavesNoTrail();
-    void selector_isTranslucent_whereTheCompositorBlurs();
-    void selector_staysAbove_andTakesNoKeys();
-    void selector_canBeOpenedAgain_whenItWasTakenAway_data();
-    void selector_canBeOpenedAgain_whenItWasTakenAway();
-    void area_isInPoints_atScaleFactorTwo();
-    void drag_bringsTheSelectorToTheMainDisplay();
-    void selector_isWhole_atEveryMomentOfADrag();
-    void selector_isWhole_afterAThousandDrags();
-};
-
-void SelectorTest::person_choosesTheArea_data()
-{
-    QTest::addColumn<WindowManager>("manager");
-    QTest::newRow("no window manager") << WindowManager::None;
-    QTest::newRow("openbox") << WindowManager::Openbox;
-    QTest::newRow("openbox and picom") << WindowManager::OpenboxAndPicom;
-}
-
-void SelectorTest::person_choosesTheArea()
-{
-    QFETCH(WindowManager, manager);
-    SelectorFixture fixture(manager);
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    QVERIFY(fixture.becomes(area));
-
-    struct Zone {
-        QPoint place; ///< from the selector's top-left corner, or back from the other one
-        Qt::Edges edges;
-        QString cursor;
-    };
-    const Zone zones[] = {
-        {{90, 90}, {}, QStringLiteral("openhand")},
-        {{90, 5}, Qt::TopEdge, QStringLiteral("size_ver")},
-        {{90, -5}, Qt::BottomEdge, QStringLiteral("size_ver")},
-        {{5, 90}, Qt::LeftEdge, QStringLiteral("size_hor")},
-        {{-5, 90}, Qt::RightEdge, QStringLiteral("size_hor")},
-        {{5, 5}, Qt::LeftEdge | Qt::TopEdge, QStringLiteral("crosshair")},
-        {{-5, 5}, Qt::RightEdge | Qt::TopEdge, QStringLiteral("crosshair")},
-        {{5, -5}, Qt::LeftEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
-        {{-5, -5}, Qt::RightEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
-    };
-    QRect frame = area;
-    QPoint way(37, -23);
-    for (const auto &[place, edges, cursor] : zones) {
-        const QPoint from = frame.topLeft()
-            + QPoint(place.x() + (place.x() < 0 ? frame.width() : 0),
-                     place.y() + (place.y() < 0 ? frame.height() : 0));
-        QTRY_COMPARE(fixture.cursorAt(from), cursor);
-        fixture.input.drag(from, from + way);
-        frame = edges ? dragged(frame, edges, from + way) : frame.translated(way);
-        QVERIFY(fixture.becomes(frame));
-        way = -way + QPoint(5, 3);
+    void person_choosesTheArea_data()
+    {
+        QTest::addColumn<WindowManager>("manager");
+        QTest::newRow("no window manager") << WindowManager::None;
+        QTest::newRow("openbox") << WindowManager::Openbox;
+        QTest::newRow("openbox and picom") << WindowManager::OpenboxAndPicom;
     }
-    QTRY_COMPARE(fixture.cursorAt(frame.center()), QStringLiteral("left_ptr"));
-    QVERIFY(fixture.cursorAt(besidesEverything) != QLatin1String("crosshair"));
 
-    fixture.confirm();
-    QVERIFY(fixture.becomes(std::nullopt));
-    const CaptureFrame chosen{.x = double(frame.x()),
-                              .y = double(screenSize.height() - frame.y() - frame.height()),
-                              .width = double(frame.width()),
-                              .height = double(frame.height())};
-    QTRY_COMPARE(fixture.savedArea(), chosen);
-    // Typing saves what all four fields show.
-    QVERIFY(fixture.type(places::fields[0], "12"));
-    QTRY_COMPARE(fixture.savedArea(), (CaptureFrame{12, chosen.y, chosen.width, chosen.height}));
+    void person_choosesTheArea()
+    {
+        QFETCH(WindowManager, manager);
+        SelectorFixture fixture(manager);
+        QVERIFY(fixture.launch() && fixture.open() && fixture.becomes(area));
 
-    QVERIFY(fixture.open());
-    frame.moveLeft(12);
-    QVERIFY(fixture.becomes(frame));
-    fixture.input.drag(frame.topLeft() + QPoint(90, 90), frame.topLeft() + QPoint(190, 80));
-    QVERIFY(fixture.becomes(frame.translated(100, -10)));
-    fixture.cancel();
-    QVERIFY(fixture.becomes(std::nullopt));
-    QVERIFY(fixture.open(places::resetArea));
-    QVERIFY(fixture.becomes(QRect(340, 312, 600, 400)));
-    fixture.cancel();
-    QVERIFY(fixture.becomes(std::nullopt));
-    QVERIFY(fixture.open());
-    QVERIFY(fixture.becomes(frame));
-}
-
-void SelectorTest::selector_isGlassWithABorder_andLeavesNoTrail_data()
-{
-    person_choosesTheArea_data();
-}
-
-void SelectorTest::selector_isGlassWithABorder_andLeavesNoTrail()
-{
-    QFETCH(WindowManager, manager);
-    SelectorFixture fixture(manager);
-    const QColor blueish(40, 90, 200);
-    const QColor white(Qt::white);
-    const QRect paper(420, 400, 200, 250);
-    std::vector<QRect> sheets{{QPoint(), screenSize}, paper};
-    for (int y = 400; y < 550; y += 2) {
-        sheets.push_back({800, y, 150, 1});
-    }
-    QImage before(screenSize, QImage::Format_RGB32);
-    std::vector<ColorWindow> windows;
-    for (const QRect &sheet : sheets) {
-        const QColor color = windows.empty() ? blueish : white;
-        windows.push_back(required(
-            ColorWindow::show(fixture.client, {.rectangle = sheet, .color = color.rgb()})));
-        QPainter(&before).fillRect(sheet, color);
-    }
-    for (const ColorWindow &window : windows | std::views::reverse) { // below what is managed
-        window.lower();
-    }
-    QVERIFY(fixture.launch());
-    const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
-    const auto screenshot = [&] { return required(fixture.client.screenshot()); };
-    QTRY_VERIFY(isEqualBut(screenshot(), before, main));
-
-    QVERIFY(fixture.open());
-    fixture.input.moveTo(besidesEverything);
-    QTRY_VERIFY(showsWholeSelector(screenshot().copy(area)));
-    const QImage shown = screenshot();
-    QVERIFY(isEqualBut(shown, before, QRegion(area) + main));
-    QVERIFY(isNear(shown.pixelColor(720, 450), throughGlass(blueish)));
-    QVERIFY(isNear(shown.pixelColor(520, 560), throughGlass(white)));
-    const QColor line = shown.pixelColor(870, 520);
-    const QColor gap = shown.pixelColor(870, 521);
-    QVERIFY2(std::abs(line.red() - gap.red()) < 30, "The stripes are not blurred");
-    QVERIFY(line.red() > throughGlass(blueish).red() + 20);
-
-    // Everything moves with the pointer and is right at once; nothing stays behind.
-    const QRect moved = area.translated(90, 60);
-    fixture.input.drag(area.topLeft() + QPoint(50, 50), moved.topLeft() + QPoint(50, 50));
-    QVERIFY(fixture.becomes(moved));
-    fixture.input.moveTo(besidesEverything);
-    QTRY_VERIFY(showsWholeSelector(screenshot().copy(moved)));
-    QTRY_VERIFY(isEqualBut(screenshot(), before, QRegion(moved) + main));
-    QTRY_VERIFY(isNear(screenshot().pixelColor(520, 560), throughGlass(white)));
-    // The glass is right also where something lay over it for a while.
-    const QPoint covered(540, 430);
-    QVERIFY(ColorWindow::show(fixture.client, {.rectangle = {covered, QSize(9, 9)}}));
-    QTRY_VERIFY(isNear(screenshot().pixelColor(covered), throughGlass(white)));
-    fixture.cancel();
-    fixture.input.moveTo(besidesEverything);
-    QTRY_VERIFY(isEqualBut(screenshot(), before, main));
-}
-
-void SelectorTest::selector_isTranslucent_whereTheCompositorBlurs()
-{
-    SelectorFixture fixture(WindowManager::OpenboxAndPicom);
-    // picom does not look at it, so what lies behind comes through sharp here.
-    const QByteArray property = "_KDE_NET_WM_BLUR_BEHIND_REGION";
-    const auto atom = fixture.client.atom(property);
-    xcb_change_property(fixture.client.connection(), XCB_PROP_MODE_REPLACE, fixture.client.root(),
-                        atom, atom, 8, 0, nullptr);
-    const auto desktop = required(ColorWindow::show(
-        fixture.client, {.rectangle = {QPoint(), screenSize}, .color = 0xffffffff}));
-    desktop.lower();
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    const auto region = propertyOf(fixture.client, *fixture.selector(), property);
-    QVERIFY(region && region->bytes.isEmpty());
-    for (const QColor &color : {QColor(255, 255, 255), QColor(40, 90, 200)}) {
-        desktop.setColor(color.rgb());
-        const auto channel = [](int value, int tint) {
-            return static_cast<int>(value * (1 - 0.9 * 0.55) + tint * 0.9 * 0.55);
+        struct Zone {
+            QPoint place; ///< from the selector's top-left corner, or back from the other one
+            Qt::Edges edges;
+            QString cursor;
         };
-        const QColor expected(channel(color.red(), 24), channel(color.green(), 24),
-                              channel(color.blue(), 27));
-        QTRY_VERIFY(isNear(required(fixture.client.screenshot(area)).pixelColor(60, 60), expected));
+        const Zone zones[] = {
+            {{90, 90}, {}, QStringLiteral("openhand")},
+            {{90, 5}, Qt::TopEdge, QStringLiteral("size_ver")},
+            {{90, -5}, Qt::BottomEdge, QStringLiteral("size_ver")},
+            {{5, 90}, Qt::LeftEdge, QStringLiteral("size_hor")},
+            {{-5, 90}, Qt::RightEdge, QStringLiteral("size_hor")},
+            {{5, 5}, Qt::LeftEdge | Qt::TopEdge, QStringLiteral("crosshair")},
+            {{-5, 5}, Qt::RightEdge | Qt::TopEdge, QStringLiteral("crosshair")},
+            {{5, -5}, Qt::LeftEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
+            {{-5, -5}, Qt::RightEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
+        };
+        QRect frame = area;
+        QPoint way(37, -23);
+        for (const auto &[place, edges, cursor] : zones) {
+            const QPoint from = frame.topLeft()
+                + QPoint(place.x() + (place.x() < 0 ? frame.width() : 0),
+                         place.y() + (place.y() < 0 ? frame.height() : 0));
+            QTRY_COMPARE(fixture.cursorAt(from), cursor);
+            fixture.input.drag(from, from + way);
+            frame = edges ? dragged(frame, edges, from + way) : frame.translated(way);
+            QVERIFY(fixture.becomes(frame));
+            way = -way + QPoint(5, 3);
+        }
+        QTRY_COMPARE(fixture.cursorAt(frame.center()), QStringLiteral("left_ptr"));
+        QVERIFY(fixture.cursorAt(besidesEverything) != QLatin1String("crosshair"));
+
+        fixture.confirm();
+        QVERIFY(fixture.becomes(std::nullopt));
+        const CaptureFrame chosen{.x = double(frame.x()),
+                                  .y = double(screenSize.height() - frame.y() - frame.height()),
+                                  .width = double(frame.width()),
+                                  .height = double(frame.height())};
+        QTRY_COMPARE(fixture.savedArea(), chosen);
+        // Typing saves what all four fields show.
+        QVERIFY(fixture.type(places::fields[0], "12"));
+        QTRY_COMPARE(fixture.savedArea(),
+                     (CaptureFrame{12, chosen.y, chosen.width, chosen.height}));
+
+        QVERIFY(fixture.open());
+        frame.moveLeft(12);
+        QVERIFY(fixture.becomes(frame));
+        fixture.input.drag(frame.topLeft() + QPoint(90, 90), frame.topLeft() + QPoint(190, 80));
+        QVERIFY(fixture.becomes(frame.translated(100, -10)));
+        fixture.cancel();
+        QVERIFY(fixture.becomes(std::nullopt));
+        QVERIFY(fixture.open(places::resetArea));
+        QVERIFY(fixture.becomes(QRect(340, 312, 600, 400)));
+        fixture.cancel();
+        QVERIFY(fixture.becomes(std::nullopt));
+        QVERIFY(fixture.open());
+        QVERIFY(fixture.becomes(frame));
     }
-    QVERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
-}
 
-void SelectorTest::selector_staysAbove_andTakesNoKeys()
-{
-    SelectorFixture fixture(WindowManager::Openbox);
-    const auto wall = required(ColorWindow::show(
-        fixture.client,
-        {.rectangle = {0, 0, 400, 300}, .color = 0xff808080, .kind = ColorWindow::Kind::Managed}));
-    QVERIFY(waitFor([&] { return isViewable(fixture.client, wall.id()); }, patience));
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    const auto isOnTop
-        = [&] { return showsWholeSelector(required(fixture.client.screenshot(area))); };
-    QTRY_VERIFY(isOnTop());
-    const auto newcomer = required(ColorWindow::show(
-        fixture.client,
-        {.rectangle = area, .color = 0xffffff00, .kind = ColorWindow::Kind::Managed}));
-    QVERIFY(waitFor([&] { return isViewable(fixture.client, newcomer.id()); }, patience));
-    QTRY_VERIFY(isOnTop());
-    // EWMH: _NET_WM_STATE_ADD is 1.
-    sendMessage(fixture.client, wall.id(), "_NET_WM_STATE", 1, fixture.client.root(),
-                fixture.client.atom("_NET_WM_STATE_FULLSCREEN"));
-    sendMessage(fixture.client, wall.id(), "_NET_ACTIVE_WINDOW", 2, fixture.client.root());
-    QTRY_COMPARE(geometryOf(fixture.client, wall.id()), QRect(QPoint(), screenSize));
-    QTRY_VERIFY(isOnTop());
-    QCOMPARE(required(fixture.client.screenshot({1100, 900, 1, 1})).pixelColor(0, 0),
-             QColor(0x80, 0x80, 0x80));
+    void selector_isGlassWithABorder_andLeavesNoTrail_data() { person_choosesTheArea_data(); }
 
-    fixture.input.moveTo(area.topLeft() + QPoint(100, 100));
-    for (const auto key : {keys::escape, keys::enter, keys::space, keys::tab}) {
-        QVERIFY(fixture.input.typeKey(key));
+    void selector_isGlassWithABorder_andLeavesNoTrail()
+    {
+        QFETCH(WindowManager, manager);
+        SelectorFixture fixture(manager);
+        const QColor blueish(40, 90, 200);
+        const QColor white(Qt::white);
+        const QRect paper(420, 400, 200, 250);
+        std::vector<QRect> sheets{{QPoint(), screenSize}, paper};
+        for (int y = 400; y < 550; y += 2) {
+            sheets.push_back({800, y, 150, 1});
+        }
+        QImage before(screenSize, QImage::Format_RGB32);
+        std::vector<ColorWindow> windows;
+        for (const QRect &sheet : sheets) {
+            const QColor color = windows.empty() ? blueish : white;
+            windows.push_back(required(
+                ColorWindow::show(fixture.client, {.rectangle = sheet, .color = color.rgb()})));
+            QPainter(&before).fillRect(sheet, color);
+        }
+        for (const ColorWindow &window : windows | std::views::reverse) { // below what is managed
+            window.lower();
+        }
+        QVERIFY(fixture.launch());
+        const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
+        const auto screenshot = [&] { return required(fixture.client.screenshot()); };
+        QTRY_VERIFY(isEqualBut(screenshot(), before, main));
+
+        QVERIFY(fixture.open());
+        fixture.input.moveTo(besidesEverything);
+        QTRY_VERIFY(showsWholeSelector(screenshot().copy(area)));
+        const QImage shown = screenshot();
+        QVERIFY(isEqualBut(shown, before, QRegion(area) + main));
+        QVERIFY(isNear(shown.pixelColor(720, 450), throughGlass(blueish)));
+        QVERIFY(isNear(shown.pixelColor(520, 560), throughGlass(white)));
+        const QColor line = shown.pixelColor(870, 520);
+        const QColor gap = shown.pixelColor(870, 521);
+        QVERIFY2(std::abs(line.red() - gap.red()) < 30, "The stripes are not blurred");
+        QVERIFY(line.red() > throughGlass(blueish).red() + 20);
+
+        // Everything moves with the pointer and is right at once; nothing stays behind.
+        const QRect moved = area.translated(90, 60);
+        fixture.input.drag(area.topLeft() + QPoint(50, 50), moved.topLeft() + QPoint(50, 50));
+        QVERIFY(fixture.becomes(moved));
+        fixture.input.moveTo(besidesEverything);
+        QTRY_VERIFY(showsWholeSelector(screenshot().copy(moved)));
+        QTRY_VERIFY(isEqualBut(screenshot(), before, QRegion(moved) + main));
+        QTRY_VERIFY(isNear(screenshot().pixelColor(520, 560), throughGlass(white)));
+        // The glass is right also where something lay over it for a while.
+        const QPoint covered(540, 430);
+        QVERIFY(ColorWindow::show(fixture.client, {.rectangle = {covered, QSize(9, 9)}}));
+        QTRY_VERIFY(isNear(screenshot().pixelColor(covered), throughGlass(white)));
+        fixture.cancel();
+        fixture.input.moveTo(besidesEverything);
+        QTRY_VERIFY(isEqualBut(screenshot(), before, main));
     }
-    fixture.input.drag(area.topLeft() + QPoint(100, 100), area.topLeft() + QPoint(110, 100));
-    QVERIFY(fixture.becomes(area.translated(10, 0)));
-}
 
-void SelectorTest::selector_canBeOpenedAgain_whenItWasTakenAway_data()
-{
-    using Way = std::function<void(SelectorFixture &)>;
-    QTest::addColumn<Way>("takeAway");
-    QTest::newRow("its client is killed") << Way([](SelectorFixture &fixture) {
-        xcb_kill_client(fixture.client.connection(), *fixture.selector());
-    });
-    QTest::newRow("destroyed") << Way([](SelectorFixture &fixture) {
-        xcb_destroy_window(fixture.client.connection(), *fixture.selector());
-    });
-    QTest::newRow("its display is gone") << Way([](SelectorFixture &fixture) {
-        fixture.server.setMonitor(QStringLiteral("Left"), {0, 0, 400, 1024},
+    void selector_isTranslucent_whereTheCompositorBlurs()
+    {
+        SelectorFixture fixture(WindowManager::OpenboxAndPicom);
+        // picom does not look at it, so what lies behind comes through sharp here.
+        const QByteArray property = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+        const auto atom = fixture.client.atom(property);
+        xcb_change_property(fixture.client.connection(), XCB_PROP_MODE_REPLACE,
+                            fixture.client.root(), atom, atom, 8, 0, nullptr);
+        const auto desktop = required(ColorWindow::show(
+            fixture.client, {.rectangle = {QPoint(), screenSize}, .color = 0xffffffff}));
+        desktop.lower();
+        QVERIFY(fixture.launch() && fixture.open());
+        const auto region = propertyOf(fixture.client, *fixture.selector(), property);
+        QVERIFY(region && region->bytes.isEmpty());
+        for (const QColor &color : {QColor(255, 255, 255), QColor(40, 90, 200)}) {
+            desktop.setColor(color.rgb());
+            const auto seen = [&] { return required(fixture.client.screenshot(area)); };
+            QTRY_VERIFY(isNear(seen().pixelColor(60, 60), throughGlass(color)));
+        }
+        QVERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
+    }
+
+    void selector_staysAbove_andTakesNoKeys()
+    {
+        SelectorFixture fixture(WindowManager::Openbox);
+        const auto wall = required(ColorWindow::show(fixture.client,
+                                                     {.rectangle = {0, 0, 400, 300},
+                                                      .color = 0xff808080,
+                                                      .kind = ColorWindow::Kind::Managed}));
+        QVERIFY(waitFor([&] { return isViewable(fixture.client, wall.id()); }, patience));
+        QVERIFY(fixture.launch() && fixture.open());
+        const auto isOnTop
+            = [&] { return showsWholeSelector(required(fixture.client.screenshot(area))); };
+        QTRY_VERIFY(isOnTop());
+        const auto newcomer = required(ColorWindow::show(
+            fixture.client,
+            {.rectangle = area, .color = 0xffffff00, .kind = ColorWindow::Kind::Managed}));
+        QVERIFY(waitFor([&] { return isViewable(fixture.client, newcomer.id()); }, patience));
+        QTRY_VERIFY(isOnTop());
+        // EWMH: _NET_WM_STATE_ADD is 1.
+        sendMessage(fixture.client, wall.id(), "_NET_WM_STATE", 1, fixture.client.root(),
+                    fixture.client.atom("_NET_WM_STATE_FULLSCREEN"));
+        sendMessage(fixture.client, wall.id(), "_NET_ACTIVE_WINDOW", 2, fixture.client.root());
+        QTRY_COMPARE(geometryOf(fixture.client, wall.id()), QRect(QPoint(), screenSize));
+        QTRY_VERIFY(isOnTop());
+        QCOMPARE(required(fixture.client.screenshot({1100, 900, 1, 1})).pixelColor(0, 0),
+                 QColor(0x80, 0x80, 0x80));
+
+        fixture.input.moveTo(area.topLeft() + QPoint(100, 100));
+        for (const auto key : {keys::escape, keys::enter, keys::space, keys::tab}) {
+            QVERIFY(fixture.input.typeKey(key));
+        }
+        fixture.input.drag(area.topLeft() + QPoint(100, 100), area.topLeft() + QPoint(110, 100));
+        QVERIFY(fixture.becomes(area.translated(10, 0)));
+    }
+
+    void selector_canBeOpenedAgain_whenItWasTakenAway()
+    {
+        using Way = void (*)(SelectorFixture &);
+        const Way kill = [](SelectorFixture &fixture) {
+            xcb_kill_client(fixture.client.connection(), *fixture.selector());
+        };
+        const Way destroy = [](SelectorFixture &fixture) {
+            xcb_destroy_window(fixture.client.connection(), *fixture.selector());
+        };
+        const Way takeDisplay = [](SelectorFixture &fixture) {
+            fixture.server.setMonitor(QStringLiteral("Left"), {0, 0, 400, 1024},
+                                      QStringLiteral("screen"));
+        };
+        for (const Way takeAway : {kill, destroy, takeDisplay}) {
+            SelectorFixture fixture;
+            QVERIFY(fixture.launch() && fixture.open() && fixture.becomes(area));
+            takeAway(fixture);
+            fixture.client.sync();
+            QVERIFY(fixture.becomes(std::nullopt));
+            QVERIFY(fixture.open(places::resetArea));
+            fixture.confirm();
+            QVERIFY(fixture.becomes(std::nullopt));
+            QTRY_COMPARE(fixture.savedArea()->width, 600);
+        }
+    }
+
+    void area_isInPoints_atScaleFactorTwo()
+    {
+        SelectorFixture fixture(WindowManager::Openbox, 2);
+        const auto window = required(ColorWindow::show(
+            fixture.client, {.rectangle = {500, 500, 300, 300}, .color = 0xffff0000}));
+        QVERIFY(fixture.launch({QStringLiteral("--area=200,150,250x180")}));
+        QVERIFY(fixture.open());
+        const QRect pixels(400, 364, 500, 360);
+        QVERIFY(fixture.becomes(pixels));
+        // The bands are 15 points deep. A pixel is half a point, and areas are of whole points.
+        fixture.input.drag(pixels.topLeft() + QPoint(32, 100), pixels.topLeft() + QPoint(53, 100));
+        QVERIFY(fixture.becomes(pixels.translated(22, 0)));
+        fixture.input.drag(pixels.topLeft() + QPoint(22 + 28, 100), QPoint(401, 464));
+        const QRect frame(402, 364, 520, 360);
+        QVERIFY(fixture.becomes(frame));
+        fixture.confirm();
+        QTRY_COMPARE(fixture.savedArea(), (CaptureFrame{201, 150, 260, 180}));
+        QVERIFY(fixture.startAgain());
+        QVERIFY(fixture.showsArea(frame));
+    }
+
+    void drag_bringsTheSelectorToTheMainDisplay()
+    {
+        SelectorFixture fixture;
+        fixture.server.setMonitor(QStringLiteral("Left"), {0, 0, 640, 1024},
                                   QStringLiteral("screen"));
-    });
-}
-
-void SelectorTest::selector_canBeOpenedAgain_whenItWasTakenAway()
-{
-    QFETCH(std::function<void(SelectorFixture &)>, takeAway);
-    SelectorFixture fixture;
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    QVERIFY(fixture.becomes(area));
-    takeAway(fixture);
-    fixture.client.sync();
-    QVERIFY(fixture.becomes(std::nullopt));
-    QVERIFY(fixture.open(places::resetArea));
-    fixture.confirm();
-    QVERIFY(fixture.becomes(std::nullopt));
-    QTRY_COMPARE(fixture.savedArea()->width, 600);
-}
-
-void SelectorTest::area_isInPoints_atScaleFactorTwo()
-{
-    SelectorFixture fixture(WindowManager::Openbox, 2);
-    const auto window = required(ColorWindow::show(
-        fixture.client, {.rectangle = {500, 500, 300, 300}, .color = 0xffff0000}));
-    QVERIFY(fixture.launch({QStringLiteral("--area=200,150,250x180")}));
-    QVERIFY(fixture.open());
-    const QRect pixels(400, 364, 500, 360);
-    QVERIFY(fixture.becomes(pixels));
-    // The bands are 15 points deep. A pixel is half a point, and areas are of whole points.
-    fixture.input.drag(pixels.topLeft() + QPoint(32, 100), pixels.topLeft() + QPoint(53, 100));
-    QVERIFY(fixture.becomes(pixels.translated(22, 0)));
-    fixture.input.drag(pixels.topLeft() + QPoint(22 + 28, 100), QPoint(401, 464));
-    const QRect frame(402, 364, 520, 360);
-    QVERIFY(fixture.becomes(frame));
-    fixture.confirm();
-    QTRY_COMPARE(fixture.savedArea(), (CaptureFrame{201, 150, 260, 180}));
-    QVERIFY(fixture.startAgain());
-    QVERIFY(fixture.showsArea(frame));
-}
-
-void SelectorTest::drag_bringsTheSelectorToTheMainDisplay()
-{
-    SelectorFixture fixture;
-    fixture.server.setMonitor(QStringLiteral("Left"), {0, 0, 640, 1024}, QStringLiteral("screen"));
-    fixture.server.setMonitor(QStringLiteral("Right"), {640, 0, 640, 1024}, QStringLiteral("none"));
-    QVERIFY(fixture.launch({QStringLiteral("--area=700,300,300x400")}));
-    QVERIFY(fixture.open());
-    QVERIFY(fixture.becomes(QRect(700, 324, 300, 400)));
-    fixture.input.drag({730, 354}, {740, 354});
-    QVERIFY(fixture.becomes(QRect(340, 324, 300, 400)));
-}
-
-void SelectorTest::selector_isWhole_atEveryMomentOfADrag()
-{
-    SelectorFixture fixture(WindowManager::Openbox);
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
-    for (const QPoint from : {area.topLeft() + QPoint(50, 50), area.topLeft() + QPoint(4, 4)}) {
-        QVERIFY(fixture.becomes(area));
-        fixture.input.moveTo(from);
-        fixture.input.press();
-        for (int i = 1; i <= 40; ++i) {
-            fixture.input.moveTo(from + QPoint(i * 37 % 300, i * 53 % 200));
-            QVERIFY(showsWholeSelector(required(fixture.client.screenshot())));
-        }
-        fixture.input.moveTo(from);
-        fixture.input.release();
+        fixture.server.setMonitor(QStringLiteral("Right"), {640, 0, 640, 1024},
+                                  QStringLiteral("none"));
+        QVERIFY(fixture.launch({QStringLiteral("--area=700,300,300x400")}));
+        QVERIFY(fixture.open());
+        QVERIFY(fixture.becomes(QRect(700, 324, 300, 400)));
+        fixture.input.drag({730, 354}, {740, 354});
+        QVERIFY(fixture.becomes(QRect(340, 324, 300, 400)));
     }
-}
 
-void SelectorTest::selector_isWhole_afterAThousandDrags()
-{
-    SelectorFixture fixture;
-    QVERIFY(fixture.launch());
-    QVERIFY(fixture.open());
-    QVERIFY(fixture.becomes(area));
-    // From here on a press beside the selector does nothing.
-    const auto shield = required(ColorWindow::show(
-        fixture.client, {.rectangle = {QPoint(), screenSize}, .color = 0xff304050}));
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(fixture.client.connection(), *fixture.selector(),
-                         XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    const QRect screen(QPoint(), screenSize);
-    QRandomGenerator random(20);
-    const auto pointIn = [&](const QRect &rectangle) {
-        return rectangle.topLeft()
-            + QPoint(random.bounded(rectangle.width()), random.bounded(rectangle.height()));
-    };
-    QRect frame = area;
-    for (int i = 0; i < 1000; ++i) {
-        const QPoint from = pointIn(frame);
-        const QRect panel(frame.center() - QPoint(62, 32), QSize(126, 66));
-        if (panel.contains(from)) {
-            continue;
+    void selector_isWhole_atEveryMomentOfADrag()
+    {
+        SelectorFixture fixture(WindowManager::Openbox);
+        QVERIFY(fixture.launch() && fixture.open());
+        QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(area))));
+        for (const QPoint from : {area.topLeft() + QPoint(50, 50), area.topLeft() + QPoint(4, 4)}) {
+            QVERIFY(fixture.becomes(area));
+            fixture.input.moveTo(from);
+            fixture.input.press();
+            for (int i = 1; i <= 40; ++i) {
+                fixture.input.moveTo(from + QPoint(i * 37 % 300, i * 53 % 200));
+                QVERIFY(showsWholeSelector(required(fixture.client.screenshot())));
+            }
+            fixture.input.moveTo(from);
+            fixture.input.release();
         }
-        const QPoint to = pointIn(screen);
-        fixture.input.drag(from, to, 2);
-        frame = afterDrag(frame, from, to);
-        QVERIFY2(fixture.becomes(frame), qPrintable(QStringLiteral("drag %1").arg(i)));
-        QVERIFY(screen.contains(frame) && frame.width() >= 200 && frame.height() >= 150);
     }
-    fixture.input.moveTo(frame.topLeft() + QPoint(40, 40));
-    QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(frame))));
-}
+
+    void selector_isWhole_afterAThousandDrags()
+    {
+        SelectorFixture fixture;
+        QVERIFY(fixture.launch() && fixture.open() && fixture.becomes(area));
+        // From here on a press beside the selector does nothing.
+        const auto shield = required(ColorWindow::show(
+            fixture.client, {.rectangle = {QPoint(), screenSize}, .color = 0xff304050}));
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(fixture.client.connection(), *fixture.selector(),
+                             XCB_CONFIG_WINDOW_STACK_MODE, &above);
+        const QRect screen(QPoint(), screenSize);
+        QRandomGenerator random(20);
+        const auto pointIn = [&](const QRect &rectangle) {
+            return rectangle.topLeft()
+                + QPoint(random.bounded(rectangle.width()), random.bounded(rectangle.height()));
+        };
+        QRect frame = area;
+        for (int i = 0; i < 1000; ++i) {
+            const QRect panel(frame.center() - QPoint(62, 32), QSize(126, 66));
+            QPoint from = pointIn(frame);
+            while (panel.contains(from)) {
+                from = pointIn(frame);
+            }
+            const QPoint to = pointIn(screen);
+            fixture.input.drag(from, to, 2);
+            frame = afterDrag(frame, from, to);
+            QVERIFY2(fixture.becomes(frame), qPrintable(QStringLiteral("drag %1").arg(i)));
+            QVERIFY(screen.contains(frame) && frame.width() >= 200 && frame.height() >= 150);
+        }
+        fixture.input.moveTo(frame.topLeft() + QPoint(40, 40));
+        QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(frame))));
+    }
+};
 
 QTEST_APPLESS_MAIN(SelectorTest)
 #include "SelectorTest.moc"
