@@ -12,6 +12,17 @@ FramePacer::FramePacer(std::chrono::nanoseconds interval)
 {
 }
 
+FramePacer::TimePoint FramePacer::pointerDue() const
+{
+    return isMoving_ ? std::max(due_, lastPicture_ + interval_ * 3 / 2) : due_;
+}
+
+void FramePacer::pictureShown(TimePoint now)
+{
+    isMoving_ = now - lastPicture_ < interval_ * 5 / 4;
+    lastPicture_ = now;
+}
+
 void FramePacer::advance(TimePoint now, TimePoint wantedSince)
 {
     if (now - due_ >= interval_) {

@@ -138,13 +138,17 @@ void CaptureLoop::run()
             continue;
         }
         const auto now = std::chrono::steady_clock::now();
-        wantedSince = wantedSince.value_or(now);
-        if (pacer_.isDue(now)) {
-            pacer_.advance(now, *wantedSince);
+        const bool isPointerAlone = !isDamaged_ && carried_.isEmpty();
+        const auto due = isPointerAlone ? pacer_.pointerDue() : pacer_.due();
+        if (!isPointerAlone) {
+            wantedSince = wantedSince.value_or(now);
+        }
+        if (now >= due) {
+            pacer_.advance(now, wantedSince.value_or(now));
             wantedSince.reset();
             look();
         } else {
-            wait(pacer_.due() - now);
+            wait(due - now);
         }
     }
 }
@@ -231,6 +235,9 @@ void CaptureLoop::look()
         return;
     }
     shownPointer_ = sample.pointer;
+    if (!sample.changed.isEmpty()) {
+        pacer_.pictureShown(sample.time);
+    }
     handlers_.didOutputSampleBuffer(std::move(sample), SampleType::Screen);
 }
 
