@@ -3,8 +3,6 @@
 
 #include "platform/x11/Monitors.h"
 
-#include <xcb/randr.h>
-
 #include <QVarLengthArray>
 
 #include <algorithm>
@@ -96,13 +94,7 @@ CaptureLoop::CaptureLoop(Connection connection, const Extensions &extensions, Ca
 
 std::expected<void, Error> CaptureLoop::watch()
 {
-    // The root's ConfigureNotify tells of a new size of the screen, RandR of the monitors on it.
-    const std::uint32_t rootEvents = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK,
-                                 &rootEvents);
-    xcb_randr_select_input(connection_.get(), connection_.root(),
-                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
-                               | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    watchMonitors(connection_);
     if (source_.showsCursor) {
         pointer_.emplace(connection_, extensions_);
     }
@@ -186,9 +178,7 @@ void CaptureLoop::handle(const xcb_generic_event_t &event)
         isDamaged_ = true;
     } else if (pointer_ && pointer_->concerns(event)) {
         isPointerStale_ = true;
-    } else if (type == XCB_CONFIGURE_NOTIFY
-               || type == extensions_.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
-               || type == extensions_.firstRandrEvent + XCB_RANDR_NOTIFY) {
+    } else if (tellsOfMonitors(event, connection_, extensions_)) {
         checkGeometry();
     }
 }

@@ -48,4 +48,26 @@ std::vector<Display> monitors(const Connection &connection)
     return displays;
 }
 
+void watchMonitors(const Connection &connection, std::uint32_t rootEvents)
+{
+    // The root's ConfigureNotify tells of a new size of the screen, RandR of the monitors on it.
+    const std::uint32_t events = rootEvents | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &events);
+    xcb_randr_select_input(connection.get(), connection.root(),
+                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
+                               | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+}
+
+bool tellsOfMonitors(const xcb_generic_event_t &event, const Connection &connection,
+                     const Extensions &extensions)
+{
+    const int type = event.response_type & 0x7f;
+    if (type == XCB_CONFIGURE_NOTIFY) {
+        const auto &configured = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
+        return configured.event == connection.root();
+    }
+    return type == extensions.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
+        || type == extensions.firstRandrEvent + XCB_RANDR_NOTIFY;
+}
+
 } // namespace glimmerpane::x11

@@ -7,8 +7,6 @@
 
 #include <QPointer>
 
-#include <xcb/randr.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -109,14 +107,7 @@ void OverlayWindowX11::describe(const QString &title)
 
 void OverlayWindowX11::watchDesktop()
 {
-    // The root's ConfigureNotify tells of a new size of the screen, RandR of the monitors on it.
-    const std::uint32_t rootEvents
-        = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-    xcb_change_window_attributes(connection_.get(), connection_.root(), XCB_CW_EVENT_MASK,
-                                 &rootEvents);
-    xcb_randr_select_input(connection_.get(), connection_.root(),
-                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE
-                               | XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE);
     // EWMH: the window manager changes these when it restacks the windows that it manages. Menus
     // and screen lockers are not among them; those may well come above the overlay.
     for (const char *name :
@@ -218,9 +209,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
         if (std::ranges::find(restackSigns_, change.atom) != restackSigns_.end()) {
             stayOnTop();
         }
-    } else if (type == extensions_.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
-               || type == extensions_.firstRandrEvent + XCB_RANDR_NOTIFY
-               || (type == XCB_CONFIGURE_NOTIFY && isOfRoot(event))) {
+    } else if (tellsOfMonitors(event, connection_, extensions_)) {
         checkDisplays();
     }
 }
@@ -260,12 +249,6 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
         break;
     }
     return std::nullopt;
-}
-
-bool OverlayWindowX11::isOfRoot(const xcb_generic_event_t &event) const
-{
-    const auto &configured = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
-    return configured.event == connection_.root();
 }
 
 /** Of moves that have arrived together only the last one counts. */

@@ -50,7 +50,6 @@ private:
 
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
-    bool isOfRoot(const xcb_generic_event_t &event) const;
     void deliver(const PointerEvent &event);
     void deliverMotion();
     void stayOnTop();
