@@ -57,13 +57,14 @@ PressMonitorX11::PressMonitorX11(Connection connection, const Extensions &extens
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { count(event); };
     events_.onDrained = [this] { look(); };
+    QObject::connect(&looking_, &QFutureWatcherBase::finished, &events_, [this] { tell(); });
     selectRawEvents(connection_, XCB_INPUT_XI_EVENT_MASK_RAW_BUTTON_PRESS);
     events_.flush();
 }
 
 PressMonitorX11::~PressMonitorX11()
 {
-    place_.waitForFinished();
+    looking_.waitForFinished();
 }
 
 void PressMonitorX11::count(const xcb_generic_event_t &event)
@@ -83,16 +84,19 @@ void PressMonitorX11::look()
         return;
     }
     isLooking_ = true;
-    const int presses = std::exchange(presses_, 0);
-    place_ = QtConcurrent::run([this] { return placeOfPress(); });
-    place_.then(&events_, [this, presses](const std::optional<QPoint> &place) {
-        isLooking_ = false;
-        for (int i = 0; place && i < presses; ++i) {
-            pressed_(*place);
-        }
-        events_.flush(); // waiting for answers has read events
-        look();
-    });
+    lookedFor_ = std::exchange(presses_, 0);
+    looking_.setFuture(QtConcurrent::run([this] { return placeOfPress(); }));
+}
+
+void PressMonitorX11::tell()
+{
+    isLooking_ = false;
+    const std::optional<QPoint> place = looking_.result();
+    for (int i = 0; place && i < lookedFor_; ++i) {
+        pressed_(*place);
+    }
+    events_.flush(); // waiting for answers has read events
+    look();
 }
 
 /** Nothing if it was on a window of this program. */

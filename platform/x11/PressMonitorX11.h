@@ -6,7 +6,7 @@
 #include "platform/x11/EventReader.h"
 
 #include <QByteArray>
-#include <QFuture>
+#include <QFutureWatcher>
 #include <QPoint>
 
 #include <functional>
@@ -34,6 +34,7 @@ private:
                     std::function<void(QPoint)> pressed);
     void count(const xcb_generic_event_t &event);
     void look();
+    void tell();
     std::optional<QPoint> placeOfPress() const;
     bool isOurs(xcb_window_t topLevel, QPoint place) const;
     bool belongsToUs(xcb_window_t window) const;
@@ -44,8 +45,9 @@ private:
     const xcb_atom_t pidProperty_;
     const QByteArray host_;
     int presses_ = 0; ///< that nobody has looked after yet
+    int lookedFor_ = 0; ///< whose place is being asked for
     bool isLooking_ = false;
-    QFuture<std::optional<QPoint>> place_;
+    QFutureWatcher<std::optional<QPoint>> looking_;
     EventReader events_;
 };
 
