@@ -59,6 +59,7 @@ void BorderView::layout(QSizeF size)
 std::vector<QRect> BorderView::marks(QSize window, double scale) const
 {
     std::vector<QRect> marks;
+    marks.reserve(outline_.size() + handles_.size());
     for (const Rect &side : outline_) {
         marks.push_back(windowPixels(side, window.height(), scale));
     }

@@ -202,12 +202,13 @@ void FrameSelectorWindowController::mouseDragged(QPoint rootPixel)
         return;
     }
     const bool isMove = resizeEdge_ == ResizeHandler::ResizeEdge::none;
-    setFrame(isMove ? movedFrame(display_.pointOf(rootPixel)) : resizedFrame(rootPixel));
+    setFrame(isMove ? movedFrame(display_.pointOf(rootPixel), *dragStartLocation_)
+                    : resizedFrame(rootPixel));
 }
 
-Rect FrameSelectorWindowController::movedFrame(QPointF pointer) const
+Rect FrameSelectorWindowController::movedFrame(QPointF pointer, QPointF start) const
 {
-    const QPointF origin = wholePoint(pointer) - *dragStartLocation_;
+    const QPointF origin = wholePoint(pointer) - start;
     return movedOnto(
         display_.frame(),
         {.x = origin.x(), .y = origin.y(), .width = frame_.width, .height = frame_.height});

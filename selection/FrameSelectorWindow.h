@@ -57,7 +57,7 @@ private:
     void mouseDragged(QPoint rootPixel);
     void showCursor(QPointF pointer);
     ResizeHandler::ResizeEdge edgeAt(QPointF pointer) const;
-    Rect movedFrame(QPointF pointer) const;
+    Rect movedFrame(QPointF pointer, QPointF start) const;
     Rect resizedFrame(QPoint rootPixel) const;
     void setFrame(const Rect &frame);
     void present();

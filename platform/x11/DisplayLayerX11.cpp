@@ -102,7 +102,7 @@ bool DisplayLayerX11::isReadyForMoreMediaData()
 
 bool DisplayLayerX11::isScaled() const
 {
-    return frame_->source.size() != bounds_.size();
+    return frame_.source.size() != bounds_.size();
 }
 
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
@@ -124,7 +124,7 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
         return false;
     }
     highlights_ = highlights;
-    if (!frame_) {
+    if (frame_.source.isEmpty()) {
         return true;
     }
     if (highlights.empty() && highlighted_.isEmpty()) {
@@ -140,7 +140,7 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
     if (isScaled()) {
         showScaled();
     } else {
-        show(stale & frame_->source);
+        show(stale & frame_.source);
     }
     highlightFence_ = setFence();
     return true;
@@ -158,11 +158,10 @@ QRegion DisplayLayerX11::adoptHighlights()
 QRegion DisplayLayerX11::adoptPointer()
 {
     const auto before = std::exchange(shownPointer_, std::nullopt);
-    if (const auto &pointer = frame_->pointer) {
-        shownPointer_
-            = {.serial = pointer->serial,
-               .topLeft = pointer->topLeft,
-               .covered = QRect(pointer->topLeft, pointer->image.size()) & frame_->source};
+    if (const auto &pointer = frame_.pointer) {
+        shownPointer_ = {.serial = pointer->serial,
+                         .topLeft = pointer->topLeft,
+                         .covered = QRect(pointer->topLeft, pointer->image.size()) & frame_.source};
     }
     QRegion changed;
     if (before != shownPointer_) {
@@ -179,7 +178,7 @@ std::vector<QRect> DisplayLayerX11::overlays() const
         rectangles.push_back(shownPointer_->covered);
     }
     for (const Highlight &highlight : highlights_) {
-        rectangles.push_back(rectangleOf(highlight) & frame_->source);
+        rectangles.push_back(rectangleOf(highlight) & frame_.source);
     }
     return rectangles;
 }
@@ -201,8 +200,8 @@ void DisplayLayerX11::show(const QRegion &stale)
         showPatch(patch);
     }
     for (const QRect &rectangle : stale - patch) {
-        copy(frame_->drawable, rectangle.topLeft(), window_,
-             rectangle.topLeft() - frame_->source.topLeft(), rectangle.size());
+        copy(frame_.drawable, rectangle.topLeft(), window_,
+             rectangle.topLeft() - frame_.source.topLeft(), rectangle.size());
     }
 }
 
@@ -215,10 +214,10 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
     const xcb_rectangle_t whole{0, 0, extent(bounds.width()), extent(bounds.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
     for (const QRect &part : patch) {
-        copy(frame_->drawable, part.topLeft(), canvas_.pixmap.get(),
+        copy(frame_.drawable, part.topLeft(), canvas_.pixmap.get(),
              part.topLeft() - bounds.topLeft(), part.size());
     }
-    if (const auto &pointer = frame_->pointer) {
+    if (const auto &pointer = frame_.pointer) {
         composite(connection_, XCB_RENDER_PICT_OP_OVER, sprite(pointer->image),
                   {QPoint(), pointer->image.size()}, canvas_.picture,
                   pointer->topLeft - bounds.topLeft());
@@ -232,40 +231,42 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
     }
     for (const QRect &part : patch) {
         copy(canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(), window_,
-             part.topLeft() - frame_->source.topLeft(), part.size());
+             part.topLeft() - frame_.source.topLeft(), part.size());
     }
 }
 
 void DisplayLayerX11::showScaled()
 {
     auto *const connection = connection_.get();
-    const QRect source = frame_->source;
+    const QRect source = frame_.source;
     const QRect fitted = aspectFit(source.size(), bounds_);
     const QRect target(QPoint(), fitted.size());
     if (screen_.get() == 0) {
         const auto id = connection_.newId();
         const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-        xcb_render_create_picture(connection, id, frame_->drawable, formats_.screen,
+        xcb_render_create_picture(connection, id, frame_.drawable, formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
         setBilinear(connection_, screen_);
     }
-    const auto scale = [&](const Picture &picture, QPoint origin) -> const Picture & {
+    const auto scale = [&](const Picture &picture, QPoint origin) {
         xcb_render_set_picture_transform(connection, picture.get(),
                                          transform(double(source.width()) / fitted.width(),
                                                    double(source.height()) / fitted.height(),
                                                    source.topLeft() - origin));
-        return picture;
     };
     prepareCanvas(fitted.size());
-    composite(connection_, XCB_RENDER_PICT_OP_SRC, scale(screen_, {}), target, canvas_.picture, {});
-    if (const auto &pointer = frame_->pointer) {
-        composite(connection_, XCB_RENDER_PICT_OP_OVER,
-                  scale(sprite(pointer->image), pointer->topLeft), target, canvas_.picture, {});
+    scale(screen_, {});
+    composite(connection_, XCB_RENDER_PICT_OP_SRC, screen_, target, canvas_.picture, {});
+    if (const auto &pointer = frame_.pointer) {
+        const Picture &image = sprite(pointer->image);
+        scale(image, pointer->topLeft);
+        composite(connection_, XCB_RENDER_PICT_OP_OVER, image, target, canvas_.picture, {});
     }
     for (const Highlight &highlight : highlights_) {
-        compositeFaded(connection_, scale(sprite(highlight.image), highlight.topLeft), target,
-                       highlight.opacity, canvas_.picture, {});
+        const Picture &image = sprite(highlight.image);
+        scale(image, highlight.topLeft);
+        compositeFaded(connection_, image, target, highlight.opacity, canvas_.picture, {});
     }
     copy(canvas_.pixmap.get(), {}, window_, fitted.topLeft(), fitted.size());
 }

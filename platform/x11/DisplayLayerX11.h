@@ -70,7 +70,7 @@ private:
     Picture screen_;
     Canvas canvas_; ///< to put something together in before it is shown
     std::deque<Sprite> sprites_;
-    std::optional<SampleBuffer> frame_; ///< the latest
+    SampleBuffer frame_; ///< the latest; empty before the first
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;
     QRegion highlighted_; ///< where highlights are in the window now, root pixels

@@ -92,7 +92,7 @@ Canvas frostedScreen(const Connection &connection, const RenderFormats &formats,
         levels.push_back(bench.scaled(levels.back(), halved(levels.back().size)));
     }
     while (levels.size() > 1) {
-        Canvas small = std::move(levels.back());
+        const Canvas small = std::move(levels.back());
         levels.pop_back();
         levels.back() = bench.scaled(small, levels.back().size);
     }

@@ -15,6 +15,7 @@ namespace
 std::vector<QRect> marksOf(const OverlayScene &scene)
 {
     std::vector<QRect> inside;
+    inside.reserve(scene.picture.marks.size());
     for (const QRect &mark : scene.picture.marks) {
         inside.push_back(mark.translated(scene.pictureOrigin)
                          & QRect(QPoint(), scene.window.size()));
@@ -136,6 +137,7 @@ void OverlayPainter::fill(const Canvas &canvas, const std::vector<QRect> &rectan
                           const xcb_render_color_t &color) const
 {
     std::vector<xcb_rectangle_t> filled;
+    filled.reserve(rectangles.size());
     for (const QRect &rectangle : rectangles) {
         filled.push_back({coordinate(rectangle.x()), coordinate(rectangle.y()),
                           extent(rectangle.width()), extent(rectangle.height())});

@@ -118,14 +118,15 @@ void OverlayWindowX11::watchDesktop()
 
 void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
 {
-    const auto before = std::exchange(shown_, sceneOf(frame, picture));
-    const QRect place = shown_->window;
-    if (before && painter_.isOnlyMoved(*before, *shown_)) {
+    const OverlayScene scene = sceneOf(frame, picture);
+    const auto before = std::exchange(shown_, scene);
+    const QRect place = scene.window;
+    if (before && painter_.isOnlyMoved(*before, scene)) {
         configure(place);
-        painter_.paintGlass(window_.get(), *shown_);
+        painter_.paintGlass(window_.get(), scene);
         isBackgroundOld_ = true;
     } else {
-        replaceBackground(*shown_);
+        replaceBackground(scene);
         configure(place);
         if (!before) {
             raise();
