@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/CaptureFrame.h"
 
-#include <nlohmann/json.hpp>
+#include "storage/Json.h"
 
 #include <array>
 #include <cmath>
@@ -35,11 +35,7 @@ std::optional<QByteArray> toJson(const CaptureFrame &frame)
 
 std::optional<CaptureFrame> captureFrameFromJson(const QByteArray &json)
 {
-    // The parser takes a NUL for the end, whatever follows.
-    if (json.contains('\0')) {
-        return std::nullopt;
-    }
-    const auto object = nlohmann::json::parse(json.begin(), json.end(), nullptr, false);
+    const auto object = parseJson(json);
     if (!object.is_object()) {
         return std::nullopt;
     }
