@@ -9,9 +9,12 @@
 
 #include <QApplication>
 #include <QThreadPool>
+#include <QTimer>
 #include <QtConcurrent>
 
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <tuple>
 #include <utility>
 
@@ -28,6 +31,7 @@ enum ExitCode {
 };
 
 constexpr const char *version = GLIMMERPANE_VERSION;
+constexpr std::chrono::milliseconds updateCheckDelay{500};
 
 int complain(const QString &message, ExitCode code)
 {
@@ -44,21 +48,42 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
-std::unique_ptr<MainViewModel> makeViewModel(Desktop &desktop, AlertPresenterProtocol &alerts)
+std::unique_ptr<MainViewModel> makeViewModel(
+    Desktop &desktop, AlertPresenterProtocol &alerts,
+    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
     auto repository
         = std::make_unique<FrameRepository>(standardUserDefaults(), QStringLiteral("captureFrame"));
+    auto updateRepository = makeUpdateRepository();
     auto captureService = std::make_unique<ScreenCaptureService>(desktop);
     auto coordinator = std::make_unique<AppCoordinator>(desktop);
-    return std::make_unique<MainViewModel>(std::move(repository), nullptr, std::move(coordinator),
-                                           std::move(captureService), desktop, alerts);
+    return std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
+                                           std::move(coordinator), std::move(captureService),
+                                           desktop, alerts);
+}
+
+/** Until the person quits. */
+int runEventLoop(const LaunchOptions &options,
+                 GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
+{
+    auto glimmerpane = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository);
+    glimmerpane->launch(options);
+    const int code = QApplication::exec();
+    const bool isCheckingForUpdates = glimmerpane->isCheckingForUpdates();
+    glimmerpane.reset();
+    if (isCheckingForUpdates) {
+        // Taking down the application waits for lookups of names, and a name server may be silent.
+        std::fflush(nullptr);
+        std::_Exit(code);
+    }
+    return code;
 }
 
 } // namespace
 
-GlimmerpaneShareApp::GlimmerpaneShareApp()
+GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository)
     : desktop_(std::make_unique<x11::X11Desktop>())
-    , viewModel_(makeViewModel(*desktop_, alerts_))
+    , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
     , window_(*viewModel_)
 {
     alerts_.setParentWindow(&window_);
@@ -79,6 +104,7 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
     // Set where a test harness hosts the program, which then has to leave the screen alone.
     if (!qEnvironmentVariableIsSet("XCTestConfigurationFilePath")) {
         requestPermission();
+        scheduleUpdateCheck();
     }
     window_.show();
     if (options.share) {
@@ -92,7 +118,16 @@ void GlimmerpaneShareApp::requestPermission()
     std::ignore = QtConcurrent::run([&desktop = *desktop_] { return desktop.shareableContent(); });
 }
 
-int runGlimmerpane(int argc, char **argv)
+void GlimmerpaneShareApp::scheduleUpdateCheck()
+{
+    if (qEnvironmentVariableIsEmpty("GLIMMERPANE_NO_UPDATE_CHECK")) {
+        QTimer::singleShot(updateCheckDelay, viewModel_.get(),
+                           [model = viewModel_.get()] { model->checkForUpdates(); });
+    }
+}
+
+int runGlimmerpane(int argc, char **argv,
+                   GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
     const auto options = launchOptions(argumentsOf(argc, argv));
     if (!options) {
@@ -117,9 +152,7 @@ int runGlimmerpane(int argc, char **argv)
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
     QApplication application(argc, argv);
     quitOnSignals(&application);
-    GlimmerpaneShareApp glimmerpane;
-    glimmerpane.launch(*options);
-    return QApplication::exec();
+    return runEventLoop(*options, makeUpdateRepository);
 }
 
 } // namespace glimmerpane

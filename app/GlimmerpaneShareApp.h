@@ -17,15 +17,22 @@ namespace glimmerpane
 class GlimmerpaneShareApp
 {
 public:
-    GlimmerpaneShareApp();
+    using UpdateRepositoryMaker = std::unique_ptr<UpdateRepositoryProtocol> (*)();
+
+    /** No update client, no update check. */
+    explicit GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository);
     ~GlimmerpaneShareApp();
     Q_DISABLE_COPY_MOVE(GlimmerpaneShareApp)
 
     /** Shows the main window and does what the command line asks for. */
     void launch(const LaunchOptions &options);
 
+    /** Whether the update service has been asked and has not answered yet. */
+    bool isCheckingForUpdates() const { return viewModel_->isCheckingForUpdates(); }
+
 private:
     void requestPermission();
+    void scheduleUpdateCheck();
 
     Appearance appearance_;
     const std::unique_ptr<Desktop> desktop_;
@@ -35,6 +42,7 @@ private:
 };
 
 /** The whole program, from the command line to the exit code: 0, 1 (failed) or 2 (usage). */
-int runGlimmerpane(int argc, char **argv);
+int runGlimmerpane(int argc, char **argv,
+                   GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository);
 
 } // namespace glimmerpane

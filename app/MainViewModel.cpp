@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <utility>
 
 namespace glimmerpane
@@ -24,6 +25,7 @@ using namespace std::chrono_literals;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
+constexpr qsizetype longestVersionShown = 60; ///< letters; the service names it
 
 /** Why an area cannot be shown in a window, or nothing. */
 std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
@@ -43,6 +45,13 @@ std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
             .arg(largestWindowSide);
     }
     return std::nullopt;
+}
+
+/** At once, also where somebody reads it through a pipe. */
+void printLine(const QString &text)
+{
+    std::printf("%s\n", qPrintable(text.simplified()));
+    std::fflush(stdout);
 }
 
 } // namespace
@@ -214,6 +223,44 @@ int MainViewModel::runModal(const Alert &alert)
     ++alertsUp_;
     const auto done = qScopeGuard([this] { --alertsUp_; });
     return alerts_.runModal(alert);
+}
+
+QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber)
+{
+    if (!updateRepository_) {
+        co_return;
+    }
+    if (!serialNumber) {
+        printLine(QStringLiteral("Unable to get device serial number for update check"));
+        co_return;
+    }
+    const QPointer self(this);
+    const QString version = appVersion();
+    isCheckingForUpdates_ = true;
+    const auto answer = co_await updateRepository_->checkForUpdate(*serialNumber, version);
+    if (!self) {
+        co_return;
+    }
+    isCheckingForUpdates_ = false;
+    if (!answer) {
+        printLine(QStringLiteral("Update check failed: ") + answer.error().text);
+    } else if (answer->canUpdate) {
+        showUpdateAlert(*answer, version);
+    }
+}
+
+void MainViewModel::showUpdateAlert(const UpdateInfo &info, const QString &currentVersion)
+{
+    const int answer = runModal(
+        {.messageText = QStringLiteral("Update Available"),
+         .informativeText = QStringLiteral("Current version: ") + currentVersion
+             + QStringLiteral("\nNew version: ") + info.lastAppVersion.left(longestVersionShown),
+         .style = Alert::Style::Informational,
+         .buttons = {QStringLiteral("Download New Version"), QStringLiteral("Cancel")}});
+    const QUrl url(info.downloadUrl, QUrl::StrictMode);
+    if (answer == firstAlertButton && url.isValid() && !url.isRelative()) {
+        desktop_.openUrl(url);
+    }
 }
 
 void MainViewModel::stopSharing()

@@ -4,6 +4,7 @@
 #include "app/Alert.h"
 #include "app/ServiceInterfaces.h"
 #include "storage/FrameRepositoryProtocol.h"
+#include "update/DeviceIdentity.h"
 
 #include <QObject>
 #include <QTimer>
@@ -55,6 +56,14 @@ public:
     /** Removes the output window; the window watch then ends the session. */
     void stopSharing();
 
+    /**
+     * Asks the update service whether there is a newer version and offers what it names. A failure
+     * ends in one line on standard output.
+     */
+    QCoro::Task<> checkForUpdates(std::optional<QString> serialNumber = deviceSerialNumber());
+    /** Whether the service has been asked and has not answered yet. */
+    bool isCheckingForUpdates() const { return isCheckingForUpdates_; }
+
 Q_SIGNALS:
     /** A published property is about to be assigned, perhaps with the value it has. */
     void objectWillChange();
@@ -76,6 +85,7 @@ private:
     void checkSharingWindow();
     void handleCaptureEnded();
     void showScreenRecordingPermissionAlert();
+    void showUpdateAlert(const UpdateInfo &info, const QString &currentVersion);
     int runModal(const Alert &alert);
 
     CaptureFrame currentFrame_;
@@ -91,6 +101,7 @@ private:
 
     QTimer windowCheckTimer_;
     bool isCheckingPermission_ = false;
+    bool isCheckingForUpdates_ = false;
     int alertsUp_ = 0;
 };
 

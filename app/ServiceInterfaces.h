@@ -86,9 +86,16 @@ struct UpdateInfo {
     bool canUpdate = false;
 };
 
-/** Why the update service gave no answer; `text` is the error's textual form for a log line. */
+/** Why the update service gave no answer. */
 struct UpdateFailure {
-    QString text;
+    QString description; ///< for a person
+    QString text; ///< the error's textual form, for a log line
+
+    /** Where both are the same. */
+    static UpdateFailure withText(const QString &text)
+    {
+        return {.description = text, .text = text};
+    }
 };
 
 /** Asks the update service about a newer version. */

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/GlimmerpaneShareApp.h"
+#include "update/UpdateCheck.h"
 
 int main(int argc, char **argv)
 {
-    return glimmerpane::runGlimmerpane(argc, argv);
+    return glimmerpane::runGlimmerpane(argc, argv, glimmerpane::makeUpdateRepository);
 }

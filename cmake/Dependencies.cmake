@@ -1,6 +1,10 @@
 # SPDX-License-Identifier: MIT
 # The one place that names what the program is built from; docs/dependencies.md says why.
+option(GLIMMERPANE_UPDATE_CHECK "Ask the update service for a newer version at each launch" ON)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus)
+if(GLIMMERPANE_UPDATE_CHECK)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Network)
+endif()
 find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -7,6 +7,8 @@
 #include "platform/OverlayWindow.h"
 #include "platform/PressMonitor.h"
 
+#include <QUrl>
+
 #include <expected>
 #include <functional>
 #include <memory>
@@ -45,6 +47,9 @@ public:
 
     /** Opens the desktop's own settings program, where one is known. */
     virtual void openPrivacySettings() = 0;
+
+    /** Hands an address to the program that the person has chosen for its kind. */
+    virtual void openUrl(const QUrl &url) = 0;
 
     /** A window with content of `size` pixels at `origin` (root pixels), not yet ordered in. */
     virtual std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(

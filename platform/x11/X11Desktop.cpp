@@ -10,6 +10,7 @@
 #include "platform/x11/OverlayWindowX11.h"
 #include "platform/x11/PressMonitorX11.h"
 
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QProcess>
 #include <QScreen>
@@ -98,6 +99,11 @@ void X11Desktop::openPrivacySettings()
     if (const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
         QProcess::startDetached(*program, {});
     }
+}
+
+void X11Desktop::openUrl(const QUrl &url)
+{
+    QDesktopServices::openUrl(url);
 }
 
 std::expected<std::unique_ptr<OffscreenWindow>, Error> X11Desktop::makeOffscreenWindow(

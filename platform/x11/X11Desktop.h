@@ -17,6 +17,7 @@ public:
     std::vector<Display> displays() const override;
     std::expected<ShareableContent, Error> shareableContent() const override;
     void openPrivacySettings() override;
+    void openUrl(const QUrl &url) override;
     std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &title,
                                                                                QPoint origin,
                                                                                QSize size) override;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/ChildProcess.h"
 #include "tests/support/Fakes.h"
 
 #include <QTest>
@@ -22,6 +23,15 @@ struct Session : FakeApplication {
         QObject::connect(viewModel.get(), &MainViewModel::objectWillChange,
                          [this] { journal.append(QStringLiteral("told")); });
     }
+};
+
+/** What is printed on standard output meanwhile. */
+struct StandardOutput {
+    const x11::FileDescriptor own{dup(STDOUT_FILENO)};
+    const x11::FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
+
+    StandardOutput() { dup2(printed.get(), STDOUT_FILENO); }
+    ~StandardOutput() { dup2(own.get(), STDOUT_FILENO); }
 };
 
 /** Counts the turns of the half-second window watch. */
@@ -71,9 +81,26 @@ constexpr Step closeDuringAlert = [](Session &s) {
         watch(s);
     };
 };
+constexpr Step ask = [](Session &s) { s.viewModel->checkForUpdates(QStringLiteral("01ab")); };
+constexpr Step askUnknown = [](Session &s) { s.viewModel->checkForUpdates(std::nullopt); };
+template<const char *address, bool canUpdate = true>
+constexpr Step update = [](Session &s) {
+    s.updates->checks.back()->complete(UpdateInfo{.lastAppVersion = QStringLiteral("1.5.0"),
+                                                  .downloadUrl = QString::fromLatin1(address),
+                                                  .canUpdate = canUpdate});
+};
+constexpr char download[] = "https://x.example/1.5.0";
+constexpr char nothing[] = "";
+constexpr char noUrl[] = "https://[x/";
+constexpr char relative[] = "x/1.5.0";
+constexpr Step failCheck = [](Session &s) {
+    const UpdateFailure failure{.description = {}, .text = QStringLiteral("two\nlines")};
+    s.updates->checks.back()->complete(std::unexpected(failure));
+};
 // The view model goes; then comes all that can still come for it.
 constexpr Step leave = [](Session &s) {
     const auto starts = s.capture->starts;
+    const auto checks = s.updates->checks;
     const auto ended = s.capture->onCaptureEnded;
     const auto confirmed = s.coordinator->onConfirm;
     const auto cancelled = s.coordinator->onCancel;
@@ -81,6 +108,9 @@ constexpr Step leave = [](Session &s) {
     answer(s);
     for (const auto &started : starts) {
         started->complete(std::unexpected(CaptureFailure{}));
+    }
+    for (const auto &check : checks) {
+        check->complete(std::unexpected(UpdateFailure{}));
     }
     ended();
     confirmed(chosen);
@@ -118,14 +148,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("journal");
         QTest::addColumn<QString>("open");
         const QString opening = QStringLiteral("told, window 1 2 3 4, capture 1 2 3 4");
-        const QString failure = QStringLiteral("Screen Capture|Failed to start capture: why|OK");
+        const QString failure
+            = QStringLiteral("warning|Screen Capture|Failed to start capture: why|OK");
         const QString denial = QStringLiteral(
-            "Screen Recording Permission Required|Please grant Screen Recording permission in "
+            "warning|Screen Recording Permission Required|Please grant Screen Recording permission "
+            "in "
             "System Settings > Privacy & Security > Screen Recording|Open System Settings|Cancel");
+        const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
+                                             "version: 1.5.0|Download New Version|Cancel");
         const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
                              const char *open = "") {
             QString text = QString::fromLatin1(journal).replace(u'*', opening);
-            text.replace(u'!', failure).replace(u'?', denial);
+            text.replace(u'!', failure).replace(u'?', denial).replace(u'+', offer);
             QTest::newRow(name) << steps << text << open;
         };
         row("confirm", {selectArea, confirm, selectArea},
@@ -158,6 +192,21 @@ private Q_SLOTS:
         row("area chosen while it runs", {start, answer, succeed, selectArea, confirm},
             "*, told, select 1 2 3 4, told, save 5 6 7 8, told", "session");
 
+        row("update", {ask, update<download>}, "ask 01ab N/A, +, open https://x.example/1.5.0");
+        row("update declined", {dismiss, ask, update<download>}, "ask 01ab N/A, +");
+        row("no update", {ask, update<download, false>}, "ask 01ab N/A");
+        row("update from nowhere", {ask, update<nothing>}, "ask 01ab N/A, +");
+        row("update from no URL", {ask, update<noUrl>}, "ask 01ab N/A, +");
+        row("update from no host", {ask, update<relative>}, "ask 01ab N/A, +");
+        row("update check fails", {ask, failCheck},
+            "ask 01ab N/A, Update check failed: two lines\n");
+        row("machine unknown", {askUnknown},
+            "Unable to get device serial number for update check\n");
+        row("update while sharing", {start, answer, succeed, ask, update<nothing>, watch},
+            "*, ask 01ab N/A, +", "session");
+
+        row("gone while asking", {reset, start, answer, ask, leave},
+            "told, select, *, ask 01ab N/A");
         row("gone before the answer", {reset, start, leave}, "told, select");
         row("gone before the refusal", {reset, deny, start, leave}, "told, select");
         row("gone while it starts", {reset, start, answer, leave}, "told, select, *");
@@ -168,14 +217,17 @@ private Q_SLOTS:
         QFETCH(QString, journal);
         QFETCH(QString, open);
         Session session;
+        const StandardOutput output;
         for (const Step step : steps) {
             step(session);
+        }
+        if (const QByteArray printed = testing::contentOf(output.printed); !printed.isEmpty()) {
+            session.journal.append(QString::fromUtf8(printed));
         }
         QCOMPARE(session.journal.join(QStringLiteral(", ")), journal);
         const MainViewModel *left = session.viewModel.get();
         QCOMPARE(left && left->isFrameSelectorOpen(), open == QStringLiteral("selector"));
         QCOMPARE(left && left->isSharingWindowOpen(), open == QStringLiteral("session"));
-        QCOMPARE(session.alerts.shown.style, Alert::Style::Warning);
     }
 
     void typedArea_isSavedIfItIsNumbers_andSharedIfItFitsAWindow_data()

@@ -54,6 +54,10 @@ struct FakeDesktop : Desktop {
         return content;
     }
     void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
+    void openUrl(const QUrl &url) override
+    {
+        journal.append(QStringLiteral("open ") + url.toString());
+    }
 
     template<typename T>
     using Made = std::expected<std::unique_ptr<T>, Error>;
@@ -123,34 +127,45 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     bool isSharingWindowVisible() const override { return isVisible; }
 };
 
-struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
-    using Journalist::Journalist;
+/** A call that somebody awaits. One that is dropped completes with the result of success. */
+template<typename Result>
+struct PendingCall {
+    std::coroutine_handle<> caller = nullptr;
+    Result result = {};
 
-    /** A start in flight. One that is dropped ends like one that was stopped. */
-    struct Start {
-        std::coroutine_handle<> caller = nullptr;
-        StartResult result = {};
+    ~PendingCall() { complete({}); }
 
-        ~Start() { complete({}); }
-
-        /** Lets the caller of startCapture() go on; only the first call counts. */
-        void complete(const StartResult &answer)
-        {
-            if (const auto waiting = std::exchange(caller, nullptr)) {
-                result = answer;
-                waiting.resume();
-            }
+    /** Lets the caller go on; only the first time counts. */
+    void complete(const Result &answer)
+    {
+        if (const auto waiting = std::exchange(caller, nullptr)) {
+            result = answer;
+            waiting.resume();
         }
-    };
+    }
+
     struct Completion {
-        Start &start;
+        PendingCall &call;
 
         bool await_ready() const { return false; }
-        void await_suspend(std::coroutine_handle<> waiting) const { start.caller = waiting; }
-        StartResult await_resume() const { return start.result; }
+        void await_suspend(std::coroutine_handle<> waiting) const { call.caller = waiting; }
+        Result await_resume() const { return call.result; }
     };
+};
 
-    std::vector<std::shared_ptr<Start>> starts;
+template<typename Result>
+using PendingCalls = std::vector<std::shared_ptr<PendingCall<Result>>>;
+
+template<typename Result>
+QCoro::Task<Result> pend(PendingCalls<Result> &calls)
+{
+    auto &call = *calls.emplace_back(std::make_shared<PendingCall<Result>>());
+    co_return co_await typename PendingCall<Result>::Completion{call};
+}
+
+struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
+    using Journalist::Journalist;
+    PendingCalls<StartResult> starts;
     Handler onCaptureEnded;
 
     void setOnCaptureEnded(Handler handler) override { onCaptureEnded = std::move(handler); }
@@ -158,22 +173,34 @@ struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
                                           std::shared_ptr<SharingWindow>) override
     {
         journal.append(entry("capture", frame));
-        co_return co_await Completion{*starts.emplace_back(std::make_shared<Start>())};
+        return pend(starts);
     }
     void stopCapture() override { journal.append(QStringLiteral("stop")); }
 };
 
+struct FakeUpdateRepository : Journalist<UpdateRepositoryProtocol> {
+    using Journalist::Journalist;
+    PendingCalls<CheckResult> checks;
+
+    QCoro::Task<CheckResult> checkForUpdate(QString serialNumber, QString appVersion) override
+    {
+        journal.append(QStringLiteral("ask ") + serialNumber + u' ' + appVersion);
+        return pend(checks);
+    }
+};
+
 struct FakeAlerts : Journalist<AlertPresenterProtocol> {
     using Journalist::Journalist;
-    Alert shown; ///< the latest
     int answer = firstAlertButton;
     std::function<void()> whileUp = [] { };
 
     int runModal(const Alert &alert) override
     {
-        journal.append(alert.messageText + u'|' + alert.informativeText + u'|'
-                       + alert.buttons.join(u'|'));
-        shown = alert;
+        const bool isWarning = alert.style == Alert::Style::Warning;
+        journal.append(QStringLiteral("%1|%2|%3|%4")
+                           .arg(isWarning ? QStringLiteral("warning") : QStringLiteral("info"),
+                                alert.messageText, alert.informativeText,
+                                alert.buttons.join(u'|')));
         whileUp();
         return answer;
     }
@@ -186,7 +213,8 @@ struct FakeApplication {
         repository->stored = stored;
         desktop.all.resize(hasDisplay ? 1 : 0);
         viewModel = std::make_unique<MainViewModel>(
-            std::unique_ptr<FrameRepositoryProtocol>(repository), nullptr,
+            std::unique_ptr<FrameRepositoryProtocol>(repository),
+            std::unique_ptr<UpdateRepositoryProtocol>(updates),
             std::unique_ptr<WindowCoordinatorProtocol>(coordinator),
             std::unique_ptr<CaptureServiceProtocol>(capture), desktop, alerts);
     }
@@ -195,6 +223,7 @@ struct FakeApplication {
     QStringList &journal = desktop.journal;
     FakeAlerts alerts{journal};
     FakeFrameRepository *const repository = new FakeFrameRepository(journal);
+    FakeUpdateRepository *const updates = new FakeUpdateRepository(journal);
     FakeWindowCoordinator *const coordinator = new FakeWindowCoordinator(journal);
     FakeCaptureService *const capture = new FakeCaptureService(journal);
     std::unique_ptr<MainViewModel> viewModel;

@@ -54,7 +54,10 @@ public:
     QString displayName() const { return displayName_; }
     pid_t pid() const { return process_.pid(); }
 
-    /** Our own environment, but on this server and without what is left of another session. */
+    /**
+     * Our own environment, but on this server and without what is left of another session. A
+     * program of ours asks nobody for updates there.
+     */
     QProcessEnvironment environment() const
     {
         auto environment = QProcessEnvironment::systemEnvironment();
@@ -64,6 +67,7 @@ public:
             environment.remove(QString::fromLatin1(name));
         }
         environment.insert(QStringLiteral("DISPLAY"), displayName_);
+        environment.insert(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"), QStringLiteral("1"));
         return environment;
     }
 

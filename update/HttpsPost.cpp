@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: MIT
+#include "update/HttpsPost.h"
+
+#include <QIODevice>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QSslConfiguration>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+QNetworkRequest requestFor(const HttpsPost::Options &options)
+{
+    QNetworkRequest request(options.url);
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QString::fromLatin1(options.contentType));
+    request.setHeader(QNetworkRequest::ContentLengthHeader, options.body.size());
+    request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    // Qt would tell the person's language.
+    request.setRawHeader("Accept-Language", "*");
+    // Only the service itself may answer.
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
+                         QNetworkRequest::ManualRedirectPolicy);
+    auto tls = QSslConfiguration::defaultConfiguration();
+    tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    if (!options.authorities.isEmpty()) {
+        tls.setCaCertificates(QSslCertificate::fromData(options.authorities));
+    }
+    request.setSslConfiguration(tls);
+    return request;
+}
+
+/**
+ * What can be read only once cannot be sent twice: Qt would repeat a request whose connection is
+ * closed without an answer.
+ */
+class BodyToSendOnce : public QIODevice
+{
+public:
+    explicit BodyToSendOnce(const QByteArray &body)
+        : rest_(body)
+    {
+        open(ReadOnly | Unbuffered);
+    }
+
+    bool isSequential() const override { return true; }
+    bool reset() override { return false; }
+    bool atEnd() const override { return rest_.isEmpty(); }
+    qint64 bytesAvailable() const override { return rest_.size(); }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        const auto size = std::min(maxSize, static_cast<qint64>(rest_.size()));
+        std::copy_n(rest_.constData(), size, data);
+        rest_.remove(0, size);
+        return size > 0 ? size : -1;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray rest_;
+};
+
+/** Errors of the network and of proxies; the later ones only repeat what the status says, or that
+ * there is none. */
+bool isOfTransport(QNetworkReply::NetworkError error)
+{
+    return error > QNetworkReply::NoError && error <= QNetworkReply::UnknownProxyError;
+}
+
+} // namespace
+
+HttpsPost::HttpsPost(Options options)
+    : options_(std::move(options))
+{
+    promise_.start();
+    start();
+}
+
+HttpsPost::~HttpsPost()
+{
+    quit();
+    wait();
+}
+
+void HttpsPost::run()
+{
+    promise_.addResult(exchange());
+    promise_.finish();
+}
+
+HttpsPost::Result HttpsPost::exchange()
+{
+    BodyToSendOnce body(options_.body);
+    QNetworkAccessManager manager;
+    const std::unique_ptr<QNetworkReply> reply(manager.post(requestFor(options_), &body));
+    reply->setReadBufferSize(options_.largestAnswer);
+    Answer answer;
+    QString failure;
+    const auto fail = [&](const QString &why) {
+        failure = why;
+        quit();
+    };
+    const auto take = [&] {
+        answer.body += reply->readAll();
+        if (answer.body.size() > options_.largestAnswer) {
+            fail(QStringLiteral("The answer is too long."));
+        }
+    };
+    QObject::connect(reply.get(), &QNetworkReply::readyRead, &manager, take);
+    QObject::connect(reply.get(), &QNetworkReply::finished, &manager, [this] { quit(); });
+    QTimer::singleShot(options_.limit, &manager,
+                       [&] { fail(QStringLiteral("The request timed out.")); });
+    exec();
+    if (failure.isEmpty() && !reply->isFinished()) {
+        failure = QStringLiteral("The request was cancelled.");
+    }
+    if (failure.isEmpty()) {
+        take();
+    }
+    if (failure.isEmpty() && isOfTransport(reply->error())) {
+        failure = reply->errorString();
+    }
+    if (!failure.isEmpty()) {
+        return std::unexpected(failure);
+    }
+    const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    answer.status = status.isValid() ? std::optional(status.toInt()) : std::nullopt;
+    return answer;
+}
+
+} // namespace glimmerpane

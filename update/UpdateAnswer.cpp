@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "update/UpdateAnswer.h"
+
+#include "storage/Json.h"
+
+#include <optional>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+/** Says nothing of what the answer holds: it is printed, and the answer may come from anybody. */
+std::unexpected<UpdateFailure> unreadable(const QString &why)
+{
+    return std::unexpected(
+        UpdateFailure::withText(QStringLiteral("The answer cannot be read: %1.").arg(why)));
+}
+
+std::optional<QString> textOf(const nlohmann::json &object, const char *name)
+{
+    const auto member = object.find(name);
+    return member != object.end() && member->is_string()
+        ? std::optional(QString::fromStdString(member->get_ref<const std::string &>()))
+        : std::nullopt;
+}
+
+} // namespace
+
+QByteArray updateQuestion(const QString &serialNumber, const QString &appVersion)
+{
+    const nlohmann::json question{{"serialNumber", serialNumber.toStdString()},
+                                  {"appVersion", appVersion.toStdString()}};
+    return QByteArray::fromStdString(question.dump());
+}
+
+UpdateRepositoryProtocol::CheckResult updateInfoFromJson(const QByteArray &json)
+{
+    const auto object = parseJson(json);
+    if (!object.is_object()) {
+        return unreadable(QStringLiteral("it is no JSON object"));
+    }
+    const auto version = textOf(object, "lastAppVersion");
+    if (!version) {
+        return unreadable(QStringLiteral("\"lastAppVersion\" is no text"));
+    }
+    const auto address = textOf(object, "downloadUrl");
+    if (!address) {
+        return unreadable(QStringLiteral("\"downloadUrl\" is no text"));
+    }
+    const auto canUpdate = object.find("canUpdate");
+    if (canUpdate == object.end() || !canUpdate->is_boolean()) {
+        return unreadable(QStringLiteral("\"canUpdate\" is neither true nor false"));
+    }
+    return UpdateInfo{
+        .lastAppVersion = *version, .downloadUrl = *address, .canUpdate = canUpdate->get<bool>()};
+}
+
+} // namespace glimmerpane

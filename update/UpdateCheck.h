@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/ServiceInterfaces.h"
+
+#include <memory>
+
+namespace glimmerpane
+{
+
+/** The update client of this build; nothing where it was built without an update check. */
+std::unique_ptr<UpdateRepositoryProtocol> makeUpdateRepository();
+
+} // namespace glimmerpane
