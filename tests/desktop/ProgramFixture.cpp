@@ -31,11 +31,11 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scale)
     , client(required(XClient::connect(server.displayName())))
     , input(client)
     , scaleFactor(scale)
-    , environment_(server.environment())
+    , environment(server.environment())
 {
-    environment_.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
-    environment_.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
-    environment_.remove(QStringLiteral("QT_QPA_PLATFORM"));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
+    environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
+    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
     if (manager != WindowManager::None) {
         windowManager_ = required(startWindowManager(
             client, {.program = QStringLiteral("openbox"), .environment = server.environment()}));
@@ -54,7 +54,7 @@ void ProgramFixture::start(const QStringList &arguments)
     program = ChildProcess();
     program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
                                             .arguments = arguments,
-                                            .environment = environment_}));
+                                            .environment = environment}));
 }
 
 int ProgramFixture::waitForExit()

@@ -35,6 +35,7 @@ public:
     InputInjector input;
     const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
+    QProcessEnvironment environment; ///< of programs that are started from now on
     ChildProcess program;
 
     /** Starts the program; a running one is ended first. */
@@ -69,7 +70,6 @@ public:
 private:
     bool isFocused(QPoint field) const;
 
-    QProcessEnvironment environment_;
     ChildProcess windowManager_;
     ChildProcess compositor_;
 };

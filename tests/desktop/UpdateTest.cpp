@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/ProgramFixture.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/HttpsServer.h"
+#include "tests/support/WaitFor.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+// The display is 1280 x 1024 pixels, so this is its rectangle (40, 604) to (360, 844).
+const QStringList shareArea{QStringLiteral("--area=40,180,320x240"), QStringLiteral("--share")};
+constexpr QRect area(40, 604, 320, 240);
+const QByteArray download = "https://x.example/get?v=1.5.0&for=linux#now";
+const QByteArray offer
+    = "{\"lastAppVersion\":\"1.5.0\",\"canUpdate\":true,\"downloadUrl\":\"" + download + "\"}";
+
+/** A program that asks the server, on a desktop whose browser writes down what it opens. */
+struct UpdateFixture : ProgramFixture {
+    QTemporaryDir tools;
+
+    UpdateFixture(const QString &address, const QByteArray &authority)
+        : ProgramFixture(WindowManager::Openbox)
+    {
+        environment.remove(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"));
+        environment.insert(QStringLiteral("TEST_UPDATE_URL"), address);
+        environment.insert(QStringLiteral("TEST_AUTHORITY"), QString::fromLatin1(authority));
+        environment.insert(QStringLiteral("PATH"),
+                           tools.path() + u':' + environment.value(QStringLiteral("PATH")));
+        QFile browser(tools.filePath(QStringLiteral("xdg-open")));
+        const bool isThere = browser.open(QIODevice::WriteOnly)
+            && browser.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)
+            && browser.write("#!/bin/sh\necho \"$@\" >>\"${0%/*}/opened\"\n") > 0;
+        QVERIFY(isThere);
+    }
+
+    QByteArray opened() const
+    {
+        QFile file(tools.filePath(QStringLiteral("opened")));
+        return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
+    }
+
+    /** Types the key until the alert, which needs the keyboard first, goes. */
+    bool answerAlert(std::uint32_t key) const
+    {
+        return waitFor(
+            [&] {
+                return input.typeKey(key)
+                    && waitFor([&] { return shownWindows() == 1; }, std::chrono::seconds(1));
+            },
+            patience);
+    }
+};
+
+} // namespace
+
+class UpdateTest : public QObject
+{
+    Q_OBJECT
+
+    const CertificateAuthority authority_;
+    const QSslConfiguration trusted_ = authority_.serverNamed(QStringLiteral("IP:127.0.0.1"));
+
+    UpdateFixture asking(const QString &address) const
+    {
+        return UpdateFixture(address, authority_.certificate());
+    }
+
+private Q_SLOTS:
+    void offer_isTakenOrDeclined_whileTheSessionGoesOn_data()
+    {
+        QTest::addColumn<quint32>("key");
+        QTest::addColumn<QByteArray>("opened");
+        QTest::newRow("Return") << quint32(keys::enter) << download;
+        QTest::newRow("Escape") << quint32(keys::escape) << QByteArray();
+    }
+    void offer_isTakenOrDeclined_whileTheSessionGoesOn()
+    {
+        QFETCH(quint32, key);
+        QFETCH(QByteArray, opened);
+        const HttpsServer server(trusted_, reply(message("200 OK", offer)));
+        auto fixture = asking(server.address());
+        fixture.start(shareArea);
+        QVERIFY(fixture.showsArea(area));
+        QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
+
+        // The main window does not hear this; the session goes on.
+        fixture.click(places::stopSharing);
+        const auto window = ColorWindow::show(
+            fixture.client, {.rectangle = area.adjusted(20, 20, -50, -50), .color = 0xff0000ff});
+        QVERIFY(fixture.showsArea(area));
+
+        QVERIFY(fixture.answerAlert(key));
+        QVERIFY(waitFor([&] { return fixture.opened() == opened; }, patience));
+        QVERIFY(fixture.outputWindow());
+        fixture.click(places::stopSharing);
+        QVERIFY(fixture.waitForNoOutput());
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+        QCOMPARE(fixture.opened(), opened);
+        QCOMPARE(server.requests().size(), 1);
+    }
+
+    void failure_isOneLine_andNothingElse()
+    {
+        const HttpsServer server(trusted_, reply(message("503 No", {})));
+        auto fixture = asking(server.address());
+        fixture.start();
+        const auto line = QByteArrayLiteral("Update check failed: httpError(statusCode: 503)\n");
+        QVERIFY(waitFor([&] { return fixture.program.output().contains(line); }, patience));
+        QCOMPARE(fixture.shownWindows(), 1);
+        fixture.click(places::startSharing);
+        QVERIFY(waitFor([&] { return fixture.outputWindow().has_value(); }, patience));
+    }
+
+    void program_endsAtOnce_whileItAsks_data()
+    {
+        QTest::addColumn<bool>("looksUp");
+        QTest::newRow("silent server") << false;
+        QTest::newRow("silent name server") << true;
+    }
+    void program_endsAtOnce_whileItAsks()
+    {
+        QFETCH(bool, looksUp);
+        const HttpsServer server(trusted_, [](QSslSocket &) { });
+        auto fixture
+            = asking(looksUp ? QStringLiteral("https://updates.example/") : server.address());
+        if (looksUp) {
+            fixture.environment.insert(QStringLiteral("LD_PRELOAD"),
+                                       QStringLiteral(SILENT_NAME_SERVER));
+        }
+        fixture.start(shareArea);
+        QVERIFY(fixture.showsArea(area));
+        QVERIFY(waitFor(
+            [&] {
+                return server.requests().size() == 1
+                    || fixture.program.output().contains("looking up");
+            },
+            patience));
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+        QVERIFY(!fixture.outputWindow());
+    }
+
+    void nobodyIsAsked_whereTheEnvironmentForbidsIt()
+    {
+        const HttpsServer server(trusted_, reply(message("200 OK", {})));
+        for (const char *variable :
+             {"GLIMMERPANE_NO_UPDATE_CHECK", "XCTestConfigurationFilePath"}) {
+            auto silent = asking(server.address());
+            silent.environment.insert(QString::fromLatin1(variable), QStringLiteral("1"));
+            silent.start();
+            QVERIFY(silent.waitForMainWindow());
+            // The second program is the later one to ask.
+            auto asker = asking(server.address());
+            asker.start();
+            const auto before = server.requests().size();
+            QVERIFY(waitFor([&] { return server.requests().size() > before; }, patience));
+            QCOMPARE(server.requests().size(), before + 1);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(UpdateTest)
+#include "UpdateTest.moc"
