@@ -14,6 +14,6 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
 qcoro_enable_coroutines()
 
 if(GLIMMERPANE_BUILD_TESTS)
-    find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
+    find_package(Qt6 6.4 REQUIRED COMPONENTS Test Network)
     pkg_check_modules(XCB_TOOLS REQUIRED IMPORTED_TARGET xcb-shm xcb-xtest xcb-res)
 endif()

@@ -16,7 +16,7 @@ demo_packages=(xvfb openbox fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(
     "${demo_packages[@]}"
-    picom x11-xserver-utils dbus locales openssl clang-format-19 clang-tidy-19
+    picom x11-xserver-utils dbus locales openssl chromium chromium-driver clang-format-19 clang-tidy-19
 )
 
 is_installed() {

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "tests/conference/WebDriver.h"
+#include "tests/desktop/ProgramFixture.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/WaitFor.h"
+#include "tests/support/XWindows.h"
+
+#include <QColor>
+#include <QJsonArray>
+#include <QTest>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+// The display is 1280 x 1024 pixels; the area lies above the main window, left of the browser.
+const QStringList shareArea{QStringLiteral("--area=20,744,640x260"), QStringLiteral("--share")};
+constexpr QRect area(20, 20, 640, 260);
+constexpr QRect pattern(20, 20, 320, 260); ///< moves; the rest of the area is still
+constexpr QRgb green = 0xff20c040;
+constexpr QRgb purple = 0xff8020c0;
+constexpr QPoint still(500, 130); ///< in the area
+const QPoint beside(700, 900); ///< root pixels
+constexpr int leastRate = 50; ///< frames a second
+constexpr auto callPatience = std::chrono::seconds(30);
+
+/** Nothing that leaves this machine, and no question at the first start. */
+QJsonObject chromiumCapabilities()
+{
+    const QJsonArray arguments{
+        QStringLiteral("--auto-select-desktop-capture-source=Glimmerpane - Output"),
+        QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"),
+        QStringLiteral("--disable-background-networking"),
+        QStringLiteral("--disable-component-update"),
+        QStringLiteral("--disable-sync"),
+        QStringLiteral("--no-pings"),
+        QStringLiteral("--no-first-run"),
+        QStringLiteral("--no-sandbox"), // which root cannot have
+        QStringLiteral("--disable-dev-shm-usage"),
+        QStringLiteral("--disable-gpu"),
+        QStringLiteral("--window-position=820,20"),
+        QStringLiteral("--window-size=450,700")};
+    const QJsonObject chrome{{QStringLiteral("args"), arguments}};
+    return {{QStringLiteral("browserName"), QStringLiteral("chrome")},
+            {QStringLiteral("goog:chromeOptions"), chrome}};
+}
+
+/** Video loses colour: half of its resolution, and a few levels. */
+bool isAlike(QColor a, QColor b)
+{
+    constexpr int levels = 12;
+    return std::abs(a.red() - b.red()) <= levels && std::abs(a.green() - b.green()) <= levels
+        && std::abs(a.blue() - b.blue()) <= levels;
+}
+
+} // namespace
+
+class ConferenceTest : public QObject
+{
+    Q_OBJECT
+
+    ProgramFixture fixture_{ProgramFixture::WindowManager::Openbox};
+    QTemporaryDir home_;
+    ChildProcess animation_;
+    std::optional<ColorWindow> background_;
+    std::unique_ptr<WebDriver> browser_;
+
+    /** A pixel of the latest frame, at a place of the area. */
+    QColor seen(QPoint place) const
+    {
+        const auto color
+            = browser_->run(QStringLiteral("return pixel(%1, %2)").arg(place.x()).arg(place.y()));
+        return {color[0].toInt(), color[1].toInt(), color[2].toInt()};
+    }
+    bool isSeen(QPoint place, QColor color) const
+    {
+        return waitFor([&] { return isAlike(seen(place), color); }, callPatience);
+    }
+    QString state() const { return browser_->run(QStringLiteral("return call.state")).toString(); }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        background_
+            = required(ColorWindow::show(fixture_.client, {.rectangle = area, .color = green}));
+        animation_ = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PATTERN),
+                                                   .arguments = {QStringLiteral("--geometry"),
+                                                                 QStringLiteral("%1x%2+%3+%4")
+                                                                     .arg(pattern.width())
+                                                                     .arg(pattern.height())
+                                                                     .arg(pattern.x())
+                                                                     .arg(pattern.y())},
+                                                   .environment = fixture_.environment}));
+        fixture_.input.moveTo(beside);
+        fixture_.start(shareArea);
+        QVERIFY(waitFor([&] { return fixture_.outputWindow().has_value(); }, patience));
+
+        auto environment = fixture_.environment;
+        environment.insert(QStringLiteral("HOME"), home_.path());
+        browser_ = std::make_unique<WebDriver>(
+            WebDriver::Options{.program = QStringLiteral("chromedriver"),
+                               .environment = environment,
+                               .capabilities = chromiumCapabilities()});
+        browser_->open(QUrl::fromLocalFile(QStringLiteral(CALL_PAGE)));
+        browser_->run(QStringLiteral("join()"));
+        QVERIFY2(waitFor([&] { return state() == QStringLiteral("live"); }, callPatience),
+                 qPrintable(state()));
+    }
+    void cleanupTestCase() { browser_.reset(); }
+
+    void frames_haveTheAreasSizeAndPixels()
+    {
+        const auto size = [this] {
+            const auto call = browser_->run(QStringLiteral("return call"));
+            return QSize(call[QStringLiteral("width")].toInt(),
+                         call[QStringLiteral("height")].toInt());
+        };
+        QVERIFY(waitFor([&] { return !size().isEmpty(); }, callPatience));
+        QCOMPARE(size(), area.size());
+        for (const QPoint place : {still, QPoint(345, 5), QPoint(634, 5), QPoint(634, 254)}) {
+            QVERIFY(isSeen(place, green));
+        }
+    }
+
+    void frames_followTheScreen()
+    {
+        const auto window = ColorWindow::show(
+            fixture_.client,
+            {.rectangle = {area.topLeft() + still - QPoint(20, 20), QSize(40, 40)},
+             .color = purple});
+        QVERIFY(isSeen(still, purple));
+        window->setColor(0xff000000);
+        QVERIFY(isSeen(still, Qt::black));
+        window->lower();
+        QVERIFY(isSeen(still, green));
+    }
+
+    void frames_come50TimesASecond()
+    {
+        const auto rate = [this] { return browser_->run(QStringLiteral("return rate()")).toInt(); };
+        int best = 0;
+        QVERIFY2(
+            waitFor([&] { return (best = std::max(best, rate())) >= leastRate; }, callPatience),
+            qPrintable(QString::number(best)));
+        qInfo("%d frames a second", best);
+    }
+
+    void frames_showThePointer_andThePress()
+    {
+        fixture_.input.moveTo(area.topLeft() + still);
+        // Inside the arrow, whose tip is at the pointer's place.
+        QVERIFY(waitFor([&] { return seen(still + QPoint(3, 8)).green() < 120; }, callPatience));
+        const QPoint onRing = still + QPoint(29, 0);
+        const auto showsRing = [&] {
+            fixture_.input.click(area.topLeft() + still);
+            const QColor color = seen(onRing);
+            return color.blue() > color.green();
+        };
+        QVERIFY(waitFor(showsRing, callPatience));
+        QVERIFY(isSeen(onRing, green));
+        fixture_.input.moveTo(beside);
+        QVERIFY(isSeen(still + QPoint(3, 8), green));
+    }
+
+    void frames_goOn_whileTheMainWindowIsAwayOrCovered()
+    {
+        const auto main = fixture_.mainWindow();
+        QVERIFY(main);
+        const auto cover = ColorWindow::show(
+            fixture_.client, {.rectangle = *geometryOf(fixture_.client, *main), .color = purple});
+        background_->setColor(purple);
+        QVERIFY(isSeen(still, purple));
+        constexpr std::uint32_t iconicState = 3; // ICCCM 4.1.4
+        sendMessage(fixture_.client, *main, "WM_CHANGE_STATE", iconicState, fixture_.client.root());
+        QVERIFY(waitFor([&] { return !isViewable(fixture_.client, *main); }, patience));
+        background_->setColor(green);
+        QVERIFY(isSeen(still, green));
+        QCOMPARE(state(), QStringLiteral("live"));
+    }
+};
+
+QTEST_GUILESS_MAIN(ConferenceTest)
+#include "ConferenceTest.moc"
