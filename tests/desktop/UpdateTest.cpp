@@ -135,6 +135,11 @@ private Q_SLOTS:
         if (looksUp) {
             fixture.environment.insert(QStringLiteral("LD_PRELOAD"),
                                        QStringLiteral(SILENT_NAME_SERVER));
+            // AddressSanitizer wants to be loaded before anything else.
+            const QString sanitizer = QStringLiteral("ASAN_OPTIONS");
+            fixture.environment.insert(sanitizer,
+                                       fixture.environment.value(sanitizer)
+                                           + QStringLiteral(":verify_asan_link_order=0"));
         }
         fixture.start(shareArea);
         QVERIFY(fixture.showsArea(area));
