@@ -16,8 +16,12 @@ demo_packages=(xvfb openbox fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(
     "${demo_packages[@]}"
+    xfwm4 metacity i3-wm icewm fluxbox
     picom x11-xserver-utils dbus locales openssl chromium chromium-driver clang-format-19 clang-tidy-19
 )
+
+# shellcheck disable=SC2034
+manager_packages=(mutter kwin-x11 marco mate-settings-daemon-common gnome-shell)
 
 is_installed() {
     [[ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]

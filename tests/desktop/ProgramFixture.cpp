@@ -36,9 +36,14 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scale)
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    if (manager != WindowManager::None) {
+    const auto *const found = std::ranges::find(managerPrograms, manager, &ManagerProgram::manager);
+    if (found != managerPrograms.end()) {
         windowManager_ = required(startWindowManager(
-            client, {.program = QStringLiteral("openbox"), .environment = server.environment()}));
+            client,
+            {.program = QStringLiteral("sh"),
+             .arguments = {QStringLiteral("-c"),
+                           QStringLiteral("exec ") + QString::fromLatin1(found->command)},
+             .environment = server.environment()}));
     }
     if (manager == WindowManager::OpenboxAndPicom) { // without the distribution's shadows and fades
         compositor_ = required(

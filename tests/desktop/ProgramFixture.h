@@ -2,6 +2,7 @@
 #pragma once
 
 #include "storage/CaptureFrame.h"
+#include "tests/desktop/WindowManagers.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/InputInjector.h"
 #include "tests/support/XClient.h"
@@ -22,11 +23,7 @@ constexpr auto patience = std::chrono::seconds(10); ///< how long a condition ma
 class ProgramFixture
 {
 public:
-    enum class WindowManager {
-        None,
-        Openbox,
-        OpenboxAndPicom,
-    };
+    using WindowManager = testing::WindowManager;
 
     explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1);
 
