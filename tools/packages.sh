@@ -17,7 +17,8 @@ demo_packages=(xvfb openbox fonts-dejavu-core)
 test_packages=(
     "${demo_packages[@]}"
     xfwm4 metacity i3-wm icewm fluxbox
-    picom x11-xserver-utils dbus locales openssl chromium chromium-driver clang-format-19 clang-tidy-19
+    picom x11-xserver-utils dbus locales openssl chromium chromium-driver
+    firefox-esr clang-format-19 clang-tidy-19
 )
 
 # shellcheck disable=SC2034

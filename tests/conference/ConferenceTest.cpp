@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/WebDriver.h"
+#include "tests/conference/Browser.h"
 #include "tests/desktop/ProgramFixture.h"
 #include "tests/support/CapturedWindow.h"
 #include "tests/support/ColorWindow.h"
@@ -29,27 +29,6 @@ const QPoint beside(700, 900); ///< root pixels
 constexpr int leastRate = 50; ///< frames a second
 constexpr auto callPatience = std::chrono::seconds(30);
 
-/** Nothing that leaves this machine, and no question at the first start. */
-QJsonObject chromiumCapabilities()
-{
-    const QJsonArray arguments{
-        QStringLiteral("--auto-select-desktop-capture-source=Glimmerpane - Output"),
-        QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"),
-        QStringLiteral("--disable-background-networking"),
-        QStringLiteral("--disable-component-update"),
-        QStringLiteral("--disable-sync"),
-        QStringLiteral("--no-pings"),
-        QStringLiteral("--no-first-run"),
-        QStringLiteral("--no-sandbox"), // which root cannot have
-        QStringLiteral("--disable-dev-shm-usage"),
-        QStringLiteral("--disable-gpu"),
-        QStringLiteral("--window-position=820,20"),
-        QStringLiteral("--window-size=450,700")};
-    const QJsonObject chrome{{QStringLiteral("args"), arguments}};
-    return {{QStringLiteral("browserName"), QStringLiteral("chrome")},
-            {QStringLiteral("goog:chromeOptions"), chrome}};
-}
-
 /** The one that the environment names, so that the same call is made under each. */
 WindowManager chosenManager()
 {
@@ -77,13 +56,13 @@ class ConferenceTest : public QObject
     QTemporaryDir home_;
     ChildProcess animation_;
     std::optional<ColorWindow> background_;
-    std::unique_ptr<WebDriver> browser_;
+    std::unique_ptr<Browser> browser_;
 
     /** A pixel of the latest frame, at a place of the area. */
     QColor seen(QPoint place) const
     {
         const auto color
-            = browser_->run(QStringLiteral("return pixel(%1, %2)").arg(place.x()).arg(place.y()));
+            = browser_->ask(QStringLiteral("pixel(%1, %2)").arg(place.x()).arg(place.y()));
         return {color[0].toInt(), color[1].toInt(), color[2].toInt()};
     }
     bool isSeen(QPoint place, QColor color) const
@@ -98,7 +77,7 @@ class ConferenceTest : public QObject
         }
         return isSo;
     }
-    QString state() const { return browser_->run(QStringLiteral("return call.state")).toString(); }
+    QString state() const { return browser_->ask(QStringLiteral("state()")).toString(); }
 
 private Q_SLOTS:
     void initTestCase()
@@ -109,10 +88,12 @@ private Q_SLOTS:
 
         auto environment = fixture_.environment;
         environment.insert(QStringLiteral("HOME"), home_.path());
-        browser_ = std::make_unique<WebDriver>(
-            WebDriver::Options{.program = QStringLiteral("chromedriver"),
-                               .environment = environment,
-                               .capabilities = chromiumCapabilities()});
+        const bool isFirefox = qgetenv("TEST_BROWSER") == "firefox";
+        browser_ = (isFirefox ? startFirefox : startChromium)(
+            {.environment = environment,
+             .home = home_.path(),
+             .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE))});
+        browser_->share(QStringLiteral("Glimmerpane - Output"));
         if (chosenManager() == WindowManager::GnomeShell) { // which starts with its overview
             QVERIFY(fixture_.input.typeKey(keys::escape));
         }
@@ -127,8 +108,6 @@ private Q_SLOTS:
                                                                      .arg(pattern.x())
                                                                      .arg(pattern.y())},
                                                    .environment = fixture_.environment}));
-        browser_->open(QUrl::fromLocalFile(QStringLiteral(CALL_PAGE)));
-        browser_->run(QStringLiteral("join()"));
         QVERIFY2(waitFor([&] { return state() == QStringLiteral("live"); }, callPatience),
                  qPrintable(state()));
     }
@@ -137,9 +116,8 @@ private Q_SLOTS:
     void frames_haveTheAreasSizeAndPixels()
     {
         const auto size = [this] {
-            const auto call = browser_->run(QStringLiteral("return call"));
-            return QSize(call[QStringLiteral("width")].toInt(),
-                         call[QStringLiteral("height")].toInt());
+            const auto sides = browser_->ask(QStringLiteral("size()"));
+            return QSize(sides[0].toInt(), sides[1].toInt());
         };
         QVERIFY(waitFor([&] { return !size().isEmpty(); }, callPatience));
         QCOMPARE(size(), area.size());
@@ -163,7 +141,7 @@ private Q_SLOTS:
 
     void frames_come50TimesASecond()
     {
-        const auto rate = [this] { return browser_->run(QStringLiteral("return rate()")).toInt(); };
+        const auto rate = [this] { return browser_->ask(QStringLiteral("rate()")).toInt(); };
         int best = 0;
         QVERIFY2(
             waitFor([&] { return (best = std::max(best, rate())) >= leastRate; }, callPatience),
