@@ -161,11 +161,6 @@ void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
         = required(ColorWindow::show(fixture.client, {.rectangle = half, .color = red}));
     fixture.share(areaOnTheLeft);
     QVERIFY(fixture.showsArea());
-    const auto isOwned = [&] {
-        const auto owner = ask<xcb_get_selection_owner, xcb_get_selection_owner_reply>(
-            fixture.client, fixture.client.atom(selection));
-        return owner && owner->owner != XCB_NONE;
-    };
     auto *const start = program == u"picom" ? startCompositor : startWindowManager;
     for (int round = 0; round < 2; ++round) {
         auto manager = required(start(
@@ -174,7 +169,7 @@ void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
         window.setColor(green);
         QVERIFY(fixture.showsArea());
         round == 0 ? manager.terminate() : manager.kill();
-        QVERIFY(waitFor([&] { return !isOwned(); }, patience));
+        QVERIFY(waitFor([&] { return !isOwned(fixture.client, selection); }, patience));
         QVERIFY(fixture.showsArea());
         window.setColor(blue);
         QVERIFY(fixture.showsArea());

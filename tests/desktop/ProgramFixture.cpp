@@ -57,9 +57,10 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scale)
 void ProgramFixture::start(const QStringList &arguments)
 {
     program = ChildProcess();
-    program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                            .arguments = arguments,
-                                            .environment = environment}));
+    QStringList command = wrapper + QStringList(QStringLiteral(GLIMMERPANE_PROGRAM)) + arguments;
+    const QString first = command.takeFirst();
+    program = required(
+        ChildProcess::start({.program = first, .arguments = command, .environment = environment}));
 }
 
 int ProgramFixture::waitForExit()
@@ -74,12 +75,15 @@ int ProgramFixture::waitForExit()
 
 std::optional<xcb_window_t> ProgramFixture::mainWindow() const
 {
-    for (const xcb_window_t window : listWindows(client, Listing::All)) {
-        if (titleOf(client, window) == mainTitle && isViewable(client, window)) {
-            return window;
-        }
+    const auto isMain = [this](xcb_window_t window) {
+        return titleOf(client, window) == mainTitle && isViewable(client, window);
+    };
+    if (!latestMain_ || !isMain(*latestMain_)) {
+        const auto windows = listWindows(client, Listing::All);
+        const auto found = std::ranges::find_if(windows, isMain);
+        latestMain_ = found == windows.end() ? std::nullopt : std::optional(*found);
     }
-    return std::nullopt;
+    return latestMain_;
 }
 
 std::optional<xcb_window_t> ProgramFixture::outputWindow() const
@@ -138,6 +142,16 @@ void ProgramFixture::click(QPoint place) const
     input.click(geometry->topLeft() + place * scaleFactor);
 }
 
+bool ProgramFixture::answerAlert(std::uint32_t key) const
+{
+    return waitFor(
+        [&] {
+            return input.typeKey(key)
+                && waitFor([&] { return shownWindows() == 1; }, std::chrono::seconds(1));
+        },
+        patience);
+}
+
 bool ProgramFixture::typeArea(const CaptureFrame &area) const
 {
     const double numbers[] = {area.x, area.y, area.width, area.height};
@@ -184,12 +198,17 @@ bool ProgramFixture::isFocused(QPoint field) const
 
 QString ProgramFixture::settingsFile() const
 {
-    return configuration.filePath(QStringLiteral("glimmerpane/glimmerpane.ini"));
+    const QString path = configuration.filePath(QStringLiteral("glimmerpane/glimmerpane.ini"));
+    return hasOwnMounts ? QStringLiteral("/proc/%1/root%2").arg(program.pid()).arg(path) : path;
 }
 
 std::optional<CaptureFrame> ProgramFixture::savedArea() const
 {
-    const QSettings settings(settingsFile(), QSettings::IniFormat);
+    // QSettings keeps what it knows of a path for as long as the file's time and size stay.
+    const QTemporaryDir elsewhere;
+    const QString copy = elsewhere.filePath(QStringLiteral("copy.ini"));
+    QFile::copy(settingsFile(), copy);
+    const QSettings settings(copy, QSettings::IniFormat);
     return captureFrameFromJson(settings.value(QStringLiteral("captureFrame")).toByteArray());
 }
 

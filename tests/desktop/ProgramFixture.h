@@ -33,6 +33,8 @@ public:
     const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
     QProcessEnvironment environment; ///< of programs that are started from now on
+    QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
+    bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
     ChildProcess program;
 
     /** Starts the program; a running one is ended first. */
@@ -56,17 +58,19 @@ public:
 
     /** A click at a place of the main window, in its points. */
     void click(QPoint place) const;
+    /** Types the key until the alert, which needs the keyboard first, goes. */
+    bool answerAlert(std::uint32_t key) const;
     /** Types an area into the four fields; false if it does not become the saved one. */
     bool typeArea(const CaptureFrame &area) const;
     /** Replaces the text of one field. */
     bool type(QPoint field, const QByteArray &text) const;
+    bool isFocused(QPoint field) const;
 
     QString settingsFile() const;
     std::optional<CaptureFrame> savedArea() const;
 
 private:
-    bool isFocused(QPoint field) const;
-
+    mutable std::optional<xcb_window_t> latestMain_; ///< saves a search of all windows
     ChildProcess windowManager_;
     ChildProcess compositor_;
 };
@@ -78,6 +82,7 @@ constexpr QPoint startSharing(160, 98);
 constexpr QPoint setArea(160, 142);
 constexpr QPoint resetArea(160, 186);
 constexpr QPoint stopSharing(160, 230);
+constexpr QPoint nothing(160, 400);
 constexpr QPoint fields[] = {{87, 301}, {233, 301}, {87, 362}, {233, 362}};
 } // namespace places
 

@@ -129,15 +129,7 @@ void ProgramTest::area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize()
     fixture.start({QStringLiteral("--area=0,0,40000x100"), QStringLiteral("--share")});
     QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
     QVERIFY(!fixture.outputWindow());
-    // The alert gets the keyboard as soon as the window manager has given it; its only button is
-    // the default one.
-    const auto isAnswered = [&] { return fixture.shownWindows() == 1; };
-    QVERIFY(waitFor(
-        [&] {
-            return fixture.input.typeKey(keys::enter)
-                && waitFor(isAnswered, std::chrono::seconds(1));
-        },
-        patience));
+    QVERIFY(fixture.answerAlert(keys::enter)); // its only button is the default one
     QVERIFY(fixture.typeArea({.x = 0, .y = 0, .width = 200, .height = 200}));
     fixture.click(places::startSharing);
     QVERIFY(fixture.showsArea({0, 824, 200, 200}));
@@ -168,7 +160,7 @@ void ProgramTest::press_showsNoRing_onTheProgramsOwnWindows()
         QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
         const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
         // A place of the window where nothing is, then one where the desktop is.
-        const QPoint own = main.topLeft() + QPoint(160, 400);
+        const QPoint own = main.topLeft() + places::nothing;
         const QPoint other(1100, 900);
         fixture.input.click(own);
         fixture.input.click(other);
@@ -191,6 +183,7 @@ void ProgramTest::program_fails_whenTheXServerDies()
     QVERIFY(fixture.showsArea(area));
     fixture.server.kill();
     QCOMPARE(fixture.waitForExit(), 1);
+    QVERIFY(fixture.program.output().contains("X"));
     QCOMPARE(fixture.savedArea(), frame);
 }
 

@@ -46,17 +46,6 @@ struct UpdateFixture : ProgramFixture {
         QFile file(tools.filePath(QStringLiteral("opened")));
         return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
     }
-
-    /** Types the key until the alert, which needs the keyboard first, goes. */
-    bool answerAlert(std::uint32_t key) const
-    {
-        return waitFor(
-            [&] {
-                return input.typeKey(key)
-                    && waitFor([&] { return shownWindows() == 1; }, std::chrono::seconds(1));
-            },
-            patience);
-    }
 };
 
 } // namespace

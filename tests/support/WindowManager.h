@@ -35,6 +35,14 @@ inline bool managesNewWindow(const XClient &client)
         && waitFor([&] { return propertyOf(client, probe->id(), "WM_STATE").has_value(); }, limit);
 }
 
+/** Whether somebody owns a selection, as a manager does while it runs. */
+inline bool isOwned(const XClient &client, const QByteArray &selection)
+{
+    const auto reply = ask<xcb_get_selection_owner, xcb_get_selection_owner_reply>(
+        client, client.atom(selection));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
 /**
  * Starts a window manager, such as "openbox", and returns once it really manages windows: some
  * announce themselves earlier and lose what is mapped in between. The environment must name the
@@ -57,12 +65,7 @@ inline Result<ChildProcess> startWindowManager(const XClient &client,
 inline Result<ChildProcess> startCompositor(const XClient &client,
                                             const ChildProcess::Options &options)
 {
-    const auto isReady = [&] {
-        const auto reply = ask<xcb_get_selection_owner, xcb_get_selection_owner_reply>(
-            client, client.atom("_NET_WM_CM_S0"));
-        return reply && reply->owner != XCB_WINDOW_NONE;
-    };
-    return startUntil(isReady, options);
+    return startUntil([&] { return isOwned(client, "_NET_WM_CM_S0"); }, options);
 }
 
 } // namespace glimmerpane::testing
