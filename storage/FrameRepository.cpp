@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
@@ -28,6 +29,18 @@ bool hasRoomFor(const QSettings &settings)
     return trial.open() && trial.write(bytes) == bytes.size() && trial.flush();
 }
 
+/**
+ * Whether QSettings gets its lock. It would wait without end for one that a process left when it
+ * was killed before it had written its name in it; so such a lock is taken away here.
+ */
+bool isUnlocked(const QSettings &settings)
+{
+    constexpr int oldest = 100; // milliseconds; one that is held is not taken away, however old
+    QLockFile lock(settings.fileName() + QStringLiteral(".lock"));
+    lock.setStaleLockTime(oldest);
+    return lock.tryLock(10 * oldest);
+}
+
 } // namespace
 
 FrameRepository::FrameRepository(std::unique_ptr<QSettings> userDefaults, QString key)
@@ -50,7 +63,7 @@ std::optional<CaptureFrame> FrameRepository::load()
 void FrameRepository::save(const CaptureFrame &frame)
 {
     const auto json = toJson(frame);
-    if (json && hasRoomFor(*userDefaults_)) {
+    if (json && hasRoomFor(*userDefaults_) && isUnlocked(*userDefaults_)) {
         userDefaults_->setValue(key_, *json);
         userDefaults_->sync();
     }

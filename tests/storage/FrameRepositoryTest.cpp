@@ -40,6 +40,7 @@ class FrameRepositoryTest : public QObject
 private Q_SLOTS:
     void standardDefaults_lieInTheConfigurationFolder();
     void load_isNothing_whenTheFileIsBroken_andSaveMendsIt();
+    void save_works_whereAKilledOneLeftItsLock();
     void save_keepsTheEarlierFile_whenItCannotBeWritten_data();
     void save_keepsTheEarlierFile_whenItCannotBeWritten();
 };
@@ -80,6 +81,17 @@ void FrameRepositoryTest::load_isNothing_whenTheFileIsBroken_andSaveMendsIt()
         const QSettings settings(file.fileName(), QSettings::IniFormat);
         QCOMPARE(settings.value(QStringLiteral("Window/width")).toInt(), 7);
     }
+}
+
+void FrameRepositoryTest::save_works_whereAKilledOneLeftItsLock()
+{
+    const QTemporaryDir folder;
+    QFile lock(folder.filePath(QStringLiteral("settings.ini.lock")));
+    QVERIFY(lock.open(QIODevice::WriteOnly)); // empty, as it is until its owner's name is in it
+    FrameRepository repository = repositoryAt(folder.filePath(QStringLiteral("settings.ini")));
+    repository.save(first);
+    QCOMPARE(loadAfresh(folder.filePath(QStringLiteral("settings.ini"))), first);
+    QVERIFY(!lock.exists());
 }
 
 void FrameRepositoryTest::save_keepsTheEarlierFile_whenItCannotBeWritten_data()
