@@ -1,0 +1,295 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/SelectorFixture.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/WindowManager.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+constexpr CaptureFrame frame{.x = 400, .y = 300, .width = 600, .height = 400};
+const QStringList shareArea{areaOption, QStringLiteral("--share")};
+constexpr QRgb colors[] = {0xffff0000, 0xff00ff00, 0xff0000ff, 0xffffff00, 0xff00ffff};
+
+/** The program while it shares the area, with something in it that changes. */
+struct SharingFixture : SelectorFixture {
+    using SelectorFixture::SelectorFixture;
+
+    const ColorWindow window
+        = required(ColorWindow::show(client, {.rectangle = area.adjusted(20, 20, -50, -50)}));
+    int changes = 0;
+
+    bool showsChange(QRect place)
+    {
+        window.setColor(colors[changes++ % std::size(colors)]);
+        return showsArea(place);
+    }
+    bool stops() const
+    {
+        click(places::stopSharing);
+        return waitForNoOutput();
+    }
+    void changeScreen(const QStringList &commands) const
+    {
+        for (const QString &command : commands) {
+            server.run(QStringLiteral("xrandr"), command.split(u' '));
+        }
+    }
+};
+
+/** What happens to the screen; each step is a list of xrandr's options. */
+struct ScreenChange {
+    QStringList before{};
+    QStringList change{};
+    bool ends = true; ///< the session
+    bool leavesNoDisplay = false;
+    QStringList after{};
+    QRect shown = area; ///< in the end, root pixels
+};
+
+/** A disk that takes nothing any more. */
+struct Disk {
+    QStringList wrapper{}; ///< of the program
+    bool hasOwnMounts = false;
+    void (*fail)(const SharingFixture &);
+    void (*recover)(const SharingFixture &);
+};
+
+/** Root may write whatever the permissions say, so the program gives that up. */
+QStringList withoutPrivileges()
+{
+    return geteuid() == 0
+        ? QStringLiteral("setpriv --bounding-set=-all --inh-caps=-all").split(u' ')
+        : QStringList();
+}
+
+template<int permissions>
+void setPermissions(const SharingFixture &fixture)
+{
+    QVERIFY(QFile::setPermissions(QFileInfo(fixture.settingsFile()).path(),
+                                  QFile::Permissions(permissions)));
+}
+
+/** With a small disk of its own for the settings. */
+QStringList onSmallDisk()
+{
+    const QStringList shell = QStringLiteral("unshare --map-root-user --mount sh -c").split(u' ');
+    return shell
+        + QStringList(QStringLiteral(
+            R"(mount -t tmpfs -o size=64k tmpfs "$XDG_CONFIG_HOME" && exec "$0" "$@")"));
+}
+
+bool mayMount()
+{
+    auto trial = required(
+        ChildProcess::start({.program = QStringLiteral("unshare"),
+                             .arguments = {QStringLiteral("--map-root-user"),
+                                           QStringLiteral("--mount"), QStringLiteral("true")}}));
+    return trial.waitForEnd(patience) && trial.exitCode() == 0;
+}
+
+void fill(const SharingFixture &fixture)
+{
+    QFile file(fixture.settingsFile() + QStringLiteral(".filler"));
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+    while (file.write(QByteArray(512, ' ')) > 0) { }
+    QCOMPARE(file.errorString(), qt_error_string(ENOSPC));
+}
+
+void makeRoom(const SharingFixture &fixture)
+{
+    QVERIFY(QFile::remove(fixture.settingsFile() + QStringLiteral(".filler")));
+}
+
+template<rlim_t size>
+void limitFileSize(const SharingFixture &fixture)
+{
+    rlimit limit{};
+    QCOMPARE(prlimit(fixture.program.pid(), RLIMIT_FSIZE, nullptr, &limit), 0);
+    limit.rlim_cur = size;
+    QCOMPARE(prlimit(fixture.program.pid(), RLIMIT_FSIZE, &limit, nullptr), 0);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(ScreenChange)
+Q_DECLARE_METATYPE(Disk)
+
+class FaultTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void program_worksOn_whenAManagerComesAndGoes_data()
+    {
+        QTest::addColumn<QString>("program");
+        QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
+        QTest::newRow("window manager") << QStringLiteral("openbox") << QByteArray("WM_S0");
+        QTest::newRow("compositor") << QStringLiteral("picom") << QByteArray("_NET_WM_CM_S0");
+    }
+
+    void program_worksOn_whenAManagerComesAndGoes()
+    {
+        QFETCH(QString, program);
+        QFETCH(QByteArray, selection);
+        SharingFixture fixture;
+        // Nobody but who has read it before can see a killed manager's pointer, which stays.
+        fixture.input.moveTo(besidesEverything);
+        auto *const start = program == u"picom" ? startCompositor : startWindowManager;
+        QVERIFY(fixture.launch(shareArea));
+        QVERIFY(fixture.showsChange(area));
+        for (const bool isKilled : {true, false}) {
+            auto manager = required(start(
+                fixture.client, {.program = program, .environment = fixture.server.environment()}));
+            const auto output = fixture.outputWindow();
+            QVERIFY(output && fixture.showsChange(area));
+            isKilled ? manager.kill() : manager.terminate();
+            QVERIFY(waitFor([&] { return !isOwned(fixture.client, selection); }, patience));
+            QVERIFY(fixture.showsChange(area));
+            QCOMPARE(fixture.outputWindow(), output);
+            QVERIFY(fixture.stops() && fixture.startAgain());
+            QVERIFY(fixture.showsChange(area));
+        }
+        const auto manager = required(start(
+            fixture.client, {.program = program, .environment = fixture.server.environment()}));
+        QVERIFY(fixture.stops() && fixture.typeArea({400, 300, 500, 350}));
+        QVERIFY(fixture.startAgain());
+        QVERIFY(fixture.showsChange({400, 374, 500, 350}));
+        askToClose(fixture.client, *fixture.mainWindow());
+        QCOMPARE(fixture.waitForExit(), 0);
+    }
+
+    void session_endsOrGoesOn_whenTheScreenChanges_data()
+    {
+        QTest::addColumn<ScreenChange>("row");
+        const QStringList addMode{
+            QStringLiteral("--newmode small 40 1024 1025 1026 1100 768 769 770 800"),
+            QStringLiteral("--addmode screen small")};
+        const QStringList makeSmall{QStringLiteral("--output screen --mode small")};
+        const QStringList makeLarge{QStringLiteral("--output screen --mode 1280x1024")};
+        const QRect onSmall(400, 68, 600, 400);
+        QTest::newRow("the display becomes smaller")
+            << ScreenChange{.before = addMode, .change = makeSmall, .shown = onSmall};
+        QTest::newRow("the display becomes larger")
+            << ScreenChange{.before = addMode + makeSmall, .change = makeLarge};
+        QTest::newRow("only the screen becomes larger")
+            << ScreenChange{.before = addMode + makeSmall,
+                            .change = {QStringLiteral("--fb 1280x1024")},
+                            .ends = false,
+                            .shown = onSmall};
+        QTest::newRow("one of two displays goes")
+            << ScreenChange{.before = {QStringLiteral("--setmonitor L 640/1x1024/1+0+0 screen"),
+                                       QStringLiteral("--setmonitor R 640/1x1024/1+640+0 none")},
+                            .change = {QStringLiteral("--delmonitor R")}};
+        QTest::newRow("the only display goes and comes back")
+            << ScreenChange{.change = {QStringLiteral("--output screen --off --fb 1280x1024")},
+                            .leavesNoDisplay = true,
+                            .after = {QStringLiteral("--output screen --auto")}};
+    }
+
+    void session_endsOrGoesOn_whenTheScreenChanges()
+    {
+        QFETCH(ScreenChange, row);
+        SharingFixture fixture(ProgramFixture::WindowManager::Openbox);
+        fixture.changeScreen(row.before);
+        QVERIFY(fixture.launch(shareArea));
+        const auto output = [&] { return fixture.outputWindow(); };
+        QVERIFY(waitFor([&] { return output().has_value(); }, patience));
+        const auto first = output();
+        fixture.changeScreen(row.change);
+        if (!row.ends) {
+            QVERIFY(fixture.showsChange(row.shown));
+            QCOMPARE(output(), first);
+            QVERIFY(fixture.stops());
+        }
+        QVERIFY(fixture.waitForNoOutput());
+        if (row.leavesNoDisplay) {
+            QVERIFY(waitFor(
+                [&] {
+                    fixture.click(places::startSharing);
+                    return fixture.shownWindows() == 2;
+                },
+                patience));
+            QVERIFY(fixture.answerAlert(keys::enter));
+            QVERIFY(!output());
+        }
+        fixture.changeScreen(row.after);
+        QVERIFY(fixture.startAgain());
+        QVERIFY(fixture.showsChange(row.shown));
+    }
+
+    void session_canBeStartedAgain_whenTheOutputWasTakenAway()
+    {
+        using Way = xcb_void_cookie_t (*)(xcb_connection_t *, std::uint32_t);
+        for (const Way takeAway : {xcb_destroy_window, xcb_kill_client, xcb_unmap_window}) {
+            SharingFixture fixture;
+            QVERIFY(fixture.launch(shareArea));
+            QVERIFY(fixture.showsChange(area));
+            takeAway(fixture.client.connection(), *fixture.outputWindow());
+            QVERIFY(fixture.waitForNoOutput());
+            QVERIFY(fixture.startAgain());
+            QVERIFY(fixture.showsChange(area));
+            QVERIFY(fixture.stops());
+        }
+    }
+
+    void savedArea_stays_whereTheDiskTakesNothing_data()
+    {
+        QTest::addColumn<Disk>("disk");
+        QTest::newRow("read-only folder") << Disk{.wrapper = withoutPrivileges(),
+                                                  .fail = setPermissions<0x5555>,
+                                                  .recover = setPermissions<0x7755>};
+        QTest::newRow("full disk") << Disk{
+            .wrapper = onSmallDisk(), .hasOwnMounts = true, .fail = fill, .recover = makeRoom};
+        QTest::newRow("no file may grow")
+            << Disk{.fail = limitFileSize<0>, .recover = limitFileSize<RLIM_INFINITY>};
+    }
+
+    void savedArea_stays_whereTheDiskTakesNothing()
+    {
+        QFETCH(Disk, disk);
+        if (disk.hasOwnMounts && !mayMount()) {
+            QSKIP("Nothing may be mounted here; only the limit of a file's size was tried");
+        }
+        std::signal(SIGXFSZ, SIG_IGN); // programs inherit this; a full disk sends no signal
+        SharingFixture fixture;
+        fixture.wrapper = disk.wrapper;
+        fixture.hasOwnMounts = disk.hasOwnMounts;
+        QVERIFY(fixture.launch());
+        QTRY_COMPARE(fixture.savedArea(), frame);
+        disk.fail(fixture);
+        QVERIFY(fixture.type(places::fields[0], "500"));
+        QVERIFY(fixture.startAgain());
+        QVERIFY(fixture.showsChange(area.translated(100, 0)));
+        QCOMPARE(fixture.savedArea(), frame);
+        QVERIFY(fixture.stops());
+        disk.recover(fixture);
+        QVERIFY(fixture.typeArea({450, 300, 600, 400}));
+    }
+
+    void area_isSaved_whereAKilledOneLeftItsLock()
+    {
+        SharingFixture fixture;
+        const QString lock = fixture.settingsFile() + QStringLiteral(".lock");
+        QVERIFY(QDir().mkpath(QFileInfo(lock).path()));
+        QFile file(lock); // as it is for a moment, before its owner writes its name in it
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(fixture.launch());
+        QTRY_COMPARE(fixture.savedArea(), frame);
+    }
+};
+
+QTEST_APPLESS_MAIN(FaultTest)
+#include "FaultTest.moc"
