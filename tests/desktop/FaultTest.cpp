@@ -36,11 +36,6 @@ struct SharingFixture : SelectorFixture {
         window.setColor(colors[changes++ % std::size(colors)]);
         return showsArea(place);
     }
-    bool stops() const
-    {
-        click(places::stopSharing);
-        return waitForNoOutput();
-    }
     void changeScreen(const QStringList &commands) const
     {
         for (const QString &command : commands) {
@@ -159,12 +154,12 @@ private Q_SLOTS:
             QVERIFY(waitFor([&] { return !isOwned(fixture.client, selection); }, patience));
             QVERIFY(fixture.showsChange(area));
             QCOMPARE(fixture.outputWindow(), output);
-            QVERIFY(fixture.stops() && fixture.startAgain());
+            QVERIFY(fixture.stopSharing() && fixture.startAgain());
             QVERIFY(fixture.showsChange(area));
         }
         const auto manager = required(start(
             fixture.client, {.program = program, .environment = fixture.server.environment()}));
-        QVERIFY(fixture.stops() && fixture.typeArea({400, 300, 500, 350}));
+        QVERIFY(fixture.stopSharing() && fixture.typeArea({400, 300, 500, 350}));
         QVERIFY(fixture.startAgain());
         QVERIFY(fixture.showsChange({400, 374, 500, 350}));
         askToClose(fixture.client, *fixture.mainWindow());
@@ -212,7 +207,7 @@ private Q_SLOTS:
         if (!row.ends) {
             QVERIFY(fixture.showsChange(row.shown));
             QCOMPARE(output(), first);
-            QVERIFY(fixture.stops());
+            QVERIFY(fixture.stopSharing());
         }
         QVERIFY(fixture.waitForNoOutput());
         if (row.leavesNoDisplay) {
@@ -241,7 +236,7 @@ private Q_SLOTS:
             QVERIFY(fixture.waitForNoOutput());
             QVERIFY(fixture.startAgain());
             QVERIFY(fixture.showsChange(area));
-            QVERIFY(fixture.stops());
+            QVERIFY(fixture.stopSharing());
         }
     }
 
@@ -274,7 +269,7 @@ private Q_SLOTS:
         QVERIFY(fixture.startAgain());
         QVERIFY(fixture.showsChange(area.translated(100, 0)));
         QCOMPARE(fixture.savedArea(), frame);
-        QVERIFY(fixture.stops());
+        QVERIFY(fixture.stopSharing());
         disk.recover(fixture);
         QVERIFY(fixture.typeArea({450, 300, 600, 400}));
     }

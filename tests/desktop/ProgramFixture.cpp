@@ -134,6 +134,16 @@ bool ProgramFixture::startAgain() const
         patience);
 }
 
+bool ProgramFixture::stopSharing() const
+{
+    return waitFor(
+        [this] {
+            click(places::stopSharing);
+            return waitFor([this] { return !outputWindow(); }, std::chrono::seconds(1));
+        },
+        patience);
+}
+
 void ProgramFixture::click(QPoint place) const
 {
     const auto window = mainWindow();

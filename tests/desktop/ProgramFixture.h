@@ -56,6 +56,9 @@ public:
     /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
     bool startAgain() const;
 
+    /** Clicks on "Stop sharing" until there is no output: an alert may only just have gone. */
+    bool stopSharing() const;
+
     /** A click at a place of the main window, in its points. */
     void click(QPoint place) const;
     /** Types the key until the alert, which needs the keyboard first, goes. */

@@ -69,8 +69,7 @@ void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
     fixture.input.moveTo(area.center());
     QVERIFY(fixture.showsArea(area));
 
-    fixture.click(places::stopSharing);
-    QVERIFY(fixture.waitForNoOutput());
+    QVERIFY(fixture.stopSharing());
     QVERIFY(fixture.startAgain());
 
     fixture.program.sendSignal(SIGTERM);

@@ -89,8 +89,7 @@ private Q_SLOTS:
         QVERIFY(fixture.answerAlert(key));
         QVERIFY(waitFor([&] { return fixture.opened() == opened; }, patience));
         QVERIFY(fixture.outputWindow());
-        fixture.click(places::stopSharing);
-        QVERIFY(fixture.waitForNoOutput());
+        QVERIFY(fixture.stopSharing());
         fixture.program.sendSignal(SIGTERM);
         QCOMPARE(fixture.waitForExit(), 0);
         QCOMPARE(fixture.opened(), opened);

@@ -106,11 +106,7 @@ private Q_SLOTS:
         QVERIFY(waitFor([&] { return stateOf(client, *main) == normalState; }, patience));
         QVERIFY(fixture.showsArea(area));
 
-        const auto isStopped = [&] {
-            fixture.click(places::stopSharing);
-            return waitFor([&] { return !fixture.outputWindow(); }, std::chrono::seconds(1));
-        };
-        QVERIFY(waitFor(isStopped, patience));
+        QVERIFY(fixture.stopSharing());
         QVERIFY(fixture.open());
         QVERIFY(fixture.becomes(area));
         const QPoint way(-90, 40);
