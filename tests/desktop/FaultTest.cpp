@@ -51,7 +51,8 @@ struct ScreenChange {
     bool ends = true; ///< the session
     bool leavesNoDisplay = false;
     QStringList after{};
-    QRect shown = area; ///< in the end, root pixels
+    QRect first = area; ///< shown before the change, root pixels
+    QRect shown = area; ///< in the end
 };
 
 /** A disk that takes nothing any more. */
@@ -178,11 +179,12 @@ private Q_SLOTS:
         QTest::newRow("the display becomes smaller")
             << ScreenChange{.before = addMode, .change = makeSmall, .shown = onSmall};
         QTest::newRow("the display becomes larger")
-            << ScreenChange{.before = addMode + makeSmall, .change = makeLarge};
+            << ScreenChange{.before = addMode + makeSmall, .change = makeLarge, .first = onSmall};
         QTest::newRow("only the screen becomes larger")
             << ScreenChange{.before = addMode + makeSmall,
                             .change = {QStringLiteral("--fb 1280x1024")},
                             .ends = false,
+                            .first = onSmall,
                             .shown = onSmall};
         QTest::newRow("one of two displays goes")
             << ScreenChange{.before = {QStringLiteral("--setmonitor L 640/1x1024/1+0+0 screen"),
@@ -201,7 +203,8 @@ private Q_SLOTS:
         fixture.changeScreen(row.before);
         QVERIFY(fixture.launch(shareArea));
         const auto output = [&] { return fixture.outputWindow(); };
-        QVERIFY(waitFor([&] { return output().has_value(); }, patience));
+        // The capture, which looks after the screen, starts after the window is there.
+        QVERIFY(fixture.showsChange(row.first));
         const auto first = output();
         fixture.changeScreen(row.change);
         if (!row.ends) {
