@@ -11,7 +11,9 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
                   xcb-randr xcb-xinput xcb-cursor)
-qcoro_enable_coroutines()
+if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    qcoro_enable_coroutines() # with an option that clang no longer knows nor needs
+endif()
 
 if(GLIMMERPANE_BUILD_TESTS)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Test Network)

@@ -8,7 +8,8 @@ target_compile_definitions(glimmerpane_build_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
 if(GLIMMERPANE_SANITIZER)
     # With instrumentation in between, GCC 12 no longer sees that an optional is set where it is read.
-    target_compile_options(glimmerpane_build_settings INTERFACE -Wno-maybe-uninitialized)
+    target_compile_options(glimmerpane_build_settings INTERFACE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     set(sanitize -fsanitize=${GLIMMERPANE_SANITIZER} -fno-omit-frame-pointer)
     target_compile_options(glimmerpane_build_settings INTERFACE ${sanitize})
     target_link_options(glimmerpane_build_settings INTERFACE ${sanitize})
