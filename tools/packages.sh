@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
 # The Debian packages that this project is built, shown and tested with, and how they get here.
-# Sourced by ./run and ./test.
+# Sourced by ./run, ./test and what is in tools/.
 
 # shellcheck disable=SC2034  # used by those who source this file
 build_packages=(
@@ -20,6 +20,8 @@ test_packages=(
     picom x11-xserver-utils dbus locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
 )
+# shellcheck disable=SC2034
+fuzz_packages=(clang-19 libclang-rt-19-dev)
 
 # shellcheck disable=SC2034
 manager_packages=(mutter kwin-x11 marco mate-settings-daemon-common gnome-shell)
