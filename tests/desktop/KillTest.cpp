@@ -18,6 +18,7 @@ namespace
 constexpr int kills = 100;
 constexpr int smallest = 100; ///< coordinate that a round chooses
 constexpr int largest = 600; ///< the whole area is on the screen then
+constexpr std::chrono::minutes diskPatience(1); ///< others may keep the disk busy
 
 /** A person confirms an area. Nothing is sent before an input is called. */
 struct Confirmation {
@@ -131,7 +132,7 @@ private Q_SLOTS:
             const auto first = round % 2 == 0 ? fixture.typing(&CaptureFrame::x, places::fields[0])
                                               : fixture.typing(&CaptureFrame::y, places::fields[1]);
             QVERIFY(!first.areas.empty());
-            const auto usual = carryOut(first, patience);
+            const auto usual = carryOut(first, diskPatience);
             QVERIFY(usual);
             fixture.stored = first.areas.back();
             QCOMPARE(fixture.savedArea(), fixture.stored);
