@@ -66,7 +66,8 @@ std::unique_ptr<MainViewModel> makeViewModel(
 int runEventLoop(const LaunchOptions &options,
                  GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    auto glimmerpane = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository);
+    auto glimmerpane
+        = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository, options.outputWindow);
     glimmerpane->launch(options);
     const int code = QApplication::exec();
     const bool isCheckingForUpdates = glimmerpane->isCheckingForUpdates();
@@ -81,8 +82,9 @@ int runEventLoop(const LaunchOptions &options,
 
 } // namespace
 
-GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository)
-    : desktop_(std::make_unique<x11::X11Desktop>())
+GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
+                                         OffscreenWindowKind outputWindow)
+    : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
     , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
     , window_(*viewModel_)
 {

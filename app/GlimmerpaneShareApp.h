@@ -20,7 +20,8 @@ public:
     using UpdateRepositoryMaker = std::unique_ptr<UpdateRepositoryProtocol> (*)();
 
     /** No update client, no update check. */
-    explicit GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository);
+    GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
+                        OffscreenWindowKind outputWindow);
     ~GlimmerpaneShareApp();
     Q_DISABLE_COPY_MOVE(GlimmerpaneShareApp)
 

@@ -50,10 +50,12 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
 {
     const QCommandLineOption area(QStringLiteral("area"), {}, QStringLiteral("area"));
     const QCommandLineOption share(QStringLiteral("share"));
+    const QCommandLineOption outputWindow(QStringLiteral("output-window"), {},
+                                          QStringLiteral("kind"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({area, share, help, version});
+    parser.addOptions({area, share, outputWindow, help, version});
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -63,6 +65,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
     }
     LaunchOptions options{.area = std::nullopt,
                           .share = parser.isSet(share),
+                          .outputWindow = OffscreenWindowKind::Unlisted,
                           .help = parser.isSet(help),
                           .version = parser.isSet(version)};
     if (parser.isSet(area)) {
@@ -71,6 +74,16 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
             return oneLine(
                 QStringLiteral("'%1' is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.")
                     .arg(parser.value(area)));
+        }
+    }
+    if (parser.isSet(outputWindow)) {
+        const QString kind = parser.value(outputWindow);
+        if (kind == u"managed") {
+            options.outputWindow = OffscreenWindowKind::Managed;
+        } else if (kind != u"unlisted") {
+            return oneLine(
+                QStringLiteral("'%1' is no kind of output window. It must be managed or unlisted.")
+                    .arg(kind));
         }
     }
     return options;
@@ -88,6 +101,8 @@ QString helpText()
         "                           bottom-left corner, counted from the bottom-left\n"
         "                           corner of the primary display.\n"
         "  --share                  Start sharing at once.\n"
+        "  --output-window=managed  Let the window manager list the output window, for\n"
+        "                           programs that offer only what it lists.\n"
         "  -h, --help               Print this and exit.\n"
         "  -v, --version            Print the version and exit.\n");
 }

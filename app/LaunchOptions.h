@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/OffscreenWindow.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -16,6 +18,7 @@ struct LaunchOptions {
     /** The texts of x, y, width and height; all four are numbers. */
     std::optional<std::array<QString, 4>> area;
     bool share = false;
+    OffscreenWindowKind outputWindow = OffscreenWindowKind::Unlisted;
     bool help = false;
     bool version = false;
 };

@@ -10,6 +10,11 @@
 namespace glimmerpane
 {
 
+enum class OffscreenWindowKind {
+    Unlisted, ///< no window manager touches it; not among the windows that it lists
+    Managed, ///< for programs that offer only what the window manager lists
+};
+
 /**
  * A real top-level window of the desktop that other programs can capture although no display shows
  * it. Black until something is drawn into it. Destroyed with the object. Main thread.

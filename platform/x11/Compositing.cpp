@@ -8,21 +8,19 @@
 namespace glimmerpane::x11
 {
 
-namespace
-{
-
-/** EWMH: whoever composites the screen owns the selection _NET_WM_CM_Sn. */
-bool isComposited(const Connection &connection)
+xcb_atom_t compositingSelection(const Connection &connection)
 {
     const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(connection.screenNumber());
-    const auto cookie
-        = xcb_get_selection_owner(connection.get(), connection.atom(name.constData()));
+    return connection.atom(name.constData());
+}
+
+bool isComposited(const Connection &connection)
+{
+    const auto cookie = xcb_get_selection_owner(connection.get(), compositingSelection(connection));
     const Reply<xcb_get_selection_owner_reply_t> reply(
         xcb_get_selection_owner_reply(connection.get(), cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
-
-} // namespace
 
 bool blursBehindWindows(const Connection &connection)
 {

@@ -12,6 +12,12 @@ namespace glimmerpane::x11
  */
 inline constexpr const char *blurBehindProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
+/** EWMH: the selection that whoever composites the screen owns. Waits for the server. */
+xcb_atom_t compositingSelection(const Connection &connection);
+
+/** Whether a compositor runs. Waits for the server. */
+bool isComposited(const Connection &connection);
+
 /** Whether a compositor runs that blurs behind translucent windows. Waits for the server. */
 bool blursBehindWindows(const Connection &connection);
 

@@ -26,17 +26,23 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::creat
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    std::unique_ptr<OffscreenWindowX11> window(
-        new OffscreenWindowX11(std::move(opened->connection), size));
-    if (auto created = window->createWindow(origin); !created) {
+    auto window = std::make_unique<OffscreenWindowX11>(std::move(*opened), size);
+    if (auto created = window->createWindow(origin, false); !created) {
         return std::unexpected(created.error());
     }
     window->describe(title);
+    // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
+    // none manages this window.
+    const Connection &connection = window->connection_;
+    const xcb_atom_t wmState = connection.atom("WM_STATE");
+    const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
+    setProperty(connection, window->id(), wmState, wmState, 32, state.size(), state.data());
     return window;
 }
 
-OffscreenWindowX11::OffscreenWindowX11(Connection connection, QSize size)
-    : connection_(std::move(connection))
+OffscreenWindowX11::OffscreenWindowX11(ExtendedConnection opened, QSize size)
+    : connection_(std::move(opened.connection))
+    , extensions_(opened.extensions)
     , size_(size)
     , events_(connection_)
 {
@@ -44,11 +50,13 @@ OffscreenWindowX11::OffscreenWindowX11(Connection connection, QSize size)
     events_.onBroken = [this] { isVisible_ = false; };
 }
 
-std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin)
+std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin, bool isManaged)
 {
     const auto &screen = connection_.screen();
-    const std::array<std::uint32_t, 3> values{
-        screen.black_pixel, 1, XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE};
+    const std::uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_EXPOSURE;
+    const std::array<std::uint32_t, 3> values{screen.black_pixel, isManaged ? 0U : 1U,
+                                              isManaged ? events | XCB_EVENT_MASK_PROPERTY_CHANGE
+                                                        : events};
     const auto id = connection_.newId();
     const auto created = xcb_create_window_checked(
         connection_.get(), screen.root_depth, id, screen.root,
@@ -71,11 +79,6 @@ void OffscreenWindowX11::describe(const QString &title)
     deleteWindow_ = connection_.atom("WM_DELETE_WINDOW");
     describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_NORMAL");
     setProperty(connection_, window_.get(), protocols_, XCB_ATOM_ATOM, 32, 1, &deleteWindow_);
-    // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
-    // none manages this window.
-    const xcb_atom_t wmState = connection_.atom("WM_STATE");
-    const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
-    setProperty(connection_, window_.get(), wmState, wmState, 32, state.size(), state.data());
 }
 
 void OffscreenWindowX11::orderFront()

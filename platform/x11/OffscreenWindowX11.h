@@ -23,6 +23,9 @@ public:
     static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
                                                                          QPoint origin, QSize size);
 
+    explicit OffscreenWindowX11(ExtendedConnection opened, QSize size);
+    Q_DISABLE_COPY_MOVE(OffscreenWindowX11)
+
     std::uint32_t id() const override { return window_.get(); }
     QSize size() const override { return size_; }
     bool isVisible() const override { return isVisible_; }
@@ -30,19 +33,22 @@ public:
     void orderOut() override;
     void setFrameOrigin(QPoint origin) override;
 
-private:
-    OffscreenWindowX11(Connection connection, QSize size);
-    std::expected<void, Error> createWindow(QPoint origin);
+protected:
+    std::expected<void, Error> createWindow(QPoint origin, bool isManaged);
+    /** Its title and type, and that it wants to be asked to close. */
     void describe(const QString &title);
-    void handle(const xcb_generic_event_t &event);
+    virtual void handle(const xcb_generic_event_t &event);
 
     const Connection connection_;
+    const Extensions extensions_;
     const QSize size_;
     Window window_;
     EventReader events_;
+    bool isVisible_ = false;
+
+private:
     xcb_atom_t protocols_ = XCB_ATOM_NONE;
     xcb_atom_t deleteWindow_ = XCB_ATOM_NONE;
-    bool isVisible_ = false;
 };
 
 } // namespace glimmerpane::x11

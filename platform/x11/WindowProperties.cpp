@@ -26,6 +26,20 @@ void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t p
                         static_cast<std::uint32_t>(length), data);
 }
 
+QByteArray propertyOf(const Connection &connection, xcb_window_t window, const char *property,
+                      std::uint32_t longest)
+{
+    constexpr std::uint32_t bytesPerWord = 4;
+    const auto cookie = xcb_get_property(connection.get(), 0, window, connection.atom(property),
+                                         XCB_GET_PROPERTY_TYPE_ANY, 0,
+                                         (longest + bytesPerWord - 1) / bytesPerWord);
+    const Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection.get(), cookie, nullptr));
+    return reply ? QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                              xcb_get_property_value_length(reply.get()))
+                 : QByteArray();
+}
+
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
                     const char *type)
 {

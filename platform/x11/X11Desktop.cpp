@@ -5,6 +5,7 @@
 #include "platform/x11/CaptureStreamX11.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/DisplayLayerX11.h"
+#include "platform/x11/ManagedWindowX11.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
@@ -62,6 +63,11 @@ std::expected<void, Error> checkDisplay()
     return {};
 }
 
+X11Desktop::X11Desktop(OffscreenWindowKind kind)
+    : offscreenWindowKind_(kind)
+{
+}
+
 double X11Desktop::scaleFactor() const
 {
     const QScreen *screen = QGuiApplication::primaryScreen();
@@ -109,7 +115,9 @@ void X11Desktop::openUrl(const QUrl &url)
 std::expected<std::unique_ptr<OffscreenWindow>, Error> X11Desktop::makeOffscreenWindow(
     const QString &title, QPoint origin, QSize size)
 {
-    return OffscreenWindowX11::create(title, origin, size);
+    return offscreenWindowKind_ == OffscreenWindowKind::Managed
+        ? ManagedWindowX11::create(title, origin, size)
+        : OffscreenWindowX11::create(title, origin, size);
 }
 
 std::expected<std::unique_ptr<OverlayWindow>, Error> X11Desktop::makeOverlayWindow(

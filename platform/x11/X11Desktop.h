@@ -13,6 +13,9 @@ std::expected<void, Error> checkDisplay();
 class X11Desktop : public Desktop
 {
 public:
+    /** Its offscreen windows will be of this kind, where that is possible. */
+    explicit X11Desktop(OffscreenWindowKind kind = OffscreenWindowKind::Unlisted);
+
     double scaleFactor() const override;
     std::vector<Display> displays() const override;
     std::expected<ShareableContent, Error> shareableContent() const override;
@@ -28,6 +31,9 @@ public:
     std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)> pressed) override;
     std::unique_ptr<CaptureStream> makeCaptureStream(
         const ContentFilter &filter, const StreamConfiguration &configuration) override;
+
+private:
+    const OffscreenWindowKind offscreenWindowKind_;
 };
 
 } // namespace glimmerpane::x11

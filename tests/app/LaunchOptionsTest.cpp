@@ -45,6 +45,19 @@ private Q_SLOTS:
         QVERIFY(shortForms && shortForms->help && shortForms->version && !shortForms->share);
     }
 
+    void outputWindow_isUnlisted_unlessAskedFor()
+    {
+        using enum OffscreenWindowKind;
+        const auto kindOf = [](const char *arguments) {
+            const auto options
+                = launchOptions(QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts));
+            return options ? std::optional(options->outputWindow) : std::nullopt;
+        };
+        QVERIFY(kindOf("") == Unlisted);
+        QVERIFY(kindOf("--output-window managed") == Managed);
+        QVERIFY(kindOf("--output-window=managed --output-window=unlisted") == Unlisted);
+    }
+
     void badArguments_areNamedInOneLine_data()
     {
         QTest::addColumn<QString>("arguments");
@@ -59,6 +72,7 @@ private Q_SLOTS:
         QTest::newRow("empty area") << "--area=" << "''";
         QTest::newRow("area of two lines") << "--area|10,20\n300x200" << "10,20 300x200";
         QTest::newRow("no value") << "--share|--area" << "area";
+        QTest::newRow("kind of output") << "--output-window=Managed" << "'Managed'";
         QTest::newRow("unknown option") << "--shared" << "shared";
         QTest::newRow("value of a flag") << "--share=1" << "share";
         QTest::newRow("positional") << "--share|a\nb" << "a b";

@@ -56,7 +56,7 @@ public:
 
     /**
      * Our own environment, but on this server and without what is left of another session. A
-     * program of ours asks nobody for updates there.
+     * program of ours asks nobody for updates there, and none keeps settings for the next one.
      */
     QProcessEnvironment environment() const
     {
@@ -68,6 +68,7 @@ public:
         }
         environment.insert(QStringLiteral("DISPLAY"), displayName_);
         environment.insert(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"), QStringLiteral("1"));
+        environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
         return environment;
     }
 

@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/SelectorFixture.h"
+#include "tests/support/ColorWindow.h"
+#include "tests/support/WindowManager.h"
+
+#include <QTest>
+
+#include <csignal>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+Q_DECLARE_METATYPE(WindowManager)
+
+namespace
+{
+
+const QStringList arguments{areaOption, QStringLiteral("--output-window=managed")};
+constexpr QRect screen({}, screenSize);
+constexpr QRect corner(0, 0, 650, 450); ///< into which managers pull the output back
+constexpr QRect visibleCorner(0, 0, 650, 250); ///< above the main window and its shadow
+
+/** Some compositors dither what lies behind. */
+bool isAlike(const QImage &a, const QImage &b)
+{
+    constexpr int levels = 8;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb one = a.pixel(x, y);
+            const QRgb other = b.pixel(x, y);
+            if (std::abs(qRed(one) - qRed(other)) > levels
+                || std::abs(qGreen(one) - qGreen(other)) > levels
+                || std::abs(qBlue(one) - qBlue(other)) > levels) {
+                return false;
+            }
+        }
+    }
+    return a.size() == b.size();
+}
+
+struct ManagedOutputFixture : SelectorFixture {
+    using SelectorFixture::SelectorFixture;
+
+    QImage cornerPicture() const { return required(client.screenshot(visibleCorner)); }
+
+    bool isListed() const
+    {
+        const auto list = propertyOf(client, client.root(), "_NET_CLIENT_LIST");
+        const auto output = outputWindow();
+        return list && output && std::ranges::count(list->items32(), *output) > 0;
+    }
+
+    /** Whether it is out of the way, and none of its pixels differs from those without it. */
+    bool isUnseen(const QImage &without) const
+    {
+        const auto output = outputWindow();
+        const auto place = output ? geometryOf(client, *output) : std::nullopt;
+        const auto focus = ask<xcb_get_input_focus, xcb_get_input_focus_reply>(client);
+        return place && (corner | (*place & screen)) == corner && focus && focus->focus != *output
+            && numberOf(client, client.root(), "_NET_ACTIVE_WINDOW") != *output
+            && waitFor([&] { return isAlike(cornerPicture(), without); }, patience);
+    }
+
+    /** Whether the output comes to show a window that appears in the area. */
+    bool followsScreen()
+    {
+        const auto window = required(
+            ColorWindow::show(client, {.rectangle = {500, 400, 200, 150}, .color = 0xffa000a0}));
+        return showsArea(area);
+    }
+};
+
+} // namespace
+
+/** The output window that the window manager manages; its rows are run one at a time. */
+class ManagedOutputTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void output_isListedAndUnseen_data()
+    {
+        QTest::addColumn<WindowManager>("manager");
+        for (const ManagerProgram &program : managerPrograms) {
+            QTest::newRow(program.name) << program.manager;
+        }
+    }
+    void output_isListedAndUnseen()
+    {
+        QFETCH(WindowManager, manager);
+        ManagedOutputFixture fixture(manager);
+        QVERIFY(fixture.launch(arguments));
+        fixture.input.moveTo(besidesEverything);
+        QImage without;
+        for (int session = 0; session < 2; ++session) {
+            QVERIFY(fixture.startAgain());
+            fixture.input.moveTo(besidesEverything);
+            QVERIFY(fixture.followsScreen());
+            // i3 would tile it, so there it stays out of the list and says so.
+            QVERIFY(waitFor([&] { return fixture.isListed() == (manager != WindowManager::I3); },
+                            patience));
+            QCOMPARE(fixture.program.output().contains("unlisted window: i3"),
+                     manager == WindowManager::I3);
+            // The managers that draw a desktop have done so after the first session.
+            QVERIFY(session == 0 || fixture.isUnseen(without));
+            QVERIFY(fixture.stopSharing());
+            fixture.input.moveTo(besidesEverything);
+            without = fixture.cornerPicture();
+        }
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+    }
+
+    void output_staysUnseen_whenManagersComeAndGo()
+    {
+        ManagedOutputFixture fixture;
+        const auto startManager = [&](const char *name, auto *start) {
+            return required(start(fixture.client,
+                                  {.program = QString::fromLatin1(name),
+                                   .environment = fixture.server.environment()}));
+        };
+        auto manager = startManager("openbox", startWindowManager);
+        QVERIFY(fixture.launch(arguments));
+        fixture.input.moveTo(besidesEverything);
+        const QImage before = fixture.cornerPicture();
+        QVERIFY(fixture.startAgain());
+        fixture.input.moveTo(besidesEverything);
+        QVERIFY(fixture.followsScreen() && fixture.isUnseen(before));
+        const auto output = fixture.outputWindow();
+        for (int i = 0; i < 2; ++i) {
+            manager.kill();
+            QVERIFY(fixture.followsScreen() && fixture.isUnseen(before));
+            manager = startManager("openbox", startWindowManager);
+            QVERIFY(fixture.followsScreen() && fixture.isUnseen(before));
+            QVERIFY(fixture.isListed());
+        }
+        {
+            const auto compositor = startManager("picom", startCompositor);
+            QVERIFY(fixture.followsScreen() && fixture.isUnseen(before));
+        }
+        QVERIFY(fixture.followsScreen() && fixture.isUnseen(before));
+        QCOMPARE(fixture.outputWindow(), output);
+    }
+
+    void output_isAnOrdinaryWindow_whereItCannotBeHidden()
+    {
+        ManagedOutputFixture fixture;
+        const auto manager
+            = required(startWindowManager(fixture.client,
+                                          {.program = QStringLiteral("metacity"),
+                                           .arguments = {QStringLiteral("--compositor=none")},
+                                           .environment = fixture.server.environment()}));
+        QVERIFY(fixture.launch(arguments));
+        QVERIFY(fixture.startAgain());
+        fixture.input.moveTo(besidesEverything);
+        QVERIFY(waitFor([&] { return fixture.program.output().contains("cannot be hidden"); },
+                        patience));
+        QCOMPARE(fixture.program.output().count("Glimmerpane - Output"), 1);
+        const auto isOnScreen = [&] {
+            const auto place = geometryOf(fixture.client, *fixture.outputWindow());
+            return place && screen.contains(*place);
+        };
+        QVERIFY(waitFor(isOnScreen, patience));
+        QVERIFY(fixture.followsScreen() && fixture.isListed());
+    }
+};
+
+QTEST_GUILESS_MAIN(ManagedOutputTest)
+#include "ManagedOutputTest.moc"
