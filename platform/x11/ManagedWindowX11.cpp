@@ -71,6 +71,27 @@ void sendToManager(const Connection &connection, xcb_window_t window, const char
                    reinterpret_cast<const char *>(&message));
 }
 
+void setEmptyShape(const Connection &connection, xcb_window_t window, xcb_shape_kind_t kind)
+{
+    const auto nothing = connection.newId();
+    xcb_xfixes_create_region(connection.get(), nothing, 0, nullptr);
+    const Region empty(connection, nothing);
+    xcb_xfixes_set_window_shape_region(connection.get(), window, kind, 0, 0, empty.get());
+}
+
+/** The child of the root that the window is in. */
+xcb_window_t frameOf(const Connection &connection, xcb_window_t window)
+{
+    while (true) {
+        const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
+            connection.get(), xcb_query_tree(connection.get(), window), nullptr));
+        if (!tree || tree->parent == XCB_WINDOW_NONE || tree->parent == tree->root) {
+            return window;
+        }
+        window = tree->parent;
+    }
+}
+
 } // namespace
 
 std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
@@ -124,11 +145,7 @@ void ManagedWindowX11::describeToManager()
     setNumber("_NET_WM_DESKTOP", allDesktops);
     setNumber("_NET_WM_USER_TIME", 0); // EWMH: no focus when it is mapped
     makeTransparent();
-    const auto nothing = connection_.newId();
-    xcb_xfixes_create_region(connection_.get(), nothing, 0, nullptr);
-    const Region noInput(connection_, nothing);
-    xcb_xfixes_set_window_shape_region(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT, 0, 0,
-                                       noInput.get());
+    setEmptyShape(connection_, window_.get(), XCB_SHAPE_SK_INPUT);
 }
 
 void ManagedWindowX11::makeTransparent()
@@ -210,9 +227,15 @@ void ManagedWindowX11::setHiddenByServer(bool hidden)
                                  isHiddenByServer_ ? &none : &black);
 }
 
+/** Its frame would still be drawn, or keep what was on the screen, and take clicks. */
+void ManagedWindowX11::hideFrame()
+{
+    setEmptyShape(connection_, frameOf(connection_, window_.get()), XCB_SHAPE_SK_BOUNDING);
+}
+
 bool ManagedWindowX11::isSeen() const
 {
-    if (isHiddenByServer_ || isComposited(connection_)) {
+    if (isFramed_ || isComposited(connection_)) {
         return false;
     }
     const auto cookie
@@ -236,6 +259,9 @@ void ManagedWindowX11::hideAgain()
     }
     // A child of the root must not keep a compositor that starts later from its work.
     setHiddenByServer(isFramed_);
+    if (isFramed_) {
+        hideFrame();
+    }
     if (isSeen()) {
         moveAway(); // nobody prevents it if the manager has ended
         if (isSeen()) {

@@ -8,7 +8,7 @@ namespace glimmerpane::x11
 
 /**
  * One that the window manager manages and lists. Most managers pull it back onto the screen, so
- * it is hidden there: by Composite where its frame is the root's child, else by having no opacity.
+ * it is hidden there: by an empty shape of the frame that they give it, else by having no opacity.
  * It takes no input, lies below everything, and is on every desktop.
  */
 class ManagedWindowX11 : public OffscreenWindowX11
@@ -33,6 +33,7 @@ private:
     void watchCompositor();
     void moveAway();
     void setHiddenByServer(bool hidden);
+    void hideFrame();
     void hideAgain();
     bool isSeen() const;
     void show();
