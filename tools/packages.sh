@@ -19,6 +19,11 @@ test_packages=(
     xfwm4 metacity i3-wm icewm fluxbox
     picom x11-xserver-utils dbus locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
+    x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
+)
+# shellcheck disable=SC2034
+package_packages=(
+    dpkg-dev file lintian debootstrap debian-archive-keyring util-linux xvfb x11-utils
 )
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)
