@@ -35,17 +35,24 @@ is_installed() {
     [[ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
 }
 
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
 # install_packages NAME...: installs those that are missing and asks nothing. Says what it does on
 # standard error, because standard output may be somebody's data.
 install_packages() {
-    local package missing=() as_root=()
+    local package missing=()
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
-    ((EUID == 0)) || as_root=(sudo)
     printf 'Installing with apt: %s\n' "${missing[*]}" >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
+    as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
