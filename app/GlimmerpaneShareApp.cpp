@@ -8,6 +8,7 @@
 #include "storage/FrameRepository.h"
 
 #include <QApplication>
+#include <QIcon>
 #include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent>
@@ -60,6 +61,15 @@ std::unique_ptr<MainViewModel> makeViewModel(
     return std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
                                            std::move(coordinator), std::move(captureService),
                                            desktop, alerts);
+}
+
+/** Part of the program, so that it has its icon where it is not installed, too. */
+QIcon windowIcon()
+{
+    QIcon icon;
+    icon.addFile(QStringLiteral(":/icons/48.png"));
+    icon.addFile(QStringLiteral(":/icons/128.png"));
+    return icon;
 }
 
 /** Until the person quits. */
@@ -152,7 +162,9 @@ int runGlimmerpane(int argc, char **argv,
     QCoreApplication::setApplicationName(QStringLiteral("glimmerpane"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
     QApplication application(argc, argv);
+    QApplication::setWindowIcon(windowIcon());
     quitOnSignals(&application);
     return runEventLoop(*options, makeUpdateRepository);
 }

@@ -19,6 +19,11 @@ test_packages=(
     xfwm4 metacity i3-wm icewm fluxbox
     picom x11-xserver-utils dbus locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
+    x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
+)
+# shellcheck disable=SC2034
+package_packages=(
+    dpkg-dev file lintian debootstrap debian-archive-keyring util-linux xvfb x11-utils
 )
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)
@@ -30,17 +35,24 @@ is_installed() {
     [[ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
 }
 
+as_root() {
+    if ((EUID == 0)); then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
 # install_packages NAME...: installs those that are missing and asks nothing. Says what it does on
 # standard error, because standard output may be somebody's data.
 install_packages() {
-    local package missing=() as_root=()
+    local package missing=()
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
-    ((EUID == 0)) || as_root=(sudo)
     printf 'Installing with apt: %s\n' "${missing[*]}" >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq >&2
+    as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
