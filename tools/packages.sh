@@ -20,6 +20,12 @@ test_packages=(
     picom x11-xserver-utils dbus locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
 )
+# What bench/run compares the program with.
+# shellcheck disable=SC2034
+bench_packages=(
+    gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
+    ffmpeg obs-studio
+)
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)
 
