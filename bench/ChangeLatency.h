@@ -2,6 +2,7 @@
 #pragma once
 
 #include "bench/Desktop.h"
+#include "tests/support/CapturedWindow.h"
 
 #include <vector>
 
@@ -13,11 +14,14 @@ struct LatencyOptions {
     QRect area; ///< shared, root pixels
     QRect patch; ///< where to change the colour, root pixels, inside the area
     int changes = 100;
+    /** Between two readings; reading without a pause keeps a processor busy. */
+    std::chrono::microseconds pause{0};
+    testing::PictureOf source = testing::PictureOf::Composite;
 };
 
 /**
  * Changes the colour of a small window and takes the time from the server's acknowledgement until
- * that colour is read from the output's Composite picture. Milliseconds, one per change; the
+ * that colour is read from the output's picture. Milliseconds, one per change; the
  * changes are far enough apart that none waits for the one before.
  */
 Result<std::vector<double>> measureLatency(const Desktop &desktop, const LatencyOptions &options);

@@ -104,13 +104,12 @@ Result<void> measureStorm(const Measurement &measurement, Run &run)
     }
     SharedDesktop shared{.desktop = std::move(*desktop)};
     const auto animation = startAnimation(*shared.desktop);
-    auto ready = animation ? startProgram(measurement, true, shared) : failure(animation.error());
-    if (ready) {
-        ready = awaitOutput(shared);
-    }
+    const auto started
+        = animation ? startProgram(measurement, true, shared) : failure(animation.error());
+    const auto view = started ? outputPicture(shared) : failure(started.error());
     const auto presser = testing::XClient::connect(shared.desktop->displayName());
-    if (!ready || !presser) {
-        return failure(ready ? presser.error() : ready.error());
+    if (!view || !presser) {
+        return failure(view ? presser.error() : view.error());
     }
     const std::jthread storm([&presser](const std::stop_token &stop) {
         const testing::InputInjector person(*presser);
@@ -123,7 +122,7 @@ Result<void> measureStorm(const Measurement &measurement, Run &run)
             std::this_thread::sleep_until(due);
         }
     });
-    const auto seen = countFrames(*shared.desktop, shared.output, {}, measurement.extent.phase);
+    const auto seen = countFrames(*shared.desktop, *view, {}, measurement.extent.phase);
     if (!seen) {
         return failure(seen.error());
     }

@@ -81,7 +81,9 @@ Result<Demonstration::Outcome> Demonstration::run(const Options &options)
             return testing::failure(done.error());
         }
     }
-    const auto frames = countFrames(*demo.desktop_, demo.output_, numberPlace(), countingTime);
+    const auto output = testing::CapturedWindow::open(demo.desktop_->client(), demo.output_);
+    const auto frames = output ? countFrames(*demo.desktop_, *output, numberPlace(), countingTime)
+                               : testing::failure(output.error());
     if (!frames) {
         return testing::failure(frames.error());
     }

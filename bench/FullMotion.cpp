@@ -3,7 +3,7 @@
 #include "bench/Measurement.h"
 #include "bench/NumberedAnimation.h"
 #include "bench/OutputReader.h"
-#include "bench/ProcessUsage.h"
+#include "bench/ProcessorTime.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
 
@@ -29,49 +29,13 @@ struct Run {
     double ratio() const { return cost() / copy; }
 };
 
-struct Spent {
-    double seconds = 0;
-    double server = 0; ///< milliseconds of processor time
-    double program = 0;
-    uint32_t sourceFrames = 0;
-};
-
-double milliseconds(std::chrono::nanoseconds time)
-{
-    return std::chrono::duration<double, std::milli>(time).count();
-}
-
-/** Lets the time pass and tells what was spent in it; a pid of 0 stands for no program. */
-Result<Spent> spend(Desktop &desktop, pid_t program, std::chrono::milliseconds time)
-{
-    const auto usageOf
-        = [](pid_t pid) { return pid == 0 ? Result<ProcessUsage>() : ProcessUsage::of(pid); };
-    const auto firstFrame = sourceNumber(desktop);
-    const auto begin = std::chrono::steady_clock::now();
-    const auto server = ProcessUsage::of(desktop.server().pid());
-    const auto before = usageOf(program);
-    if (!desktop.rest(time)) {
-        return failure(QStringLiteral("stopped"));
-    }
-    const auto serverAfter = ProcessUsage::of(desktop.server().pid());
-    const auto after = usageOf(program);
-    const auto end = std::chrono::steady_clock::now();
-    const auto lastFrame = sourceNumber(desktop);
-    if (!server || !serverAfter || !before || !after || !firstFrame || !lastFrame) {
-        return failure(QStringLiteral("a process or the animation ended while it was measured"));
-    }
-    return Spent{.seconds = std::chrono::duration<double>(end - begin).count(),
-                 .server = milliseconds(serverAfter->threadCpu() - server->threadCpu()),
-                 .program = milliseconds(after->threadCpu() - before->threadCpu()),
-                 .sourceFrames = *lastFrame - *firstFrame};
-}
-
 Result<Run> measureRun(const Measurement &measurement)
 {
     auto desktop = startDesktop(measurement);
     if (!desktop) {
         return failure(desktop.error());
     }
+    constexpr QPoint corner = measuredArea.topLeft();
     Run run;
     run.copy = copyMilliseconds(size_t{4} * measuredArea.width() * measuredArea.height());
     SharedDesktop shared{.desktop = std::move(*desktop)};
@@ -79,22 +43,21 @@ Result<Run> measureRun(const Measurement &measurement)
     if (!animation) {
         return failure(animation.error());
     }
-    const auto alone = spend(*shared.desktop, 0, measurement.extent.phase);
+    const auto alone = spend(*shared.desktop, 0, corner, measurement.extent.phase);
     if (!alone) {
         return failure(alone.error());
     }
-    auto shares = startProgram(measurement, true, shared);
-    if (shares) {
-        shares = awaitOutput(shared);
+    const auto shares = startProgram(measurement, true, shared);
+    const auto view = shares ? outputPicture(shared) : failure(shares.error());
+    if (!view) {
+        return failure(view.error());
     }
-    if (!shares) {
-        return failure(shares.error());
-    }
-    const auto sharing = spend(*shared.desktop, shared.program->pid(), measurement.extent.phase);
+    const auto sharing
+        = spend(*shared.desktop, shared.program->pid(), corner, measurement.extent.phase);
     if (!sharing) {
         return failure(sharing.error());
     }
-    const auto seen = countFrames(*shared.desktop, shared.output, {}, measurement.extent.phase);
+    const auto seen = countFrames(*shared.desktop, *view, {}, measurement.extent.phase);
     if (!seen || seen->sent == 0) {
         return failure(seen ? QStringLiteral("no frame was shown") : seen.error());
     }
@@ -102,17 +65,14 @@ Result<Run> measureRun(const Measurement &measurement)
     if (const auto ended = shared.program->end(); !ended) {
         return failure(ended.error());
     }
-    const auto aloneAgain = spend(*shared.desktop, 0, measurement.extent.phase);
+    const auto aloneAgain = spend(*shared.desktop, 0, corner, measurement.extent.phase);
     if (!aloneAgain) {
         return failure(aloneAgain.error());
     }
     const double shownShare = static_cast<double>(seen->shown) / seen->sent;
     const double shown = sharing->sourceFrames * shownShare;
-    // From before and after, so that a machine that changes its speed favours neither side.
-    const double serverAlone = (alone->server + aloneAgain->server)
-        / (alone->sourceFrames + aloneAgain->sourceFrames) * sharing->sourceFrames;
     run.program = sharing->program / shown;
-    run.server = (sharing->server - serverAlone) / shown;
+    run.server = serverBeyond(*sharing, *alone, *aloneAgain) / shown;
     return run;
 }
 

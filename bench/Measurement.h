@@ -25,6 +25,7 @@ struct Extent {
 struct Measurement {
     QString executable; ///< Glimmerpane's
     Extent extent{};
+    QDir folder{}; ///< for what a measurement writes besides its figures
     std::stop_token stop{};
     std::function<void(const QString &)> progress; ///< tells a person what happens now
 };
@@ -62,5 +63,6 @@ Figures measureStartUp(const Measurement &measurement);
 Figures measureCycles(const Measurement &measurement);
 Figures measureClicks(const Measurement &measurement);
 Figures measureDragging(const Measurement &measurement);
+Figures measurePeers(const Measurement &measurement);
 
 } // namespace glimmerpane::bench

@@ -2,7 +2,6 @@
 #include "bench/NumberedAnimation.h"
 
 #include "bench/FrameNumber.h"
-#include "bench/OutputReader.h"
 
 #include <QCoreApplication>
 
@@ -18,29 +17,31 @@ constexpr std::chrono::seconds liveLimit{10};
 
 } // namespace
 
-Result<testing::ChildProcess> startAnimation(const Desktop &desktop)
+Result<testing::ChildProcess> startAnimation(const Desktop &desktop,
+                                             const AnimationOptions &options)
 {
     const QString geometry = QStringLiteral("%1x%2+%3+%4")
-                                 .arg(measuredArea.width())
-                                 .arg(measuredArea.height())
-                                 .arg(measuredArea.x())
-                                 .arg(measuredArea.y());
+                                 .arg(options.area.width())
+                                 .arg(options.area.height())
+                                 .arg(options.area.x())
+                                 .arg(options.area.y());
     auto animation = testing::ChildProcess::start(
         {.program = QCoreApplication::applicationDirPath() + QStringLiteral("/glimmerpane_pattern"),
-         .arguments = {QStringLiteral("--geometry"), geometry},
+         .arguments = {QStringLiteral("--geometry"), geometry, QStringLiteral("--mode"),
+                       options.mode, QStringLiteral("--rate"), QString::number(options.rate)},
          .environment = desktop.environment()});
-    constexpr uint32_t settled = 30;
-    const auto runs = [&] { return sourceNumber(desktop).value_or(0) > settled; };
+    const uint32_t settled = static_cast<uint32_t>(options.rate) / 2;
+    const QPoint corner = options.area.topLeft();
+    const auto runs = [&] { return sourceNumber(desktop, corner).value_or(0) > settled; };
     if (animation && !desktop.waitFor(runs, liveLimit)) {
         return failure(QStringLiteral("the animation does not start"));
     }
     return animation;
 }
 
-Result<uint32_t> sourceNumber(const Desktop &desktop)
+Result<uint32_t> sourceNumber(const Desktop &desktop, QPoint corner)
 {
-    const auto strip
-        = desktop.client().screenshot(QRect(measuredArea.topLeft(), frameNumber::stripSize));
+    const auto strip = desktop.client().screenshot(QRect(corner, frameNumber::stripSize));
     if (!strip) {
         return failure(strip.error());
     }
@@ -51,21 +52,25 @@ Result<uint32_t> sourceNumber(const Desktop &desktop)
     return *number;
 }
 
-Result<void> awaitOutput(const SharedDesktop &shared)
+Result<testing::CapturedWindow> outputPicture(const SharedDesktop &shared)
 {
-    const auto captured = testing::CapturedWindow::open(shared.desktop->client(), shared.output);
-    if (!captured) {
-        return failure(captured.error());
-    }
+    auto view = testing::CapturedWindow::open(shared.desktop->client(), shared.output);
+    const auto live = view ? awaitOutput(*shared.desktop, *view) : failure(view.error());
+    return live ? std::move(view) : failure(live.error());
+}
+
+Result<void> awaitOutput(const Desktop &desktop, const testing::CapturedWindow &view)
+{
+    constexpr uint32_t enough = 10;
     std::optional<uint32_t> first;
     const auto isLive = [&] {
-        const auto number = shownNumber(*captured, {});
+        const auto number = shownNumber(view, {});
         if (number && !first) {
             first = *number;
         }
-        return number && *number > *first + 30;
+        return number && *number > *first + enough;
     };
-    if (!shared.desktop->waitFor(isLive, liveLimit)) {
+    if (!desktop.waitFor(isLive, liveLimit)) {
         return failure(QStringLiteral("the output does not show the animation"));
     }
     return {};

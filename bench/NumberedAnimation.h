@@ -1,19 +1,30 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "bench/OutputReader.h"
 #include "bench/SharedDesktop.h"
 #include "tests/support/ChildProcess.h"
 
 namespace glimmerpane::bench
 {
 
-/** Plays an animation over the measured area, in which every pixel changes; once it runs. */
-Result<testing::ChildProcess> startAnimation(const Desktop &desktop);
+struct AnimationOptions {
+    QRect area = measuredArea; ///< root pixels
+    QString mode = QStringLiteral("full"); ///< as glimmerpane_pattern knows it
+    int rate = 60; ///< frames a second
+};
 
-/** The number of the animation's picture that is on the screen now. */
-Result<uint32_t> sourceNumber(const Desktop &desktop);
+/** Plays the animation over the area; once it runs. */
+Result<testing::ChildProcess> startAnimation(const Desktop &desktop,
+                                             const AnimationOptions &options = {});
 
-/** Waits until the output follows the animation. */
-Result<void> awaitOutput(const SharedDesktop &shared);
+/** The number of the picture that is on the screen now, of the animation with this corner. */
+Result<uint32_t> sourceNumber(const Desktop &desktop, QPoint corner = measuredArea.topLeft());
+
+/** The picture of the program's output, once it follows the animation. */
+Result<testing::CapturedWindow> outputPicture(const SharedDesktop &shared);
+
+/** Waits until the picture, of any program's window, follows the animation. */
+Result<void> awaitOutput(const Desktop &desktop, const testing::CapturedWindow &view);
 
 } // namespace glimmerpane::bench

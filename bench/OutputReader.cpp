@@ -24,15 +24,14 @@ Result<uint32_t> shownNumber(const testing::CapturedWindow &output, QPoint place
     return *number;
 }
 
-Result<SeenFrames> countFrames(const Desktop &desktop, xcb_window_t output, QPoint place,
-                               std::chrono::milliseconds time)
+Result<SeenFrames> countFrames(const Desktop &desktop, const testing::CapturedWindow &output,
+                               QPoint place, std::chrono::milliseconds time)
 {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds eventLimit{20};
-    auto watch = testing::DamageWatch::open(desktop.displayName(), output);
-    auto captured = testing::CapturedWindow::open(desktop.client(), output);
-    if (!watch || !captured) {
-        return testing::failure(watch ? captured.error() : watch.error());
+    auto watch = testing::DamageWatch::open(desktop.displayName(), output.window());
+    if (!watch) {
+        return testing::failure(watch.error());
     }
     std::set<uint32_t> numbers;
     SeenFrames seen;
@@ -44,7 +43,7 @@ Result<SeenFrames> countFrames(const Desktop &desktop, xcb_window_t output, QPoi
         if (!watch->take(eventLimit)) {
             continue;
         }
-        if (const auto number = shownNumber(*captured, place)) {
+        if (const auto number = shownNumber(output, place)) {
             numbers.insert(*number);
         } else {
             ++seen.unreadable;

@@ -19,11 +19,11 @@ struct SeenFrames {
 };
 
 /**
- * Reads the animation's number out of the window's Composite picture, once each time the window
+ * Reads the animation's number out of the window's picture, once each time the window
  * was drawn into. `place` is the number strip's corner in the window.
  */
-Result<SeenFrames> countFrames(const Desktop &desktop, xcb_window_t output, QPoint place,
-                               std::chrono::milliseconds time);
+Result<SeenFrames> countFrames(const Desktop &desktop, const testing::CapturedWindow &output,
+                               QPoint place, std::chrono::milliseconds time);
 
 /** The number that the window shows now. */
 Result<uint32_t> shownNumber(const testing::CapturedWindow &output, QPoint place);

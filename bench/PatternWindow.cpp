@@ -15,8 +15,6 @@ using testing::failure;
 namespace
 {
 
-constexpr QSize blockSize(320, 180);
-
 /** Back and forth between 0 and the limit, a few pixels a frame. */
 int bounce(uint32_t number, int step, int limit)
 {
@@ -84,7 +82,7 @@ Result<void> PatternWindow::create(const QRect &rectangle)
     if (mode_ == PatternMode::Still) {
         return {};
     }
-    return addPictures(blockSize.boundedTo(size_), patternPainter::phases);
+    return addPictures(blockSize().boundedTo(size_), patternPainter::phases);
 }
 
 Result<void> PatternWindow::addPictures(QSize size, uint32_t count)
@@ -134,6 +132,8 @@ bool PatternWindow::show(uint32_t number)
         showFull(number);
         break;
     case PatternMode::SmallChange:
+    case PatternMode::Cursor:
+    case PatternMode::Typing:
         showSmall(number);
         break;
     case PatternMode::Still:
@@ -153,19 +153,45 @@ void PatternWindow::showFull(uint32_t number)
     put(picture, QRect(QPoint(), size_), {});
 }
 
+QSize PatternWindow::blockSize() const
+{
+    switch (mode_) {
+    case PatternMode::Cursor:
+        return {32, 32};
+    case PatternMode::Typing:
+        return {12, 20};
+    default:
+        return {320, 180};
+    }
+}
+
+/** Below the number, which it must not cover. */
+QPoint PatternWindow::blockPlace(uint32_t number, QSize block) const
+{
+    const QSize room = size_ - block;
+    const int top = frameNumber::drawnArea(size_).height();
+    if (mode_ == PatternMode::Typing) {
+        const int column = static_cast<int>(number % 1000U) % (size_.width() / block.width());
+        return {column * block.width(), std::min(room.height(), top)};
+    }
+    return {bounce(number, 4, room.width()), std::min(room.height(), top + bounce(number, 2, 60))};
+}
+
 void PatternWindow::showSmall(uint32_t number)
 {
     auto &still = still_.front();
     auto &block = pictures_[number % pictures_.size()];
     const QRect numberArea = frameNumber::drawnArea(size_);
     frameNumber::draw(still.image(), number);
-    put(still, number == 0 ? QRect(QPoint(), size_) : QRect(block_, block.image().size()),
-        number == 0 ? QPoint() : block_);
-    const QSize room = size_ - block.image().size();
-    block_ = QPoint(bounce(number, 4, room.width()),
-                    std::min(room.height(), numberArea.height() + bounce(number, 2, 60)));
+    if (number == 0) {
+        put(still, QRect(QPoint(), size_), {});
+    } else if (mode_ != PatternMode::Typing) {
+        put(still, QRect(block_, block.image().size()), block_);
+    }
+    block_ = blockPlace(number, block.image().size());
     put(block, block.image().rect(), block_);
-    put(still, numberArea, {});
+    const bool withDigits = mode_ == PatternMode::SmallChange;
+    put(still, withDigits ? numberArea : QRect(QPoint(), frameNumber::stripSize), {});
 }
 
 void PatternWindow::sync()

@@ -15,6 +15,8 @@ using testing::XClient;
 enum class PatternMode {
     FullMotion, ///< every pixel of the window changes from frame to frame
     SmallChange, ///< a still picture, a moving block of 320x180 and the number
+    Cursor, ///< a still picture, a moving block of 32x32 and the number's strip
+    Typing, ///< the same with letters of 12x20, each beside the one before
     Still, ///< one picture; a frame changes nothing
 };
 
@@ -53,6 +55,8 @@ private:
     void put(SharedPicture &picture, const QRect &part, QPoint at);
     void showFull(uint32_t number);
     void showSmall(uint32_t number);
+    QSize blockSize() const;
+    QPoint blockPlace(uint32_t number, QSize block) const;
 
     XClient client_;
     PatternMode mode_;

@@ -55,15 +55,6 @@ QString verdictText(Verdict verdict)
     return QStringLiteral("-");
 }
 
-QString machineText(const QString &mode)
-{
-    return QStringLiteral("%1, %2 x %3, %4, kernel %5, Xvfb (software rendering), Qt %6; %7; %8.")
-        .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
-        .arg(QThread::idealThreadCount())
-        .arg(processorName(), QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
-             QString::fromLatin1(qVersion()), mode, loadText());
-}
-
 constexpr int rowHeight = 34;
 constexpr int labelWidth = 430;
 constexpr int targetX = 780; ///< where the target's line stands
@@ -91,6 +82,15 @@ QString bar(const Figure &figure, int top)
 }
 
 } // namespace
+
+QString machineText(const QString &mode)
+{
+    return QStringLiteral("%1, %2 x %3, %4, kernel %5, Xvfb (software rendering), Qt %6; %7; %8.")
+        .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
+        .arg(QThread::idealThreadCount())
+        .arg(processorName(), QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
+             QString::fromLatin1(qVersion()), mode, loadText());
+}
 
 QString number(double value, int decimals)
 {

@@ -27,6 +27,9 @@ struct Figure {
 Figure boundedFigure(const QString &name, double measured, double target, const QString &unit,
                      const QString &counted);
 
+/** The machine, the time, its load and how it was measured, in one sentence. */
+QString machineText(const QString &mode);
+
 QString number(double value, int decimals = 2);
 
 /** Markdown, with a head that says on what machine it was measured. */

@@ -20,10 +20,15 @@ struct Named {
 };
 
 constexpr Named measurements[] = {
-    {"full-motion", &measureFullMotion}, {"still-screen", &measureStillScreen},
-    {"latency", &measureChangeLatency},  {"first-frame", &measureFirstFrame},
-    {"start-up", &measureStartUp},       {"cycles", &measureCycles},
-    {"drag", &measureDragging},          {"clicks", &measureClicks},
+    {"full-motion", &measureFullMotion},
+    {"still-screen", &measureStillScreen},
+    {"latency", &measureChangeLatency},
+    {"first-frame", &measureFirstFrame},
+    {"start-up", &measureStartUp},
+    {"cycles", &measureCycles},
+    {"drag", &measureDragging},
+    {"clicks", &measureClicks},
+    {"peers", &measurePeers},
 };
 
 void tell(const QString &text)
@@ -97,17 +102,17 @@ int main(int argc, char **argv)
                                      QStringLiteral("Glimmerpane's executable."),
                                      QStringLiteral("path"));
     const QCommandLineOption quick(QStringLiteral("quick"), QStringLiteral("Measure less."));
-    const QCommandLineOption only(
-        QStringLiteral("only"),
-        QStringLiteral(
-            "full-motion, still-screen, latency, first-frame, start-up, cycles, drag or clicks."),
-        QStringLiteral("figure"));
+    const QCommandLineOption only(QStringLiteral("only"),
+                                  QStringLiteral("full-motion, still-screen, latency, first-frame, "
+                                                 "start-up, cycles, drag, clicks or peers."),
+                                  QStringLiteral("figure"));
     parser.addOptions({output, program, quick, only});
     parser.process(application);
 
     const bool isQuick = parser.isSet(quick);
     const Measurement measurement{.executable = executableOr(parser.value(program)),
                                   .extent = isQuick ? quickExtent() : Extent(),
+                                  .folder = QDir(parser.value(output)),
                                   .stop = signals.token(),
                                   .progress = tell};
     const auto [figures, failures] = measureAll(measurement, parser.value(only));

@@ -52,13 +52,16 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     const std::map<QString, PatternMode> modes{{QStringLiteral("full"), PatternMode::FullMotion},
                                                {QStringLiteral("small"), PatternMode::SmallChange},
+                                               {QStringLiteral("cursor"), PatternMode::Cursor},
+                                               {QStringLiteral("typing"), PatternMode::Typing},
                                                {QStringLiteral("still"), PatternMode::Still}};
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("Plays a numbered animation until stopped."));
     parser.addHelpOption();
     const QCommandLineOption geometry(QStringLiteral("geometry"), QStringLiteral("Root pixels."),
                                       QStringLiteral("WxH+X+Y"), QStringLiteral("1280x720+0+0"));
-    const QCommandLineOption mode(QStringLiteral("mode"), QStringLiteral("full, small or still."),
+    const QCommandLineOption mode(QStringLiteral("mode"),
+                                  QStringLiteral("full, small, cursor, typing or still."),
                                   QStringLiteral("mode"), QStringLiteral("full"));
     const QCommandLineOption rate(QStringLiteral("rate"), QStringLiteral("Frames a second."),
                                   QStringLiteral("number"), QStringLiteral("60"));

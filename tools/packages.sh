@@ -25,6 +25,12 @@ test_packages=(
 package_packages=(
     dpkg-dev file lintian debootstrap debian-archive-keyring util-linux xvfb x11-utils
 )
+# What bench/run compares the program with.
+# shellcheck disable=SC2034
+bench_packages=(
+    gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
+    ffmpeg obs-studio
+)
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)
 

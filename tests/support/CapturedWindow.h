@@ -8,6 +8,11 @@
 namespace glimmerpane::testing
 {
 
+enum class PictureOf {
+    Composite, ///< the pixmap, which shows the window wherever it is
+    Screen, ///< what is seen of the window, for one that nobody redirects and nothing covers
+};
+
 /**
  * A window's picture as a capturing client reads it: the pixmap that Composite keeps for it while
  * somebody redirects it. It is named once and again after the window's size changed.
@@ -16,15 +21,18 @@ class CapturedWindow
 {
 public:
     /** The client must outlive the object, at the same address. */
-    static Result<CapturedWindow> open(const XClient &client, xcb_window_t window)
+    static Result<CapturedWindow> open(const XClient &client, xcb_window_t window,
+                                       PictureOf source = PictureOf::Composite)
     {
         CapturedWindow captured;
         captured.client_ = &client;
         captured.window_ = window;
+        captured.source_ = source;
         const auto named = captured.namePixmap();
         return named ? Result<CapturedWindow>(std::move(captured)) : failure(named.error());
     }
 
+    xcb_window_t window() const { return window_; }
     QSize size() const { return size_; }
 
     /** The window's pixels. */
@@ -41,7 +49,8 @@ public:
     /** The same of a part, origin top left, at the cost of one request: it sees no new size. */
     Result<QImage> part(const QRect &rectangle) const
     {
-        return client_->image(pixmap_.get_deleter().id, rectangle);
+        const bool seen = source_ == PictureOf::Screen;
+        return client_->image(seen ? window_ : pixmap_.get_deleter().id, rectangle);
     }
 
 private:
@@ -49,6 +58,10 @@ private:
 
     Result<void> namePixmap()
     {
+        if (source_ == PictureOf::Screen) {
+            size_ = geometryOf(*client_, window_).value_or(QRect()).size();
+            return {};
+        }
         const xcb_pixmap_t id = client_->newId();
         const auto cookie
             = xcb_composite_name_window_pixmap_checked(client_->connection(), window_, id);
@@ -64,6 +77,7 @@ private:
 
     const XClient *client_ = nullptr;
     xcb_window_t window_ = XCB_NONE;
+    PictureOf source_ = PictureOf::Composite;
     ServerObject<xcb_free_pixmap> pixmap_;
     QSize size_;
 };
