@@ -14,7 +14,9 @@ wait_until() {
 # start_display FOLDER: an X server that is found by DISPLAY and that keeps its files in FOLDER.
 # shellcheck disable=SC2034  # display_pid is for those who source this file
 start_display() {
-    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$1/display" &>"$1/Xvfb.log" &
+    # It would begin anew whenever its last client leaves, and break off who comes in that moment.
+    Xvfb -displayfd 3 -noreset -screen 0 1280x800x24 -nolisten tcp 3>"$1/display" \
+        &>"$1/Xvfb.log" &
     display_pid=$!
     if ! wait_until test -s "$1/display"; then
         cat "$1/Xvfb.log" >&2
