@@ -44,7 +44,7 @@ std::vector<PeerScene> scenes()
     for (const QSize size : {QSize(640, 360), usual, QSize(1920, 1080), QSize(3840, 2160)}) {
         all.push_back({.name = QStringLiteral("full motion"), .size = size});
     }
-    all.push_back({.name = QStringLiteral("32x32 picture that moves"),
+    all.push_back({.name = QStringLiteral("moving 32x32"),
                    .size = usual,
                    .mode = QStringLiteral("cursor"),
                    .withStill = false});
