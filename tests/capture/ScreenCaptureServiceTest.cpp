@@ -159,179 +159,170 @@ class ScreenCaptureServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void configuration_isMadeFromTheArea();
-    void start_fails_withTheReason();
-    void framesAndEnds_areHeardOnce_whileTheirRunLasts();
-    void stop_endsTheStart_whenItIsInFlight();
-    void service_leavesNothing_whenDestroyedDuringAStart();
-    void window_liesWhereNoDisplayShowsIt();
-    void press_isShownWhereItWas_atAnyScale();
-    void rings_fadeAndEnd_alsoWhereTheServerIsBusy();
-};
-
-void ScreenCaptureServiceTest::configuration_isMadeFromTheArea()
-{
-    const auto configuration = streamConfiguration({10, 20, -100.9, -50.25}, 900);
-    QCOMPARE(QSize(int(configuration.width), int(configuration.height)), QSize(201, 100));
-    QCOMPARE(configuration.sourceRect, (Rect{10, 829.75, 100.9, 50.25}));
-    QVERIFY(configuration.showsCursor && !configuration.capturesAudio);
-}
-
-void ScreenCaptureServiceTest::start_fails_withTheReason()
-{
-    Fixture denied;
-    denied.desktop.denyContent();
-    Fixture empty;
-    empty.desktop.content->displays.clear();
-    Fixture broken;
-    broken.desktop.log.startAnswer = std::unexpected(Error{QStringLiteral("broken"), {}});
-    const char *noDisplay = "The operation couldn't be completed. (CaptureError error 0.)";
-    for (const auto &[fixture, reason] :
-         {std::pair(&denied, "denied"), {&empty, noDisplay}, {&broken, "broken"}}) {
-        const auto result = fixture->start();
-        QVERIFY(!result);
-        QCOMPARE(result.error().description, QString::fromLatin1(reason));
-        QCOMPARE(fixture->ends, 0);
-        QVERIFY(!fixture->desktop.log.pressed);
+    void configuration_isMadeFromTheArea()
+    {
+        const auto configuration = streamConfiguration({10, 20, -100.9, -50.25}, 900);
+        QCOMPARE(QSize(int(configuration.width), int(configuration.height)), QSize(201, 100));
+        QCOMPARE(configuration.sourceRect, (Rect{10, 829.75, 100.9, 50.25}));
+        QVERIFY(configuration.showsCursor && !configuration.capturesAudio);
     }
-}
 
-void ScreenCaptureServiceTest::framesAndEnds_areHeardOnce_whileTheirRunLasts()
-{
-    Fixture fixture;
-    Log &log = fixture.desktop.log;
-    QVERIFY(fixture.start());
-    fixture.deliver(SampleType::Screen);
-    fixture.deliver(SampleType::Audio);
-    QCOMPARE(log.shown, 1);
-    log.layerIsReady = false;
-    fixture.deliver(SampleType::Screen);
-    QCOMPARE(log.returned, std::vector{7U});
-
-    const auto oldHandlers = log.handlers;
-    oldHandlers.didStopWithError({});
-    QTRY_COMPARE(fixture.ends, 1);
-    fixture.service->stopCapture();
-    fixture.service->stopCapture();
-    QTRY_COMPARE(log.running, 0);
-    QCOMPARE(log.layers, 0);
-    QVERIFY(fixture.start());
-    log.layerIsReady = true;
-    oldHandlers.didOutputSampleBuffer({}, SampleType::Screen);
-    oldHandlers.didStopWithError({});
-    QCoreApplication::processEvents();
-    QCOMPARE(fixture.ends, 1);
-    fixture.service.reset(); // Nobody is there any more to be told.
-    fixture.deliver(SampleType::Screen);
-    QCOMPARE(log.shown, 1);
-}
-
-void ScreenCaptureServiceTest::stop_endsTheStart_whenItIsInFlight()
-{
-    for (const auto &[whileStreamStarts, starts] :
-         {std::pair(false, 1), {false, 2}, {true, 1}, {true, 2}}) {
-        Fixture fixture;
-        whileStreamStarts ? fixture.desktop.log.startPermits.acquire(1000)
-                          : fixture.desktop.holdContent();
-        int succeeded = 0;
-        const auto start = [&] {
-            fixture.service->startCapture(frame, fixture.window).then([&](const auto &result) {
-                succeeded += result ? 1 : 0;
-            });
-        };
-        start();
-        QTRY_VERIFY(!whileStreamStarts || fixture.desktop.log.configuration.width > 0);
-        fixture.service->stopCapture();
-        if (starts == 2) {
-            start(); // A new run may begin before the old start has found out.
+    void start_fails_withTheReason()
+    {
+        Fixture denied;
+        denied.desktop.denyContent();
+        Fixture empty;
+        empty.desktop.content->displays.clear();
+        Fixture broken;
+        broken.desktop.log.startAnswer = std::unexpected(Error{QStringLiteral("broken"), {}});
+        const char *noDisplay = "The operation couldn't be completed. (CaptureError error 0.)";
+        for (const auto &[fixture, reason] :
+             {std::pair(&denied, "denied"), {&empty, noDisplay}, {&broken, "broken"}}) {
+            const auto result = fixture->start();
+            QVERIFY(!result);
+            QCOMPARE(result.error().description, QString::fromLatin1(reason));
+            QCOMPARE(fixture->ends, 0);
+            QVERIFY(!fixture->desktop.log.pressed);
         }
-        fixture.desktop.releaseContent();
-        fixture.desktop.log.startPermits.release(1000);
-        QTRY_COMPARE(succeeded, starts);
-        QTRY_COMPARE(fixture.desktop.log.running, starts - 1);
     }
-}
 
-void ScreenCaptureServiceTest::service_leavesNothing_whenDestroyedDuringAStart()
-{
-    Fixture fixture;
-    fixture.desktop.log.startPermits.acquire(1000);
-    auto task = fixture.service->startCapture(frame, fixture.window);
-    QTRY_VERIFY(fixture.desktop.log.configuration.width > 0);
-    fixture.desktop.log.startPermits.release(1000);
-    fixture.service.reset();
-    QCOMPARE(fixture.desktop.log.running, 0);
-    QVERIFY(QCoro::waitFor(std::move(task)));
-}
+    void framesAndEnds_areHeardOnce_whileTheirRunLasts()
+    {
+        Fixture fixture;
+        Log &log = fixture.desktop.log;
+        QVERIFY(fixture.start());
+        fixture.deliver(SampleType::Screen);
+        fixture.deliver(SampleType::Audio);
+        QCOMPARE(log.shown, 1);
+        log.layerIsReady = false;
+        fixture.deliver(SampleType::Screen);
+        QCOMPARE(log.returned, std::vector{7U});
 
-void ScreenCaptureServiceTest::window_liesWhereNoDisplayShowsIt()
-{
-    QCOMPARE(unseenOrigin({32767, 9999}), QPoint(-10000, -10000));
-    QCOMPARE(unseenOrigin({12000, 11000}), QPoint(-10000, -11000));
-}
+        const auto oldHandlers = log.handlers;
+        oldHandlers.didStopWithError({});
+        QTRY_COMPARE(fixture.ends, 1);
+        fixture.service->stopCapture();
+        fixture.service->stopCapture();
+        QTRY_COMPARE(log.running, 0);
+        QCOMPARE(log.layers, 0);
+        QVERIFY(fixture.start());
+        log.layerIsReady = true;
+        oldHandlers.didOutputSampleBuffer({}, SampleType::Screen);
+        oldHandlers.didStopWithError({});
+        QCoreApplication::processEvents();
+        QCOMPARE(fixture.ends, 1);
+        fixture.service.reset(); // Nobody is there any more to be told.
+        fixture.deliver(SampleType::Screen);
+        QCOMPARE(log.shown, 1);
+    }
 
-void ScreenCaptureServiceTest::press_isShownWhereItWas_atAnyScale()
-{
-    for (const double scale : {1.0, 2.0}) {
+    void stop_endsTheStart_whenItIsInFlight()
+    {
+        for (const auto &[whileStreamStarts, starts] :
+             {std::pair(false, 1), {false, 2}, {true, 1}, {true, 2}}) {
+            Fixture fixture;
+            whileStreamStarts ? fixture.desktop.log.startPermits.acquire(1000)
+                              : fixture.desktop.holdContent();
+            int succeeded = 0;
+            const auto start = [&] {
+                fixture.service->startCapture(frame, fixture.window).then([&](const auto &result) {
+                    succeeded += result ? 1 : 0;
+                });
+            };
+            start();
+            QTRY_VERIFY(!whileStreamStarts || fixture.desktop.log.configuration.width > 0);
+            fixture.service->stopCapture();
+            if (starts == 2) {
+                start(); // A new run may begin before the old start has found out.
+            }
+            fixture.desktop.releaseContent();
+            fixture.desktop.log.startPermits.release(1000);
+            QTRY_COMPARE(succeeded, starts);
+            QTRY_COMPARE(fixture.desktop.log.running, starts - 1);
+        }
+    }
+
+    void service_leavesNothing_whenDestroyedDuringAStart()
+    {
+        Fixture fixture;
+        fixture.desktop.log.startPermits.acquire(1000);
+        auto task = fixture.service->startCapture(frame, fixture.window);
+        QTRY_VERIFY(fixture.desktop.log.configuration.width > 0);
+        fixture.desktop.log.startPermits.release(1000);
+        fixture.service.reset();
+        QCOMPARE(fixture.desktop.log.running, 0);
+        QVERIFY(QCoro::waitFor(std::move(task)));
+    }
+
+    void window_liesWhereNoDisplayShowsIt()
+    {
+        QCOMPARE(unseenOrigin({32767, 9999}), QPoint(-10000, -10000));
+        QCOMPARE(unseenOrigin({12000, 11000}), QPoint(-10000, -11000));
+    }
+
+    void press_isShownWhereItWas_atAnyScale()
+    {
+        for (const double scale : {1.0, 2.0}) {
+            Fixture fixture;
+            auto &log = fixture.desktop.log;
+            fixture.desktop.scale = scale;
+            const CaptureFrame area{.x = 100, .y = 100, .width = -400, .height = 300};
+            QVERIFY(QCoro::waitFor(fixture.service->startCapture(area, fixture.window)));
+            const MainDisplay display{.pixels = {100, 0, 1440, 900}, .scale = scale};
+            const auto press = [&](double x, double y) {
+                const QPoint place = display.areaPixels({x, y, 0, 0}).topLeft();
+                log.highlights.clear();
+                log.pressed(place);
+                return place;
+            };
+            for (const QPointF outside : {QPointF(500, 120), {150, 400}, {99, 120}, {150, 99}}) {
+                press(outside.x(), outside.y());
+                QVERIFY(log.highlights.empty());
+            }
+            for (const QPointF inside : {QPointF(100, 100), {150, 120}, {499, 399}}) {
+                const QPoint place = press(inside.x(), inside.y());
+                QTRY_VERIFY(!log.highlights.empty());
+                const Highlight ring = log.highlights.back().back();
+                QCOMPARE(ring.image.size(), QSize(64, 64) * scale);
+                QCOMPARE(ring.topLeft + QPoint(32, 32) * scale, place);
+                const auto alpha = [&](int x) {
+                    return qAlpha(ring.image.pixel(QPoint(int(x * scale), int(32 * scale))));
+                };
+                QVERIFY(alpha(1) == 255 && alpha(2) == 255 && alpha(6) == 0 && alpha(32) == 0);
+            }
+            fixture.service->stopCapture();
+            QVERIFY(!log.pressed);
+        }
+    }
+
+    void rings_fadeAndEnd_alsoWhereTheServerIsBusy()
+    {
         Fixture fixture;
         auto &log = fixture.desktop.log;
-        fixture.desktop.scale = scale;
-        const CaptureFrame area{.x = 100, .y = 100, .width = -400, .height = 300};
-        QVERIFY(QCoro::waitFor(fixture.service->startCapture(area, fixture.window)));
-        const MainDisplay display{.pixels = {100, 0, 1440, 900}, .scale = scale};
-        const auto press = [&](double x, double y) {
-            const QPoint place = display.areaPixels({x, y, 0, 0}).topLeft();
-            log.highlights.clear();
-            log.pressed(place);
-            return place;
-        };
-        for (const QPointF outside : {QPointF(500, 120), {150, 400}, {99, 120}, {150, 99}}) {
-            press(outside.x(), outside.y());
-            QVERIFY(log.highlights.empty());
+        QVERIFY(fixture.start());
+        log.pressed({150, 850});
+        QCOMPARE(log.highlights.size(), 1);
+        log.pressed({160, 850}); // comes with the next step
+        QCOMPARE(log.highlights.size(), 1);
+        QTRY_COMPARE(log.highlights.back().size(), 2);
+        log.layerIsReady = false;
+        QTRY_VERIFY(log.highlights.back().empty());
+        auto tries = log.highlights.size();
+        QTRY_VERIFY(log.highlights.size() > tries);
+        log.layerIsReady = true;
+        tries = log.highlights.size();
+        QTRY_VERIFY(log.highlights.size() > tries);
+        double before = 1;
+        for (const auto &shown : log.highlights) {
+            const double opacity = shown.empty() ? 0 : shown.back().opacity;
+            QVERIFY(opacity < before || opacity == 0 || shown.size() == 2);
+            before = opacity;
         }
-        for (const QPointF inside : {QPointF(100, 100), {150, 120}, {499, 399}}) {
-            const QPoint place = press(inside.x(), inside.y());
-            QTRY_VERIFY(!log.highlights.empty());
-            const Highlight ring = log.highlights.back().back();
-            QCOMPARE(ring.image.size(), QSize(64, 64) * scale);
-            QCOMPARE(ring.topLeft + QPoint(32, 32) * scale, place);
-            const auto alpha = [&](int x) {
-                return qAlpha(ring.image.pixel(QPoint(int(x * scale), int(32 * scale))));
-            };
-            QVERIFY(alpha(1) == 255 && alpha(2) == 255 && alpha(6) == 0 && alpha(32) == 0);
-        }
-        fixture.service->stopCapture();
-        QVERIFY(!log.pressed);
+        // No step is due any more, so the next press is shown at once.
+        log.pressed({150, 850});
+        QCOMPARE(log.highlights.back().size(), 1);
     }
-}
-
-void ScreenCaptureServiceTest::rings_fadeAndEnd_alsoWhereTheServerIsBusy()
-{
-    Fixture fixture;
-    auto &log = fixture.desktop.log;
-    QVERIFY(fixture.start());
-    log.pressed({150, 850});
-    QCOMPARE(log.highlights.size(), 1);
-    log.pressed({160, 850}); // comes with the next step
-    QCOMPARE(log.highlights.size(), 1);
-    QTRY_COMPARE(log.highlights.back().size(), 2);
-    log.layerIsReady = false;
-    QTRY_VERIFY(log.highlights.back().empty());
-    auto tries = log.highlights.size();
-    QTRY_VERIFY(log.highlights.size() > tries);
-    log.layerIsReady = true;
-    tries = log.highlights.size();
-    QTRY_VERIFY(log.highlights.size() > tries);
-    double before = 1;
-    for (const auto &shown : log.highlights) {
-        const double opacity = shown.empty() ? 0 : shown.back().opacity;
-        QVERIFY(opacity < before || opacity == 0 || shown.size() == 2);
-        before = opacity;
-    }
-    // No step is due any more, so the next press is shown at once.
-    log.pressed({150, 850});
-    QCOMPARE(log.highlights.back().size(), 1);
-}
+};
 
 QTEST_MAIN(ScreenCaptureServiceTest)
 #include "ScreenCaptureServiceTest.moc"

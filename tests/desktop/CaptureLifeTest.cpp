@@ -3,7 +3,6 @@
 
 #include "capture/SharingWindow.h"
 #include "tests/support/WaitFor.h"
-#include "tests/support/WindowManager.h"
 
 #include <QCoroTask>
 #include <QTest>
@@ -40,143 +39,83 @@ class CaptureLifeTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void picture_isTheArea_onEitherDisplay_whicheverIsPrimary();
-    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data();
-    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen();
-    void window_isHidden_whenDestroyedByAnotherClient();
-    void start_fails_whenTheXServerIsGone();
-    void picture_isNeverStale_whenAManagerComesAndGoes_data();
-    void picture_isNeverStale_whenAManagerComesAndGoes();
+    void picture_isTheArea_onEitherDisplay_whicheverIsPrimary()
+    {
+        TwoMonitors fixture;
+        const auto window = required(
+            ColorWindow::show(fixture.client, {.rectangle = {500, 50, 300, 100}, .color = green}));
+        for (const QRect area : {areaOnTheLeft, areaOnTheRight, QRect(600, 80, 100, 100)}) {
+            fixture.share(area);
+            QVERIFY(fixture.showsArea());
+            fixture.stop();
+        }
+        const auto firstDisplay
+            = [&] { return fixture.desktop->shareableContent().value().displays.at(0).name; };
+        QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
+        fixture.removeMonitor(QStringLiteral("RIGHT"));
+        fixture.server.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
+        QCOMPARE(firstDisplay(), QStringLiteral("RIGHT"));
+        QCOMPARE(fixture.desktop->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
+    }
+
+    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data()
+    {
+        QTest::addColumn<QRect>("area");
+        QTest::addColumn<QString>("monitor");
+        QTest::addColumn<QRect>("becomes");
+        QTest::addColumn<bool>("ends");
+        const auto row
+            = [](const char *name, QRect area, const QString &monitor, QRect becomes,
+                 bool ends = true) { QTest::newRow(name) << area << monitor << becomes << ends; };
+        const auto first = QStringLiteral("LEFT");
+        const auto second = QStringLiteral("RIGHT");
+        row("captured display is gone", areaOnTheLeft, first, {});
+        row("captured display is smaller", areaOnTheLeft, first, {0, 0, 600, 1024});
+        row("display under the area is gone", areaOnTheRight, second, {});
+        row("display under the area is moved", areaOnTheRight, second, {640, 200, 640, 800});
+        row("captured display is gone, the area is elsewhere", areaOnTheRight, first, {});
+        row("another display is moved", areaOnTheLeft, second, {640, 100, 640, 900}, false);
+    }
+    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen()
+    {
+        QFETCH(QRect, area);
+        QFETCH(QString, monitor);
+        QFETCH(QRect, becomes);
+        QFETCH(bool, ends);
+        TwoMonitors fixture;
+        fixture.share(area);
+        QVERIFY(fixture.showsArea());
+        QCOMPARE(fixture.captureEnds, 0);
+        fixture.removeMonitor(monitor);
+        if (!becomes.isNull()) {
+            fixture.server.setMonitor(monitor, becomes, QStringLiteral("none"));
+        }
+        if (ends) {
+            QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
+            QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+            fixture.coordinator->closeSharingWindow();
+            fixture.share(area);
+        } else {
+            const auto window
+                = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
+            QVERIFY(fixture.showsArea());
+        }
+        QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
+        QCOMPARE(fixture.captureEnds, ends ? 1 : 0);
+    }
+
+    void start_fails_whenTheXServerIsGone()
+    {
+        CaptureFixture fixture;
+        fixture.server.kill();
+        const auto window = fixture.coordinator->showSharingWindow(frameOf(areaOnTheLeft, 1024));
+        QVERIFY(!fixture.coordinator->isSharingWindowVisible());
+        const auto result = QCoro::waitFor(fixture.service->startCapture({}, window));
+        QVERIFY(!result);
+        QVERIFY(!result.error().description.isEmpty());
+        QVERIFY(!fixture.desktop->mainDisplay());
+    }
 };
-
-void CaptureLifeTest::picture_isTheArea_onEitherDisplay_whicheverIsPrimary()
-{
-    TwoMonitors fixture;
-    const auto window = required(
-        ColorWindow::show(fixture.client, {.rectangle = {500, 50, 300, 100}, .color = green}));
-    for (const QRect area : {areaOnTheLeft, areaOnTheRight, QRect(600, 80, 100, 100)}) {
-        fixture.share(area);
-        QVERIFY(fixture.showsArea());
-        fixture.stop();
-    }
-    const auto firstDisplay
-        = [&] { return fixture.desktop->shareableContent().value().displays.at(0).name; };
-    QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
-    fixture.removeMonitor(QStringLiteral("RIGHT"));
-    fixture.server.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
-    QCOMPARE(firstDisplay(), QStringLiteral("RIGHT"));
-    QCOMPARE(fixture.desktop->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
-}
-
-void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data()
-{
-    QTest::addColumn<QRect>("area");
-    QTest::addColumn<QString>("monitor");
-    QTest::addColumn<QRect>("becomes");
-    QTest::addColumn<bool>("ends");
-    const auto row
-        = [](const char *name, QRect area, const QString &monitor, QRect becomes,
-             bool ends = true) { QTest::newRow(name) << area << monitor << becomes << ends; };
-    const auto first = QStringLiteral("LEFT");
-    const auto second = QStringLiteral("RIGHT");
-    row("captured display is gone", areaOnTheLeft, first, {});
-    row("captured display is smaller", areaOnTheLeft, first, {0, 0, 600, 1024});
-    row("display under the area is gone", areaOnTheRight, second, {});
-    row("display under the area is moved", areaOnTheRight, second, {640, 200, 640, 800});
-    row("captured display is gone, the area is elsewhere", areaOnTheRight, first, {});
-    row("another display is moved", areaOnTheLeft, second, {640, 100, 640, 900}, false);
-}
-
-void CaptureLifeTest::capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen()
-{
-    QFETCH(QRect, area);
-    QFETCH(QString, monitor);
-    QFETCH(QRect, becomes);
-    QFETCH(bool, ends);
-    TwoMonitors fixture;
-    fixture.share(area);
-    QVERIFY(fixture.showsArea());
-    QCOMPARE(fixture.captureEnds, 0);
-    fixture.removeMonitor(monitor);
-    if (!becomes.isNull()) {
-        fixture.server.setMonitor(monitor, becomes, QStringLiteral("none"));
-    }
-    if (ends) {
-        QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
-        QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
-        fixture.coordinator->closeSharingWindow();
-        fixture.share(area);
-    } else {
-        const auto window
-            = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
-        QVERIFY(fixture.showsArea());
-    }
-    QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
-    QCOMPARE(fixture.captureEnds, ends ? 1 : 0);
-}
-
-void CaptureLifeTest::window_isHidden_whenDestroyedByAnotherClient()
-{
-    CaptureFixture fixture;
-    fixture.share(areaOnTheLeft);
-    xcb_destroy_window(fixture.client.connection(), fixture.outputWindow());
-    fixture.client.sync();
-    QVERIFY(waitFor([&] { return !fixture.coordinator->isSharingWindowVisible(); }, patience));
-    // Frames still come and must do no harm.
-    const auto window
-        = required(ColorWindow::show(fixture.client, {.rectangle = areaOnTheLeft, .color = red}));
-    fixture.input.moveTo(areaOnTheLeft.center());
-    fixture.stop();
-    fixture.share(areaOnTheLeft);
-    QVERIFY(fixture.showsArea());
-}
-
-void CaptureLifeTest::start_fails_whenTheXServerIsGone()
-{
-    CaptureFixture fixture;
-    fixture.server.kill();
-    const auto window = fixture.coordinator->showSharingWindow(frameOf(areaOnTheLeft, 1024));
-    QVERIFY(!fixture.coordinator->isSharingWindowVisible());
-    const auto result = QCoro::waitFor(fixture.service->startCapture({}, window));
-    QVERIFY(!result);
-    QVERIFY(!result.error().description.isEmpty());
-    QVERIFY(!fixture.desktop->mainDisplay());
-}
-
-void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
-    QTest::newRow("compositor") << QStringLiteral("picom") << QByteArray("_NET_WM_CM_S0");
-    QTest::newRow("window manager") << QStringLiteral("openbox") << QByteArray("WM_S0");
-}
-
-void CaptureLifeTest::picture_isNeverStale_whenAManagerComesAndGoes()
-{
-    QFETCH(QString, program);
-    QFETCH(QByteArray, selection);
-    CaptureFixture fixture;
-    const QRect half = areaOnTheLeft.adjusted(40, 40, 60, -60);
-    const auto window
-        = required(ColorWindow::show(fixture.client, {.rectangle = half, .color = red}));
-    fixture.share(areaOnTheLeft);
-    QVERIFY(fixture.showsArea());
-    auto *const start = program == u"picom" ? startCompositor : startWindowManager;
-    for (int round = 0; round < 2; ++round) {
-        auto manager = required(start(
-            fixture.client, {.program = program, .environment = fixture.server.environment()}));
-        QVERIFY(fixture.showsArea());
-        window.setColor(green);
-        QVERIFY(fixture.showsArea());
-        round == 0 ? manager.terminate() : manager.kill();
-        QVERIFY(waitFor([&] { return !isOwned(fixture.client, selection); }, patience));
-        QVERIFY(fixture.showsArea());
-        window.setColor(blue);
-        QVERIFY(fixture.showsArea());
-    }
-    QCOMPARE(fixture.captureEnds, 0);
-    QVERIFY(fixture.coordinator->isSharingWindowVisible());
-}
 
 QTEST_MAIN(CaptureLifeTest)
 #include "CaptureLifeTest.moc"

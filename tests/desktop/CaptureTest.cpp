@@ -23,186 +23,177 @@ class CaptureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void window_isListedByPickersAndUnseen_untilItsSessionIsStopped();
-    void picture_isTheArea_whereverItLies_data();
-    void picture_isTheArea_whereverItLies();
-    void picture_followsTheScreen_whenAPartChangesOrIsLost();
-    void picture_hasThePointer_whereverItGoesAndHoweverItLooks();
-    void frames_areNotMade_whenNothingInTheAreaChanges();
-    void changes_comeAgain_whenTheirFrameWasReturned_data();
-    void changes_comeAgain_whenTheirFrameWasReturned();
-    void content_isRefused_whenAnExtensionIsMissing();
-};
-
-void CaptureTest::window_isListedByPickersAndUnseen_untilItsSessionIsStopped()
-{
-    CaptureFixture fixture;
-    fixture.share(area); // fails unless pickers list the window
-    QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
-    const auto window = fixture.outputWindow();
-    QCOMPARE(numberOf(fixture.client, window, "_NET_WM_WINDOW_TYPE"),
-             fixture.client.atom("_NET_WM_WINDOW_TYPE_NORMAL"));
-    QVERIFY(attributesOf(fixture.client, window)->override_redirect);
-    QCOMPARE(geometryOf(fixture.client, window), QRect(QPoint(-10000, -10000), area.size()));
-    fixture.stop();
-    fixture.stop();
-    QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
-    QVERIFY(waitFor([&] { return !isViewable(fixture.client, window); }, patience));
-    QCOMPARE(fixture.captureEnds, 0);
-}
-
-void CaptureTest::picture_isTheArea_whereverItLies_data()
-{
-    QTest::addColumn<QRect>("place");
-    QTest::newRow("inside") << area;
-    QTest::newRow("whole screen") << QRect(0, 0, 1280, 1024);
-    QTest::newRow("over the top left corner") << QRect(-50, -40, 200, 200);
-    QTest::newRow("over the bottom right corner") << QRect(1200, 1000, 200, 200);
-    QTest::newRow("beside the screen") << QRect(1300, 100, 200, 200);
-    QTest::newRow("one pixel") << QRect(640, 512, 1, 1);
-    QTest::newRow("larger than the screen") << QRect(-100, -100, 1600, 1300);
-}
-
-void CaptureTest::picture_isTheArea_whereverItLies()
-{
-    QFETCH(QRect, place);
-    CaptureFixture fixture;
-    const auto a = required(
-        ColorWindow::show(fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
-    const auto b = required(
-        ColorWindow::show(fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
-    // The pointer over an edge of the picture is cut off there.
-    fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
-    fixture.share(place);
-    QVERIFY(fixture.showsArea());
-}
-
-void CaptureTest::picture_followsTheScreen_whenAPartChangesOrIsLost()
-{
-    CaptureFixture fixture;
-    fixture.share(area);
-    const auto window = required(ColorWindow::show(
-        fixture.client, {.rectangle = area.adjusted(20, 20, -100, -100), .color = red}));
-    QVERIFY(fixture.showsArea());
-    window.setColor(blue);
-    QVERIFY(fixture.showsArea());
-    window.setGeometry(area.adjusted(150, 100, 40, 40));
-    QVERIFY(fixture.showsArea());
-    // Many small rectangles at once, more than are copied one by one.
-    for (int i = 0; i < 400; ++i) {
-        fixture.client.fill(fixture.client.root(),
-                            {area.x() + (i * 37) % 310, area.y() + (i * 53) % 230, 3, 3}, green);
+    void window_isListedByPickersAndUnseen_untilItsSessionIsStopped()
+    {
+        CaptureFixture fixture;
+        fixture.share(area); // fails unless pickers list the window
+        QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
+        const auto window = fixture.outputWindow();
+        QCOMPARE(numberOf(fixture.client, window, "_NET_WM_WINDOW_TYPE"),
+                 fixture.client.atom("_NET_WM_WINDOW_TYPE_NORMAL"));
+        QVERIFY(attributesOf(fixture.client, window)->override_redirect);
+        QCOMPARE(geometryOf(fixture.client, window), QRect(QPoint(-10000, -10000), area.size()));
+        fixture.stop();
+        fixture.stop();
+        QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+        QVERIFY(waitFor([&] { return !isViewable(fixture.client, window); }, patience));
+        QCOMPARE(fixture.captureEnds, 0);
     }
-    QVERIFY(fixture.showsArea());
-    xcb_clear_area(fixture.client.connection(), 1, fixture.outputWindow(), 10, 10, 100, 100);
-    fixture.client.sync();
-    QVERIFY(fixture.showsArea());
-}
 
-void CaptureTest::picture_hasThePointer_whereverItGoesAndHoweverItLooks()
-{
-    CaptureFixture fixture;
-    fixture.input.moveTo({0, 0});
-    fixture.share(area);
-    QVERIFY(fixture.showsArea());
-    const auto without = fixture.actual();
-    for (const QPoint offset : {QPoint(50, 50), QPoint(55, 52), QPoint(0, 0), QPoint(319, 239),
-                                QPoint(160, -3), QPoint(-2, 120), QPoint(100, 100)}) {
-        fixture.input.moveTo(area.topLeft() + offset);
+    void picture_isTheArea_whereverItLies_data()
+    {
+        QTest::addColumn<QRect>("place");
+        QTest::newRow("inside") << area;
+        QTest::newRow("whole screen") << QRect(0, 0, 1280, 1024);
+        QTest::newRow("over the top left corner") << QRect(-50, -40, 200, 200);
+        QTest::newRow("over the bottom right corner") << QRect(1200, 1000, 200, 200);
+        QTest::newRow("beside the screen") << QRect(1300, 100, 200, 200);
+        QTest::newRow("one pixel") << QRect(640, 512, 1, 1);
+        QTest::newRow("larger than the screen") << QRect(-100, -100, 1600, 1300);
+    }
+    void picture_isTheArea_whereverItLies()
+    {
+        QFETCH(QRect, place);
+        CaptureFixture fixture;
+        const auto a = required(
+            ColorWindow::show(fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
+        const auto b = required(
+            ColorWindow::show(fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
+        // The pointer over an edge of the picture is cut off there.
+        fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
+        fixture.share(place);
         QVERIFY(fixture.showsArea());
     }
-    QVERIFY(fixture.actual() != without);
-    // What changes under a pointer that stays is seen around and through it, and so is a new look.
-    const auto window = required(ColorWindow::show(
-        fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
-    QVERIFY(fixture.showsArea());
-    const QImage arrow = fixture.actual();
-    fixture.setTextCursor(window.id());
-    QVERIFY(fixture.showsArea());
-    QVERIFY(fixture.actual() != arrow);
-    fixture.input.moveTo({0, 0});
-    QVERIFY(fixture.showsArea());
-}
 
-void CaptureTest::frames_areNotMade_whenNothingInTheAreaChanges()
-{
-    CaptureFixture fixture;
-    fixture.input.moveTo({0, 0});
-    fixture.share(area);
-    QVERIFY(fixture.showsArea());
-    auto watch = required(DamageWatch::open(fixture.server.displayName(), fixture.outputWindow()));
-    const auto outside = required(
-        ColorWindow::show(fixture.client, {.rectangle = {600, 600, 100, 100}, .color = red}));
-    const auto inside
-        = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
-    QVERIFY(fixture.showsArea());
-    while (watch.take()) { }
-    watch.resetCount();
-    for (int i = 0; i < 20; ++i) {
-        outside.setColor(i % 2 != 0 ? red : blue);
-        fixture.input.moveTo({600 + i, 700});
+    void picture_followsTheScreen_whenAPartChangesOrIsLost()
+    {
+        CaptureFixture fixture;
+        fixture.share(area);
+        const auto window = required(ColorWindow::show(
+            fixture.client, {.rectangle = area.adjusted(20, 20, -100, -100), .color = red}));
+        QVERIFY(fixture.showsArea());
+        window.setColor(blue);
+        QVERIFY(fixture.showsArea());
+        window.setGeometry(area.adjusted(150, 100, 40, 40));
+        QVERIFY(fixture.showsArea());
+        // Many small rectangles at once, more than are copied one by one.
+        for (int i = 0; i < 400; ++i) {
+            fixture.client.fill(fixture.client.root(),
+                                {area.x() + (i * 37) % 310, area.y() + (i * 53) % 230, 3, 3},
+                                green);
+        }
+        QVERIFY(fixture.showsArea());
+        xcb_clear_area(fixture.client.connection(), 1, fixture.outputWindow(), 10, 10, 100, 100);
+        fixture.client.sync();
+        QVERIFY(fixture.showsArea());
     }
-    // The next change in the area comes after all of these, and alone.
-    inside.setColor(blue);
-    QVERIFY(fixture.showsArea());
-    while (watch.take()) { }
-    QCOMPARE(watch.count(), 1);
-}
 
-void CaptureTest::changes_comeAgain_whenTheirFrameWasReturned_data()
-{
-    QTest::addColumn<QRegion>("returned");
-    QTest::addColumn<QRegion>("comes");
-    const QRect one(area.topLeft() + QPoint(10, 10), QSize(20, 20));
-    QTest::newRow("one rectangle") << QRegion(one) << QRegion(one);
-    QTest::newRow("only the pointer left") << QRegion() << QRegion(area);
-    QTest::newRow("partly outside")
-        << QRegion(area.translated(300, 200)) << QRegion(area & area.translated(300, 200));
-}
-
-void CaptureTest::changes_comeAgain_whenTheirFrameWasReturned()
-{
-    QFETCH(QRegion, returned);
-    QFETCH(QRegion, comes);
-    CaptureFixture fixture;
-    const auto content = fixture.desktop->shareableContent();
-    QVERIFY(content);
-    QObject mainThread;
-    std::vector<QRegion> changes;
-    const auto stream = fixture.desktop->makeCaptureStream(
-        {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
-    const auto keep = [&](const SampleBuffer &sample, SampleType) {
-        QMetaObject::invokeMethod(
-            &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
-            Qt::QueuedConnection);
-    };
-    QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
-    QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
-    QCOMPARE(changes.front(), QRegion(area));
-
-    // The stream's first look at the screen may fall together with a frame that is returned.
-    SampleBuffer sample;
-    sample.changed = returned;
-    changes.clear();
-    const auto cameAgain = [&] {
-        stream->returnSampleBuffer(sample);
-        return std::ranges::find(changes, comes) != changes.end();
-    };
-    QVERIFY(waitFor(cameAgain, patience));
-}
-
-void CaptureTest::content_isRefused_whenAnExtensionIsMissing()
-{
-    for (const char *name : {"DAMAGE", "Composite", "XFIXES", "RENDER", "RANDR"}) {
-        const QString extension = QString::fromLatin1(name);
-        const auto server
-            = required(XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
-        qputenv("DISPLAY", server.displayName().toLocal8Bit());
-        const auto content = x11::X11Desktop().shareableContent();
-        QVERIFY2(!content, name);
-        QVERIFY2(content.error().text.contains(extension), qPrintable(content.error().text));
+    void picture_hasThePointer_whereverItGoesAndHoweverItLooks()
+    {
+        CaptureFixture fixture;
+        fixture.input.moveTo({0, 0});
+        fixture.share(area);
+        QVERIFY(fixture.showsArea());
+        const auto without = fixture.actual();
+        for (const QPoint offset : {QPoint(50, 50), QPoint(55, 52), QPoint(0, 0), QPoint(319, 239),
+                                    QPoint(160, -3), QPoint(-2, 120), QPoint(100, 100)}) {
+            fixture.input.moveTo(area.topLeft() + offset);
+            QVERIFY(fixture.showsArea());
+        }
+        QVERIFY(fixture.actual() != without);
+        // What changes under a pointer that stays is seen around and through it, and so is a new
+        // look.
+        const auto window = required(ColorWindow::show(
+            fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
+        QVERIFY(fixture.showsArea());
+        const QImage arrow = fixture.actual();
+        fixture.setTextCursor(window.id());
+        QVERIFY(fixture.showsArea());
+        QVERIFY(fixture.actual() != arrow);
+        fixture.input.moveTo({0, 0});
+        QVERIFY(fixture.showsArea());
     }
-}
+
+    void frames_areNotMade_whenNothingInTheAreaChanges()
+    {
+        CaptureFixture fixture;
+        fixture.input.moveTo({0, 0});
+        fixture.share(area);
+        QVERIFY(fixture.showsArea());
+        auto watch
+            = required(DamageWatch::open(fixture.server.displayName(), fixture.outputWindow()));
+        const auto outside = required(
+            ColorWindow::show(fixture.client, {.rectangle = {600, 600, 100, 100}, .color = red}));
+        const auto inside
+            = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
+        QVERIFY(fixture.showsArea());
+        while (watch.take()) { }
+        watch.resetCount();
+        for (int i = 0; i < 20; ++i) {
+            outside.setColor(i % 2 != 0 ? red : blue);
+            fixture.input.moveTo({600 + i, 700});
+        }
+        // The next change in the area comes after all of these, and alone.
+        inside.setColor(blue);
+        QVERIFY(fixture.showsArea());
+        while (watch.take()) { }
+        QCOMPARE(watch.count(), 1);
+    }
+
+    void changes_comeAgain_whenTheirFrameWasReturned_data()
+    {
+        QTest::addColumn<QRegion>("returned");
+        QTest::addColumn<QRegion>("comes");
+        const QRect one(area.topLeft() + QPoint(10, 10), QSize(20, 20));
+        QTest::newRow("one rectangle") << QRegion(one) << QRegion(one);
+        QTest::newRow("only the pointer left") << QRegion() << QRegion(area);
+        QTest::newRow("partly outside")
+            << QRegion(area.translated(300, 200)) << QRegion(area & area.translated(300, 200));
+    }
+    void changes_comeAgain_whenTheirFrameWasReturned()
+    {
+        QFETCH(QRegion, returned);
+        QFETCH(QRegion, comes);
+        CaptureFixture fixture;
+        const auto content = fixture.desktop->shareableContent();
+        QVERIFY(content);
+        QObject mainThread;
+        std::vector<QRegion> changes;
+        const auto stream = fixture.desktop->makeCaptureStream(
+            {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
+        const auto keep = [&](const SampleBuffer &sample, SampleType) {
+            QMetaObject::invokeMethod(
+                &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
+                Qt::QueuedConnection);
+        };
+        QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
+        QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
+        QCOMPARE(changes.front(), QRegion(area));
+
+        // The stream's first look at the screen may fall together with a frame that is returned.
+        SampleBuffer sample;
+        sample.changed = returned;
+        changes.clear();
+        const auto cameAgain = [&] {
+            stream->returnSampleBuffer(sample);
+            return std::ranges::find(changes, comes) != changes.end();
+        };
+        QVERIFY(waitFor(cameAgain, patience));
+    }
+
+    void content_isRefused_whenAnExtensionIsMissing()
+    {
+        for (const char *name : {"DAMAGE", "Composite", "XFIXES", "RENDER", "RANDR"}) {
+            const QString extension = QString::fromLatin1(name);
+            const auto server = required(
+                XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
+            qputenv("DISPLAY", server.displayName().toLocal8Bit());
+            const auto content = x11::X11Desktop().shareableContent();
+            QVERIFY2(!content, name);
+            QVERIFY2(content.error().text.contains(extension), qPrintable(content.error().text));
+        }
+    }
+};
 
 QTEST_MAIN(CaptureTest)
 #include "CaptureTest.moc"

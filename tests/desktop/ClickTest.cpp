@@ -56,138 +56,128 @@ class ClickTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void press_showsARing_whenItIsInTheArea_data();
-    void press_showsARing_whenItIsInTheArea();
-    void press_showsARing_whileAnotherClientHoldsThePointer();
-    void rings_fadeOneByOne_andTouchNothingElse();
-    void picture_isWhole_whateverHappensUnderARing();
-    void picture_isWhole_afterAStormOfPresses();
-    void press_showsNothing_afterTheStop();
-};
+    void press_showsARing_whenItIsInTheArea_data()
+    {
+        QTest::addColumn<QPoint>("place");
+        QTest::addColumn<int>("button");
+        QTest::addColumn<bool>("isShown");
+        QTest::newRow("left button") << middle << 1 << true;
+        QTest::newRow("right button") << middle << 3 << true;
+        QTest::newRow("middle button") << middle << 2 << false;
+        QTest::newRow("wheel") << middle << 4 << false;
+        QTest::newRow("outside") << QPoint(290, 300) << 1 << false;
+    }
+    void press_showsARing_whenItIsInTheArea()
+    {
+        QFETCH(QPoint, place);
+        QFETCH(int, button);
+        QFETCH(bool, isShown);
+        ClickFixture fixture;
+        QVERIFY(fixture.showsArea());
+        fixture.input.click(place, static_cast<std::uint8_t>(button));
+        if (!isShown) {
+            // The server tells of presses in their order: with the second one's ring comes none.
+            const QPoint second = area.topLeft() + QPoint(90, 90);
+            fixture.input.click(second);
+            QVERIFY(fixture.showsRing(second));
+            QCOMPARE(fixture.ringAt(place), 0.0);
+        } else {
+            QVERIFY(fixture.showsRing(place));
+        }
+        QCOMPARE(
+            required(fixture.client.screenshot(area)).pixel(place == middle ? 200 : 1, 150 - 30),
+            color);
+        QVERIFY(fixture.isWholeAgain());
+    }
 
-void ClickTest::press_showsARing_whenItIsInTheArea_data()
-{
-    QTest::addColumn<QPoint>("place");
-    QTest::addColumn<int>("button");
-    QTest::addColumn<bool>("isShown");
-    QTest::newRow("left button") << middle << 1 << true;
-    QTest::newRow("right button") << middle << 3 << true;
-    QTest::newRow("middle button") << middle << 2 << false;
-    QTest::newRow("wheel") << middle << 4 << false;
-    QTest::newRow("left edge") << QPoint(300, 300) << 1 << true;
-    QTest::newRow("bottom edge") << QPoint(400, 500) << 1 << true;
-    QTest::newRow("right edge") << QPoint(700, 300) << 1 << false;
-    QTest::newRow("top edge") << QPoint(400, 200) << 1 << false;
-    QTest::newRow("outside") << QPoint(290, 300) << 1 << false;
-}
+    void press_showsARing_whileAnotherClientHoldsThePointer()
+    {
+        ClickFixture fixture;
+        const auto grabber = required(XClient::connect(fixture.server.displayName()));
+        const auto grab = ask<xcb_grab_pointer, xcb_grab_pointer_reply>(
+            grabber, std::uint8_t(0), fixture.window.id(),
+            std::uint16_t(XCB_EVENT_MASK_BUTTON_PRESS), std::uint8_t(XCB_GRAB_MODE_ASYNC),
+            std::uint8_t(XCB_GRAB_MODE_ASYNC), xcb_window_t(XCB_NONE), xcb_cursor_t(XCB_NONE),
+            xcb_timestamp_t(XCB_CURRENT_TIME));
+        QVERIFY(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
+        fixture.input.click(middle);
+        QVERIFY(fixture.showsRing(middle));
+        // The press is still the other client's.
+        const Reply<xcb_generic_event_t> event{xcb_wait_for_event(grabber.connection())};
+        QCOMPARE(event->response_type & 0x7f, XCB_BUTTON_PRESS);
+    }
 
-void ClickTest::press_showsARing_whenItIsInTheArea()
-{
-    QFETCH(QPoint, place);
-    QFETCH(int, button);
-    QFETCH(bool, isShown);
-    ClickFixture fixture;
-    QVERIFY(fixture.showsArea());
-    fixture.input.click(place, static_cast<std::uint8_t>(button));
-    if (!isShown) {
-        // The server tells of presses in their order: with the second one's ring comes none.
-        const QPoint second = area.topLeft() + QPoint(90, 90);
+    void rings_fadeOneByOne_andTouchNothingElse()
+    {
+        ClickFixture fixture;
+        const QPoint second = middle + QPoint(100, 0);
+        fixture.input.click(middle);
+        QVERIFY(waitFor([&] { return fixture.ringAt(middle) > 0 && fixture.ringAt(middle) < 0.8; },
+                        patience));
         fixture.input.click(second);
         QVERIFY(fixture.showsRing(second));
-        QCOMPARE(fixture.ringAt(place), 0.0);
-    } else {
-        QVERIFY(fixture.showsRing(place));
+        QVERIFY(fixture.ringAt(second) > fixture.ringAt(middle));
+        // Nothing beside the rings' own squares is another than on the screen, nothing inside
+        // either.
+        const QImage seen = fixture.actual();
+        QCOMPARE(seen.pixel(middle - area.topLeft()), color);
+        QCOMPARE(seen.pixel(middle - area.topLeft() + QPoint(33, 0)), color);
+        QCOMPARE(seen.pixel(middle - area.topLeft() - QPoint(0, 34)), color);
+        int steps = 0;
+        for (double before = 1; before > 0;) {
+            const double now = fixture.ringAt(second);
+            QVERIFY(now <= before);
+            steps += now < before ? 1 : 0;
+            before = now;
+            QVERIFY(now == 0 || fixture.ringAt(middle) < now);
+            QTest::qWait(1); // lets the rings go on
+        }
+        QVERIFY2(steps >= 5, qPrintable(QString::number(steps)));
+        QVERIFY(fixture.isWholeAgain());
     }
-    QCOMPARE(required(fixture.client.screenshot(area)).pixel(place == middle ? 200 : 1, 150 - 30),
-             color);
-    QVERIFY(fixture.isWholeAgain());
-}
 
-void ClickTest::press_showsARing_whileAnotherClientHoldsThePointer()
-{
-    ClickFixture fixture;
-    const auto grabber = required(XClient::connect(fixture.server.displayName()));
-    const auto grab = ask<xcb_grab_pointer, xcb_grab_pointer_reply>(
-        grabber, std::uint8_t(0), fixture.window.id(), std::uint16_t(XCB_EVENT_MASK_BUTTON_PRESS),
-        std::uint8_t(XCB_GRAB_MODE_ASYNC), std::uint8_t(XCB_GRAB_MODE_ASYNC),
-        xcb_window_t(XCB_NONE), xcb_cursor_t(XCB_NONE), xcb_timestamp_t(XCB_CURRENT_TIME));
-    QVERIFY(grab && grab->status == XCB_GRAB_STATUS_SUCCESS);
-    fixture.input.click(middle);
-    QVERIFY(fixture.showsRing(middle));
-    // The press is still the other client's.
-    const Reply<xcb_generic_event_t> event{xcb_wait_for_event(grabber.connection())};
-    QCOMPARE(event->response_type & 0x7f, XCB_BUTTON_PRESS);
-}
-
-void ClickTest::rings_fadeOneByOne_andTouchNothingElse()
-{
-    ClickFixture fixture;
-    const QPoint second = middle + QPoint(100, 0);
-    fixture.input.click(middle);
-    QVERIFY(waitFor([&] { return fixture.ringAt(middle) > 0 && fixture.ringAt(middle) < 0.8; },
-                    patience));
-    fixture.input.click(second);
-    QVERIFY(fixture.showsRing(second));
-    QVERIFY(fixture.ringAt(second) > fixture.ringAt(middle));
-    // Nothing beside the rings' own squares is another than on the screen, nothing inside either.
-    const QImage seen = fixture.actual();
-    QCOMPARE(seen.pixel(middle - area.topLeft()), color);
-    QCOMPARE(seen.pixel(middle - area.topLeft() + QPoint(33, 0)), color);
-    QCOMPARE(seen.pixel(middle - area.topLeft() - QPoint(0, 34)), color);
-    int steps = 0;
-    for (double before = 1; before > 0;) {
-        const double now = fixture.ringAt(second);
-        QVERIFY(now <= before);
-        steps += now < before ? 1 : 0;
-        before = now;
-        QVERIFY(now == 0 || fixture.ringAt(middle) < now);
-        QTest::qWait(1); // lets the rings go on
+    void picture_isWhole_whateverHappensUnderARing()
+    {
+        ClickFixture fixture;
+        fixture.input.click(middle);
+        QVERIFY(fixture.showsRing(middle));
+        const auto newcomer = required(ColorWindow::show(
+            fixture.client, {.rectangle = {middle, QSize(60, 20)}, .color = green}));
+        fixture.input.moveTo(middle + QPoint(30, 3));
+        QVERIFY(waitFor(
+            [&] {
+                fixture.input.moveTo(fixture.ringAt(middle) > 0 ? middle - QPoint(28, 0) : middle);
+                return fixture.actual() == fixture.expected();
+            },
+            patience));
+        newcomer.setColor(blue);
+        QVERIFY(fixture.isWholeAgain());
     }
-    QVERIFY2(steps >= 5, qPrintable(QString::number(steps)));
-    QVERIFY(fixture.isWholeAgain());
-}
 
-void ClickTest::picture_isWhole_whateverHappensUnderARing()
-{
-    ClickFixture fixture;
-    fixture.input.click(middle);
-    QVERIFY(fixture.showsRing(middle));
-    const auto newcomer = required(
-        ColorWindow::show(fixture.client, {.rectangle = {middle, QSize(60, 20)}, .color = green}));
-    fixture.input.moveTo(middle + QPoint(30, 3));
-    QVERIFY(waitFor(
-        [&] {
-            fixture.input.moveTo(fixture.ringAt(middle) > 0 ? middle - QPoint(28, 0) : middle);
-            return fixture.actual() == fixture.expected();
-        },
-        patience));
-    newcomer.setColor(blue);
-    QVERIFY(fixture.isWholeAgain());
-}
-
-void ClickTest::picture_isWhole_afterAStormOfPresses()
-{
-    ClickFixture fixture;
-    for (int i = 0; i < 200; ++i) {
-        fixture.input.click(area.topLeft() + QPoint(i * 37 % 400, i * 53 % 300));
+    void picture_isWhole_afterAStormOfPresses()
+    {
+        ClickFixture fixture;
+        for (int i = 0; i < 200; ++i) {
+            fixture.input.click(area.topLeft() + QPoint(i * 37 % 400, i * 53 % 300));
+        }
+        QVERIFY(waitFor([&] { return fixture.actual() != fixture.expected(); }, patience));
+        QVERIFY(fixture.isWholeAgain());
     }
-    QVERIFY(waitFor([&] { return fixture.actual() != fixture.expected(); }, patience));
-    QVERIFY(fixture.isWholeAgain());
-}
 
-void ClickTest::press_showsNothing_afterTheStop()
-{
-    ClickFixture fixture;
-    fixture.input.click(middle);
-    QVERIFY(fixture.showsRing(middle));
-    fixture.service->stopCapture();
-    fixture.input.click(middle);
-    fixture.share(area);
-    QVERIFY(fixture.showsArea());
-    fixture.input.click(middle + QPoint(80, 0));
-    QVERIFY(fixture.showsRing(middle + QPoint(80, 0)));
-    QCOMPARE(fixture.ringAt(middle), 0.0);
-}
+    void press_showsNothing_afterTheStop()
+    {
+        ClickFixture fixture;
+        fixture.input.click(middle);
+        QVERIFY(fixture.showsRing(middle));
+        fixture.service->stopCapture();
+        fixture.input.click(middle);
+        fixture.share(area);
+        QVERIFY(fixture.showsArea());
+        fixture.input.click(middle + QPoint(80, 0));
+        QVERIFY(fixture.showsRing(middle + QPoint(80, 0)));
+        QCOMPARE(fixture.ringAt(middle), 0.0);
+    }
+};
 
 QTEST_MAIN(ClickTest)
 #include "ClickTest.moc"

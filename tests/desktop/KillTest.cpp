@@ -86,27 +86,14 @@ struct KillFixture : SelectorFixture {
     /** The selector's "Confirm", after the selector was dragged to another place. */
     Confirmation selecting()
     {
-        const QRect before = onScreen(stored);
         const CaptureFrame area{double(coordinate()), double(coordinate()), 600, 400};
-        const QRect after = onScreen(area);
-        const QPoint grip(40, 40);
-        if (!open() || !becomes(before)) {
-            return {};
-        }
-        input.drag(before.topLeft() + grip, after.topLeft() + grip, 2);
-        if (!becomes(after)) {
+        if (!opensAndMoves(onScreen(stored), onScreen(area))) {
             return {};
         }
         const xcb_window_t window = *selector();
         return {.inputs = {[this] { confirm(); }}, .areas = {area}, .isSeen = [this, window] {
                     return !isViewable(client, window);
                 }};
-    }
-
-    static QRect onScreen(const CaptureFrame &area)
-    {
-        return {int(area.x), int(screenSize.height() - area.y - area.height), int(area.width),
-                int(area.height)};
     }
 };
 

@@ -37,174 +37,133 @@ class ProgramTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void person_sharesTypedNumbers_andFindsThemAgain_data();
-    void person_sharesTypedNumbers_andFindsThemAgain();
-    void session_goesOnMinimised_andEnds_whenTheOutputIsAskedToClose();
-    void program_endsCleanly_whateverItDoes_data();
-    void program_endsCleanly_whateverItDoes();
-    void area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize();
-    void pixels_areTheRightOnes_atScaleFactorTwo();
-    void press_showsNoRing_onTheProgramsOwnWindows();
-    void program_fails_whenTheXServerDies();
-    void commandLine_isAnswered_withoutADisplay();
-};
-
-void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain_data()
-{
-    QTest::addColumn<WindowManager>("manager");
-    QTest::newRow("no window manager") << WindowManager::None;
-    QTest::newRow("openbox") << WindowManager::Openbox;
-}
-
-void ProgramTest::person_sharesTypedNumbers_andFindsThemAgain()
-{
-    QFETCH(WindowManager, manager);
-    ProgramFixture fixture(manager);
-    const auto window = colorUnderArea(fixture);
-    fixture.start();
-    QVERIFY(fixture.waitForMainWindow());
-    QVERIFY(fixture.typeArea(frame));
-    fixture.click(places::startSharing);
-    QVERIFY(fixture.showsArea(area));
-    fixture.input.moveTo(area.center());
-    QVERIFY(fixture.showsArea(area));
-
-    QVERIFY(fixture.stopSharing());
-    QVERIFY(fixture.startAgain());
-
-    fixture.program.sendSignal(SIGTERM);
-    QCOMPARE(fixture.waitForExit(), 0);
-    fixture.start({QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
-}
-
-void ProgramTest::session_goesOnMinimised_andEnds_whenTheOutputIsAskedToClose()
-{
-    ProgramFixture fixture(WindowManager::Openbox);
-    fixture.start({areaOption, QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
-    const auto main = fixture.mainWindow();
-    QVERIFY(main);
-    constexpr std::uint32_t iconicState = 3; // ICCCM 4.1.4
-    sendMessage(fixture.client, *main, "WM_CHANGE_STATE", iconicState, fixture.client.root());
-    QVERIFY(waitFor([&] { return !isViewable(fixture.client, *main); }, patience));
-    const auto window = colorUnderArea(fixture);
-    QVERIFY(fixture.showsArea(area));
-
-    askToClose(fixture.client, *fixture.outputWindow());
-    QVERIFY(fixture.waitForNoOutput());
-}
-
-void ProgramTest::program_endsCleanly_whateverItDoes_data()
-{
-    QTest::addColumn<QString>("areaText");
-    QTest::addColumn<int>("signal"); ///< 0: the main window is closed
-    QTest::newRow("sharing, window closed") << areaOption << 0;
-    QTest::newRow("sharing, SIGINT") << areaOption << SIGINT;
-    QTest::newRow("sharing, SIGTERM") << areaOption << SIGTERM;
-    QTest::newRow("alert, SIGTERM") << QStringLiteral("--area=0,0,0x100") << SIGTERM;
-}
-
-void ProgramTest::program_endsCleanly_whateverItDoes()
-{
-    QFETCH(QString, areaText);
-    QFETCH(int, signal);
-    ProgramFixture fixture(WindowManager::Openbox);
-    fixture.start({areaText, QStringLiteral("--share")});
-    const auto isThere = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
-    QVERIFY(waitFor(isThere, patience));
-    if (signal == 0) {
-        askToClose(fixture.client, *fixture.mainWindow());
-    } else {
-        fixture.program.sendSignal(signal);
+    void person_sharesTypedNumbers_andFindsThemAgain_data()
+    {
+        QTest::addColumn<WindowManager>("manager");
+        QTest::newRow("no window manager") << WindowManager::None;
+        QTest::newRow("openbox") << WindowManager::Openbox;
     }
-    QCOMPARE(fixture.waitForExit(), 0);
-    QVERIFY(!fixture.outputWindow());
-}
-
-void ProgramTest::area_isRefusedByAnAlert_whenNoWindowCanHaveItsSize()
-{
-    ProgramFixture fixture(WindowManager::Openbox);
-    fixture.start({QStringLiteral("--area=0,0,40000x100"), QStringLiteral("--share")});
-    QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
-    QVERIFY(!fixture.outputWindow());
-    QVERIFY(fixture.answerAlert(keys::enter)); // its only button is the default one
-    QVERIFY(fixture.typeArea({.x = 0, .y = 0, .width = 200, .height = 200}));
-    fixture.click(places::startSharing);
-    QVERIFY(fixture.showsArea({0, 824, 200, 200}));
-}
-
-void ProgramTest::pixels_areTheRightOnes_atScaleFactorTwo()
-{
-    ProgramFixture fixture(WindowManager::None, 2);
-    const auto window = colorUnderArea(fixture);
-    fixture.start({QStringLiteral("--area=20,90,160x120"), QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
-    QCOMPARE(geometryOf(fixture.client, *fixture.outputWindow()),
-             QRect(QPoint(-10000, -10000), area.size()));
-    fixture.input.moveTo(area.center());
-    QVERIFY(fixture.showsArea(area));
-    // The first area of a new user is the whole display, in points.
-    QVERIFY(QFile::remove(fixture.settingsFile()));
-    fixture.start({QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
-    QCOMPARE(fixture.savedArea(), (CaptureFrame{.x = 0, .y = 0, .width = 640, .height = 512}));
-}
-
-void ProgramTest::press_showsNoRing_onTheProgramsOwnWindows()
-{
-    for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
+    void person_sharesTypedNumbers_andFindsThemAgain()
+    {
+        QFETCH(WindowManager, manager);
         ProgramFixture fixture(manager);
-        fixture.start({QStringLiteral("--area=0,0,1280x1024"), QStringLiteral("--share")});
-        QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
-        const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
-        // A place of the window where nothing is, then one where the desktop is.
-        const QPoint own = main.topLeft() + places::nothing;
-        const QPoint other(1100, 900);
-        fixture.input.click(own);
-        fixture.input.click(other);
-        const QRect around(own - QPoint(40, 20), QSize(80, 40));
-        QVERIFY(waitFor(
-            [&] {
-                const auto picture = windowPicture(fixture.client, *fixture.outputWindow());
-                return picture && qBlue(picture->pixel(other + QPoint(29, 0))) > 80
-                    && picture->copy(around) == required(fixture.client.screenshot(around));
-            },
-            patience));
-        QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
-    }
-}
+        const auto window = colorUnderArea(fixture);
+        fixture.start();
+        QVERIFY(fixture.waitForMainWindow());
+        QVERIFY(fixture.typeArea(frame));
+        fixture.click(places::startSharing);
+        QVERIFY(fixture.showsArea(area));
+        fixture.input.moveTo(area.center());
+        QVERIFY(fixture.showsArea(area));
 
-void ProgramTest::program_fails_whenTheXServerDies()
-{
-    ProgramFixture fixture;
-    fixture.start({areaOption, QStringLiteral("--share")});
-    QVERIFY(fixture.showsArea(area));
-    fixture.server.kill();
-    QCOMPARE(fixture.waitForExit(), 1);
-    QVERIFY(fixture.program.output().contains("X"));
-    QCOMPARE(fixture.savedArea(), frame);
-}
+        QVERIFY(fixture.stopSharing());
+        QVERIFY(fixture.startAgain());
 
-void ProgramTest::commandLine_isAnswered_withoutADisplay()
-{
-    using Row = std::tuple<QStringList, int, QByteArray>;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("DISPLAY"));
-    for (const auto &[arguments, exitCode, says] :
-         {Row({QStringLiteral("--help")}, 0, "--area"),
-          Row({QStringLiteral("--version")}, 0, "glimmerpane 0."),
-          Row({QStringLiteral("--area"), QStringLiteral("1,2,3")}, 2, "'1,2,3' is not an area"),
-          Row({}, 1, "no X display")}) {
-        auto program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                                     .arguments = arguments,
-                                                     .environment = environment}));
-        QVERIFY(program.waitForEnd(patience));
-        QCOMPARE(program.exitCode(), exitCode);
-        QVERIFY2(program.output().contains(says), program.output().constData());
-        QVERIFY(exitCode == 0 || program.output().count('\n') == 1);
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+        fixture.start({QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea(area));
     }
-}
+
+    void program_endsCleanly_whateverItDoes_data()
+    {
+        QTest::addColumn<QString>("areaText");
+        QTest::addColumn<int>("signal"); ///< 0: the main window is closed
+        QTest::newRow("sharing, window closed") << areaOption << 0;
+        QTest::newRow("sharing, SIGINT") << areaOption << SIGINT;
+        QTest::newRow("sharing, SIGTERM") << areaOption << SIGTERM;
+        QTest::newRow("alert, SIGTERM") << QStringLiteral("--area=0,0,0x100") << SIGTERM;
+    }
+    void program_endsCleanly_whateverItDoes()
+    {
+        QFETCH(QString, areaText);
+        QFETCH(int, signal);
+        ProgramFixture fixture(WindowManager::Openbox);
+        fixture.start({areaText, QStringLiteral("--share")});
+        const auto isThere = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
+        QVERIFY(waitFor(isThere, patience));
+        if (signal == 0) {
+            askToClose(fixture.client, *fixture.mainWindow());
+        } else {
+            fixture.program.sendSignal(signal);
+        }
+        QCOMPARE(fixture.waitForExit(), 0);
+        QVERIFY(!fixture.outputWindow());
+    }
+
+    void pixels_areTheRightOnes_atScaleFactorTwo()
+    {
+        ProgramFixture fixture(WindowManager::None, 2);
+        const auto window = colorUnderArea(fixture);
+        fixture.start({QStringLiteral("--area=20,90,160x120"), QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea(area));
+        QCOMPARE(geometryOf(fixture.client, *fixture.outputWindow()),
+                 QRect(QPoint(-10000, -10000), area.size()));
+        fixture.input.moveTo(area.center());
+        QVERIFY(fixture.showsArea(area));
+        // The first area of a new user is the whole display, in points.
+        QVERIFY(QFile::remove(fixture.settingsFile()));
+        fixture.start({QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+        QCOMPARE(fixture.savedArea(), (CaptureFrame{.x = 0, .y = 0, .width = 640, .height = 512}));
+    }
+
+    void press_showsNoRing_onTheProgramsOwnWindows()
+    {
+        for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
+            ProgramFixture fixture(manager);
+            fixture.start({QStringLiteral("--area=0,0,1280x1024"), QStringLiteral("--share")});
+            QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+            const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
+            // A place of the window where nothing is, then one where the desktop is.
+            const QPoint own = main.topLeft() + places::nothing;
+            const QPoint other(1100, 900);
+            fixture.input.click(own);
+            fixture.input.click(other);
+            const QRect around(own - QPoint(40, 20), QSize(80, 40));
+            QVERIFY(waitFor(
+                [&] {
+                    const auto picture = windowPicture(fixture.client, *fixture.outputWindow());
+                    return picture && qBlue(picture->pixel(other + QPoint(29, 0))) > 80
+                        && picture->copy(around) == required(fixture.client.screenshot(around));
+                },
+                patience));
+            QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
+        }
+    }
+
+    void program_fails_whenTheXServerDies()
+    {
+        ProgramFixture fixture;
+        fixture.start({areaOption, QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea(area));
+        fixture.server.kill();
+        QCOMPARE(fixture.waitForExit(), 1);
+        QVERIFY(fixture.program.output().contains("X"));
+        QCOMPARE(fixture.savedArea(), frame);
+    }
+
+    void commandLine_isAnswered_withoutADisplay()
+    {
+        using Row = std::tuple<QStringList, int, QByteArray>;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(QStringLiteral("DISPLAY"));
+        for (const auto &[arguments, exitCode, says] :
+             {Row({QStringLiteral("--help")}, 0, "--area"),
+              Row({QStringLiteral("--version")}, 0, "glimmerpane 0."),
+              Row({QStringLiteral("--area"), QStringLiteral("1,2,3")}, 2, "'1,2,3' is not an area"),
+              Row({}, 1, "no X display")}) {
+            auto program
+                = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                .arguments = arguments,
+                                                .environment = environment}));
+            QVERIFY(program.waitForEnd(patience));
+            QCOMPARE(program.exitCode(), exitCode);
+            QVERIFY2(program.output().contains(says), program.output().constData());
+            QVERIFY(exitCode == 0 || program.output().count('\n') == 1);
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(ProgramTest)
 #include "ProgramTest.moc"

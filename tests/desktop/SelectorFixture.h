@@ -69,6 +69,16 @@ struct SelectorFixture : ProgramFixture {
             },
             patience);
     }
+    /** Opens the selector at the one place and drags it, as it is, to the other. */
+    bool opensAndMoves(const QRect &from, const QRect &to) const
+    {
+        const QPoint grip(40, 40);
+        if (!open() || !becomes(from)) {
+            return false;
+        }
+        input.drag(from.topLeft() + grip, to.topLeft() + grip);
+        return becomes(to);
+    }
     void clickButton(int besidesMiddle) const
     {
         const QRect at = *frame();
@@ -137,6 +147,13 @@ inline QColor throughGlass(const QColor &color)
         return static_cast<int>(0.9 * (0.45 * value + 0.55 * tint) + 0.1 * value);
     };
     return {channel(color.red(), 24), channel(color.green(), 24), channel(color.blue(), 27)};
+}
+
+/** The place of an area on the screen, whose scale factor is 1. */
+inline QRect onScreen(const CaptureFrame &frame)
+{
+    return {int(frame.x), int(screenSize.height() - frame.y - frame.height), int(frame.width),
+            int(frame.height)};
 }
 
 inline bool isNear(const QColor &one, const QColor &other)

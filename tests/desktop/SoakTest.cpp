@@ -130,24 +130,11 @@ struct SoakFixture : SelectorFixture {
             + QPoint(random.bounded(rectangle.width()), random.bounded(rectangle.height()));
     }
 
-    /** The area on the root, of which only the place ever changes. */
-    QRect shown() const
-    {
-        return {int(stored.x), int(screenSize.height() - stored.y - stored.height), area.width(),
-                area.height()};
-    }
-
     bool choosesArea()
     {
-        const QRect before = shown();
         const QRect after(placeIn(origins), area.size());
-        const QPoint grip(40, 40);
-        if (!open() || !becomes(before)) {
-            return false;
-        }
-        input.drag(before.topLeft() + grip, after.topLeft() + grip);
         const bool isConfirmed = random.bounded(2) == 0;
-        if (!becomes(after)) {
+        if (!opensAndMoves(onScreen(stored), after)) {
             return false;
         }
         if (isConfirmed) {
@@ -167,7 +154,7 @@ struct SoakFixture : SelectorFixture {
             return false;
         }
         for (int i = 0; i < clicks; ++i) {
-            input.click(placeIn(shown()));
+            input.click(placeIn(onScreen(stored)));
         }
         return stops() && choosesArea();
     }
@@ -214,7 +201,7 @@ private Q_SLOTS:
         QVERIFY(isSteady(samples));
 
         pattern.freeze();
-        QVERIFY(fixture.startAgain() && fixture.showsArea(fixture.shown()));
+        QVERIFY(fixture.startAgain() && fixture.showsArea(onScreen(fixture.stored)));
         fixture.program.sendSignal(SIGTERM);
         QCOMPARE(fixture.waitForExit(), 0);
     }

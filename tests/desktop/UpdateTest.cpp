@@ -96,18 +96,6 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), 1);
     }
 
-    void failure_isOneLine_andNothingElse()
-    {
-        const HttpsServer server(trusted_, reply(message("503 No", {})));
-        auto fixture = asking(server.address());
-        fixture.start();
-        const auto line = QByteArrayLiteral("Update check failed: httpError(statusCode: 503)\n");
-        QVERIFY(waitFor([&] { return fixture.program.output().contains(line); }, patience));
-        QCOMPARE(fixture.shownWindows(), 1);
-        fixture.click(places::startSharing);
-        QVERIFY(waitFor([&] { return fixture.outputWindow().has_value(); }, patience));
-    }
-
     void program_endsAtOnce_whileItAsks_data()
     {
         QTest::addColumn<bool>("looksUp");

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/WindowManager.h"
 #include "tests/desktop/SelectorFixture.h"
 #include "tests/support/ColorWindow.h"
 
 #include <QTest>
 
 #include <csignal>
+#include <utility>
 
 using namespace glimmerpane;
 using namespace glimmerpane::testing;
@@ -18,41 +20,101 @@ namespace
 constexpr std::uint32_t normalState = 1;
 constexpr std::uint32_t iconicState = 3;
 constexpr std::uint32_t alt = 0xffe9; // the keysym Alt_L
+const QStringList managedOutput{areaOption, QStringLiteral("--output-window=managed")};
+constexpr QRect screen({}, screenSize);
+constexpr QRect corner(0, 0, 650, 450); ///< into which managers pull a managed output back
+constexpr QRect visibleCorner(0, 0, 650, 250); ///< above the main window and its shadow
 
-bool isListed(const XClient &client, xcb_window_t window, const char *list)
+/** Some compositors dither what lies behind. */
+bool isAlike(const QImage &one, const QImage &other)
 {
-    const auto property = propertyOf(client, client.root(), list);
-    return property && std::ranges::count(property->items32(), window) > 0;
-}
-
-std::uint32_t stateOf(const XClient &client, xcb_window_t window)
-{
-    return numberOf(client, window, "WM_STATE");
-}
-
-xcb_window_t focusedWindow(const XClient &client)
-{
-    const auto focus = ask<xcb_get_input_focus, xcb_get_input_focus_reply>(client);
-    return focus ? focus->focus : xcb_window_t(XCB_WINDOW_NONE);
-}
-
-/** Unseen, unlisted and without the keyboard: nothing that a person could stumble over. */
-void checkOutput(const SelectorFixture &fixture, xcb_window_t output)
-{
-    const XClient &client = fixture.client;
-    QCOMPARE(geometryOf(client, output), QRect(QPoint(-10000, -10000), area.size()));
-    const auto tree = ask<xcb_query_tree, xcb_query_tree_reply>(client, output);
-    QCOMPARE(tree ? tree->parent : xcb_window_t(XCB_WINDOW_NONE), client.root());
-    for (const char *list :
-         {"_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING", "_NET_ACTIVE_WINDOW"}) {
-        QVERIFY2(!isListed(client, output, list), list);
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (!isNear(one.pixelColor(x, y), other.pixelColor(x, y))) {
+                return false;
+            }
+        }
     }
-    QVERIFY(focusedWindow(client) != output);
+    return one.size() == other.size();
 }
+
+struct ManagerFixture : SelectorFixture {
+    using SelectorFixture::SelectorFixture;
+
+    bool isIn(const char *list) const
+    {
+        const auto property = propertyOf(client, client.root(), list);
+        const auto output = outputWindow();
+        return property && output && std::ranges::count(property->items32(), *output) > 0;
+    }
+    bool becomesListed() const
+    {
+        return waitFor([this] { return isIn("_NET_CLIENT_LIST"); }, patience);
+    }
+    bool hasOutputTheKeyboard() const
+    {
+        const auto focus = ask<xcb_get_input_focus, xcb_get_input_focus_reply>(client);
+        return isIn("_NET_ACTIVE_WINDOW") || !focus || focus->focus == outputWindow();
+    }
+    bool mainBecomes(std::uint32_t state) const
+    {
+        const xcb_window_t main = *mainWindow();
+        return waitFor([&] { return numberOf(client, main, "WM_STATE") == state; }, patience);
+    }
+
+    /** Unseen, unlisted and without the keyboard: nothing that a person could stumble over. */
+    void checkUnlistedOutput() const
+    {
+        const xcb_window_t output = *outputWindow();
+        QCOMPARE(geometryOf(client, output), QRect(QPoint(-10000, -10000), area.size()));
+        const auto tree = ask<xcb_query_tree, xcb_query_tree_reply>(client, output);
+        QCOMPARE(tree ? tree->parent : xcb_window_t(XCB_WINDOW_NONE), client.root());
+        QVERIFY(!isIn("_NET_CLIENT_LIST") && !isIn("_NET_CLIENT_LIST_STACKING"));
+        QVERIFY(!hasOutputTheKeyboard());
+    }
+
+    QImage cornerPicture() const { return required(client.screenshot(visibleCorner)); }
+
+    /** What nobody else draws, the server draws again. */
+    void paintRoot(std::uint32_t color) const
+    {
+        xcb_change_window_attributes(client.connection(), client.root(), XCB_CW_BACK_PIXEL, &color);
+        xcb_clear_area(client.connection(), 1, client.root(), 0, 0, 0, 0);
+        client.sync();
+    }
+
+    /** The corner over a new root, without the output. */
+    QImage pictureWithout() const
+    {
+        input.moveTo(besidesEverything);
+        paintRoot(0xff208040);
+        // A compositor follows when it likes; it has done so once nothing changes any more.
+        QImage picture;
+        waitFor([&] { return cornerPicture() == std::exchange(picture, cornerPicture()); },
+                patience);
+        paintRoot(0xff336699);
+        return picture;
+    }
+
+    /** Whether it is out of the way while it shows a window, its place looking as without it. */
+    bool isUnseen(const QImage &without)
+    {
+        input.moveTo(besidesEverything);
+        const auto window
+            = required(ColorWindow::show(client, {.rectangle = area, .color = 0xffa000a0}));
+        if (!showsArea(area)) {
+            return false;
+        }
+        paintRoot(0xff208040);
+        const auto place = geometryOf(client, *outputWindow());
+        return place && (corner | (*place & screen)) == corner && !hasOutputTheKeyboard()
+            && waitFor([&] { return isAlike(cornerPicture(), without); }, patience);
+    }
+};
 
 } // namespace
 
-/** The same session under each window manager; its rows are run one at a time. */
+/** The same sessions under each window manager; rows are run one at a time. */
 class WindowManagerTest : public QObject
 {
     Q_OBJECT
@@ -68,7 +130,7 @@ private Q_SLOTS:
     void session_works()
     {
         QFETCH(WindowManager, manager);
-        SelectorFixture fixture(manager);
+        ManagerFixture fixture(manager);
         const XClient &client = fixture.client;
         // i3 has no such state, and gnome-shell lets only a person bring a window back from it.
         const bool canMinimise
@@ -76,10 +138,8 @@ private Q_SLOTS:
         fixture.start({areaOption, QStringLiteral("--share")});
         QVERIFY(fixture.waitForMainWindow());
         QVERIFY(fixture.showsArea(area));
-        const auto output = fixture.outputWindow();
-        const auto main = fixture.mainWindow();
-        QVERIFY(output && main);
-        checkOutput(fixture, *output);
+        const auto main = *fixture.mainWindow();
+        fixture.checkUnlistedOutput();
 
         // Who switches windows does not meet it; what comes and goes is followed.
         QVERIFY(fixture.input.pressKey(alt) && fixture.input.typeKey(keys::tab)
@@ -91,36 +151,108 @@ private Q_SLOTS:
             QVERIFY(waitFor([&] { return isViewable(client, other->id()); }, patience));
             QVERIFY(fixture.showsArea(area));
             if (canMinimise) {
-                sendMessage(client, *main, "WM_CHANGE_STATE", iconicState, client.root());
-                QVERIFY(waitFor([&] { return stateOf(client, *main) == iconicState; }, patience));
+                sendMessage(client, main, "WM_CHANGE_STATE", iconicState, client.root());
+                QVERIFY(fixture.mainBecomes(iconicState));
             }
             other->setColor(0xffa000a0);
             QVERIFY(fixture.showsArea(area));
-            checkOutput(fixture, *output);
+            fixture.checkUnlistedOutput();
         }
         // Back from iconic: by mapping it (ICCCM 4.1.4), or where it stays mapped, as a pager
         // would.
         constexpr std::uint32_t pager = 2;
-        xcb_map_window(client.connection(), *main);
-        sendMessage(client, *main, "_NET_ACTIVE_WINDOW", pager, client.root());
-        QVERIFY(waitFor([&] { return stateOf(client, *main) == normalState; }, patience));
+        xcb_map_window(client.connection(), main);
+        sendMessage(client, main, "_NET_ACTIVE_WINDOW", pager, client.root());
+        QVERIFY(fixture.mainBecomes(normalState));
         QVERIFY(fixture.showsArea(area));
 
         QVERIFY(fixture.stopSharing());
-        QVERIFY(fixture.open());
-        QVERIFY(fixture.becomes(area));
-        const QPoint way(-90, 40);
-        const QPoint start = area.topLeft() + QPoint(100, 100);
-        fixture.input.drag(start, start + way);
-        QVERIFY(fixture.becomes(area.translated(way)));
+        const QRect after = area.translated(-90, 40);
+        QVERIFY(fixture.opensAndMoves(area, after));
         fixture.confirm();
         QVERIFY(fixture.becomes(std::nullopt));
         QCOMPARE(fixture.savedArea(), (CaptureFrame{310, 260, 600, 400}));
         QVERIFY(fixture.startAgain());
-        QVERIFY(fixture.showsArea(area.translated(way)));
+        QVERIFY(fixture.showsArea(after));
 
         fixture.program.sendSignal(SIGTERM);
         QCOMPARE(fixture.waitForExit(), 0);
+    }
+
+    void managedOutput_isListedAndUnseen_data() { session_works_data(); }
+    void managedOutput_isListedAndUnseen()
+    {
+        QFETCH(WindowManager, manager);
+        ManagerFixture fixture(manager);
+        QVERIFY(fixture.launch(managedOutput));
+        QImage without;
+        for (int session = 0; session < 2; ++session) {
+            QVERIFY(fixture.startAgain());
+            QVERIFY(fixture.showsArea(area));
+            // i3 would tile it, so there it stays out of the list and says so.
+            if (manager == WindowManager::I3) {
+                fixture.checkUnlistedOutput();
+                QVERIFY(fixture.program.output().contains("unlisted window: i3"));
+            } else {
+                QVERIFY(fixture.becomesListed());
+            }
+            // The managers that draw a desktop have done so after the first session.
+            QVERIFY(session == 0 || fixture.isUnseen(without));
+            QVERIFY(fixture.stopSharing());
+            without = fixture.pictureWithout();
+        }
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+    }
+
+    void managedOutput_staysUnseen_whenManagersComeAndGo()
+    {
+        ManagerFixture fixture;
+        const auto startManager = [&](const char *name, auto *start) {
+            return required(start(fixture.client,
+                                  {.program = QString::fromLatin1(name),
+                                   .environment = fixture.server.environment()}));
+        };
+        auto manager = startManager("openbox", startWindowManager);
+        QVERIFY(fixture.launch(managedOutput));
+        const QImage without = fixture.pictureWithout();
+        QVERIFY(fixture.startAgain());
+        const auto output = fixture.outputWindow();
+        for (int i = 0; i < 2; ++i) {
+            QVERIFY(fixture.becomesListed() && fixture.isUnseen(without));
+            manager.kill();
+            QVERIFY(fixture.isUnseen(without));
+            manager = startManager("openbox", startWindowManager);
+        }
+        {
+            const auto compositor = startManager("picom", startCompositor);
+            QImage grey(visibleCorner.size(), QImage::Format_RGB32); // picom's own root
+            grey.fill(0xff808080);
+            QVERIFY(fixture.becomesListed() && fixture.isUnseen(grey));
+        }
+        QVERIFY(fixture.isUnseen(without));
+        QCOMPARE(fixture.outputWindow(), output);
+    }
+
+    void managedOutput_isAnOrdinaryWindow_whereItCannotBeHidden()
+    {
+        ManagerFixture fixture;
+        const auto manager
+            = required(startWindowManager(fixture.client,
+                                          {.program = QStringLiteral("metacity"),
+                                           .arguments = {QStringLiteral("--compositor=none")},
+                                           .environment = fixture.server.environment()}));
+        QVERIFY(fixture.launch(managedOutput));
+        QVERIFY(fixture.startAgain());
+        QVERIFY(waitFor([&] { return fixture.program.output().contains("cannot be hidden"); },
+                        patience));
+        QCOMPARE(fixture.program.output().count("Glimmerpane - Output"), 1);
+        const auto isOnScreen = [&] {
+            const auto place = geometryOf(fixture.client, *fixture.outputWindow());
+            return place && screen.contains(*place);
+        };
+        QVERIFY(waitFor(isOnScreen, patience));
+        QVERIFY(fixture.becomesListed());
     }
 };
 

@@ -38,102 +38,95 @@ class FrameRepositoryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void standardDefaults_lieInTheConfigurationFolder();
-    void load_isNothing_whenTheFileIsBroken_andSaveMendsIt();
-    void save_works_whereAKilledOneLeftItsLock();
-    void save_keepsTheEarlierFile_whenItCannotBeWritten_data();
-    void save_keepsTheEarlierFile_whenItCannotBeWritten();
-};
-
-void FrameRepositoryTest::standardDefaults_lieInTheConfigurationFolder()
-{
-    const QTemporaryDir home;
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("new"))));
-    FrameRepository repository(standardUserDefaults(), key);
-    QCOMPARE(repository.load(), std::nullopt);
-    for (const CaptureFrame &frame : {first, second}) {
-        repository.save(frame);
-        QCOMPARE(repository.load(), frame);
-        QCOMPARE(loadAfresh(home.filePath(QStringLiteral("new/glimmerpane/glimmerpane.ini"))),
-                 frame);
+    void standardDefaults_lieInTheConfigurationFolder()
+    {
+        const QTemporaryDir home;
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("new"))));
+        FrameRepository repository(standardUserDefaults(), key);
+        QCOMPARE(repository.load(), std::nullopt);
+        for (const CaptureFrame &frame : {first, second}) {
+            repository.save(frame);
+            QCOMPARE(repository.load(), frame);
+            QCOMPARE(loadAfresh(home.filePath(QStringLiteral("new/glimmerpane/glimmerpane.ini"))),
+                     frame);
+        }
     }
-}
 
-void FrameRepositoryTest::load_isNothing_whenTheFileIsBroken_andSaveMendsIt()
-{
-    const QByteArray good = R"({\"x\":1,\"y\":2,\"width\":3,\"height\":4})";
-    const QTemporaryDir folder;
-    for (const QByteArray &broken : std::initializer_list<QByteArray>{
-             "", "captureF", "captureFrame=\"@ByteArray({\\\"x\\\":", "captureFrame\n",
-             "captureFrame=\"" + good + "\"\n", "captureFrame=\"@ByteArray(" + good + "\"\n",
-             "captureFrame=@ByteArray()\n", "captureFrame=1, 2, 3, 4\n",
-             "captureFrame=@Variant(\\0\\0\\0\\xc\\xff\\xff)\n",
-             "[Other]\ncaptureFrame=\"@ByteArray(" + good + ")\"\n", "[Gen", QByteArray(4096, '\0'),
-             "\x80\xff=\x01%\\x"}) {
-        QFile file(folder.filePath(QString::number(qHash(broken))));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("[Window]\nwidth=7\n[General]\n" + broken);
-        file.close();
-        FrameRepository repository = repositoryAt(file.fileName());
-        QVERIFY2(!repository.load(), broken.constData());
+    void load_isNothing_whenTheFileIsBroken_andSaveMendsIt()
+    {
+        const QByteArray good = R"({\"x\":1,\"y\":2,\"width\":3,\"height\":4})";
+        const QTemporaryDir folder;
+        for (const QByteArray &broken : std::initializer_list<QByteArray>{
+                 "", "captureF", "captureFrame=\"@ByteArray({\\\"x\\\":", "captureFrame\n",
+                 "captureFrame=\"" + good + "\"\n", "captureFrame=\"@ByteArray(" + good + "\"\n",
+                 "captureFrame=@ByteArray()\n", "captureFrame=1, 2, 3, 4\n",
+                 "captureFrame=@Variant(\\0\\0\\0\\xc\\xff\\xff)\n",
+                 "[Other]\ncaptureFrame=\"@ByteArray(" + good + ")\"\n", "[Gen",
+                 QByteArray(4096, '\0'), "\x80\xff=\x01%\\x"}) {
+            QFile file(folder.filePath(QString::number(qHash(broken))));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write("[Window]\nwidth=7\n[General]\n" + broken);
+            file.close();
+            FrameRepository repository = repositoryAt(file.fileName());
+            QVERIFY2(!repository.load(), broken.constData());
+            repository.save(first);
+            QCOMPARE(loadAfresh(file.fileName()), first);
+            const QSettings settings(file.fileName(), QSettings::IniFormat);
+            QCOMPARE(settings.value(QStringLiteral("Window/width")).toInt(), 7);
+        }
+    }
+
+    void save_works_whereAKilledOneLeftItsLock()
+    {
+        const QTemporaryDir folder;
+        QFile lock(folder.filePath(QStringLiteral("settings.ini.lock")));
+        QVERIFY(lock.open(QIODevice::WriteOnly)); // empty, as it is until its owner's name is in it
+        FrameRepository repository = repositoryAt(folder.filePath(QStringLiteral("settings.ini")));
         repository.save(first);
+        QCOMPARE(loadAfresh(folder.filePath(QStringLiteral("settings.ini"))), first);
+        QVERIFY(!lock.exists());
+    }
+
+    void save_keepsTheEarlierFile_whenItCannotBeWritten_data()
+    {
+        QTest::addColumn<bool>("readOnly");
+        QTest::addColumn<quint64>("sizeLimit"); ///< no file can grow beyond it, as on a full disk
+        QTest::addColumn<CaptureFrame>("area");
+        constexpr quint64 unlimited = RLIM_INFINITY;
+        QTest::newRow("not a number") << false << unlimited << CaptureFrame{1, 2, qQNaN(), 4};
+        QTest::newRow("read-only folder") << true << unlimited << second;
+        QTest::newRow("disk full") << false << quint64(0) << second;
+        QTest::newRow("disk full after a part of it") << false << quint64(4096) << second;
+    }
+    void save_keepsTheEarlierFile_whenItCannotBeWritten()
+    {
+        QFETCH(bool, readOnly);
+        QFETCH(quint64, sizeLimit);
+        QFETCH(CaptureFrame, area);
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("settings.ini")));
+        QSettings(file.fileName(), QSettings::IniFormat).setValue(key + u'2', QString(9999, u'a'));
+        FrameRepository repository = repositoryAt(file.fileName());
+        repository.save(first);
+        if (readOnly) { // The file could be written, but not replaced in one step.
+            QVERIFY(file.setPermissions(QFile::Permissions(0x6666)));
+            QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x5555)));
+            QVERIFY(geteuid() != 0 || seteuid(65534) == 0); // Permissions do not count for root.
+        }
+        rlimit before{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit full{.rlim_cur = sizeLimit, .rlim_max = before.rlim_max};
+        std::signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &full);
+        repository.save(area);
+        setrlimit(RLIMIT_FSIZE, &before);
+        QCOMPARE(seteuid(getuid()), 0);
+        QCOMPARE(repository.load(), first);
         QCOMPARE(loadAfresh(file.fileName()), first);
-        const QSettings settings(file.fileName(), QSettings::IniFormat);
-        QCOMPARE(settings.value(QStringLiteral("Window/width")).toInt(), 7);
+        QVERIFY(file.size() > 9999);
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     }
-}
-
-void FrameRepositoryTest::save_works_whereAKilledOneLeftItsLock()
-{
-    const QTemporaryDir folder;
-    QFile lock(folder.filePath(QStringLiteral("settings.ini.lock")));
-    QVERIFY(lock.open(QIODevice::WriteOnly)); // empty, as it is until its owner's name is in it
-    FrameRepository repository = repositoryAt(folder.filePath(QStringLiteral("settings.ini")));
-    repository.save(first);
-    QCOMPARE(loadAfresh(folder.filePath(QStringLiteral("settings.ini"))), first);
-    QVERIFY(!lock.exists());
-}
-
-void FrameRepositoryTest::save_keepsTheEarlierFile_whenItCannotBeWritten_data()
-{
-    QTest::addColumn<bool>("readOnly");
-    QTest::addColumn<quint64>("sizeLimit"); ///< no file can grow beyond it, as on a full disk
-    QTest::addColumn<CaptureFrame>("area");
-    constexpr quint64 unlimited = RLIM_INFINITY;
-    QTest::newRow("not a number") << false << unlimited << CaptureFrame{1, 2, qQNaN(), 4};
-    QTest::newRow("read-only folder") << true << unlimited << second;
-    QTest::newRow("disk full") << false << quint64(0) << second;
-    QTest::newRow("disk full after a part of it") << false << quint64(4096) << second;
-}
-
-void FrameRepositoryTest::save_keepsTheEarlierFile_whenItCannotBeWritten()
-{
-    QFETCH(bool, readOnly);
-    QFETCH(quint64, sizeLimit);
-    QFETCH(CaptureFrame, area);
-    const QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("settings.ini")));
-    QSettings(file.fileName(), QSettings::IniFormat).setValue(key + u'2', QString(9999, u'a'));
-    FrameRepository repository = repositoryAt(file.fileName());
-    repository.save(first);
-    if (readOnly) { // The file could be written, but not replaced in one step.
-        QVERIFY(file.setPermissions(QFile::Permissions(0x6666)));
-        QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x5555)));
-        QVERIFY(geteuid() != 0 || seteuid(65534) == 0); // Permissions do not count for root.
-    }
-    rlimit before{};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit full{.rlim_cur = sizeLimit, .rlim_max = before.rlim_max};
-    std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &full);
-    repository.save(area);
-    setrlimit(RLIMIT_FSIZE, &before);
-    QCOMPARE(seteuid(getuid()), 0);
-    QCOMPARE(repository.load(), first);
-    QCOMPARE(loadAfresh(file.fileName()), first);
-    QVERIFY(file.size() > 9999);
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
+};
 
 QTEST_GUILESS_MAIN(FrameRepositoryTest)
 #include "FrameRepositoryTest.moc"
