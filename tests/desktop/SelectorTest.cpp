@@ -253,20 +253,6 @@ private Q_SLOTS:
         QVERIFY(fixture.showsArea(frame));
     }
 
-    void drag_bringsTheSelectorToTheMainDisplay()
-    {
-        SelectorFixture fixture;
-        fixture.server.setMonitor(QStringLiteral("Left"), {0, 0, 640, 1024},
-                                  QStringLiteral("screen"));
-        fixture.server.setMonitor(QStringLiteral("Right"), {640, 0, 640, 1024},
-                                  QStringLiteral("none"));
-        QVERIFY(fixture.launch({QStringLiteral("--area=700,300,300x400")}));
-        QVERIFY(fixture.open());
-        QVERIFY(fixture.becomes(QRect(700, 324, 300, 400)));
-        fixture.input.drag({730, 354}, {740, 354});
-        QVERIFY(fixture.becomes(QRect(340, 324, 300, 400)));
-    }
-
     void selector_isWhole_atEveryMomentOfADrag()
     {
         SelectorFixture fixture(WindowManager::Openbox);

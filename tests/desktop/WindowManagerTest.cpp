@@ -100,12 +100,17 @@ struct ManagerFixture : SelectorFixture {
     bool isUnseen(const QImage &without)
     {
         input.moveTo(besidesEverything);
-        const auto window
-            = required(ColorWindow::show(client, {.rectangle = area, .color = 0xffa000a0}));
-        if (!showsArea(area)) {
-            return false;
-        }
         paintRoot(0xff208040);
+        // With the second colour a compositor has painted what the output showed of the first.
+        const auto window = required(ColorWindow::show(client, {.rectangle = area}));
+        for (const QRgb color : {0xffa000a0, 0xffa0a000}) {
+            window.setColor(color);
+            const auto isPainted
+                = [&] { return required(client.screenshot(area)).pixel(9, 9) == color; };
+            if (!waitFor(isPainted, patience) || !showsArea(area)) {
+                return false;
+            }
+        }
         const auto place = geometryOf(client, *outputWindow());
         return place && (corner | (*place & screen)) == corner && !hasOutputTheKeyboard()
             && waitFor([&] { return isAlike(cornerPicture(), without); }, patience);
