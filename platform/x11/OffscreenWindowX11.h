@@ -23,7 +23,7 @@ public:
     static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
                                                                          QPoint origin, QSize size);
 
-    explicit OffscreenWindowX11(ExtendedConnection opened, QSize size);
+    OffscreenWindowX11(ExtendedConnection opened, QSize size);
     Q_DISABLE_COPY_MOVE(OffscreenWindowX11)
 
     std::uint32_t id() const override { return window_.get(); }

@@ -15,8 +15,10 @@ namespace glimmerpane::x11
 void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t property,
                  xcb_atom_t type, std::uint8_t format, std::size_t length, const void *data);
 
-/** At most `longest` bytes of a property of any type; empty where there is none. Waits for the
- * server. */
+/**
+ * At most `longest` bytes of a property of any type; empty where there is none. Waits for the
+ * server.
+ */
 QByteArray propertyOf(const Connection &connection, xcb_window_t window, const char *property,
                       std::uint32_t longest);
 
