@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "bench/Held.h"
 #include "bench/Measurement.h"
-#include "bench/ProcessUsage.h"
-#include "bench/ServerResources.h"
 #include "bench/SharedDesktop.h"
 #include "bench/Statistics.h"
 
@@ -19,15 +18,6 @@ constexpr int warmUpCycles = 20; ///< after these everything that is kept on pur
 constexpr int averagedCycles = 5;
 constexpr double memoryTarget = 256; ///< KiB; less is the allocator's own noise
 constexpr std::chrono::seconds cycleLimit{10};
-
-/** What was held after a cycle, while nothing is shared. */
-struct Held {
-    double residentKibibytes = 0;
-    int descriptors = 0;
-    int threads = 0;
-    uint32_t resources = 0;
-    uint64_t pixmapBytes = 0;
-};
 
 Result<void> playCycle(SharedDesktop &shared)
 {
@@ -48,34 +38,17 @@ Result<void> playCycle(SharedDesktop &shared)
     return {};
 }
 
-Result<Held> heldBy(const SharedDesktop &shared)
-{
-    const pid_t pid = shared.program->pid();
-    const auto usage = ProcessUsage::of(pid);
-    const auto server = serverResourcesOf(shared.desktop->client(), pid);
-    if (!usage || !server) {
-        return failure(usage ? server.error() : usage.error());
-    }
-    return Held{.residentKibibytes = static_cast<double>(usage->residentBytes) / 1024,
-                .descriptors = usage->descriptors,
-                .threads = static_cast<int>(usage->threads.size()),
-                .resources = server->total(),
-                .pixmapBytes = server->pixmapBytes};
-}
-
 /** The median over some cycles up to this one, because each one's end finds other leftovers. */
-template<typename Value>
-double around(const std::vector<Held> &held, int cycle, Value Held::*member)
+double around(const std::vector<Held> &held, int cycle, double Held::*member)
 {
     std::vector<double> values;
     for (int i = std::max(0, cycle - averagedCycles); i < cycle; ++i) {
-        values.push_back(static_cast<double>(held[static_cast<size_t>(i)].*member));
+        values.push_back(held[static_cast<size_t>(i)].*member);
     }
     return median(values);
 }
 
-template<typename Value>
-Figure growth(const QString &name, const std::vector<Held> &held, Value Held::*member,
+Figure growth(const QString &name, const std::vector<Held> &held, double Held::*member,
               const QString &unit, double allowed)
 {
     const int last = static_cast<int>(held.size());
@@ -108,26 +81,20 @@ Figures measureCycles(const Measurement &measurement)
     std::vector<Held> held;
     for (int cycle = 1; cycle <= measurement.extent.cycles; ++cycle) {
         const auto played = playCycle(shared);
-        const auto now = played ? heldBy(shared) : failure(played.error());
+        const auto now = played ? heldBy(shared.desktop->client(), shared.program->pid())
+                                : failure(played.error());
         if (!now) {
             return failure(QStringLiteral("cycle %1: %2").arg(cycle).arg(now.error()));
         }
         held.push_back(*now);
         if (cycle % warmUpCycles == 0) {
-            measurement.progress(QStringLiteral("cycle %1: %2 KiB, %3 descriptors, %4 threads, "
-                                                "%5 resources, %6 bytes of pixmaps")
-                                     .arg(cycle)
-                                     .arg(number(now->residentKibibytes, 0))
-                                     .arg(now->descriptors)
-                                     .arg(now->threads)
-                                     .arg(now->resources)
-                                     .arg(now->pixmapBytes));
+            measurement.progress(QStringLiteral("cycle %1: %2").arg(cycle).arg(now->text()));
         }
     }
     const QString many
         = QStringLiteral("Growth in %1 cycles, ").arg(measurement.extent.cycles - warmUpCycles);
     return std::vector{
-        growth(many + QStringLiteral("resident memory"), held, &Held::residentKibibytes,
+        growth(many + QStringLiteral("resident memory"), held, &Held::memory,
                QStringLiteral(" KiB"), memoryTarget),
         growth(many + QStringLiteral("open descriptors"), held, &Held::descriptors, {}, 0),
         growth(many + QStringLiteral("threads"), held, &Held::threads, {}, 0),

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "bench/Held.h"
 #include "bench/PatternAnimation.h"
 #include "bench/ProcessUsage.h"
-#include "bench/ServerResources.h"
 #include "tests/desktop/SelectorFixture.h"
 
 #include <QDeadlineTimer>
@@ -14,6 +14,7 @@
 
 using namespace glimmerpane;
 using namespace glimmerpane::testing;
+using bench::Held;
 
 namespace
 {
@@ -25,15 +26,6 @@ constexpr int clicks = 10; ///< in each session
 constexpr int frameRate = 30;
 constexpr CaptureFrame firstFrame{.x = 400, .y = 300, .width = 600, .height = 400};
 constexpr QRect origins(QPoint(360, 20), QPoint(670, 600)); ///< beside the main window
-
-/** What is held for the program while it is idle. */
-struct Held {
-    double memory = 0; ///< resident, KiB
-    double descriptors = 0;
-    double threads = 0;
-    double resources = 0; ///< on the X server
-    double pixmapBytes = 0;
-};
 
 struct Bound {
     const char *name;
@@ -74,16 +66,7 @@ bool isSteady(const std::vector<Held> &samples)
 
 void print(const char *unit, std::size_t number, const Held &held)
 {
-    qInfo("%s %zu: %.0f KiB, %.0f descriptors, %.0f threads, %.0f resources, %.0f bytes of pixmaps",
-          unit, number, held.memory, held.descriptors, held.threads, held.resources,
-          held.pixmapBytes);
-}
-
-/** Of the pool there is one for each processor at most, but Qt starts them when it likes. */
-double pooledThreads(const bench::ProcessUsage &usage)
-{
-    return static_cast<double>(std::ranges::count(usage.threads, QStringLiteral("Thread (pooled)"),
-                                                  &bench::ThreadUsage::name));
+    qInfo("%s %zu: %s", unit, number, qPrintable(held.text()));
 }
 
 struct SoakFixture : SelectorFixture {
@@ -104,25 +87,7 @@ struct SoakFixture : SelectorFixture {
         return stopSharing() && waitFor([this] { return isIdle(); }, patience);
     }
 
-    Held held() const
-    {
-        // The server refuses to tell of a connection that is closed between two questions.
-        Result<bench::ServerResources> answer;
-        waitFor(
-            [&] {
-                answer = bench::serverResourcesOf(client, program.pid());
-                return answer.has_value();
-            },
-            patience);
-        const auto onServer = required(answer);
-        const auto usage = required(bench::ProcessUsage::of(program.pid()));
-        const double pooled = pooledThreads(usage);
-        return {.memory = static_cast<double>(usage.residentBytes) / 1024,
-                .descriptors = static_cast<double>(usage.descriptors) - pooled, // one for each
-                .threads = static_cast<double>(usage.threads.size()) - pooled,
-                .resources = static_cast<double>(onServer.total()),
-                .pixmapBytes = static_cast<double>(onServer.pixmapBytes)};
-    }
+    Held held() const { return required(bench::heldBy(client, program.pid())); }
 
     QPoint placeIn(const QRect &rectangle)
     {
