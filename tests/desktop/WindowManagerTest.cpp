@@ -39,6 +39,7 @@ bool isAlike(const QImage &one, const QImage &other)
 }
 
 struct ManagerFixture : SelectorFixture {
+    using SelectorFixture::becomes;
     using SelectorFixture::SelectorFixture;
 
     bool isIn(const char *list) const
@@ -56,10 +57,10 @@ struct ManagerFixture : SelectorFixture {
         const auto focus = ask<xcb_get_input_focus, xcb_get_input_focus_reply>(client);
         return isIn("_NET_ACTIVE_WINDOW") || !focus || focus->focus == outputWindow();
     }
-    bool mainBecomes(std::uint32_t state) const
+    /** A minimised window is looked for in vain, so the caller names it. */
+    bool becomes(xcb_window_t window, std::uint32_t state) const
     {
-        const xcb_window_t main = *mainWindow();
-        return waitFor([&] { return numberOf(client, main, "WM_STATE") == state; }, patience);
+        return waitFor([&] { return numberOf(client, window, "WM_STATE") == state; }, patience);
     }
 
     /** Unseen, unlisted and without the keyboard: nothing that a person could stumble over. */
@@ -157,7 +158,7 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea(area));
             if (canMinimise) {
                 sendMessage(client, main, "WM_CHANGE_STATE", iconicState, client.root());
-                QVERIFY(fixture.mainBecomes(iconicState));
+                QVERIFY(fixture.becomes(main, iconicState));
             }
             other->setColor(0xffa000a0);
             QVERIFY(fixture.showsArea(area));
@@ -168,7 +169,7 @@ private Q_SLOTS:
         constexpr std::uint32_t pager = 2;
         xcb_map_window(client.connection(), main);
         sendMessage(client, main, "_NET_ACTIVE_WINDOW", pager, client.root());
-        QVERIFY(fixture.mainBecomes(normalState));
+        QVERIFY(fixture.becomes(main, normalState));
         QVERIFY(fixture.showsArea(area));
 
         QVERIFY(fixture.stopSharing());
