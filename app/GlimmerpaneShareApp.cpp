@@ -25,19 +25,25 @@ namespace glimmerpane
 namespace
 {
 
-enum ExitCode {
-    succeeded = 0,
-    failed = 1,
-    misused = 2,
-};
-
 constexpr const char *version = GLIMMERPANE_VERSION;
 constexpr std::chrono::milliseconds updateCheckDelay{500};
 
-int complain(const QString &message, ExitCode code)
+int print(const CommandResult &result)
 {
-    std::fprintf(stderr, "glimmerpane: %s\n", qPrintable(message));
-    return code;
+    if (!result.output.isEmpty()) {
+        std::printf("%s\n", qPrintable(result.output));
+    }
+    if (!result.error.isEmpty()) {
+        std::fprintf(stderr, "glimmerpane: %s\n", qPrintable(result.error));
+    }
+    return static_cast<int>(result.exitCode);
+}
+
+/** Ends the program without taking anything down. */
+[[noreturn]] void leave(int code)
+{
+    std::fflush(nullptr);
+    std::_Exit(code);
 }
 
 QStringList argumentsOf(int argc, char **argv)
@@ -72,22 +78,68 @@ QIcon windowIcon()
     return icon;
 }
 
-/** Until the person quits. */
-int runEventLoop(const LaunchOptions &options,
-                 GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
+/** Until the person quits. Nothing if another launch was quicker to be the session's program. */
+std::optional<int> runEventLoop(const LaunchOptions &options,
+                                GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    auto glimmerpane
-        = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository, options.outputWindow);
+    auto glimmerpane = std::make_unique<GlimmerpaneShareApp>(
+        makeUpdateRepository, options.outputWindow.value_or(OffscreenWindowKind::Unlisted));
+    if (!glimmerpane->becomeTheInstance()) {
+        return std::nullopt;
+    }
     glimmerpane->launch(options);
     const int code = QApplication::exec();
     const bool isCheckingForUpdates = glimmerpane->isCheckingForUpdates();
     glimmerpane.reset();
     if (isCheckingForUpdates) {
         // Taking down the application waits for lookups of names, and a name server may be silent.
-        std::fflush(nullptr);
-        std::_Exit(code);
+        leave(code);
     }
     return code;
+}
+
+/** What has to be known before the first window; nothing where the program can go on to show it. */
+std::optional<CommandResult> settle(const LaunchOptions &options, const CommandLine &commandLine)
+{
+    if (options.help || options.version) {
+        return CommandResult{.exitCode = ExitCode::Succeeded,
+                             .output = options.help
+                                 ? helpText().chopped(1)
+                                 : QStringLiteral("glimmerpane ") + QString::fromLatin1(version),
+                             .error = {}};
+    }
+    if (auto result = handOver(commandLine)) {
+        return result;
+    }
+    if (options.stop || options.status) {
+        return CommandResult::failure(QStringLiteral("Glimmerpane is not running."));
+    }
+    if (const auto display = x11::checkDisplay(); !display) {
+        return CommandResult::failure(display.error().text);
+    }
+    return std::nullopt;
+}
+
+int runApplication(int argc, char **argv, const LaunchOptions &options,
+                   const CommandLine &commandLine,
+                   GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "xcb");
+    }
+    QCoreApplication::setApplicationName(QStringLiteral("glimmerpane"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
+    QApplication application(argc, argv);
+    QApplication::setWindowIcon(windowIcon());
+    quitOnSignals(&application);
+    if (const auto code = runEventLoop(options, makeUpdateRepository)) {
+        return *code;
+    }
+    return print(handOver(commandLine)
+                     .value_or(CommandResult::failure(
+                         QStringLiteral("The running Glimmerpane has just ended."))));
 }
 
 } // namespace
@@ -97,6 +149,11 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
     , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
     , window_(*viewModel_)
+    , commands_(*viewModel_, outputWindow,
+                [this](const QString &startupId) { bringForward(startupId); })
+    , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
+        commands_.obey(commandLine, reply);
+    })
 {
     alerts_.setParentWindow(&window_);
 }
@@ -109,19 +166,22 @@ GlimmerpaneShareApp::~GlimmerpaneShareApp()
 
 void GlimmerpaneShareApp::launch(const LaunchOptions &options)
 {
-    if (options.area) {
-        const auto &[x, y, width, height] = *options.area;
-        viewModel_->updateFrame(x, y, width, height);
-    }
     // Set where a test harness hosts the program, which then has to leave the screen alone.
     if (!qEnvironmentVariableIsSet("XCTestConfigurationFilePath")) {
         requestPermission();
         scheduleUpdateCheck();
     }
     window_.show();
-    if (options.share) {
-        viewModel_->startSharing();
-    }
+    commands_.obey(options, [](const CommandResult &) { });
+}
+
+void GlimmerpaneShareApp::bringForward(const QString &startupId)
+{
+    window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
+    window_.show();
+    window_.raise();
+    window_.activateWindow(); // where no window manager runs
+    desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
 }
 
 void GlimmerpaneShareApp::requestPermission()
@@ -141,32 +201,16 @@ void GlimmerpaneShareApp::scheduleUpdateCheck()
 int runGlimmerpane(int argc, char **argv,
                    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    const auto options = launchOptions(argumentsOf(argc, argv));
+    const CommandLine commandLine{.arguments = argumentsOf(argc, argv),
+                                  .startupId = qEnvironmentVariable("DESKTOP_STARTUP_ID")};
+    const auto options = launchOptions(commandLine.arguments);
     if (!options) {
-        return complain(options.error(), misused);
+        return print(CommandResult::failure(options.error(), ExitCode::Misused));
     }
-    if (options->help) {
-        std::printf("%s", qPrintable(helpText()));
-        return succeeded;
+    if (const auto result = settle(*options, commandLine)) {
+        leave(print(*result)); // no application object has taken down the bus's thread
     }
-    if (options->version) {
-        std::printf("glimmerpane %s\n", version);
-        return succeeded;
-    }
-    if (const auto display = x11::checkDisplay(); !display) {
-        return complain(display.error().text, failed);
-    }
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
-    QCoreApplication::setApplicationName(QStringLiteral("glimmerpane"));
-    QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
-    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
-    QApplication application(argc, argv);
-    QApplication::setWindowIcon(windowIcon());
-    quitOnSignals(&application);
-    return runEventLoop(*options, makeUpdateRepository);
+    return runApplication(argc, argv, *options, commandLine, makeUpdateRepository);
 }
 
 } // namespace glimmerpane

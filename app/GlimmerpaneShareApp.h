@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/Commands.h"
+#include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
 #include "app/MainViewModel.h"
 #include "platform/Desktop.h"
@@ -28,10 +30,14 @@ public:
     /** Shows the main window and does what the command line asks for. */
     void launch(const LaunchOptions &options);
 
+    /** What other launches hand over is done here from now on. False if another program has it. */
+    bool becomeTheInstance() { return bus_.claimName(); }
+
     /** Whether the update service has been asked and has not answered yet. */
     bool isCheckingForUpdates() const { return viewModel_->isCheckingForUpdates(); }
 
 private:
+    void bringForward(const QString &startupId);
     void requestPermission();
     void scheduleUpdateCheck();
 
@@ -40,6 +46,8 @@ private:
     MessageBoxAlerts alerts_;
     const std::unique_ptr<MainViewModel> viewModel_;
     MainWindow window_;
+    Commands commands_;
+    InstanceBus bus_;
 };
 
 /** The whole program, from the command line to the exit code: 0, 1 (failed) or 2 (usage). */

@@ -50,12 +50,15 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
 {
     const QCommandLineOption area(QStringLiteral("area"), {}, QStringLiteral("area"));
     const QCommandLineOption share(QStringLiteral("share"));
+    const QCommandLineOption stop(QStringLiteral("stop"));
+    const QCommandLineOption select(QStringLiteral("select"));
+    const QCommandLineOption status(QStringLiteral("status"));
     const QCommandLineOption outputWindow(QStringLiteral("output-window"), {},
                                           QStringLiteral("kind"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({area, share, outputWindow, help, version});
+    parser.addOptions({area, share, stop, select, status, outputWindow, help, version});
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -63,9 +66,16 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         return oneLine(
             QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().front()));
     }
+    if (parser.isSet(share) + parser.isSet(stop) + parser.isSet(select) > 1) {
+        return oneLine(
+            QStringLiteral("Only one of --share, --stop and --select can be asked for at once."));
+    }
     LaunchOptions options{.area = std::nullopt,
                           .share = parser.isSet(share),
-                          .outputWindow = OffscreenWindowKind::Unlisted,
+                          .stop = parser.isSet(stop),
+                          .select = parser.isSet(select),
+                          .status = parser.isSet(status),
+                          .outputWindow = std::nullopt,
                           .help = parser.isSet(help),
                           .version = parser.isSet(version)};
     if (parser.isSet(area)) {
@@ -80,7 +90,9 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         const QString kind = parser.value(outputWindow);
         if (kind == u"managed") {
             options.outputWindow = OffscreenWindowKind::Managed;
-        } else if (kind != u"unlisted") {
+        } else if (kind == u"unlisted") {
+            options.outputWindow = OffscreenWindowKind::Unlisted;
+        } else {
             return oneLine(
                 QStringLiteral("'%1' is no kind of output window. It must be managed or unlisted.")
                     .arg(kind));
@@ -101,10 +113,17 @@ QString helpText()
         "                           bottom-left corner, counted from the bottom-left\n"
         "                           corner of the primary display.\n"
         "  --share                  Start sharing at once.\n"
+        "  --stop                   Stop sharing.\n"
+        "  --select                 Open the selector of the area.\n"
+        "  --status                 Print the area, whether it is shared, the frames of\n"
+        "                           the last second and the dropped ones, as JSON.\n"
         "  --output-window=managed  Let the window manager list the output window, for\n"
         "                           programs that offer only what it lists.\n"
         "  -h, --help               Print this and exit.\n"
-        "  -v, --version            Print the version and exit.\n");
+        "  -v, --version            Print the version and exit.\n"
+        "\n"
+        "Where Glimmerpane runs already, it does what is asked for; without options its\n"
+        "window comes forward. The exit code is 0, 1 (failed) or 2 (usage).\n");
 }
 
 } // namespace glimmerpane

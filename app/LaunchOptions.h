@@ -18,9 +18,15 @@ struct LaunchOptions {
     /** The texts of x, y, width and height; all four are numbers. */
     std::optional<std::array<QString, 4>> area;
     bool share = false;
-    OffscreenWindowKind outputWindow = OffscreenWindowKind::Unlisted;
+    bool stop = false;
+    bool select = false;
+    bool status = false;
+    std::optional<OffscreenWindowKind> outputWindow;
     bool help = false;
     bool version = false;
+
+    /** Whether there is anything to do but to show the main window. */
+    bool asksForSomething() const { return area || share || stop || select || status; }
 };
 
 /** Reads the arguments after the program's name. The error is one line for a person. */

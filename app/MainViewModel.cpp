@@ -171,6 +171,7 @@ QCoro::Task<> MainViewModel::startSharing()
     if (content) {
         openSharingWindow();
     } else {
+        Q_EMIT startEnded(content.error().text);
         showScreenRecordingPermissionAlert();
     }
 }
@@ -189,7 +190,12 @@ QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
 {
     const QPointer self(this);
     const auto result = co_await captureService_->startCapture(currentFrame_, window);
-    if (!result && self) {
+    if (!self) {
+        co_return;
+    }
+    if (result) {
+        Q_EMIT startEnded({});
+    } else {
         captureStartFailed(result.error());
         windowCoordinator_->closeSharingWindow();
     }
@@ -197,6 +203,7 @@ QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
 
 void MainViewModel::captureStartFailed(const CaptureFailure &failure)
 {
+    Q_EMIT startEnded(failure.description);
     runModal({.messageText = QStringLiteral("Screen Capture"),
               .informativeText = QStringLiteral("Failed to start capture: ") + failure.description,
               .style = Alert::Style::Warning,

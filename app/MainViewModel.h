@@ -51,6 +51,10 @@ public:
     void updateFrame(const QString &x, const QString &y, const QString &width,
                      const QString &height);
 
+    CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
+    /** Whether an alert of this program waits for the person. */
+    bool isAlertShown() const { return alertsUp_ > 0; }
+
     /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
     QCoro::Task<> startSharing();
     /** Removes the output window; the window watch then ends the session. */
@@ -67,6 +71,9 @@ public:
 Q_SIGNALS:
     /** A published property is about to be assigned, perhaps with the value it has. */
     void objectWillChange();
+
+    /** A start has led to a running capture, or to an error, which is about to be shown. */
+    void startEnded(const QString &error);
 
 private:
     template<typename T>

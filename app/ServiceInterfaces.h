@@ -6,6 +6,7 @@
 #include <QCoroTask>
 #include <QString>
 
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -52,6 +53,12 @@ struct CaptureFailure {
     QString description; ///< for a person
 };
 
+/** How the current session goes; zeros without one. */
+struct CaptureStatistics {
+    std::int64_t framesInLastSecond = 0; ///< shown
+    std::int64_t dropped = 0; ///< since the session's start
+};
+
 /** Runs the live capture of one area into one window. Main thread. */
 class CaptureServiceProtocol
 {
@@ -77,6 +84,8 @@ public:
 
     /** Ends the current run, or the start in flight, and returns at once. */
     virtual void stopCapture() = 0;
+
+    virtual CaptureStatistics statistics() const = 0;
 };
 
 /** What the update service answers. */

@@ -85,6 +85,7 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     clickMonitor_.reset(); // of a stream that had ended by itself
     window_ = window;
     captureFrame_ = frame;
+    frames_ = {};
     if (auto ready = setupPreviewLayer(*window); !ready) {
         co_return failure(ready.error());
     }
@@ -189,7 +190,9 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
     }
     if (previewLayer_->isReadyForMoreMediaData()) {
         previewLayer_->enqueueSampleBuffer(sample);
+        frames_.show(std::chrono::steady_clock::now());
     } else {
+        frames_.drop();
         stream.returnSampleBuffer(sample);
     }
 }
@@ -215,6 +218,12 @@ void ScreenCaptureService::handleGlobalClick(QPoint rootPixel)
     }
 }
 
+CaptureStatistics ScreenCaptureService::statistics() const
+{
+    return {.framesInLastSecond = frames_.inLastSecond(std::chrono::steady_clock::now()),
+            .dropped = frames_.dropped()};
+}
+
 void ScreenCaptureService::stopCapture()
 {
     // A start in flight finds that its run is over and stops what it has started.
@@ -224,6 +233,7 @@ void ScreenCaptureService::stopCapture()
     previewLayer_.reset();
     window_.reset();
     captureFrame_ = {};
+    frames_ = {};
     if (stream_) {
         stopInBackground(std::exchange(stream_, nullptr));
     }

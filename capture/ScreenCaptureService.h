@@ -3,6 +3,7 @@
 
 #include "app/ServiceInterfaces.h"
 #include "capture/ClickHighlights.h"
+#include "capture/FrameCounter.h"
 #include "platform/Desktop.h"
 
 #include <QObject>
@@ -42,6 +43,7 @@ public:
     QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                           std::shared_ptr<SharingWindow> window) override;
     void stopCapture() override;
+    CaptureStatistics statistics() const override;
 
 private:
     /** One start and what follows from it; a number that no other run has. */
@@ -62,6 +64,7 @@ private:
     std::unique_ptr<PressMonitor> clickMonitor_; ///< from a successful start to the stop
     std::weak_ptr<SharingWindow> window_;
     CaptureFrame captureFrame_;
+    FrameCounter frames_; ///< of this run
     MainDisplay display_; ///< that is captured
     QImage ring_; ///< of this run's clicks
     Run run_ = 0;

@@ -45,6 +45,12 @@ public:
      */
     virtual std::expected<ShareableContent, Error> shareableContent() const = 0;
 
+    /**
+     * Has a window of this program shown above the others and with the keyboard, because the person
+     * has just asked for it by starting the program; `startupId` is of that start, or empty.
+     */
+    virtual void activateWindow(std::uint32_t window, const QString &startupId) = 0;
+
     /** Opens the desktop's own settings program, where one is known. */
     virtual void openPrivacySettings() = 0;
 

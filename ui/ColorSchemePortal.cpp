@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ColorSchemePortal.h"
 
+#include "platform/SessionBus.h"
+
 #include <QCoroFuture>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QFile>
 #include <QPointer>
 #include <QtConcurrent>
 
@@ -40,14 +41,6 @@ QString appearanceGroup()
 QString colorSchemeKey()
 {
     return QStringLiteral("color-scheme");
-}
-
-/** Without one, asking for the bus could start a bus of our own. */
-bool isSessionBusThere()
-{
-    const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
-        || (!runtimeFolder.isEmpty() && QFile::exists(runtimeFolder + QStringLiteral("/bus")));
 }
 
 } // namespace

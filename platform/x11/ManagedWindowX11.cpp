@@ -2,6 +2,7 @@
 #include "platform/x11/ManagedWindowX11.h"
 
 #include "platform/x11/Compositing.h"
+#include "platform/x11/ManagerMessages.h"
 #include "platform/x11/WindowProperties.h"
 
 #include <QRect>
@@ -55,20 +56,6 @@ std::optional<QString> hindrance(const Connection &connection)
         return QStringLiteral("%1 tiles the windows that it lists").arg(QString::fromUtf8(manager));
     }
     return std::nullopt;
-}
-
-void sendToManager(const Connection &connection, xcb_window_t window, const char *type,
-                   const std::array<std::uint32_t, 5> &data)
-{
-    xcb_client_message_event_t message{};
-    message.response_type = XCB_CLIENT_MESSAGE;
-    message.format = 32;
-    message.window = window;
-    message.type = connection.atom(type);
-    std::ranges::copy(data, message.data.data32);
-    xcb_send_event(connection.get(), 0, connection.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&message));
 }
 
 void setEmptyShape(const Connection &connection, xcb_window_t window, xcb_shape_kind_t kind)

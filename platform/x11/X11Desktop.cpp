@@ -6,6 +6,7 @@
 #include "platform/x11/Connection.h"
 #include "platform/x11/DisplayLayerX11.h"
 #include "platform/x11/ManagedWindowX11.h"
+#include "platform/x11/ManagerMessages.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
@@ -98,6 +99,21 @@ std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
             .log = QStringLiteral("the X server is Xwayland")});
     }
     return content;
+}
+
+void X11Desktop::activateWindow(std::uint32_t window, const QString &startupId)
+{
+    const auto connection = Connection::open();
+    if (!connection) {
+        return;
+    }
+    // A program that asks for itself may be refused; a direct wish of the person (EWMH's source
+    // indication 2) is not.
+    sendToManager(*connection, window, "_NET_ACTIVE_WINDOW", {2, XCB_CURRENT_TIME});
+    if (!startupId.isEmpty()) {
+        endStartupNotification(*connection, startupId.toUtf8());
+    }
+    connection->flush();
 }
 
 void X11Desktop::openPrivacySettings()

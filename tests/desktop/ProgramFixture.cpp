@@ -63,6 +63,24 @@ void ProgramFixture::start(const QStringList &arguments)
         ChildProcess::start({.program = first, .arguments = command, .environment = environment}));
 }
 
+void ProgramFixture::startBus()
+{
+    bus = required(SessionBus::start());
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus->address());
+}
+
+int ProgramFixture::launchAgain(const QStringList &arguments, QByteArray *says) const
+{
+    auto second = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                .arguments = arguments,
+                                                .environment = environment}));
+    const bool hasEnded = second.waitForEnd(patience);
+    if (says != nullptr) {
+        *says = second.output();
+    }
+    return hasEnded ? second.exitCode().value_or(-1) : -1;
+}
+
 int ProgramFixture::waitForExit()
 {
     program.waitForEnd(patience);

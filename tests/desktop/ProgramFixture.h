@@ -5,6 +5,7 @@
 #include "tests/desktop/WindowManagers.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/InputInjector.h"
+#include "tests/support/SessionBus.h"
 #include "tests/support/XClient.h"
 #include "tests/support/XvfbServer.h"
 
@@ -36,9 +37,14 @@ public:
     QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
     bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
     ChildProcess program;
+    std::optional<SessionBus> bus; ///< none unless startBus()
 
+    /** From now on programs have a session bus. */
+    void startBus();
     /** Starts the program; a running one is ended first. */
     void start(const QStringList &arguments = {});
+    /** Starts another one beside it and waits for its end: its exit code, -1 if it goes on. */
+    int launchAgain(const QStringList &arguments = {}, QByteArray *says = nullptr) const;
     /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
      */
     int waitForExit();

@@ -42,12 +42,13 @@ struct ManagerFixture : SelectorFixture {
     using SelectorFixture::becomes;
     using SelectorFixture::SelectorFixture;
 
-    bool isIn(const char *list) const
+    bool isIn(const char *list, std::optional<xcb_window_t> window) const
     {
         const auto property = propertyOf(client, client.root(), list);
-        const auto output = outputWindow();
-        return property && output && std::ranges::count(property->items32(), *output) > 0;
+        return property && window && std::ranges::count(property->items32(), *window) > 0;
     }
+    bool isIn(const char *list) const { return isIn(list, outputWindow()); }
+    bool isActive(xcb_window_t window) const { return isIn("_NET_ACTIVE_WINDOW", window); }
     bool becomesListed() const
     {
         return waitFor([this] { return isIn("_NET_CLIENT_LIST"); }, patience);
@@ -138,6 +139,7 @@ private Q_SLOTS:
         QFETCH(WindowManager, manager);
         ManagerFixture fixture(manager);
         const XClient &client = fixture.client;
+        fixture.startBus();
         // i3 has no such state, and gnome-shell lets only a person bring a window back from it.
         const bool canMinimise
             = manager != WindowManager::I3 && manager != WindowManager::GnomeShell;
@@ -164,12 +166,13 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea(area));
             fixture.checkUnlistedOutput();
         }
-        // Back from iconic: by mapping it (ICCCM 4.1.4), or where it stays mapped, as a pager
-        // would.
-        constexpr std::uint32_t pager = 2;
-        xcb_map_window(client.connection(), main);
-        sendMessage(client, main, "_NET_ACTIVE_WINDOW", pager, client.root());
+        // Who starts the program again wants to see it.
+        const auto wall
+            = ColorWindow::show(client, {.rectangle = screen, .kind = ColorWindow::Kind::Managed});
+        QVERIFY(waitFor([&] { return isViewable(client, wall->id()); }, patience));
+        QCOMPARE(fixture.launchAgain(), 0);
         QVERIFY(fixture.becomes(main, normalState));
+        QVERIFY(waitFor([&] { return fixture.isActive(main); }, patience));
         QVERIFY(fixture.showsArea(area));
 
         QVERIFY(fixture.stopSharing());

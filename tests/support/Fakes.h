@@ -53,6 +53,7 @@ struct FakeDesktop : Desktop {
         held.wait(true);
         return content;
     }
+    void activateWindow(std::uint32_t, const QString &) override { }
     void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
     void openUrl(const QUrl &url) override
     {
@@ -176,6 +177,7 @@ struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
         return pend(starts);
     }
     void stopCapture() override { journal.append(QStringLiteral("stop")); }
+    CaptureStatistics statistics() const override { return {}; }
 };
 
 struct FakeUpdateRepository : Journalist<UpdateRepositoryProtocol> {

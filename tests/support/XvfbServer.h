@@ -55,8 +55,9 @@ public:
     pid_t pid() const { return process_.pid(); }
 
     /**
-     * Our own environment, but on this server and without what is left of another session. A
-     * program of ours asks nobody for updates there, and none keeps settings for the next one.
+     * Our own environment, but on this server and without what is left of another session, its bus
+     * included. A program of ours asks nobody for updates there, and none keeps settings for the
+     * next one.
      */
     QProcessEnvironment environment() const
     {
@@ -68,6 +69,7 @@ public:
         }
         environment.insert(QStringLiteral("DISPLAY"), displayName_);
         environment.insert(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"), QStringLiteral("1"));
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
         environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
         return environment;
     }

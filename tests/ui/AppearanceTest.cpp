@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Appearance.h"
 #include "platform/Palette.h"
+#include "tests/support/SessionBus.h"
 #include "tests/ui/PrivateDisplay.h"
 #include "ui/Theme.h"
 
@@ -48,15 +49,8 @@ class AppearanceTest : public QObject
 private Q_SLOTS:
     void appearance_followsThePortal()
     {
-        const QTemporaryDir folder;
-        const QString socket = folder.filePath(QStringLiteral("bus"));
-        const QString address = QStringLiteral("unix:path=") + socket;
-        const auto bus = testing::ChildProcess::start(
-            {.program = QStringLiteral("dbus-daemon"),
-             .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                           QStringLiteral("--address=") + address}});
-        QVERIFY2(bus, bus ? "" : qPrintable(bus.error()));
-        QTRY_VERIFY(QFile::exists(socket));
+        const auto bus = testing::required(testing::SessionBus::start());
+        const QString address = bus.address();
         qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
         auto connection = QDBusConnection::connectToBus(address, QStringLiteral("portal"));
         SettingsPortal portal;

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "app/Commands.h"
+
+#include "app/MainViewModel.h"
+#include "storage/Json.h"
+
+#include <utility>
+
+namespace glimmerpane
+{
+
+Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
+                   std::function<void(const QString &)> bringForward)
+    : model_(model)
+    , outputWindow_(outputWindow)
+    , bringForward_(std::move(bringForward))
+{
+}
+
+void Commands::obey(const CommandLine &command, const Reply &reply)
+{
+    const auto options = launchOptions(command.arguments);
+    if (!options) {
+        reply(CommandResult::failure(options.error(), ExitCode::Misused));
+        return;
+    }
+    if (options->outputWindow.value_or(outputWindow_) != outputWindow_) {
+        reply(CommandResult::failure(QStringLiteral(
+            "Glimmerpane runs with another output window. Quit it to choose the window's kind.")));
+        return;
+    }
+    if (!options->asksForSomething()) {
+        bringForward_(command.startupId);
+    }
+    obey(*options, reply);
+}
+
+void Commands::obey(const LaunchOptions &options, const Reply &reply)
+{
+    if (options.area) {
+        const auto &[x, y, width, height] = *options.area;
+        model_.updateFrame(x, y, width, height);
+    }
+    const auto done = [this, reply, tells = options.status](const CommandResult &result) {
+        reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
+    };
+    if ((options.share || options.select) && model_.isAlertShown()) {
+        reply(CommandResult::failure(QStringLiteral("A message waits for its answer.")));
+    } else if (options.share) {
+        share(done);
+    } else if (options.stop) {
+        stop(done);
+    } else if (options.select) {
+        select(done);
+    } else {
+        done({});
+    }
+}
+
+void Commands::share(const Reply &reply)
+{
+    if (model_.isFrameSelectorOpen()) {
+        reply(CommandResult::failure(QStringLiteral("The area is just being selected.")));
+    } else if (model_.isSharingWindowOpen()) {
+        reply({});
+    } else {
+        connect(
+            &model_, &MainViewModel::startEnded, this,
+            [reply](const QString &error) {
+                reply(error.isEmpty() ? CommandResult{} : CommandResult::failure(error));
+            },
+            Qt::SingleShotConnection);
+        model_.startSharing();
+    }
+}
+
+void Commands::stop(const Reply &reply)
+{
+    if (!model_.isSharingWindowOpen()) {
+        reply({});
+        return;
+    }
+    model_.stopSharing();
+    // The session ends a little later; who starts the next one must not meet it.
+    connect(
+        &model_, &MainViewModel::objectWillChange, this, [this, reply] { stop(reply); },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
+void Commands::select(const Reply &reply)
+{
+    if (model_.isSharingWindowOpen()) {
+        reply(CommandResult::failure(
+            QStringLiteral("The area cannot be selected while it is shared.")));
+        return;
+    }
+    model_.openFrameSelector();
+    reply({});
+}
+
+CommandResult Commands::status() const
+{
+    const CaptureFrame &area = model_.currentFrame();
+    const CaptureStatistics statistics = model_.captureStatistics();
+    const nlohmann::ordered_json object{
+        {"area", {{"x", area.x}, {"y", area.y}, {"width", area.width}, {"height", area.height}}},
+        {"sharing", model_.isSharingWindowOpen()},
+        {"framesPerSecond", statistics.framesInLastSecond},
+        {"drops", statistics.dropped},
+    };
+    return {.exitCode = ExitCode::Succeeded,
+            .output = QString::fromStdString(object.dump()),
+            .error = {}};
+}
+
+} // namespace glimmerpane

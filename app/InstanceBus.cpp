@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+#include "app/InstanceBus.h"
+
+#include "platform/SessionBus.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QScopeGuard>
+
+#include <chrono>
+#include <utility>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+// Longer than any command takes, unless the program is stopped.
+constexpr std::chrono::milliseconds longestWait = 10s;
+
+QString name()
+{
+    return QStringLiteral("io.github.glimmerpane.Glimmerpane");
+}
+
+QString path()
+{
+    return QStringLiteral("/io/github/glimmerpane/Glimmerpane");
+}
+
+CommandResult resultOf(const QDBusMessage &reply)
+{
+    const QVariantList values = reply.arguments();
+    if (reply.type() == QDBusMessage::ReplyMessage && values.size() == 3) {
+        return {.exitCode = ExitCode(values[0].toInt()),
+                .output = values[1].toString(),
+                .error = values[2].toString()};
+    }
+    return CommandResult::failure(QStringLiteral("Glimmerpane runs but does not answer: ")
+                                  + reply.errorMessage());
+}
+
+bool isNobodyThere(const QDBusMessage &reply)
+{
+    return reply.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown"
+        || reply.errorName() == u"org.freedesktop.DBus.Error.NameHasNoOwner";
+}
+
+} // namespace
+
+std::optional<CommandResult> handOver(const CommandLine &command)
+{
+    if (!isSessionBusThere()) {
+        return std::nullopt;
+    }
+    // A connection of its own, because the shared one has to be made by an application object.
+    const QString connectionName = QStringLiteral("handOver");
+    const auto disconnect
+        = qScopeGuard([&] { QDBusConnection::disconnectFromBus(connectionName); });
+    const auto bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, connectionName);
+    if (!bus.isConnected()) {
+        return std::nullopt;
+    }
+    QDBusMessage call
+        = QDBusMessage::createMethodCall(name(), path(), name(), QStringLiteral("Command"));
+    call.setAutoStartService(false);
+    call << command.arguments << command.startupId;
+    const QDBusMessage reply = bus.call(call, QDBus::Block, int(longestWait.count()));
+    if (isNobodyThere(reply)) {
+        return std::nullopt;
+    }
+    return resultOf(reply);
+}
+
+InstanceBus::InstanceBus(Handler handler)
+    : handler_(std::move(handler))
+{
+}
+
+bool InstanceBus::claimName()
+{
+    if (!isSessionBusThere()) {
+        return true;
+    }
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return true;
+    }
+    // The object comes first: who sees the name may call at once.
+    bus.registerObject(path(), this, QDBusConnection::ExportAllSlots);
+    const auto answer = bus.interface()->registerService(name());
+    return !answer.isValid() || answer.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+int InstanceBus::Command(const QStringList &arguments, const QString &startupId,
+                         QString & /*output*/, QString & /*error*/)
+{
+    setDelayedReply(true);
+    const auto reply = [bus = connection(), call = message()](const CommandResult &result) {
+        bus.send(call.createReply(QVariantList{int(result.exitCode), result.output, result.error}));
+    };
+    handler_({.arguments = arguments, .startupId = startupId}, reply);
+    return 0;
+}
+
+} // namespace glimmerpane

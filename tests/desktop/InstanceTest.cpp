@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#include "tests/desktop/SelectorFixture.h"
+#include "tests/support/ColorWindow.h"
+
+#include <QTest>
+
+#include <csignal>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+struct InstanceFixture : SelectorFixture {
+    InstanceFixture() { startBus(); }
+
+    /** Launches the program with these options, and looks at its end and at what it says. */
+    void command(const char *arguments, int exitCode, const char *says = "") const
+    {
+        QByteArray said;
+        const QStringList options = QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts);
+        QCOMPARE(launchAgain(options, &said), exitCode);
+        QVERIFY2(said.contains(says) && said.count('\n') == (*says == '\0' ? 0 : 1), said);
+    }
+};
+
+} // namespace
+
+/** What a second launch does to the program that runs. */
+class InstanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void command_actsOnTheRunningProgram()
+    {
+        InstanceFixture fixture;
+        const char *const absent = "glimmerpane: Glimmerpane is not running.\n";
+        fixture.command("--status", 1, absent);
+        fixture.command("--area 1,2,3x4 --stop", 1, absent);
+        QVERIFY(fixture.launch());
+        fixture.command("--status", 0,
+                        R"({"area":{"x":400.0,"y":300.0,"width":600.0,"height":400.0},)"
+                        R"("sharing":false,"framesPerSecond":0,"drops":0})");
+
+        fixture.command("--share", 0);
+        QVERIFY(fixture.showsArea(area));
+        const auto window = required(ColorWindow::show(fixture.client, {.rectangle = area}));
+        QVERIFY(fixture.showsArea(area));
+        QByteArray said;
+        QCOMPARE(fixture.launchAgain({QStringLiteral("--status")}, &said), 0);
+        QVERIFY2(said.contains("true") && !said.contains("Second\":0,"), said);
+        fixture.command("--share --output-window=unlisted", 0);
+        fixture.command("--output-window=managed", 1, "another output window");
+        fixture.command("--select", 1, "cannot be selected");
+        fixture.command("--area=10,20,300x200 --stop --status", 0, R"("width":300.0)");
+        QVERIFY(!fixture.outputWindow());
+        QCOMPARE(fixture.savedArea(), (CaptureFrame{10, 20, 300, 200}));
+
+        fixture.command("--area=400,300,600x400 --select", 0);
+        QVERIFY(fixture.becomes(area));
+        fixture.command("--select", 0);
+        fixture.command("--share", 1, "just being selected");
+        fixture.confirm();
+        QVERIFY(fixture.becomes(std::nullopt));
+        fixture.command("--area=1,2,3", 2, "'1,2,3' is not an area");
+
+        fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
+        fixture.command("--share", 1, "waits for its answer");
+    }
+
+    void select_startsTheProgram_whereNoneRuns()
+    {
+        InstanceFixture fixture;
+        fixture.start({areaOption, QStringLiteral("--select")});
+        QVERIFY(fixture.becomes(area));
+    }
+
+    void launchesAtOnce_leaveOneProgram()
+    {
+        InstanceFixture fixture;
+        std::vector<ChildProcess> programs;
+        for (int i = 0; i < 4; ++i) {
+            fixture.start();
+            programs.push_back(std::move(fixture.program));
+        }
+        const auto running
+            = [&] { return std::ranges::count_if(programs, &ChildProcess::isRunning); };
+        QVERIFY(waitFor([&] { return running() == 1; }, patience));
+        for (ChildProcess &program : programs) {
+            QVERIFY2(program.isRunning() || program.exitCode() == 0, program.output());
+        }
+        fixture.command("--status", 0, "area");
+    }
+};
+
+QTEST_GUILESS_MAIN(InstanceTest)
+#include "InstanceTest.moc"
