@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/Commands.h"
 
+#include "app/Log.h"
 #include "app/MainViewModel.h"
 #include "storage/Json.h"
 
@@ -19,6 +20,7 @@ Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
 
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
+    qCInfo(appLog) << "another launch hands over" << command.arguments;
     const auto options = launchOptions(command.arguments);
     if (!options) {
         reply(CommandResult::failure(options.error(), ExitCode::Misused));

@@ -2,6 +2,7 @@
 #include "app/GlimmerpaneShareApp.h"
 
 #include "app/AppCoordinator.h"
+#include "app/Log.h"
 #include "app/UnixSignals.h"
 #include "capture/ScreenCaptureService.h"
 #include "platform/x11/X11Desktop.h"
@@ -133,6 +134,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
     QApplication application(argc, argv);
     QApplication::setWindowIcon(windowIcon());
+    qCInfo(appLog, "glimmerpane %s, Qt %s", version, qVersion());
     quitOnSignals(&application);
     if (const auto code = runEventLoop(options, makeUpdateRepository)) {
         return *code;
@@ -172,7 +174,7 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
         scheduleUpdateCheck();
     }
     window_.show();
-    commands_.obey(options, [](const CommandResult &) { });
+    commands_.obey(options, [](const CommandResult &result) { print(result); });
 }
 
 void GlimmerpaneShareApp::bringForward(const QString &startupId)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/MainViewModel.h"
 
+#include "app/Log.h"
 #include "app/NumberText.h"
 #include "platform/Desktop.h"
 
@@ -171,6 +172,7 @@ QCoro::Task<> MainViewModel::startSharing()
     if (content) {
         openSharingWindow();
     } else {
+        qCInfo(appLog, "the screen cannot be shared: %s", qPrintable(content.error().log));
         Q_EMIT startEnded(content.error().text);
         showScreenRecordingPermissionAlert();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/ScreenCaptureService.h"
 
+#include "capture/Log.h"
 #include "capture/SharingWindow.h"
 #include "platform/Palette.h"
 
@@ -118,6 +119,8 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     if (!started) {
         co_return failure(started.error());
     }
+    qCInfo(captureLog) << "captures" << frame.width << "x" << frame.height << "points at" << frame.x
+                       << frame.y;
     stream_ = stream;
     display_ = {.pixels = content->displays.front().pixels, .scale = desktop_.scaleFactor()};
     installClickMonitor();
@@ -176,6 +179,7 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
             .didStopWithError =
                 [=](const Error &) {
                     onMainThread([=] {
+                        qCInfo(captureLog, "the stream has ended by itself");
                         if (self && self->run_ == run && self->onCaptureEnded_) {
                             self->onCaptureEnded_();
                         }
@@ -193,6 +197,7 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
         frames_.show(std::chrono::steady_clock::now());
     } else {
         frames_.drop();
+        qCDebug(captureLog, "the server is not done with the frame before, so one is dropped");
         stream.returnSampleBuffer(sample);
     }
 }
@@ -235,6 +240,7 @@ void ScreenCaptureService::stopCapture()
     captureFrame_ = {};
     frames_ = {};
     if (stream_) {
+        qCInfo(captureLog, "stops");
         stopInBackground(std::exchange(stream_, nullptr));
     }
 }

@@ -3,6 +3,7 @@
 
 #include "platform/Desktop.h"
 #include "platform/Palette.h"
+#include "selection/Log.h"
 
 #include <QGuiApplication>
 
@@ -67,9 +68,10 @@ FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
                                              display_.areaPixels(frame_),
                                              BorderView::glass(display_.scale));
     if (!window) {
-        qWarning("The selector cannot open: %s", qPrintable(window.error().log));
+        qCWarning(selectionLog, "The selector cannot open: %s", qPrintable(window.error().log));
         return;
     }
+    qCInfo(selectionLog) << "selector over" << display_.areaPixels(frame_) << "root pixels";
     window_ = std::move(*window);
     window_->onPointer = [this](const PointerEvent &event) { handle(event); };
     window_->onLost = [this] { close(); };

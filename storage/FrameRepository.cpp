@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/FrameRepository.h"
 
+#include "storage/Log.h"
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
@@ -55,6 +56,7 @@ std::optional<CaptureFrame> FrameRepository::load()
 {
     const QVariant value = userDefaults_->value(key_);
     if (value.typeId() != QMetaType::QByteArray) {
+        qCInfo(storageLog) << "no area in" << userDefaults_->fileName();
         return std::nullopt;
     }
     return captureFrameFromJson(value.toByteArray());
@@ -66,6 +68,9 @@ void FrameRepository::save(const CaptureFrame &frame)
     if (json && hasRoomFor(*userDefaults_) && isUnlocked(*userDefaults_)) {
         userDefaults_->setValue(key_, *json);
         userDefaults_->sync();
+        qCInfo(storageLog, "saves %s", json->constData());
+    } else {
+        qCInfo(storageLog) << "cannot save an area in" << userDefaults_->fileName();
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/Palette.h"
 #include "ui/FlatStyle.h"
+#include "ui/Log.h"
 #include "ui/Theme.h"
 
 #include <QApplication>
@@ -31,6 +32,7 @@ Appearance::Appearance()
 
 void Appearance::apply(ColorScheme scheme)
 {
+    qCInfo(uiLog) << "the desktop's color scheme is now" << static_cast<int>(scheme);
     QApplication::setPalette(QPalette()); // back to the platform's own
     const bool isDarkNow = isDark(QApplication::palette());
     if (scheme == ColorScheme::Dark && !isDarkNow) {

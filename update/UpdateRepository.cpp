@@ -2,6 +2,7 @@
 #include "update/UpdateRepository.h"
 
 #include "update/HttpsPost.h"
+#include "update/Log.h"
 #include "update/UpdateAnswer.h"
 #include "update/UpdateError.h"
 
@@ -42,6 +43,7 @@ QCoro::Task<UpdateRepositoryProtocol::CheckResult> UpdateRepository::checkForUpd
     if (!isUsable(url)) {
         co_return failed({.kind = Case::invalidURL});
     }
+    qCInfo(updateLog) << "asks" << url.host();
     const HttpsPost post({.url = url,
                           .contentType = "application/json",
                           .body = updateQuestion(serialNumber, appVersion),
@@ -56,6 +58,7 @@ QCoro::Task<UpdateRepositoryProtocol::CheckResult> UpdateRepository::checkForUpd
     if (!answer->status) {
         co_return failed({.kind = Case::invalidResponse});
     }
+    qCInfo(updateLog) << "answer with status" << *answer->status;
     constexpr int ok = 200;
     if (*answer->status != ok) {
         co_return failed({.kind = Case::httpError, .statusCode = *answer->status});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/CaptureLoop.h"
 
+#include "platform/Log.h"
 #include "platform/x11/Monitors.h"
 
 #include <QVarLengthArray>
@@ -193,6 +194,7 @@ void CaptureLoop::checkGeometry()
 void CaptureLoop::end(Error error)
 {
     isRunning_ = false;
+    qCInfo(platformLog, "capture ends by itself: %s", qPrintable(error.log));
     handlers_.didStopWithError(std::move(error));
 }
 
@@ -225,6 +227,7 @@ void CaptureLoop::look()
         return;
     }
     shownPointer_ = sample.pointer;
+    qCDebug(platformLog) << "frame of" << sample.changed;
     if (!sample.changed.isEmpty()) {
         pacer_.pictureShown(sample.time);
     }

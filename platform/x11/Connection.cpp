@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/Connection.h"
 
+#include "platform/Log.h"
 #include <xcb/composite.h>
 #include <xcb/damage.h>
 #include <xcb/randr.h>
@@ -86,7 +87,8 @@ std::expected<Connection, Error> Connection::open(const QByteArray &display)
     Handle connection(xcb_connect(display.constData(), &screenNumber));
     if (const int code = xcb_connection_has_error(connection.get())) {
         return std::unexpected(
-            Error{.text = QStringLiteral("There is no X display here (DISPLAY is \"%1\").")
+            Error{.text = QStringLiteral("There is no X display here (DISPLAY is \"%1\"). Start "
+                                         "Glimmerpane in an X11 session.")
                               .arg(QString::fromLocal8Bit(display)),
                   .log = QStringLiteral("xcb_connect failed with code %1").arg(code)});
     }
@@ -102,6 +104,9 @@ Connection::Connection(Handle connection, int screenNumber)
         xcb_screen_next(&screens);
     }
     screen_ = screens.data;
+    const xcb_setup_t &setup = *xcb_get_setup(get());
+    qCDebug(platformLog, "X server: %.*s, release %u", xcb_setup_vendor_length(&setup),
+            xcb_setup_vendor(&setup), setup.release_number);
 }
 
 std::expected<void, Error> Connection::check(xcb_void_cookie_t request, const char *name) const
@@ -139,7 +144,8 @@ std::expected<Extensions, Error> requireExtensions(const Connection &connection)
                                       .arg(needed.minor);
             return std::unexpected(Error{
                 .text = QStringLiteral("The X server lacks the extension %1, or does not let this "
-                                       "program use it.")
+                                       "program use it. Enable it in the server's configuration; "
+                                       "over SSH, connect with ssh -Y.")
                             .arg(which),
                 .log = QStringLiteral("extension %1 is missing").arg(which)});
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/ManagedWindowX11.h"
 
+#include "platform/Log.h"
 #include "platform/x11/Compositing.h"
 #include "platform/x11/ManagerMessages.h"
 #include "platform/x11/WindowProperties.h"
@@ -89,7 +90,8 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
         return std::unexpected(opened.error());
     }
     if (const auto reason = hindrance(opened->connection)) {
-        qWarning("%s stays an unlisted window: %s.", qPrintable(title), qPrintable(*reason));
+        qCWarning(platformLog, "%s stays an unlisted window: %s.", qPrintable(title),
+                  qPrintable(*reason));
         return OffscreenWindowX11::create(title, origin, size);
     }
     auto window = std::make_unique<ManagedWindowX11>(std::move(*opened), size);
@@ -261,8 +263,9 @@ void ManagedWindowX11::hideAgain()
 void ManagedWindowX11::show()
 {
     isShown_ = true;
-    qWarning("The window manager keeps \"Glimmerpane - Output\" on the screen, and without a "
-             "compositor it cannot be hidden there. Keep it outside the area.");
+    qCWarning(platformLog,
+              "The window manager keeps \"Glimmerpane - Output\" on the screen, and without a "
+              "compositor it cannot be hidden there. Keep it outside the area.");
     for (const char *name : {"_NET_WM_WINDOW_OPACITY", "_MOTIF_WM_HINTS"}) {
         xcb_delete_property(connection_.get(), window_.get(), connection_.atom(name));
     }

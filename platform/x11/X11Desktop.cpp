@@ -37,10 +37,11 @@ std::expected<void, Error> readOnePixel(const Connection &connection)
     if (reply) {
         return {};
     }
-    return std::unexpected(
-        Error{.text = QStringLiteral("The X server does not let this program read the screen."),
-              .log = QStringLiteral("GetImage of the root failed with X error %1")
-                         .arg(refusal ? refusal->error_code : 0)});
+    return std::unexpected(Error{
+        .text = QStringLiteral("The X server does not let this program read the screen. Over SSH, "
+                               "connect with ssh -Y."),
+        .log = QStringLiteral("GetImage of the root failed with X error %1")
+                   .arg(refusal ? refusal->error_code : 0)});
 }
 
 /** An X server inside a Wayland session has the extension XWAYLAND, or outputs of that name. */

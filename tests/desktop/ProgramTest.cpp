@@ -143,6 +143,23 @@ private Q_SLOTS:
         QCOMPARE(fixture.savedArea(), frame);
     }
 
+    void failedStart_saysWhatIsMissing()
+    {
+        const auto server = required(XvfbServer::start(
+            {.arguments = {QStringLiteral("-extension"), QStringLiteral("Composite")}}));
+        auto environment = server.environment();
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.app.info=true"));
+        const auto program
+            = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                            .arguments = {QStringLiteral("--share")},
+                                            .environment = environment}));
+        for (const char *text :
+             {"glimmerpane.app: the screen cannot be shared: extension Composite",
+              "glimmerpane: The X server lacks the extension Composite", "connect with ssh -Y"}) {
+            QVERIFY2(waitFor([&] { return program.output().contains(text); }, patience), text);
+        }
+    }
+
     void commandLine_isAnswered_withoutADisplay()
     {
         using Row = std::tuple<QStringList, int, QByteArray>;
