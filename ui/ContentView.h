@@ -18,6 +18,7 @@ namespace glimmerpane
 class ActionButton;
 class EmptyArea;
 class MainViewModel;
+class SelectableLine;
 
 /**
  * The whole content of the main window: shows the view model and turns every command into a call.
@@ -36,6 +37,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void createWidgets();
@@ -48,6 +50,8 @@ private:
     void scheduleRefresh();
     void refresh();
     void refreshButtons();
+    void restoreFocus();
+    ActionButton *firstUsableButton() const;
     void refreshIdentity();
     void followFrame();
     void commitEdit(std::size_t field);
@@ -56,7 +60,7 @@ private:
 
     MainViewModel &viewModel_;
     QLabel *title_;
-    QLabel *identity_;
+    SelectableLine *identity_;
     QFrame *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
@@ -64,10 +68,11 @@ private:
     ActionButton *stopButton_;
     AreaEditor *editor_;
     EmptyArea *emptyArea_;
-    QLabel *website_;
+    SelectableLine *website_;
 
     std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
     AreaEditor::Texts committedTexts_; ///< what the view model was last told
+    ActionButton *leftButton_ = nullptr; ///< had the focus until it was disabled
     bool isRefreshScheduled_ = false;
 };
 

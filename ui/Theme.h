@@ -24,6 +24,7 @@ struct Theme {
     QColor fieldBorder;
     QColor accent;
     QColor onAccent; ///< a label on the accent colour
+    QColor focusRing; ///< seen (3 : 1) on the window and in fields
     QColor danger;
     QColor onDanger;
 };
