@@ -143,8 +143,7 @@ void AreaEditor::setColors(const Theme &theme)
     }
     for (QLineEdit *field : fields_) {
         QPalette palette;
-        palette.setColor(QPalette::Highlight, theme.accent);
-        palette.setColor(QPalette::HighlightedText, theme.onAccent);
+        setSelectionColors(palette, theme);
         palette.setColor(QPalette::PlaceholderText, theme.secondaryText);
         field->setPalette(palette);
     }

@@ -10,7 +10,6 @@
 
 #include <QApplication>
 #include <QEvent>
-#include <QFrame>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -84,8 +83,7 @@ void ContentView::createWidgets()
     title_->setObjectName(QStringLiteral("title"));
     identity_ = new SelectableLine;
     identity_->setObjectName(QStringLiteral("identity"));
-    divider_ = new QFrame;
-    divider_->setFrameShape(QFrame::NoFrame);
+    divider_ = new QWidget;
     divider_->setAutoFillBackground(true);
     divider_->setFixedHeight(1);
     startButton_ = new ActionButton(QStringLiteral("&Start sharing"), Emphasis::Accent);

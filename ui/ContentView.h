@@ -8,7 +8,6 @@
 
 #include <optional>
 
-class QFrame;
 class QLabel;
 class QVBoxLayout;
 
@@ -61,7 +60,7 @@ private:
     MainViewModel &viewModel_;
     QLabel *title_;
     SelectableLine *identity_;
-    QFrame *divider_;
+    QWidget *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
     ActionButton *resetAreaButton_;

@@ -24,8 +24,7 @@ void SelectableLine::setColors(const Theme &theme)
 {
     QPalette palette;
     palette.setColor(QPalette::WindowText, theme.secondaryText);
-    palette.setColor(QPalette::Highlight, theme.accent);
-    palette.setColor(QPalette::HighlightedText, theme.onAccent);
+    setSelectionColors(palette, theme);
     setPalette(palette);
     ring_ = theme.focusRing;
 }

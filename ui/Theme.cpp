@@ -122,4 +122,10 @@ Theme themeFor(const QPalette &palette)
     return theme;
 }
 
+void setSelectionColors(QPalette &palette, const Theme &theme)
+{
+    palette.setColor(QPalette::Highlight, theme.accent);
+    palette.setColor(QPalette::HighlightedText, theme.onAccent);
+}
+
 } // namespace glimmerpane

@@ -31,6 +31,9 @@ struct Theme {
 
 Theme themeFor(const QPalette &palette);
 
+/** Selected text in the theme's colours; what the platform has need not be readable. */
+void setSelectionColors(QPalette &palette, const Theme &theme);
+
 /** For a desktop that wants dark colours while the platform's palette is light. */
 QPalette darkPalette();
 /** The reverse. */
