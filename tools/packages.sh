@@ -17,7 +17,7 @@ demo_packages=(xvfb openbox fonts-dejavu-core)
 test_packages=(
     "${demo_packages[@]}"
     xfwm4 metacity i3-wm icewm fluxbox
-    picom x11-xserver-utils dbus locales openssl chromium chromium-driver
+    picom x11-xserver-utils dbus at-spi2-core locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
     x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
 )

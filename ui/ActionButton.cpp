@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ActionButton.h"
 
+#include <QKeyEvent>
+
 #include <algorithm>
 
 namespace glimmerpane
@@ -10,11 +12,18 @@ ActionButton::ActionButton(const QString &label, Emphasis emphasis)
     : QPushButton(label)
     , emphasis_(emphasis)
 {
-    setAccessibleName(label);
     setFocusPolicy(Qt::TabFocus);
     setAutoDefault(true); // Return presses the focused button, as the space bar does
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAttribute(Qt::WA_Hover);
+}
+
+void ActionButton::keyPressEvent(QKeyEvent *event)
+{
+    // A key that is held would press what takes this button's place as well.
+    if (!event->isAutoRepeat() || event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
+        QPushButton::keyPressEvent(event);
+    }
 }
 
 QSize ActionButton::sizeHint() const

@@ -18,10 +18,14 @@ public:
         Danger, ///< filled with red; like every button grey while it is disabled
     };
 
+    /** The label names its mnemonic by an ampersand. */
     ActionButton(const QString &label, Emphasis emphasis);
 
     Emphasis emphasis() const { return emphasis_; }
     QSize sizeHint() const override;
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     const Emphasis emphasis_;

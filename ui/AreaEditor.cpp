@@ -4,10 +4,12 @@
 #include "ui/Theme.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScopedValueRollback>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace glimmerpane
@@ -23,10 +25,10 @@ struct Field {
 
 std::array<Field, 4> fieldDescriptions()
 {
-    return {Field{QStringLiteral("Position X"), QStringLiteral("xField")},
-            Field{QStringLiteral("Position Y"), QStringLiteral("yField")},
-            Field{QStringLiteral("Width"), QStringLiteral("widthField")},
-            Field{QStringLiteral("Height"), QStringLiteral("heightField")}};
+    return {Field{QStringLiteral("Position &X"), QStringLiteral("xField")},
+            Field{QStringLiteral("Position &Y"), QStringLiteral("yField")},
+            Field{QStringLiteral("&Width"), QStringLiteral("widthField")},
+            Field{QStringLiteral("&Height"), QStringLiteral("heightField")}};
 }
 
 /** Half goes to the even number, and the sign of zero stays. */
@@ -41,7 +43,6 @@ QLineEdit *makeField(const Field &description)
 {
     auto *field = new QLineEdit;
     field->setObjectName(description.objectName);
-    field->setAccessibleName(description.label);
     field->setPlaceholderText(QStringLiteral("0"));
     field->setFocusPolicy(Qt::ClickFocus);
     field->setTextMargins(5, 2, 5, 2);
@@ -56,6 +57,7 @@ AreaEditor::AreaEditor()
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         captions_[i] = new QLabel(descriptions[i].label);
         fields_[i] = makeField(descriptions[i]);
+        captions_[i]->setBuddy(fields_[i]);
         connect(fields_[i], &QLineEdit::textChanged, this, [this, i] {
             if (!isShowingFrame_) {
                 Q_EMIT textEdited(i);
@@ -101,6 +103,30 @@ void AreaEditor::showFrame(const CaptureFrame &frame, std::optional<std::size_t>
     }
 }
 
+/** Qt asks the parent of the field that Tab was typed in. The fields are in no other chain. */
+bool AreaEditor::focusNextPrevChild(bool next)
+{
+    const auto *const current = std::ranges::find(fields_, window()->focusWidget());
+    const auto *const end = next ? fields_.end() - 1 : fields_.begin();
+    if (current == fields_.end() || current == end) {
+        return QWidget::focusNextPrevChild(next);
+    }
+    QLineEdit *const neighbour = next ? current[1] : current[-1];
+    neighbour->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+/** What the fields leave over. */
+void AreaEditor::keyPressEvent(QKeyEvent *event)
+{
+    const int key = event->key();
+    if (key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter) {
+        Q_EMIT editingEnded();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
 void AreaEditor::setCaptionFont(const QFont &font)
 {
     for (QLabel *caption : captions_) {
@@ -117,8 +143,7 @@ void AreaEditor::setColors(const Theme &theme)
     }
     for (QLineEdit *field : fields_) {
         QPalette palette;
-        palette.setColor(QPalette::Highlight, theme.accent);
-        palette.setColor(QPalette::HighlightedText, theme.onAccent);
+        setSelectionColors(palette, theme);
         palette.setColor(QPalette::PlaceholderText, theme.secondaryText);
         field->setPalette(palette);
     }

@@ -19,7 +19,10 @@ namespace glimmerpane
 
 struct Theme;
 
-/** The four numbers of the capture area as text fields. Never disabled, reached by clicking. */
+/**
+ * The four numbers of the capture area as text fields. Never disabled, reached by clicking or by
+ * the mnemonics of their captions; from there Tab goes through them.
+ */
 class AreaEditor : public QWidget
 {
     Q_OBJECT
@@ -40,6 +43,12 @@ public:
 Q_SIGNALS:
     /** Somebody changed the text of a field, by one keystroke for instance. */
     void textEdited(std::size_t field);
+    /** Escape or Return was typed in a field. */
+    void editingEnded();
+
+protected:
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
 private:
     QHBoxLayout *makeRow(std::size_t firstField);

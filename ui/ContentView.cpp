@@ -4,12 +4,12 @@
 #include "app/MainViewModel.h"
 #include "ui/ActionButton.h"
 #include "ui/EmptyArea.h"
+#include "ui/SelectableLine.h"
 #include "ui/Theme.h"
 #include "update/DeviceIdentity.h"
 
 #include <QApplication>
 #include <QEvent>
-#include <QFrame>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -27,16 +27,14 @@ namespace
 constexpr int contentWidth = 320;
 constexpr int smallestHeight = 440;
 constexpr int sideMargin = 20;
-constexpr int titleWidth = 192; // leaves room for the window's own buttons beside it
+constexpr int roomBesideTitle = 128; // for the window's own buttons, on both sides
 
-QLabel *makeSelectableLabel(const QString &objectName)
+/** Grows with fonts that are larger than what desktops have as their normal one. */
+int widthFor(const QFont &font)
 {
-    auto *label = new QLabel;
-    label->setObjectName(objectName);
-    label->setTextFormat(Qt::PlainText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setCursor(Qt::IBeamCursor);
-    return label;
+    constexpr double largestNormal = 15; // pixels, which are 11 points
+    const double growth = QFontInfo(font).pixelSize() / largestNormal;
+    return static_cast<int>(std::lround(contentWidth * std::max(1.0, growth)));
 }
 
 QFont scaled(QFont font, double factor)
@@ -54,13 +52,6 @@ QFont fitted(const QFont &font, const QString &text, int width)
 {
     const int needed = QFontMetrics(font).horizontalAdvance(text);
     return needed > width ? scaled(font, static_cast<double>(width) / needed) : font;
-}
-
-void setTextColor(QWidget &widget, const QColor &color)
-{
-    QPalette palette;
-    palette.setColor(QPalette::WindowText, color);
-    widget.setPalette(palette);
 }
 
 /** Equal by value. Not-a-number is no change from itself, or following it would never end. */
@@ -90,39 +81,38 @@ void ContentView::createWidgets()
     using Emphasis = ActionButton::Emphasis;
     title_ = new QLabel(QStringLiteral("Glimmerpane share"));
     title_->setObjectName(QStringLiteral("title"));
-    identity_ = makeSelectableLabel(QStringLiteral("identity"));
-    divider_ = new QFrame;
-    divider_->setFrameShape(QFrame::NoFrame);
+    identity_ = new SelectableLine;
+    identity_->setObjectName(QStringLiteral("identity"));
+    divider_ = new QWidget;
     divider_->setAutoFillBackground(true);
     divider_->setFixedHeight(1);
-    startButton_ = new ActionButton(QStringLiteral("Start sharing"), Emphasis::Accent);
+    startButton_ = new ActionButton(QStringLiteral("&Start sharing"), Emphasis::Accent);
     startButton_->setObjectName(QStringLiteral("startButton"));
-    setAreaButton_ = new ActionButton(QStringLiteral("Set area"), Emphasis::Plain);
+    setAreaButton_ = new ActionButton(QStringLiteral("Set &area"), Emphasis::Plain);
     setAreaButton_->setObjectName(QStringLiteral("setAreaButton"));
-    resetAreaButton_ = new ActionButton(QStringLiteral("Reset area"), Emphasis::Plain);
+    resetAreaButton_ = new ActionButton(QStringLiteral("&Reset area"), Emphasis::Plain);
     resetAreaButton_->setObjectName(QStringLiteral("resetAreaButton"));
-    stopButton_ = new ActionButton(QStringLiteral("Stop sharing"), Emphasis::Danger);
+    stopButton_ = new ActionButton(QStringLiteral("Sto&p sharing"), Emphasis::Danger);
     stopButton_->setObjectName(QStringLiteral("stopButton"));
     editor_ = new AreaEditor;
     emptyArea_ = new EmptyArea;
     emptyArea_->setObjectName(QStringLiteral("emptyArea"));
-    website_ = makeSelectableLabel(QStringLiteral("website"));
+    website_ = new SelectableLine;
+    website_->setObjectName(QStringLiteral("website"));
     website_->setText(QStringLiteral("https://glimmerpane.example"));
     refreshIdentity();
 }
 
 void ContentView::layOut()
 {
-    setFixedWidth(contentWidth);
-    setMinimumHeight(smallestHeight);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(0);
     column->addSpacing(12);
     column->addWidget(title_, 0, Qt::AlignHCenter);
-    column->addSpacing(5);
+    column->addSpacing(5 - SelectableLine::ringRoom);
     column->addWidget(identity_, 0, Qt::AlignHCenter);
-    column->addSpacing(10);
+    column->addSpacing(10 - SelectableLine::ringRoom);
     column->addWidget(divider_);
     column->addSpacing(20);
     column->addLayout(makeCommandBlock());
@@ -133,7 +123,7 @@ void ContentView::layOut()
     column->addLayout(editorRow);
     column->addWidget(emptyArea_, 1); // with the 20 points above the next line
     column->addWidget(website_, 0, Qt::AlignHCenter);
-    column->addSpacing(20);
+    column->addSpacing(20 - SelectableLine::ringRoom);
 }
 
 QVBoxLayout *ContentView::makeCommandBlock() const
@@ -159,12 +149,14 @@ void ContentView::connectCommands()
             &MainViewModel::resetFrameSelector);
     connect(stopButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::stopSharing);
     connect(editor_, &AreaEditor::textEdited, this, &ContentView::commitEdit);
+    connect(editor_, &AreaEditor::editingEnded, this, &ContentView::endTextEditing);
     connect(emptyArea_, &EmptyArea::clicked, this, &ContentView::endTextEditing);
 }
 
 QSize ContentView::sizeHint() const
 {
-    return {contentWidth, std::max(smallestHeight, layout()->sizeHint().height())};
+    return {std::max(widthFor(font()), layout()->minimumSize().width()),
+            std::max(smallestHeight, layout()->sizeHint().height())};
 }
 
 void ContentView::showEvent(QShowEvent *event)
@@ -174,6 +166,8 @@ void ContentView::showEvent(QShowEvent *event)
         shownFrame_ = viewModel_.currentFrame();
         editor_->showFrame(*shownFrame_);
         scheduleRefresh();
+        // The first Tab goes to a command. Not earlier: Qt puts nothing at the very end of a chain.
+        setTabOrder(website_, identity_);
     }
 }
 
@@ -194,8 +188,9 @@ void ContentView::applyFonts()
     QFont titleFont = scaled(font(), titleScale);
     titleFont.setWeight(QFont::DemiBold);
     const QFont captionFont = scaled(font(), captionScale);
-    title_->setFont(fitted(titleFont, title_->text(), titleWidth));
-    identity_->setFont(fitted(captionFont, identity_->text(), contentWidth - sideMargin));
+    const int width = widthFor(font());
+    title_->setFont(fitted(titleFont, title_->text(), width - roomBesideTitle));
+    identity_->setFont(fitted(captionFont, identity_->text(), width - sideMargin));
     website_->setFont(captionFont);
     editor_->setCaptionFont(captionFont);
 }
@@ -203,8 +198,8 @@ void ContentView::applyFonts()
 void ContentView::applyColors()
 {
     const Theme theme = themeFor(palette());
-    setTextColor(*identity_, theme.secondaryText);
-    setTextColor(*website_, theme.secondaryText);
+    identity_->setColors(theme);
+    website_->setColors(theme);
     QPalette dividerPalette;
     dividerPalette.setColor(QPalette::Window, theme.divider);
     divider_->setPalette(dividerPalette);
@@ -236,11 +231,50 @@ void ContentView::refreshButtons()
                                                                  {resetAreaButton_, idle},
                                                                  {stopButton_, sharing}}};
     for (const auto &[button, enabled] : states) {
-        if (!enabled && button->hasFocus()) {
+        if (!enabled && window()->focusWidget() == button) {
+            leftButton_ = button;
             setFocus(); // else it would wander to another button, ready to be pressed by mistake
         }
+    }
+    for (const auto &[button, enabled] : states) {
         button->setEnabled(enabled);
     }
+    restoreFocus();
+}
+
+/** Who works by keyboard keeps a place: the button that was left, or one that can be used now. */
+void ContentView::restoreFocus()
+{
+    if (!leftButton_ || window()->focusWidget() != this) {
+        leftButton_ = nullptr; // the person has gone elsewhere
+        return;
+    }
+    ActionButton *const button = leftButton_->isEnabled() ? leftButton_ : firstUsableButton();
+    if (button) {
+        button->setFocus();
+        leftButton_ = nullptr;
+    }
+}
+
+ActionButton *ContentView::firstUsableButton() const
+{
+    for (ActionButton *button : {startButton_, setAreaButton_, resetAreaButton_, stopButton_}) {
+        if (button->isEnabled()) {
+            return button;
+        }
+    }
+    return nullptr;
+}
+
+/** From the last number one goes on to what is done with the area. */
+bool ContentView::focusNextPrevChild(bool next)
+{
+    ActionButton *const button = firstUsableButton();
+    if (next && button && editor_->isAncestorOf(window()->focusWidget())) {
+        button->setFocus(Qt::TabFocusReason);
+        return true;
+    }
+    return QWidget::focusNextPrevChild(next);
 }
 
 void ContentView::refreshIdentity()
@@ -290,6 +324,7 @@ void ContentView::commitTexts()
 void ContentView::endTextEditing()
 {
     if (QWidget *keyWindow = QApplication::activeWindow(); keyWindow && keyWindow->focusWidget()) {
+        leftButton_ = nullptr;
         setFocus(); // on nothing to type into; without any focus the next activation picks a button
     }
 }

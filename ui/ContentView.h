@@ -8,7 +8,6 @@
 
 #include <optional>
 
-class QFrame;
 class QLabel;
 class QVBoxLayout;
 
@@ -18,6 +17,7 @@ namespace glimmerpane
 class ActionButton;
 class EmptyArea;
 class MainViewModel;
+class SelectableLine;
 
 /**
  * The whole content of the main window: shows the view model and turns every command into a call.
@@ -36,6 +36,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void createWidgets();
@@ -48,6 +49,8 @@ private:
     void scheduleRefresh();
     void refresh();
     void refreshButtons();
+    void restoreFocus();
+    ActionButton *firstUsableButton() const;
     void refreshIdentity();
     void followFrame();
     void commitEdit(std::size_t field);
@@ -56,18 +59,19 @@ private:
 
     MainViewModel &viewModel_;
     QLabel *title_;
-    QLabel *identity_;
-    QFrame *divider_;
+    SelectableLine *identity_;
+    QWidget *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
     ActionButton *resetAreaButton_;
     ActionButton *stopButton_;
     AreaEditor *editor_;
     EmptyArea *emptyArea_;
-    QLabel *website_;
+    SelectableLine *website_;
 
     std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
     AreaEditor::Texts committedTexts_; ///< what the view model was last told
+    ActionButton *leftButton_ = nullptr; ///< had the focus until it was disabled
     bool isRefreshScheduled_ = false;
 };
 

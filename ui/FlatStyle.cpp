@@ -4,11 +4,14 @@
 #include "ui/ActionButton.h"
 #include "ui/Theme.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyleOptionButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace glimmerpane
 {
@@ -89,6 +92,33 @@ FlatStyle::FlatStyle(const QString &baseStyle)
 {
 }
 
+void FlatStyle::polish(QApplication *application)
+{
+    QProxyStyle::polish(application);
+    application->installEventFilter(this);
+}
+
+bool FlatStyle::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isAltKey = (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
+        && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Alt;
+    if (isAltKey) {
+        showMnemonics(event->type() == QEvent::KeyPress);
+    } else if (event->type() == QEvent::WindowDeactivate) { // the release goes to another program
+        showMnemonics(false);
+    }
+    return QProxyStyle::eventFilter(watched, event);
+}
+
+void FlatStyle::showMnemonics(bool shown)
+{
+    if (std::exchange(showsMnemonics_, shown) != shown) {
+        for (QWidget *widget : QApplication::allWidgets()) {
+            widget->update();
+        }
+    }
+}
+
 void FlatStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                             const QWidget *widget) const
 {
@@ -108,8 +138,7 @@ void FlatStyle::drawPushButton(const QStyleOptionButton &option, QPainter &paint
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     if (option.state.testFlag(State_HasFocus) && option.state.testFlag(State_KeyboardFocusChange)) {
-        const Theme theme = themeFor(option.palette);
-        const QColor ring = theme.isDark ? mixed(theme.accent, Qt::white, 0.45) : theme.accent;
+        const QColor ring = themeFor(option.palette).focusRing;
         drawBox(painter, rect, colors.fill, colors.innerRing, focusRingWidth * 2);
         drawBox(painter, rect, Qt::transparent, ring, focusRingWidth);
     } else {
@@ -134,8 +163,8 @@ void FlatStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
     const bool focused = option->state.testFlag(State_HasFocus);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
-    drawBox(*painter, QRectF(option->rect), theme.field, focused ? theme.accent : theme.fieldBorder,
-            focused ? focusRingWidth : 1);
+    drawBox(*painter, QRectF(option->rect), theme.field,
+            focused ? theme.focusRing : theme.fieldBorder, focused ? focusRingWidth : 1);
     painter->restore();
 }
 
@@ -157,6 +186,9 @@ int FlatStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidg
 {
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons) {
         return 0;
+    }
+    if (hint == SH_UnderlineShortcut) {
+        return showsMnemonics_ ? 1 : 0;
     }
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }

@@ -8,7 +8,10 @@ class QStyleOptionButton;
 namespace glimmerpane
 {
 
-/** Flat rounded buttons and text fields in the palette's colours, over any other style. */
+/**
+ * Flat rounded buttons and text fields in the palette's colours, over any other style. Underlines
+ * mnemonics while Alt is held.
+ */
 class FlatStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -16,6 +19,10 @@ class FlatStyle : public QProxyStyle
 public:
     /** `baseStyle` is the key of the style that draws all the rest. */
     explicit FlatStyle(const QString &baseStyle);
+
+    using QProxyStyle::polish;
+    void polish(QApplication *application) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
@@ -29,6 +36,9 @@ public:
 private:
     void drawPushButton(const QStyleOptionButton &option, QPainter &painter,
                         const QWidget *widget) const;
+    void showMnemonics(bool shown);
+
+    bool showsMnemonics_ = false;
 };
 
 } // namespace glimmerpane

@@ -5,6 +5,7 @@
 #include "ui/Theme.h"
 #include "ui/WindowControl.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -39,11 +40,19 @@ QRegion roundedRegion(QSize size)
     return region;
 }
 
+/** Qt takes nothing but a QMainWindow for a window, and hides the rest from screen readers. */
+QAccessibleInterface *accessibleWindow(const QString & /*className*/, QObject *object)
+{
+    auto *const window = qobject_cast<MainWindow *>(object);
+    return window ? new QAccessibleWidget(window, QAccessible::Window) : nullptr;
+}
+
 } // namespace
 
 MainWindow::MainWindow(MainViewModel &viewModel)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
 {
+    QAccessible::installFactory(accessibleWindow);
     setWindowTitle(QStringLiteral("Glimmerpane"));
     setObjectName(QStringLiteral("mainWindow"));
     auto *content = new ContentView(viewModel);

@@ -36,6 +36,11 @@ QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
 
 void styleTexts(const QMessageBox &box)
 {
+    QPalette palette;
+    setSelectionColors(palette, themeFor(box.palette()));
+    for (auto *text : box.findChildren<QLabel *>()) {
+        text->setPalette(palette);
+    }
     if (auto *headline = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_label"))) {
         QFont font = headline->font();
         font.setWeight(QFont::DemiBold);
@@ -61,6 +66,8 @@ int MessageBoxAlerts::runModal(const Alert &alert)
     box->setText(alert.messageText);
     box->setInformativeText(alert.informativeText);
     const auto buttons = addButtons(*box, alert.buttons);
+    box->setAccessibleName(alert.messageText);
+    box->setAccessibleDescription(alert.informativeText);
     styleTexts(*box);
     box->exec();
     if (!box) {

@@ -13,6 +13,7 @@ namespace
 {
 
 constexpr double readableContrast = 4.5;
+constexpr double seenContrast = 3;
 constexpr QRgb blue = 0xff1a6fd4;
 constexpr QRgb red = 0xffd13438;
 constexpr QRgb stockHighlight = 0xff308cc6; // what Qt has where nobody chose a colour
@@ -27,11 +28,11 @@ double luminance(const QColor &color)
 }
 
 /** The least emphasised colour on the way from `color` to `strongest` that can be read. */
-QColor readable(const QColor &color, const QColor &strongest, const QColor &background)
+QColor readable(const QColor &color, const QColor &strongest, const QColor &background,
+                double least = readableContrast)
 {
     QColor result = color;
-    for (double amount = 0; amount <= 1 && contrast(result, background) < readableContrast;
-         amount += 0.05) {
+    for (double amount = 0; amount <= 1 && contrast(result, background) < least; amount += 0.05) {
         result = mixed(color, strongest, amount);
     }
     return result;
@@ -114,9 +115,17 @@ Theme themeFor(const QPalette &palette)
     theme.fieldBorder = mixed(theme.window, theme.text, theme.isDark ? 0.26 : 0.3);
     theme.accent = accentOf(palette);
     theme.onAccent = labelOn(theme.accent);
+    const QColor ring = theme.isDark ? mixed(theme.accent, Qt::white, 0.45) : theme.accent;
+    theme.focusRing = readable(ring, theme.text, theme.window, seenContrast);
     theme.danger = QColor(red);
     theme.onDanger = Qt::white;
     return theme;
+}
+
+void setSelectionColors(QPalette &palette, const Theme &theme)
+{
+    palette.setColor(QPalette::Highlight, theme.accent);
+    palette.setColor(QPalette::HighlightedText, theme.onAccent);
 }
 
 } // namespace glimmerpane

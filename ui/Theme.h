@@ -24,11 +24,15 @@ struct Theme {
     QColor fieldBorder;
     QColor accent;
     QColor onAccent; ///< a label on the accent colour
+    QColor focusRing; ///< seen (3 : 1) on the window and in fields
     QColor danger;
     QColor onDanger;
 };
 
 Theme themeFor(const QPalette &palette);
+
+/** Selected text in the theme's colours; what the platform has need not be readable. */
+void setSelectionColors(QPalette &palette, const Theme &theme);
 
 /** For a desktop that wants dark colours while the platform's palette is light. */
 QPalette darkPalette();

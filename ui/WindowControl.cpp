@@ -47,7 +47,7 @@ void WindowControl::paintEvent(QPaintEvent * /*event*/)
 
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(hasRing ? QPen(theme.isDark ? theme.text : theme.accent, 2) : QPen(Qt::NoPen));
+    painter.setPen(hasRing ? QPen(theme.focusRing, 2) : QPen(Qt::NoPen));
     painter.setBrush(disc);
     painter.drawEllipse(QRectF(rect()).adjusted(1, 1, -1, -1));
 

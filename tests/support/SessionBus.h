@@ -12,13 +12,15 @@ class SessionBus
 {
 public:
     /** Returns once the bus accepts clients. */
-    static Result<SessionBus> start()
+    static Result<SessionBus> start(const QProcessEnvironment &environment
+                                    = QProcessEnvironment::systemEnvironment())
     {
         SessionBus bus;
         auto process = ChildProcess::start(
             {.program = QStringLiteral("dbus-daemon"),
              .arguments = {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                           QStringLiteral("--print-address")}});
+                           QStringLiteral("--print-address")},
+             .environment = environment});
         if (!process) {
             return failure(process.error());
         }

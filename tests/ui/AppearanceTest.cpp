@@ -80,6 +80,9 @@ private Q_SLOTS:
         for (const QPalette &palette :
              {QPalette(), lightPalette(), darkPalette(), paleHighlight, weakText}) {
             const Theme theme = themeFor(palette);
+            for (const QColor &around : {theme.window, theme.field, theme.control}) {
+                QVERIFY2(contrast(theme.focusRing, around) >= 3, qPrintable(around.name()));
+            }
             const std::pair<QColor, QColor> texts[]{
                 {theme.text, theme.window},
                 {theme.text, theme.control},

@@ -67,6 +67,37 @@ private Q_SLOTS:
         QCOMPARE(modality, Qt::ApplicationModal);
         delete parent;
     }
+
+    void alert_cutsNothingOff_whateverTheFontSize()
+    {
+        const QFont normal = QApplication::font();
+        for (const int scale : {1, 2}) {
+            QFont font = normal;
+            font.setPointSizeF(normal.pointSizeF() * scale);
+            QApplication::setFont(font);
+            int looked = 0;
+            QTimer::singleShot(0, this, [&looked] {
+                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                for (const auto *part : box->findChildren<QWidget *>()) {
+                    const bool wraps = part->hasHeightForWidth();
+                    const QSize needed = wraps ? QSize(part->minimumSizeHint().width(),
+                                                       part->heightForWidth(part->width()))
+                                               : part->sizeHint();
+                    const QRect place(part->mapTo(box, QPoint()), part->size());
+                    const bool fits = part->size().expandedTo(needed) == part->size();
+                    QVERIFY2(fits && box->rect().contains(place), qPrintable(part->objectName()));
+                    ++looked;
+                }
+                box->hide();
+            });
+            MessageBoxAlerts().runModal(
+                {.messageText = QStringLiteral("Screen Recording Permission"),
+                 .informativeText = QStringLiteral("Permit it in the settings. ").repeated(9),
+                 .buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")}});
+            QVERIFY(looked >= 5); // icon, two texts, two buttons
+        }
+        QApplication::setFont(normal);
+    }
 };
 
 int main(int argc, char **argv)
