@@ -17,7 +17,7 @@ struct Alert {
     QString messageText;
     QString informativeText;
     Style style = Style::Warning;
-    QStringList buttons; ///< the first is the default
+    QStringList buttons; ///< the first is the default, Escape presses the last
 };
 
 /** Shows alerts. Main thread. */

@@ -27,7 +27,7 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
         return;
     }
     if (options->outputWindow.value_or(outputWindow_) != outputWindow_) {
-        reply(CommandResult::failure(QStringLiteral(
+        reply(CommandResult::failure(tr(
             "Glimmerpane runs with another output window. Quit it to choose the window's kind.")));
         return;
     }
@@ -47,7 +47,7 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
         reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
     };
     if ((options.share || options.select) && model_.isAlertShown()) {
-        reply(CommandResult::failure(QStringLiteral("A message waits for its answer.")));
+        reply(CommandResult::failure(tr("A message waits for its answer.")));
     } else if (options.share) {
         share(done);
     } else if (options.stop) {
@@ -62,7 +62,7 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
 void Commands::share(const Reply &reply)
 {
     if (model_.isFrameSelectorOpen()) {
-        reply(CommandResult::failure(QStringLiteral("The area is just being selected.")));
+        reply(CommandResult::failure(tr("The area is just being selected.")));
     } else if (model_.isSharingWindowOpen()) {
         reply({});
     } else {
@@ -92,8 +92,7 @@ void Commands::stop(const Reply &reply)
 void Commands::select(const Reply &reply)
 {
     if (model_.isSharingWindowOpen()) {
-        reply(CommandResult::failure(
-            QStringLiteral("The area cannot be selected while it is shared.")));
+        reply(CommandResult::failure(tr("The area cannot be selected while it is shared.")));
         return;
     }
     model_.openFrameSelector();

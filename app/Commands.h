@@ -16,6 +16,8 @@ class MainViewModel;
 /** Does what a command line asks of the running program. Main thread. */
 class Commands : public QObject
 {
+    Q_OBJECT
+
 public:
     using Reply = InstanceBus::Reply;
 

@@ -7,6 +7,7 @@
 #include "capture/ScreenCaptureService.h"
 #include "platform/x11/X11Desktop.h"
 #include "storage/FrameRepository.h"
+#include "translations/Translations.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -99,26 +100,32 @@ std::optional<int> runEventLoop(const LaunchOptions &options,
     return code;
 }
 
-/** What has to be known before the first window; nothing where the program can go on to show it. */
-std::optional<CommandResult> settle(const LaunchOptions &options, const CommandLine &commandLine)
+/** What is settled without a window, or the options to go on with. */
+std::expected<LaunchOptions, CommandResult> settle(const CommandLine &commandLine)
 {
-    if (options.help || options.version) {
-        return CommandResult{.exitCode = ExitCode::Succeeded,
-                             .output = options.help
-                                 ? helpText().chopped(1)
-                                 : QStringLiteral("glimmerpane ") + QString::fromLatin1(version),
-                             .error = {}};
+    const auto parsed = launchOptions(commandLine.arguments);
+    if (!parsed) {
+        return std::unexpected(CommandResult::failure(parsed.error(), ExitCode::Misused));
     }
-    if (auto result = handOver(commandLine)) {
-        return result;
+    const LaunchOptions &options = *parsed;
+    if (options.help || options.version) {
+        return std::unexpected(CommandResult{.exitCode = ExitCode::Succeeded,
+                                             .output = options.help ? helpText().chopped(1)
+                                                                    : QStringLiteral("glimmerpane ")
+                                                     + QString::fromLatin1(version),
+                                             .error = {}});
+    }
+    if (const auto result = handOver(commandLine)) {
+        return std::unexpected(*result);
     }
     if (options.stop || options.status) {
-        return CommandResult::failure(QStringLiteral("Glimmerpane is not running."));
+        return std::unexpected(
+            CommandResult::failure(LaunchOptions::tr("Glimmerpane is not running.")));
     }
     if (const auto display = x11::checkDisplay(); !display) {
-        return CommandResult::failure(display.error().text);
+        return std::unexpected(CommandResult::failure(display.error().text));
     }
-    return std::nullopt;
+    return options;
 }
 
 int runApplication(int argc, char **argv, const LaunchOptions &options,
@@ -133,6 +140,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
     QApplication application(argc, argv);
+    installTranslations();
     QApplication::setWindowIcon(windowIcon());
     qCInfo(appLog, "glimmerpane %s, Qt %s", version, qVersion());
     quitOnSignals(&application);
@@ -141,7 +149,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     }
     return print(handOver(commandLine)
                      .value_or(CommandResult::failure(
-                         QStringLiteral("The running Glimmerpane has just ended."))));
+                         LaunchOptions::tr("The running Glimmerpane has just ended."))));
 }
 
 } // namespace
@@ -205,12 +213,14 @@ int runGlimmerpane(int argc, char **argv,
 {
     const CommandLine commandLine{.arguments = argumentsOf(argc, argv),
                                   .startupId = qEnvironmentVariable("DESKTOP_STARTUP_ID")};
-    const auto options = launchOptions(commandLine.arguments);
+    const auto options = [&] {
+        // It translates, and unlike that of the windows it needs no display.
+        const QCoreApplication application(argc, argv);
+        installTranslations();
+        return settle(commandLine);
+    }();
     if (!options) {
-        return print(CommandResult::failure(options.error(), ExitCode::Misused));
-    }
-    if (const auto result = settle(*options, commandLine)) {
-        leave(print(*result)); // no application object has taken down the bus's thread
+        leave(print(options.error())); // the bus's thread may run still
     }
     return runApplication(argc, argv, *options, commandLine, makeUpdateRepository);
 }

@@ -40,8 +40,8 @@ CommandResult resultOf(const QDBusMessage &reply)
                 .output = values[1].toString(),
                 .error = values[2].toString()};
     }
-    return CommandResult::failure(QStringLiteral("Glimmerpane runs but does not answer: ")
-                                  + reply.errorMessage());
+    return CommandResult::failure(
+        InstanceBus::tr("Glimmerpane runs but does not answer: %1").arg(reply.errorMessage()));
 }
 
 bool isNobodyThere(const QDBusMessage &reply)
@@ -57,7 +57,8 @@ std::optional<CommandResult> handOver(const CommandLine &command)
     if (!isSessionBusThere()) {
         return std::nullopt;
     }
-    // A connection of its own, because the shared one has to be made by an application object.
+    // A connection of its own, because the shared one belongs to the application object of the
+    // windows.
     const QString connectionName = QStringLiteral("handOver");
     const auto disconnect
         = qScopeGuard([&] { QDBusConnection::disconnectFromBus(connectionName); });

@@ -63,12 +63,12 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         return oneLine(parser.errorText());
     }
     if (!parser.positionalArguments().isEmpty()) {
-        return oneLine(
-            QStringLiteral("Unexpected argument '%1'.").arg(parser.positionalArguments().front()));
+        return oneLine(LaunchOptions::tr("Unexpected argument '%1'.")
+                           .arg(parser.positionalArguments().front()));
     }
     if (parser.isSet(share) + parser.isSet(stop) + parser.isSet(select) > 1) {
-        return oneLine(
-            QStringLiteral("Only one of --share, --stop and --select can be asked for at once."));
+        return oneLine(LaunchOptions::tr(
+            "Only one of --share, --stop and --select can be asked for at once."));
     }
     LaunchOptions options{.area = std::nullopt,
                           .share = parser.isSet(share),
@@ -82,7 +82,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         options.area = areaTexts(parser.value(area));
         if (!options.area) {
             return oneLine(
-                QStringLiteral("'%1' is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.")
+                LaunchOptions::tr("'%1' is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.")
                     .arg(parser.value(area)));
         }
     }
@@ -93,9 +93,9 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         } else if (kind == u"unlisted") {
             options.outputWindow = OffscreenWindowKind::Unlisted;
         } else {
-            return oneLine(
-                QStringLiteral("'%1' is no kind of output window. It must be managed or unlisted.")
-                    .arg(kind));
+            return oneLine(LaunchOptions::tr(
+                               "'%1' is no kind of output window. It must be managed or unlisted.")
+                               .arg(kind));
         }
     }
     return options;
@@ -103,7 +103,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
 
 QString helpText()
 {
-    return QStringLiteral(
+    return LaunchOptions::tr(
         "Usage: glimmerpane [options]\n"
         "Shares a part of the screen in a video call: share the window\n"
         "\"Glimmerpane - Output\" there.\n"

@@ -3,6 +3,7 @@
 
 #include "platform/OffscreenWindow.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -27,6 +28,8 @@ struct LaunchOptions {
 
     /** Whether there is anything to do but to show the main window. */
     bool asksForSomething() const { return area || share || stop || select || status; }
+
+    Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)
 };
 
 /** Reads the arguments after the program's name. The error is one line for a person. */

@@ -32,18 +32,18 @@ constexpr qsizetype longestVersionShown = 60; ///< letters; the service names it
 std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
 {
     if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
-        return QStringLiteral("The width and the height of the area must be finite numbers.");
+        return MainViewModel::tr("The width and the height of the area must be finite numbers.");
     }
     if (std::isnan(frame.x) || std::isnan(frame.y)) {
-        return QStringLiteral("The position of the area must be two numbers.");
+        return MainViewModel::tr("The position of the area must be two numbers.");
     }
     const QSize size = toPixels(std::abs(frame.width), std::abs(frame.height), scale);
     if (size.isEmpty()) {
-        return QStringLiteral("The area is empty. Its width and its height must be at least 1.");
+        return MainViewModel::tr("The area is empty. Its width and its height must be at least 1.");
     }
     if (std::max(size.width(), size.height()) > largestWindowSide) {
-        return QStringLiteral("The area is too large. A side can have at most %1 pixels.")
-            .arg(largestWindowSide);
+        return MainViewModel::tr("The area is too large. A side can have at most %n pixels.",
+                                 nullptr, largestWindowSide);
     }
     return std::nullopt;
 }
@@ -206,22 +206,21 @@ QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
 void MainViewModel::captureStartFailed(const CaptureFailure &failure)
 {
     Q_EMIT startEnded(failure.description);
-    runModal({.messageText = QStringLiteral("Screen Capture"),
-              .informativeText = QStringLiteral("Failed to start capture: ") + failure.description,
+    runModal({.messageText = tr("Screen Capture"),
+              .informativeText = tr("Failed to start capture: %1").arg(failure.description),
               .style = Alert::Style::Warning,
-              .buttons = {QStringLiteral("OK")}});
+              .buttons = {tr("OK")}});
     publish(isSharingWindowOpen_, false);
 }
 
 void MainViewModel::showScreenRecordingPermissionAlert()
 {
-    const int answer
-        = runModal({.messageText = QStringLiteral("Screen Recording Permission Required"),
-                    .informativeText = QStringLiteral(
-                        "Please grant Screen Recording permission in System Settings > "
-                        "Privacy & Security > Screen Recording"),
-                    .style = Alert::Style::Warning,
-                    .buttons = {QStringLiteral("Open System Settings"), QStringLiteral("Cancel")}});
+    const int answer = runModal(
+        {.messageText = tr("Screen Recording Permission Required"),
+         .informativeText = tr("Please grant Screen Recording permission in System Settings > "
+                               "Privacy & Security > Screen Recording"),
+         .style = Alert::Style::Warning,
+         .buttons = {tr("Open System Settings"), tr("Cancel")}});
     if (answer == firstAlertButton) {
         desktop_.openPrivacySettings();
     }
@@ -240,7 +239,7 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
         co_return;
     }
     if (!serialNumber) {
-        printLine(QStringLiteral("Unable to get device serial number for update check"));
+        printLine(tr("Unable to get device serial number for update check"));
         co_return;
     }
     const QPointer self(this);
@@ -252,7 +251,7 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
     }
     isCheckingForUpdates_ = false;
     if (!answer) {
-        printLine(QStringLiteral("Update check failed: ") + answer.error().text);
+        printLine(tr("Update check failed: %1").arg(answer.error().text));
     } else if (answer->canUpdate) {
         showUpdateAlert(*answer, version);
     }
@@ -261,11 +260,11 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
 void MainViewModel::showUpdateAlert(const UpdateInfo &info, const QString &currentVersion)
 {
     const int answer = runModal(
-        {.messageText = QStringLiteral("Update Available"),
-         .informativeText = QStringLiteral("Current version: ") + currentVersion
-             + QStringLiteral("\nNew version: ") + info.lastAppVersion.left(longestVersionShown),
+        {.messageText = tr("Update Available"),
+         .informativeText = tr("Current version: %1\nNew version: %2")
+                                .arg(currentVersion, info.lastAppVersion.left(longestVersionShown)),
          .style = Alert::Style::Informational,
-         .buttons = {QStringLiteral("Download New Version"), QStringLiteral("Cancel")}});
+         .buttons = {tr("Download New Version"), tr("Cancel")}});
     const QUrl url(info.downloadUrl, QUrl::StrictMode);
     if (answer == firstAlertButton && url.isValid() && !url.isRelative()) {
         desktop_.openUrl(url);

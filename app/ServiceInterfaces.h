@@ -3,6 +3,7 @@
 
 #include "storage/CaptureFrame.h"
 
+#include <QCoreApplication>
 #include <QCoroTask>
 #include <QString>
 
@@ -105,6 +106,8 @@ struct UpdateFailure {
     {
         return {.description = text, .text = text};
     }
+
+    Q_DECLARE_TR_FUNCTIONS(glimmerpane::UpdateFailure)
 };
 
 /** Asks the update service about a newer version. */

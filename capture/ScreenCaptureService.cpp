@@ -39,7 +39,7 @@ void stopInBackground(std::shared_ptr<CaptureStream> stream)
 
 QString describe(CaptureError error)
 {
-    return QStringLiteral("The operation couldn't be completed. (CaptureError error %1.)")
+    return ScreenCaptureService::tr("The operation couldn't be completed. (CaptureError error %1.)")
         .arg(static_cast<int>(error));
 }
 

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # The one place that names what the program is built from; docs/dependencies.md says why.
 option(GLIMMERPANE_UPDATE_CHECK "Ask the update service for a newer version at each launch" ON)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus LinguistTools)
 if(GLIMMERPANE_UPDATE_CHECK)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Network)
 endif()

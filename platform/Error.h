@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 
 namespace glimmerpane
@@ -10,6 +11,8 @@ namespace glimmerpane
 struct Error {
     QString text; ///< for a person
     QString log; ///< for a log: the request and the code that came back
+
+    Q_DECLARE_TR_FUNCTIONS(glimmerpane::Error)
 };
 
 } // namespace glimmerpane

@@ -21,9 +21,9 @@ constexpr int buttonHeight = 30;
 ButtonContainerView::ButtonContainerView()
 {
     setFixedSize(buttonWidth, 2 * buttonHeight);
-    connect(addButton(QStringLiteral("Confirm"), 0), &QPushButton::clicked, this,
+    connect(addButton(tr("Confirm"), 0), &QPushButton::clicked, this,
             &ButtonContainerView::confirmed);
-    connect(addButton(QStringLiteral("Cancel"), buttonHeight), &QPushButton::clicked, this,
+    connect(addButton(tr("Cancel"), buttonHeight), &QPushButton::clicked, this,
             &ButtonContainerView::cancelled);
 }
 

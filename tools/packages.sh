@@ -6,7 +6,7 @@
 # shellcheck disable=SC2034  # used by those who source this file
 build_packages=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qcoro-qt6-dev nlohmann-json3-dev
+    qt6-base-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev nlohmann-json3-dev
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
     libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev

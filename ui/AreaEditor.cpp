@@ -25,10 +25,10 @@ struct Field {
 
 std::array<Field, 4> fieldDescriptions()
 {
-    return {Field{QStringLiteral("Position &X"), QStringLiteral("xField")},
-            Field{QStringLiteral("Position &Y"), QStringLiteral("yField")},
-            Field{QStringLiteral("&Width"), QStringLiteral("widthField")},
-            Field{QStringLiteral("&Height"), QStringLiteral("heightField")}};
+    return {Field{AreaEditor::tr("Position &X"), QStringLiteral("xField")},
+            Field{AreaEditor::tr("Position &Y"), QStringLiteral("yField")},
+            Field{AreaEditor::tr("&Width"), QStringLiteral("widthField")},
+            Field{AreaEditor::tr("&Height"), QStringLiteral("heightField")}};
 }
 
 /** Half goes to the even number, and the sign of zero stays. */

@@ -79,20 +79,20 @@ ContentView::ContentView(MainViewModel &viewModel)
 void ContentView::createWidgets()
 {
     using Emphasis = ActionButton::Emphasis;
-    title_ = new QLabel(QStringLiteral("Glimmerpane share"));
+    title_ = new QLabel(tr("Glimmerpane share"));
     title_->setObjectName(QStringLiteral("title"));
     identity_ = new SelectableLine;
     identity_->setObjectName(QStringLiteral("identity"));
     divider_ = new QWidget;
     divider_->setAutoFillBackground(true);
     divider_->setFixedHeight(1);
-    startButton_ = new ActionButton(QStringLiteral("&Start sharing"), Emphasis::Accent);
+    startButton_ = new ActionButton(tr("&Start sharing"), Emphasis::Accent);
     startButton_->setObjectName(QStringLiteral("startButton"));
-    setAreaButton_ = new ActionButton(QStringLiteral("Set &area"), Emphasis::Plain);
+    setAreaButton_ = new ActionButton(tr("Set &area"), Emphasis::Plain);
     setAreaButton_->setObjectName(QStringLiteral("setAreaButton"));
-    resetAreaButton_ = new ActionButton(QStringLiteral("&Reset area"), Emphasis::Plain);
+    resetAreaButton_ = new ActionButton(tr("&Reset area"), Emphasis::Plain);
     resetAreaButton_->setObjectName(QStringLiteral("resetAreaButton"));
-    stopButton_ = new ActionButton(QStringLiteral("Sto&p sharing"), Emphasis::Danger);
+    stopButton_ = new ActionButton(tr("Sto&p sharing"), Emphasis::Danger);
     stopButton_->setObjectName(QStringLiteral("stopButton"));
     editor_ = new AreaEditor;
     emptyArea_ = new EmptyArea;
@@ -279,8 +279,7 @@ bool ContentView::focusNextPrevChild(bool next)
 
 void ContentView::refreshIdentity()
 {
-    const QString text = QStringLiteral("Version: ") + appVersion() + QStringLiteral(" | Device: ")
-        + displayDeviceSerial();
+    const QString text = tr("Version: %1 | Device: %2").arg(appVersion(), displayDeviceSerial());
     if (identity_->text() != text) { // setting an equal text would drop a selection in it
         identity_->setText(text);
     }

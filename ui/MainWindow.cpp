@@ -63,9 +63,9 @@ MainWindow::MainWindow(MainViewModel &viewModel)
     content->setFocus(); // no button is ready to be pressed until somebody goes to one
 
     using Kind = WindowControl::Kind;
-    minimizeControl_ = new WindowControl(Kind::Minimize, QStringLiteral("Minimize"), this);
+    minimizeControl_ = new WindowControl(Kind::Minimize, tr("Minimize"), this);
     minimizeControl_->setObjectName(QStringLiteral("minimizeControl"));
-    closeControl_ = new WindowControl(Kind::Close, QStringLiteral("Close"), this);
+    closeControl_ = new WindowControl(Kind::Close, tr("Close"), this);
     closeControl_->setObjectName(QStringLiteral("closeControl"));
     connect(minimizeControl_, &WindowControl::clicked, this, &QWidget::showMinimized);
     connect(closeControl_, &WindowControl::clicked, this, &QWidget::close);

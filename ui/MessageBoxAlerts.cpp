@@ -26,9 +26,7 @@ QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
         if (buttons.isEmpty()) {
             box.setDefaultButton(button);
         }
-        if (label == QStringLiteral("Cancel")) {
-            box.setEscapeButton(button);
-        }
+        box.setEscapeButton(button);
         buttons.append(button);
     }
     return buttons;

@@ -113,16 +113,15 @@ HttpsPost::Result HttpsPost::exchange()
     const auto take = [&] {
         answer.body += reply->readAll();
         if (answer.body.size() > options_.largestAnswer) {
-            fail(QStringLiteral("The answer is too long."));
+            fail(tr("The answer is too long."));
         }
     };
     QObject::connect(reply.get(), &QNetworkReply::readyRead, &manager, take);
     QObject::connect(reply.get(), &QNetworkReply::finished, &manager, [this] { quit(); });
-    QTimer::singleShot(options_.limit, &manager,
-                       [&] { fail(QStringLiteral("The request timed out.")); });
+    QTimer::singleShot(options_.limit, &manager, [&] { fail(tr("The request timed out.")); });
     exec();
     if (failure.isEmpty() && !reply->isFinished()) {
-        failure = QStringLiteral("The request was cancelled.");
+        failure = tr("The request was cancelled.");
     }
     if (failure.isEmpty()) {
         take();

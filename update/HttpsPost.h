@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QFuture>
 #include <QPromise>
 #include <QThread>
@@ -49,6 +50,8 @@ private:
 
     const Options options_;
     QPromise<Result> promise_;
+
+    Q_DECLARE_TR_FUNCTIONS(glimmerpane::HttpsPost)
 };
 
 } // namespace glimmerpane

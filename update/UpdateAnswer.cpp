@@ -15,7 +15,7 @@ namespace
 std::unexpected<UpdateFailure> unreadable(const QString &why)
 {
     return std::unexpected(
-        UpdateFailure::withText(QStringLiteral("The answer cannot be read: %1.").arg(why)));
+        UpdateFailure::withText(UpdateFailure::tr("The answer cannot be read: %1.").arg(why)));
 }
 
 std::optional<QString> textOf(const nlohmann::json &object, const char *name)
@@ -39,19 +39,19 @@ UpdateRepositoryProtocol::CheckResult updateInfoFromJson(const QByteArray &json)
 {
     const auto object = parseJson(json);
     if (!object.is_object()) {
-        return unreadable(QStringLiteral("it is no JSON object"));
+        return unreadable(UpdateFailure::tr("it is no JSON object"));
     }
     const auto version = textOf(object, "lastAppVersion");
     if (!version) {
-        return unreadable(QStringLiteral("\"lastAppVersion\" is no text"));
+        return unreadable(UpdateFailure::tr("\"lastAppVersion\" is no text"));
     }
     const auto address = textOf(object, "downloadUrl");
     if (!address) {
-        return unreadable(QStringLiteral("\"downloadUrl\" is no text"));
+        return unreadable(UpdateFailure::tr("\"downloadUrl\" is no text"));
     }
     const auto canUpdate = object.find("canUpdate");
     if (canUpdate == object.end() || !canUpdate->is_boolean()) {
-        return unreadable(QStringLiteral("\"canUpdate\" is neither true nor false"));
+        return unreadable(UpdateFailure::tr("\"canUpdate\" is neither true nor false"));
     }
     return UpdateInfo{
         .lastAppVersion = *version, .downloadUrl = *address, .canUpdate = canUpdate->get<bool>()};

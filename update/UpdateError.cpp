@@ -8,15 +8,15 @@ UpdateFailure UpdateError::failure() const
 {
     switch (kind) {
     case Case::httpError:
-        return {.description = QStringLiteral("HTTP error: %1").arg(statusCode),
+        return {.description = UpdateFailure::tr("HTTP error: %1").arg(statusCode),
                 .text = QStringLiteral("httpError(statusCode: %1)").arg(statusCode)};
     case Case::invalidURL:
-        return {.description = QStringLiteral("Invalid API URL"),
+        return {.description = UpdateFailure::tr("Invalid API URL"),
                 .text = QStringLiteral("invalidURL")};
     case Case::invalidResponse:
         break;
     }
-    return {.description = QStringLiteral("Invalid response from server"),
+    return {.description = UpdateFailure::tr("Invalid response from server"),
             .text = QStringLiteral("invalidResponse")};
 }
 

@@ -59,7 +59,7 @@ bool sameLook(const std::optional<PointerSprite> &a, const std::optional<Pointer
 
 Error displayGone()
 {
-    return {.text = QStringLiteral("The captured display is gone or has changed."),
+    return {.text = Error::tr("The captured display is gone or has changed."),
             .log = QStringLiteral("the monitors under the area changed")};
 }
 
@@ -166,7 +166,7 @@ void CaptureLoop::readEvents()
         }
     }
     if (connection_.isBroken()) {
-        end({.text = QStringLiteral("The connection to the X server broke."),
+        end({.text = Error::tr("The connection to the X server broke."),
              .log
              = QStringLiteral("xcb error %1").arg(xcb_connection_has_error(connection_.get()))});
     }

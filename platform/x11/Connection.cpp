@@ -2,6 +2,7 @@
 #include "platform/x11/Connection.h"
 
 #include "platform/Log.h"
+
 #include <xcb/composite.h>
 #include <xcb/damage.h>
 #include <xcb/randr.h>
@@ -87,8 +88,8 @@ std::expected<Connection, Error> Connection::open(const QByteArray &display)
     Handle connection(xcb_connect(display.constData(), &screenNumber));
     if (const int code = xcb_connection_has_error(connection.get())) {
         return std::unexpected(
-            Error{.text = QStringLiteral("There is no X display here (DISPLAY is \"%1\"). Start "
-                                         "Glimmerpane in an X11 session.")
+            Error{.text = Error::tr("There is no X display here (DISPLAY is \"%1\"). Start "
+                                    "Glimmerpane in an X11 session.")
                               .arg(QString::fromLocal8Bit(display)),
                   .log = QStringLiteral("xcb_connect failed with code %1").arg(code)});
     }
@@ -117,7 +118,7 @@ std::expected<void, Error> Connection::check(xcb_void_cookie_t request, const ch
     }
     const QString what = QString::fromLatin1(name);
     return std::unexpected(
-        Error{.text = QStringLiteral("The X server refused a request (%1).").arg(what),
+        Error{.text = Error::tr("The X server refused a request (%1).").arg(what),
               .log = QStringLiteral("%1 failed with X error %2").arg(what).arg(error->error_code)});
 }
 
@@ -142,12 +143,12 @@ std::expected<Extensions, Error> requireExtensions(const Connection &connection)
                                       .arg(QString::fromLatin1(name))
                                       .arg(needed.major)
                                       .arg(needed.minor);
-            return std::unexpected(Error{
-                .text = QStringLiteral("The X server lacks the extension %1, or does not let this "
-                                       "program use it. Enable it in the server's configuration; "
-                                       "over SSH, connect with ssh -Y.")
-                            .arg(which),
-                .log = QStringLiteral("extension %1 is missing").arg(which)});
+            return std::unexpected(
+                Error{.text = Error::tr("The X server lacks the extension %1, or does not let this "
+                                        "program use it. Enable it in the server's configuration; "
+                                        "over SSH, connect with ssh -Y.")
+                                  .arg(which),
+                      .log = QStringLiteral("extension %1 is missing").arg(which)});
         }
     }
     return Extensions{.firstDamageEvent = firstEvent(connection, xcb_damage_id),

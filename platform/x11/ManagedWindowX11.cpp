@@ -50,11 +50,11 @@ std::optional<QString> hindrance(const Connection &connection)
 {
     const QByteArray manager = windowManager(connection);
     if (manager.isEmpty()) {
-        return QStringLiteral("no window manager lists windows here");
+        return Error::tr("no window manager lists windows here");
     }
     // It would give the window another size, and draw a frame where it is.
     if (manager == "i3") {
-        return QStringLiteral("%1 tiles the windows that it lists").arg(QString::fromUtf8(manager));
+        return Error::tr("%1 tiles the windows that it lists").arg(QString::fromUtf8(manager));
     }
     return std::nullopt;
 }
@@ -90,8 +90,8 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
         return std::unexpected(opened.error());
     }
     if (const auto reason = hindrance(opened->connection)) {
-        qCWarning(platformLog, "%s stays an unlisted window: %s.", qPrintable(title),
-                  qPrintable(*reason));
+        qCWarning(platformLog).noquote()
+            << Error::tr("%1 stays an unlisted window: %2.").arg(title, *reason);
         return OffscreenWindowX11::create(title, origin, size);
     }
     auto window = std::make_unique<ManagedWindowX11>(std::move(*opened), size);
@@ -263,9 +263,9 @@ void ManagedWindowX11::hideAgain()
 void ManagedWindowX11::show()
 {
     isShown_ = true;
-    qCWarning(platformLog,
-              "The window manager keeps \"Glimmerpane - Output\" on the screen, and without a "
-              "compositor it cannot be hidden there. Keep it outside the area.");
+    qCWarning(platformLog).noquote() << Error::tr(
+        "The window manager keeps \"Glimmerpane - Output\" on the screen, and without a "
+        "compositor it cannot be hidden there. Keep it outside the area.");
     for (const char *name : {"_NET_WM_WINDOW_OPACITY", "_MOTIF_WM_HINTS"}) {
         xcb_delete_property(connection_.get(), window_.get(), connection_.atom(name));
     }

@@ -37,11 +37,11 @@ std::expected<void, Error> readOnePixel(const Connection &connection)
     if (reply) {
         return {};
     }
-    return std::unexpected(Error{
-        .text = QStringLiteral("The X server does not let this program read the screen. Over SSH, "
-                               "connect with ssh -Y."),
-        .log = QStringLiteral("GetImage of the root failed with X error %1")
-                   .arg(refusal ? refusal->error_code : 0)});
+    return std::unexpected(
+        Error{.text = Error::tr("The X server does not let this program read the screen. Over SSH, "
+                                "connect with ssh -Y."),
+              .log = QStringLiteral("GetImage of the root failed with X error %1")
+                         .arg(refusal ? refusal->error_code : 0)});
 }
 
 /** An X server inside a Wayland session has the extension XWAYLAND, or outputs of that name. */
@@ -94,10 +94,10 @@ std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
     }
     ShareableContent content{.displays = monitors(connection)};
     if (isXwayland(connection, content.displays)) {
-        return std::unexpected(Error{
-            .text = QStringLiteral("This is a Wayland session, whose screen X programs cannot "
-                                   "read. Log in to an X11 session instead."),
-            .log = QStringLiteral("the X server is Xwayland")});
+        return std::unexpected(
+            Error{.text = Error::tr("This is a Wayland session, whose screen X programs cannot "
+                                    "read. Log in to an X11 session instead."),
+                  .log = QStringLiteral("the X server is Xwayland")});
     }
     return content;
 }

@@ -160,6 +160,44 @@ private Q_SLOTS:
         }
     }
 
+    void texts_areInThePersonsLanguage_data()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::addColumn<QString>("preferred");
+        QTest::addColumn<QString>("says");
+        const QString english = QStringLiteral("Unexpected argument 'x'.");
+        const QString german = QStringLiteral("Unerwartetes Argument „x“.");
+        const QString french = QStringLiteral("Argument inattendu « x ».");
+        const auto row = [](const char *locale, const char *preferred, const QString &says) {
+            QTest::addRow("%s, %s", locale, preferred)
+                << QString::fromLatin1(locale) << QString::fromLatin1(preferred) << says;
+        };
+        row("de_DE.UTF-8", "", german);
+        row("de_AT.UTF-8", "", german);
+        row("fr_CA.UTF-8", "", french);
+        row("en_GB.UTF-8", "", english);
+        row("ja_JP.UTF-8", "", english);
+        row("ja_JP.UTF-8", "ja:fr:de", french);
+        row("de_DE.UTF-8", "en_GB:de", english);
+        row("C", "de", english);
+    }
+
+    void texts_areInThePersonsLanguage()
+    {
+        QFETCH(const QString, locale);
+        QFETCH(const QString, preferred);
+        QFETCH(const QString, says);
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("LC_ALL"), locale);
+        environment.insert(QStringLiteral("LANGUAGE"), preferred);
+        auto program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                     .arguments = {QStringLiteral("x")},
+                                                     .environment = environment}));
+        QVERIFY(program.waitForEnd(patience));
+        QCOMPARE(QString::fromUtf8(program.output()),
+                 QStringLiteral("glimmerpane: %1\n").arg(says));
+    }
+
     void commandLine_isAnswered_withoutADisplay()
     {
         using Row = std::tuple<QStringList, int, QByteArray>;

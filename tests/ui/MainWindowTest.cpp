@@ -2,6 +2,7 @@
 #include "ui/MainWindow.h"
 #include "tests/support/Fakes.h"
 #include "tests/ui/PrivateDisplay.h"
+#include "translations/Translations.h"
 #include "ui/ContentView.h"
 #include "ui/Theme.h"
 
@@ -9,6 +10,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
+#include <QTranslator>
 
 #include <set>
 
@@ -326,9 +329,25 @@ private Q_SLOTS:
         }
     }
 
+    void mnemonics_differ_andShowWhileAltIsHeld_data()
+    {
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("start");
+        QTest::newRow("English") << QLocale(QLocale::English) << QStringLiteral("&Start sharing");
+        QTest::newRow("German") << QLocale(QLocale::German) << QStringLiteral("Freigabe &starten");
+        QTest::newRow("French") << QLocale(QLocale::French)
+                                << QStringLiteral("&Démarrer le partage");
+    }
+
     void mnemonics_differ_andShowWhileAltIsHeld()
     {
+        QFETCH(const QLocale, locale);
+        QFETCH(const QString, start);
+        installTranslations(locale);
+        const auto backToEnglish
+            = qScopeGuard([] { qDeleteAll(qApp->findChildren<QTranslator *>()); });
         const ShownWindow shown;
+        QCOMPARE(shown.part<QPushButton>("startButton").text(), start);
         std::set<QKeySequence> mnemonics;
         for (const auto *label : shown.window.findChildren<QLabel *>()) {
             mnemonics.insert(QKeySequence::mnemonic(label->text()));

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#include "translations/Translations.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <memory>
+#include <optional>
+
+namespace glimmerpane
+{
+
+namespace
+{
+
+QString catalogue(const QString &language)
+{
+    return QStringLiteral(":/translations/glimmerpane_%1.qm").arg(language);
+}
+
+/** Nothing for English, which stands in the code: those who prefer it to German get it. */
+std::optional<QString> languageFor(const QLocale &locale)
+{
+    if (locale.language() == QLocale::C) {
+        return std::nullopt; // LC_ALL=C outweighs LANGUAGE, as it does for gettext
+    }
+    for (const QString &name : locale.uiLanguages()) {
+        const QString language = name.section(u'-', 0, 0);
+        if (language == u"en") {
+            return std::nullopt;
+        }
+        if (QFile::exists(catalogue(language))) {
+            return language;
+        }
+    }
+    return std::nullopt;
+}
+
+void install(const QString &file, const QString &folder = {})
+{
+    auto translator = std::make_unique<QTranslator>(QCoreApplication::instance());
+    if (translator->load(file, folder)) {
+        QCoreApplication::installTranslator(translator.release());
+    }
+}
+
+} // namespace
+
+void installTranslations(const QLocale &locale)
+{
+    if (const auto language = languageFor(locale)) {
+        install(QStringLiteral("qtbase_") + *language,
+                QLibraryInfo::path(QLibraryInfo::TranslationsPath));
+        install(catalogue(*language));
+    }
+}
+
+} // namespace glimmerpane
