@@ -43,6 +43,7 @@ public:
 
 public Q_SLOTS:
     /** The method on the bus; its results are sent when the handler replies. */
+    // NOLINTNEXTLINE(readability-identifier-naming): methods of D-Bus begin with a capital letter
     int Command(const QStringList &arguments, const QString &startupId, QString &output,
                 QString &error);
 
