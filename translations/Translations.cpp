@@ -27,7 +27,7 @@ std::optional<QString> languageFor(const QLocale &locale)
         return std::nullopt; // LC_ALL=C outweighs LANGUAGE, as it does for gettext
     }
     for (const QString &name : locale.uiLanguages()) {
-        const QString language = name.section(u'-', 0, 0);
+        QString language = name.section(u'-', 0, 0);
         if (language == u"en") {
             return std::nullopt;
         }
