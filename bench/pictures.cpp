@@ -21,7 +21,8 @@ using testing::required;
 namespace
 {
 
-constexpr QSize screen(1280, 720);
+constexpr QSize filmed(1280, 720);
+constexpr QSize screen(1280, 800); ///< the browser's notice of what is shared lies below the film
 constexpr QPoint mainWindowPlace(24, 60);
 constexpr QRect documentPlace(360, 60, 440, 632);
 constexpr QRect callPlace(816, 60, 440, 632);
@@ -31,6 +32,8 @@ constexpr QPoint firstBar(621, 300);
 constexpr QPoint lastBar(762, 260);
 constexpr QPoint emptyStep(640, 467);
 constexpr QPoint callButton(1078, 658);
+constexpr QPoint chooserSteps[] = {{1039, 153}, {947, 253}, {1190, 554}}; ///< "Window", it, "Share"
+constexpr QPoint inSelector(70, 60); ///< away from its edges and buttons
 constexpr QPoint besideConfirm(30, -10); ///< from the selector's middle
 constexpr auto tourLength = 20s;
 constexpr auto patience = 15s;
@@ -95,17 +98,14 @@ public:
         for (const char letter : text) {
             const auto keysym = static_cast<uint32_t>(letter);
             const bool isUpper = std::isupper(letter) != 0;
-            require((!isUpper || input_.pressKey(keys::shift)) && input_.typeKey(keysym)
-                        && (!isUpper || input_.releaseKey(keys::shift)),
+            require((!isUpper || input_.pressKey(testing::keys::shift)) && input_.typeKey(keysym)
+                        && (!isUpper || input_.releaseKey(testing::keys::shift)),
                     "the keyboard lacks a letter");
             desktop_.rest(130ms);
         }
     }
 
 private:
-    struct keys {
-        static constexpr uint32_t shift = 0xffe1;
-    };
     const Desktop &desktop_;
     testing::InputInjector input_;
     QPoint place_{330, 600};
@@ -183,7 +183,6 @@ public:
 
     const Desktop &desktop() const { return *desktop_; }
     Program &program() { return *program_; }
-    QRect selector();
     void awaitCall();
     void openMainWindow();
     QImage screenshot() const;
@@ -205,7 +204,6 @@ Scene::Scene()
     call_ = testing::startChromium({.environment = environment,
                                     .home = home_.path(),
                                     .page = page("call.html"),
-                                    .window = QStringLiteral("Glimmerpane - Output"),
                                     .place = callPlace,
                                     .isBare = true});
     place(*desktop_, QStringLiteral("Weekly call"), callPlace);
@@ -238,31 +236,16 @@ void Scene::openMainWindow()
 /** Returns once the others see the shared window. */
 void Scene::awaitCall()
 {
-    const auto note = await(*desktop_, QStringLiteral("file:/// is sharing a window."));
-    xcb_unmap_window(desktop_->client().connection(), note); // as its "Hide" does
-    const auto isLive = [&] { return call_->ask(QStringLiteral("isLive()")).toBool(); };
+    const auto isLive
+        = [&] { return call_->ask(QStringLiteral("shownWidth()")).toInt() == sharedArea.width(); };
     require(desktop_->waitFor(isLive, patience), "the call does not show the window");
-}
-
-QRect Scene::selector()
-{
-    const auto &client = desktop_->client();
-    std::optional<QRect> rectangle;
-    const auto isOpen = [&] {
-        const auto window = testing::findWindow(client, selectorTitle(), testing::Listing::All);
-        rectangle = window && testing::isViewable(client, *window)
-            ? testing::geometryOf(client, *window)
-            : std::nullopt;
-        return rectangle.has_value();
-    };
-    require(desktop_->waitFor(isOpen, patience), "no selector");
-    return *rectangle;
 }
 
 QImage Scene::screenshot() const
 {
     const auto cursor = required(testing::currentCursor(desktop_->client()));
-    return testing::withCursor(required(desktop_->client().screenshot()), {}, cursor);
+    const auto picture = required(desktop_->client().screenshot({QPoint(), filmed}));
+    return testing::withCursor(picture, {}, cursor);
 }
 
 /** Films the display until the tour has its length. */
@@ -272,8 +255,8 @@ testing::ChildProcess startFilm(const Desktop &desktop, const QString &path)
         {.program = QStringLiteral("ffmpeg"),
          .arguments = QStringLiteral("-y -nostdin -f x11grab -framerate 20 -video_size %1x%2 -i %3 "
                                      "-t %4 -c:v libx264rgb -preset ultrafast -qp 0")
-                          .arg(screen.width())
-                          .arg(screen.height())
+                          .arg(filmed.width())
+                          .arg(filmed.height())
                           .arg(desktop.displayName())
                           .arg(tourLength.count())
                           .split(u' ')
@@ -298,25 +281,31 @@ void takeTour(const QDir &folder)
 
     until(500ms);
     scene.openMainWindow();
-    hand.click(required(program.awaitSetArea()), 1000ms);
-    const QRect first = scene.selector();
-    hand.drag(first.topLeft() + QPoint(70, 60), sharedArea.topLeft() + QPoint(70, 60));
-    const QRect moved = scene.selector();
+    hand.glide(required(program.awaitSetArea()), 1000ms);
+    required(program.openSelector());
+    const QRect moved(sharedArea.topLeft(), firstArea.size());
+    hand.drag(firstArea.topLeft() + inSelector, moved.topLeft() + inSelector);
     hand.drag(moved.bottomRight(), sharedArea.bottomRight() + QPoint(1, 1));
-    hand.glide(scene.selector().center() + besideConfirm, 700ms);
+    hand.glide(sharedArea.center() + besideConfirm, 700ms);
     save(scene.screenshot(), folder, QStringLiteral("selector.png"));
-    hand.click(scene.selector().center() + besideConfirm);
-    hand.click(*program.startButton(), 700ms);
+    hand.click(sharedArea.center() + besideConfirm, 200ms);
+    required(program.awaitSetArea()); // which can be pressed with "Start sharing"
+    hand.click(program.startButton().value(), 700ms);
     required(program.outputWindow());
     hand.click(callButton, 900ms);
+    scene.desktop().rest(200ms);
+    for (const QPoint step : chooserSteps) {
+        hand.click(step, 600ms);
+        scene.desktop().rest(150ms);
+    }
     scene.awaitCall();
     hand.click(firstBar, 900ms);
     hand.click(emptyStep, 900ms);
     hand.type("Publish on Friday");
     hand.click(lastBar, 900ms);
     save(scene.screenshot(), folder, QStringLiteral("call.png"));
-    until(16s);
-    hand.click(*program.stopButton(), 900ms);
+    until(17s);
+    hand.click(program.stopButton().value(), 800ms);
     require(std::chrono::steady_clock::now() - begin < tourLength, "too slow for the film");
     require(camera.waitForEnd(tourLength) && camera.exitCode() == 0, "ffmpeg failed");
 }

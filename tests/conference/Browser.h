@@ -32,7 +32,7 @@ struct BrowserOptions {
     QProcessEnvironment environment;
     QString home;
     QUrl page;
-    QString window; ///< the title of the one that is shared
+    QString window{}; ///< the title of the one that share() shares
     QRect place{820, 20, 450, 700}; ///< root pixels; Firefox takes the width only
     bool isBare = false; ///< without tabs, address and notices around the page; Chromium only
 };

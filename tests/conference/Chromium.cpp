@@ -19,12 +19,11 @@ namespace glimmerpane::testing
 namespace
 {
 
-/** It picks the window of this title itself; nothing leaves this machine. */
+/** It picks the window itself, if one is named; nothing leaves this machine. */
 QJsonObject capabilities(const BrowserOptions &options)
 {
     const QRect place = options.place;
     QJsonArray arguments{
-        QStringLiteral("--auto-select-desktop-capture-source=") + options.window,
         QStringLiteral("--user-data-dir=%1/chromium").arg(options.home),
         QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"),
         QStringLiteral("--disable-background-networking"),
@@ -37,6 +36,9 @@ QJsonObject capabilities(const BrowserOptions &options)
         QStringLiteral("--disable-gpu"),
         QStringLiteral("--window-position=%1,%2").arg(place.x()).arg(place.y()),
         QStringLiteral("--window-size=%1,%2").arg(place.width()).arg(place.height())};
+    if (!options.window.isEmpty()) {
+        arguments << QStringLiteral("--auto-select-desktop-capture-source=") + options.window;
+    }
     QJsonObject chrome;
     if (options.isBare) {
         arguments << QStringLiteral("--app=") + options.page.toString();
