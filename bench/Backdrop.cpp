@@ -19,7 +19,7 @@ QFont sized(int pixels, bool bold = false)
     return font;
 }
 
-void drawWallpaper(QPainter &painter, const QRect &screen)
+void paintWallpaper(QPainter &painter, const QRect &screen)
 {
     QLinearGradient sky(screen.topLeft(), screen.bottomRight());
     sky.setColorAt(0, QColor(0x1d, 0x2b, 0x48));
@@ -62,12 +62,20 @@ void drawWindow(QPainter &painter, const QRect &frame, const QString &title,
 
 } // namespace
 
-QImage drawBackdrop(QSize screen, const QRect &area, bool outlined)
+QImage drawWallpaper(QSize screen)
 {
     QImage picture(screen, QImage::Format_RGB32);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
-    drawWallpaper(painter, picture.rect());
+    paintWallpaper(painter, picture.rect());
+    return picture;
+}
+
+QImage drawBackdrop(QSize screen, const QRect &area, bool outlined)
+{
+    QImage picture = drawWallpaper(screen);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
     drawWindow(painter, QRect(area.left() + 40, area.top() + 50, 500, 330),
                QStringLiteral("Agenda"),
                {QStringLiteral("1. What changed since last week"),

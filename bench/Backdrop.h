@@ -12,6 +12,9 @@ namespace glimmerpane::bench
  */
 QImage drawBackdrop(QSize screen, const QRect &area, bool outlined = true);
 
+/** Its wallpaper and bar alone. */
+QImage drawWallpaper(QSize screen);
+
 /** Makes the picture the display's background; it must have the display's size. */
 testing::Result<void> setBackground(const testing::XClient &client, const QImage &picture);
 

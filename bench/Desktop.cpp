@@ -10,10 +10,11 @@
 namespace glimmerpane::bench
 {
 
-Desktop::Desktop(testing::XvfbServer server, testing::XClient client, std::stop_token stop)
+Desktop::Desktop(testing::XvfbServer server, testing::XClient client, const Options &options)
     : server_(std::move(server))
     , client_(std::move(client))
-    , stop_(std::move(stop))
+    , bus_(options.bus)
+    , stop_(options.stop)
 {
 }
 
@@ -27,8 +28,7 @@ Result<std::unique_ptr<Desktop>> Desktop::start(const Options &options)
     if (!client) {
         return testing::failure(client.error());
     }
-    std::unique_ptr<Desktop> desktop(
-        new Desktop(std::move(*server), std::move(*client), options.stop));
+    std::unique_ptr<Desktop> desktop(new Desktop(std::move(*server), std::move(*client), options));
     if (!desktop->folder_.isValid()) {
         return testing::failure(QStringLiteral("no temporary folder"));
     }
@@ -68,7 +68,8 @@ QProcessEnvironment Desktop::environment() const
     environment.insert(QStringLiteral("XDG_DATA_HOME"), folder_.filePath(QStringLiteral("data")));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path());
     // An address that is no address keeps programs away from the person's own session bus.
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
+                       bus_.isEmpty() ? QStringLiteral("disabled:") : bus_);
     return environment;
 }
 

@@ -28,6 +28,7 @@ public:
     struct Options {
         QSize screen{1920, 1080}; ///< root pixels
         bool compositor = false;
+        QString bus{}; ///< the address of a session bus; programs have none without
         std::stop_token stop{};
     };
 
@@ -55,13 +56,14 @@ public:
     bool stopRequested() const { return stop_.stop_requested(); }
 
 private:
-    Desktop(testing::XvfbServer server, testing::XClient client, std::stop_token stop);
+    Desktop(testing::XvfbServer server, testing::XClient client, const Options &options);
     Result<void> startHelpers(bool compositor);
 
     QTemporaryDir folder_;
     testing::XvfbServer server_;
     testing::XClient client_;
     std::vector<testing::ChildProcess> helpers_;
+    QString bus_;
     std::stop_token stop_;
 };
 

@@ -31,6 +31,11 @@ bench_packages=(
     gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
     ffmpeg obs-studio
 )
+# What tools/pictures films with.
+# shellcheck disable=SC2034
+picture_packages=(
+    "${demo_packages[@]}" dbus chromium chromium-driver ffmpeg fonts-inter adwaita-icon-theme
+)
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)
 

@@ -3,6 +3,7 @@
 
 #include <QJsonValue>
 #include <QProcessEnvironment>
+#include <QRect>
 #include <QUrl>
 
 #include <memory>
@@ -19,8 +20,8 @@ public:
     /** What an expression of the page's own scripts, such as "state()", gives. */
     virtual QJsonValue ask(const QString &expression) = 0;
 
-    /** Presses the page's button, and picks the window of this title where the browser asks. */
-    virtual void share(const QString &title) = 0;
+    /** Presses the page's button, and picks the window where the browser asks. */
+    virtual void share() = 0;
 };
 
 /** A browser's first start on a slow machine. */
@@ -31,6 +32,9 @@ struct BrowserOptions {
     QProcessEnvironment environment;
     QString home;
     QUrl page;
+    QString window{}; ///< the title of the one that share() shares
+    QRect place{820, 20, 450, 700}; ///< root pixels; Firefox takes the width only
+    bool isBare = false; ///< without tabs, address and notices around the page; Chromium only
 };
 std::unique_ptr<Browser> startChromium(const BrowserOptions &options);
 std::unique_ptr<Browser> startFirefox(const BrowserOptions &options);

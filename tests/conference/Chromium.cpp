@@ -19,11 +19,12 @@ namespace glimmerpane::testing
 namespace
 {
 
-/** It picks the window of this title itself; nothing leaves this machine. */
-QJsonObject capabilities(const QString &title)
+/** It picks the window itself, if one is named; nothing leaves this machine. */
+QJsonObject capabilities(const BrowserOptions &options)
 {
-    const QJsonArray arguments{
-        QStringLiteral("--auto-select-desktop-capture-source=") + title,
+    const QRect place = options.place;
+    QJsonArray arguments{
+        QStringLiteral("--user-data-dir=%1/chromium").arg(options.home),
         QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND , EXCLUDE 127.0.0.1"),
         QStringLiteral("--disable-background-networking"),
         QStringLiteral("--disable-component-update"),
@@ -33,9 +34,18 @@ QJsonObject capabilities(const QString &title)
         QStringLiteral("--no-sandbox"), // which root cannot have
         QStringLiteral("--disable-dev-shm-usage"),
         QStringLiteral("--disable-gpu"),
-        QStringLiteral("--window-position=820,20"),
-        QStringLiteral("--window-size=450,700")};
-    const QJsonObject chrome{{QStringLiteral("args"), arguments}};
+        QStringLiteral("--window-position=%1,%2").arg(place.x()).arg(place.y()),
+        QStringLiteral("--window-size=%1,%2").arg(place.width()).arg(place.height())};
+    if (!options.window.isEmpty()) {
+        arguments << QStringLiteral("--auto-select-desktop-capture-source=") + options.window;
+    }
+    QJsonObject chrome;
+    if (options.isBare) {
+        arguments << QStringLiteral("--app=") + options.page.toString();
+        chrome.insert(QStringLiteral("excludeSwitches"),
+                      QJsonArray{QStringLiteral("enable-automation")});
+    }
+    chrome.insert(QStringLiteral("args"), arguments);
     const QJsonObject wanted{{QStringLiteral("browserName"), QStringLiteral("chrome")},
                              {QStringLiteral("goog:chromeOptions"), chrome}};
     return {{QStringLiteral("capabilities"), QJsonObject{{QStringLiteral("alwaysMatch"), wanted}}}};
@@ -62,6 +72,9 @@ public:
             qFatal("chromedriver: %s", driver_.output().constData());
         }
         address_ = QStringLiteral("http://127.0.0.1:%1/session").arg(match.captured(1));
+        const auto session = send("POST", {}, capabilities(options_));
+        session_ = u'/' + session[QStringLiteral("sessionId")].toString();
+        send("POST", QStringLiteral("/url"), {{QStringLiteral("url"), options_.page.toString()}});
     }
     ~Chromium() override
     {
@@ -78,11 +91,8 @@ public:
                      {QStringLiteral("args"), QJsonArray()}});
     }
 
-    void share(const QString &title) override
+    void share() override
     {
-        const auto session = send("POST", {}, capabilities(title));
-        session_ = u'/' + session[QStringLiteral("sessionId")].toString();
-        send("POST", QStringLiteral("/url"), {{QStringLiteral("url"), options_.page.toString()}});
         const auto button = send("POST", QStringLiteral("/element"),
                                  {{QStringLiteral("using"), QStringLiteral("css selector")},
                                   {QStringLiteral("value"), QStringLiteral("button")}});

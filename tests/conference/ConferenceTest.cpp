@@ -92,8 +92,9 @@ private Q_SLOTS:
         browser_ = (isFirefox ? startFirefox : startChromium)(
             {.environment = environment,
              .home = home_.path(),
-             .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE))});
-        browser_->share(QStringLiteral("Glimmerpane - Output"));
+             .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE)),
+             .window = QStringLiteral("Glimmerpane - Output")});
+        browser_->share();
         if (chosenManager() == WindowManager::GnomeShell) { // which starts with its overview
             QVERIFY(fixture_.input.typeKey(keys::escape));
         }

@@ -57,6 +57,7 @@ class Firefox : public Browser
 {
 public:
     explicit Firefox(const BrowserOptions &options)
+        : window_(options.window)
     {
         const quint16 port = freePort();
         QFile file(options.home + QStringLiteral("/user.js"));
@@ -70,7 +71,7 @@ public:
              .arguments
              = {QStringLiteral("--marionette"), QStringLiteral("-remote-allow-system-access"),
                 QStringLiteral("--no-remote"), QStringLiteral("--profile"), options.home,
-                QStringLiteral("--width"), QStringLiteral("450")},
+                QStringLiteral("--width"), QString::number(options.place.width())},
              .environment = options.environment}));
         socket_.setProxy(QNetworkProxy::NoProxy);
         const auto connects = [&] {
@@ -93,7 +94,7 @@ public:
         return run(QStringLiteral("content"), QStringLiteral("return window.%1").arg(expression));
     }
 
-    void share(const QString &title) override
+    void share() override
     {
         setContext(QStringLiteral("content"));
         const auto button = send(QStringLiteral("WebDriver:FindElement"),
@@ -102,11 +103,11 @@ public:
         send(QStringLiteral("WebDriver:ElementClick"),
              {{QStringLiteral("id"), button[QStringLiteral("value")].toObject().begin().value()}});
         const QString chrome = QStringLiteral("chrome");
-        const auto isListed = [&] { return run(chrome, listsWindow.arg(title)).toBool(); };
+        const auto isListed = [&] { return run(chrome, listsWindow.arg(window_)).toBool(); };
         if (!waitFor(isListed, browserPatience)) {
-            qFatal("firefox does not list %s", qPrintable(title));
+            qFatal("firefox does not list %s", qPrintable(window_));
         }
-        run(chrome, pickWindow.arg(title));
+        run(chrome, pickWindow.arg(window_));
         waitFor([&] { return run(chrome, pressAllow).toBool(); }, browserPatience);
     }
 
@@ -155,6 +156,7 @@ private:
         return message;
     }
 
+    const QString window_;
     ChildProcess process_;
     QTcpSocket socket_;
     QByteArray received_;

@@ -14,6 +14,7 @@ inline constexpr uint32_t tab = 0xff09;
 inline constexpr uint32_t enter = 0xff0d;
 inline constexpr uint32_t escape = 0xff1b;
 inline constexpr uint32_t space = 0x0020;
+inline constexpr uint32_t shift = 0xffe1;
 inline constexpr uint32_t control = 0xffe3;
 inline constexpr uint32_t alt = 0xffe9;
 } // namespace keys

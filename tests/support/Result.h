@@ -25,7 +25,7 @@ T required(Result<T> result)
     if (!result) {
         qFatal("%s", qPrintable(result.error()));
     }
-    return std::move(*result);
+    return std::move(result).value();
 }
 
 } // namespace glimmerpane::testing

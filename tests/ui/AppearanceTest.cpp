@@ -2,45 +2,14 @@
 #include "ui/Appearance.h"
 #include "platform/Palette.h"
 #include "tests/support/SessionBus.h"
+#include "tests/support/SettingsPortal.h"
 #include "tests/ui/PrivateDisplay.h"
 #include "ui/Theme.h"
 
-#include <QDBusConnection>
-#include <QDBusVariant>
 #include <QFile>
 #include <QTemporaryDir>
 
 using namespace glimmerpane;
-
-/** A settings portal with nothing in it but the colour scheme. */
-class SettingsPortal : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
-
-public:
-    void change(uint scheme)
-    {
-        scheme_ = scheme;
-        Q_EMIT SettingChanged(QStringLiteral("org.freedesktop.appearance"),
-                              QStringLiteral("color-scheme"), QDBusVariant(scheme));
-    }
-
-public Q_SLOTS:
-    QDBusVariant Read(const QString &group, const QString &key)
-    {
-        const bool isKnown = group == QStringLiteral("org.freedesktop.appearance")
-            && key == QStringLiteral("color-scheme");
-        // The portal's own habit: a variant in a variant.
-        return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? scheme_ : 0U)));
-    }
-
-Q_SIGNALS:
-    void SettingChanged(const QString &group, const QString &key, const QDBusVariant &value);
-
-private:
-    uint scheme_ = 1;
-};
 
 class AppearanceTest : public QObject
 {
@@ -52,23 +21,19 @@ private Q_SLOTS:
         const auto bus = testing::required(testing::SessionBus::start());
         const QString address = bus.address();
         qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
-        auto connection = QDBusConnection::connectToBus(address, QStringLiteral("portal"));
-        SettingsPortal portal;
-        QVERIFY(connection.registerObject(
-            QStringLiteral("/org/freedesktop/portal/desktop"), &portal,
-            QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
-        QVERIFY(connection.registerService(QStringLiteral("org.freedesktop.portal.Desktop")));
+        testing::SettingsPortal portal(address);
+        QVERIFY(portal.isThere());
 
         QVERIFY(!isDark(QApplication::palette()));
         const Appearance appearance;
         QTRY_VERIFY(isDark(QApplication::palette()));
-        constexpr uint prefersDark = 1;
+        constexpr uint prefersDark = testing::SettingsPortal::dark;
         constexpr uint ofALaterVersion = 7;
-        for (const uint scheme : {2U, prefersDark, 0U, prefersDark, ofALaterVersion}) {
+        for (const uint scheme :
+             {testing::SettingsPortal::light, prefersDark, 0U, prefersDark, ofALaterVersion}) {
             portal.change(scheme);
             QTRY_COMPARE(isDark(QApplication::palette()), scheme == prefersDark);
         }
-        QDBusConnection::disconnectFromBus(QStringLiteral("portal"));
     }
 
     void theme_isReadable()
