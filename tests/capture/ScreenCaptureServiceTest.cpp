@@ -9,6 +9,7 @@
 #include <QTest>
 #include <QThread>
 
+#include <mutex>
 #include <thread>
 
 using namespace glimmerpane;
@@ -25,6 +26,7 @@ struct Log {
     int layers = 0;
     bool layerIsReady = true;
     QSemaphore startPermits{1000}; ///< a start waits for one
+    std::mutex starting; ///< two streams may start at once
     std::expected<void, Error> startAnswer;
     std::atomic<int> running = 0; ///< streams
     CaptureStream::Handlers handlers; ///< of the latest stream
@@ -42,6 +44,7 @@ struct StubStream : CaptureStream {
     std::expected<void, Error> startCapture(Handlers handlers) override
     {
         log_.startPermits.acquire();
+        const std::scoped_lock oneAtATime(log_.starting);
         log_.handlers = std::move(handlers);
         isRunning_ = log_.startAnswer.has_value();
         log_.running += isRunning_ ? 1 : 0;
