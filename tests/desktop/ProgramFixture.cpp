@@ -57,7 +57,7 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scale)
 void ProgramFixture::start(const QStringList &arguments)
 {
     program = ChildProcess();
-    QStringList command = wrapper + QStringList(QStringLiteral(GLIMMERPANE_PROGRAM)) + arguments;
+    QStringList command = wrapper + QStringList(executable) + arguments;
     const QString first = command.takeFirst();
     program = required(
         ChildProcess::start({.program = first, .arguments = command, .environment = environment}));
@@ -71,9 +71,8 @@ void ProgramFixture::startBus()
 
 int ProgramFixture::launchAgain(const QStringList &arguments, QByteArray *says) const
 {
-    auto second = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                                .arguments = arguments,
-                                                .environment = environment}));
+    auto second = required(ChildProcess::start(
+        {.program = executable, .arguments = arguments, .environment = environment}));
     const bool hasEnded = second.waitForEnd(patience);
     if (says != nullptr) {
         *says = second.output();

@@ -33,6 +33,7 @@ public:
     InputInjector input;
     const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
+    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
     QProcessEnvironment environment; ///< of programs that are started from now on
     QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
     bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems

@@ -29,6 +29,7 @@ struct UpdateFixture : ProgramFixture {
     UpdateFixture(const QString &address, const QByteArray &authority)
         : ProgramFixture(WindowManager::Openbox)
     {
+        executable = QStringLiteral(ASKING_PROGRAM);
         environment.remove(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"));
         environment.insert(QStringLiteral("TEST_UPDATE_URL"), address);
         environment.insert(QStringLiteral("TEST_AUTHORITY"), QString::fromLatin1(authority));
