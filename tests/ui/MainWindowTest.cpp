@@ -91,24 +91,19 @@ class MainWindowTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstShow_fillsFieldsWithWholeNumbers_data()
-    {
-        QTest::addColumn<double>("value");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("half to even, down") << 0.5 << "0";
-        QTest::newRow("half to even, up") << 1.5 << "2";
-        QTest::newRow("negative half") << -2.5 << "-2";
-        QTest::newRow("sign of zero") << -0.4 << "-0";
-        QTest::newRow("no exponent") << 1e21 << "1000000000000000000000";
-    }
     void firstShow_fillsFieldsWithWholeNumbers()
     {
-        QFETCH(double, value);
-        QFETCH(QString, text);
-        const ShownWindow shown({value, 20, 300, 200});
-        QCOMPARE(shown.texts(), text + QStringLiteral("|20|300|200"));
-        // The rounded numbers are the area from now on.
-        QCOMPARE(shown.journal, QStringList(entry("save", {text.toDouble(), 20, 300, 200})));
+        for (const auto &[value, text] : {std::pair(0.5, "0"),
+                                          {1.5, "2"},
+                                          {-2.5, "-2"},
+                                          {-0.4, "-0"},
+                                          {1e21, "1000000000000000000000"}}) {
+            const ShownWindow shown({value, 20, 300, 200});
+            QCOMPARE(shown.texts(), QLatin1String(text) + QStringLiteral("|20|300|200"));
+            // The rounded numbers are the area from now on.
+            const CaptureFrame rounded{QByteArray(text).toDouble(), 20, 300, 200};
+            QCOMPARE(shown.journal, QStringList(entry("save", rounded)));
+        }
     }
 
     void typing_commitsEachKeystroke_data()
@@ -147,36 +142,29 @@ private Q_SLOTS:
         QCOMPARE(entry("save", shown.viewModel->currentFrame()), shown.journal.back());
     }
 
-    void newArea_isNeverMixedWithTheOldOne_data()
-    {
-        QTest::addColumn<QString>("typedMeanwhile");
-        QTest::addColumn<QStringList>("atOnce");
-        QTest::addColumn<QString>("texts");
-        const QString save = QStringLiteral("save 1 3 3007 481");
-        QTest::newRow("alone") << QString() << QStringList() << "1|3|640|481";
-        QTest::newRow("before a keystroke") << "7" << QStringList(save) << "1|3|3007|481";
-    }
     void newArea_isNeverMixedWithTheOldOne()
     {
-        QFETCH(QString, typedMeanwhile);
-        QFETCH(QStringList, atOnce);
-        ShownWindow shown;
-        auto &height = shown.part<QLineEdit>("heightField");
-        shown.viewModel->frameSelected({9.25, 9, 300, 480.9});
-        QCoreApplication::processEvents();
-        height.setCursorPosition(1);
-        shown.journal.clear();
-        shown.viewModel->frameSelected({7.75, 8, 640, 480.9});
-        shown.viewModel->frameSelected({1.4, 2.6, 640.2, 480.9});
-        QTest::keyClicks(&shown.part("widthField"), typedMeanwhile);
-        const QStringList selected{QStringLiteral("save 7.75 8 640 480.9"),
-                                   QStringLiteral("save 1.4 2.6 640.2 480.9")};
-        QCOMPARE(shown.journal, selected + atOnce);
-        QCoreApplication::processEvents();
-        QTEST(shown.texts(), "texts");
-        const QString rounded = QStringLiteral("save ") + shown.texts().replace(u'|', u' ');
-        QCOMPARE(shown.journal, selected + QStringList(rounded));
-        QCOMPARE(height.cursorPosition(), 1); // its text stayed the same
+        for (const char *typedMeanwhile : {"", "7"}) {
+            ShownWindow shown;
+            auto &height = shown.part<QLineEdit>("heightField");
+            shown.viewModel->frameSelected({9.25, 9, 300, 480.9});
+            QCoreApplication::processEvents();
+            height.setCursorPosition(1);
+            shown.journal.clear();
+            shown.viewModel->frameSelected({7.75, 8, 640, 480.9});
+            shown.viewModel->frameSelected({1.4, 2.6, 640.2, 480.9});
+            QTest::keyClicks(&shown.part("widthField"), QLatin1String(typedMeanwhile));
+            const bool isTyped = *typedMeanwhile != '\0';
+            const QString saved = isTyped ? QStringLiteral("save 1 3 3007 481")
+                                          : QStringLiteral("save 1 3 640 481");
+            QStringList journal{QStringLiteral("save 7.75 8 640 480.9"),
+                                QStringLiteral("save 1.4 2.6 640.2 480.9")};
+            QCOMPARE(shown.journal, isTyped ? journal + QStringList(saved) : journal);
+            QCoreApplication::processEvents();
+            QCOMPARE(QStringLiteral("save ") + shown.texts().replace(u'|', u' '), saved);
+            QCOMPARE(shown.journal, journal + QStringList(saved));
+            QCOMPARE(height.cursorPosition(), 1); // its text stayed the same
+        }
     }
 
     void click_reachesTheServicesAndEnablesWhatCanFollow_data()
@@ -262,108 +250,87 @@ private Q_SLOTS:
         }
     }
 
-    void tab_reachesEverythingButTheFields_data()
-    {
-        QTest::addColumn<bool>("isSharing");
-        QTest::addColumn<QString>("order");
-        QTest::newRow("idle") << false
-                              << QStringLiteral(
-                                     "startButton setAreaButton resetAreaButton website "
-                                     "identity minimizeControl closeControl startButton");
-        QTest::newRow("sharing") << true
-                                 << QStringLiteral("stopButton website identity minimizeControl "
-                                                   "closeControl stopButton");
-    }
     void tab_reachesEverythingButTheFields()
     {
-        QFETCH(bool, isSharing);
-        QFETCH(QString, order);
-        ShownWindow shown;
-        if (isSharing) {
-            shown.click("startButton");
-            QTRY_VERIFY(shown.part("stopButton").isEnabled());
-        }
-        QStringList reached;
-        while (reached.size() <= order.count(u' ')) {
-            QWidget &left = *shown.window.focusWidget();
-            const QImage focused = left.grab().toImage();
-            QTest::keyClick(shown.window.windowHandle(), Qt::Key_Tab);
-            QVERIFY2(left.grab().toImage() != focused, "The focus does not show");
-            reached.append(shown.window.focusWidget()->objectName());
-            if (const auto *line = qobject_cast<QLabel *>(shown.window.focusWidget())) {
-                QTest::keyClick(shown.window.windowHandle(), Qt::Key_C, Qt::ControlModifier);
-                QCOMPARE(QGuiApplication::clipboard()->text(), line->text());
+        for (const auto &[isSharing, order] :
+             {std::pair(false,
+                        "startButton setAreaButton resetAreaButton website identity "
+                        "minimizeControl closeControl startButton"),
+              {true, "stopButton website identity minimizeControl closeControl stopButton"}}) {
+            ShownWindow shown;
+            if (isSharing) {
+                shown.click("startButton");
+                QTRY_VERIFY(shown.part("stopButton").isEnabled());
             }
+            const QStringList expected = QString::fromLatin1(order).split(u' ');
+            QStringList reached;
+            while (reached.size() < expected.size()) {
+                QWidget &left = *shown.window.focusWidget();
+                const QImage focused = left.grab().toImage();
+                QTest::keyClick(shown.window.windowHandle(), Qt::Key_Tab);
+                QVERIFY2(left.grab().toImage() != focused, "The focus does not show");
+                reached.append(shown.window.focusWidget()->objectName());
+                if (const auto *line = qobject_cast<QLabel *>(shown.window.focusWidget())) {
+                    QTest::keyClick(shown.window.windowHandle(), Qt::Key_C, Qt::ControlModifier);
+                    QCOMPARE(QGuiApplication::clipboard()->text(), line->text());
+                }
+            }
+            QCOMPARE(reached, expected);
         }
-        QCOMPARE(reached.join(u' '), order);
     }
 
-    void keys_leadIntoTheFieldsAndOutAgain_data()
-    {
-        QTest::addColumn<QString>("end");
-        const auto row = [](const char *keys, const char *end) {
-            QTest::newRow(keys) << QString::fromLatin1(end);
-        };
-        row("Alt+X", "xField");
-        row("Alt+Y, Tab", "widthField");
-        row("Alt+W, Shift+Tab", "yField");
-        row("Alt+W, Tab", "heightField");
-        row("Alt+H, Tab", "startButton");
-        row("Alt+X, Shift+Tab", "resetAreaButton");
-        row("Alt+H, Esc", "");
-        row("Alt+H, Return, Tab", "startButton");
-        row("Alt+P", ""); // nothing is shared
-    }
     void keys_leadIntoTheFieldsAndOutAgain()
     {
-        QFETCH(QString, end);
-        const ShownWindow shown;
-        const QKeySequence keys(QLatin1String(QTest::currentDataTag()));
-        for (int i = 0; i < keys.count(); ++i) {
-            QTest::keyClick(shown.window.windowHandle(), keys[i].key(),
-                            keys[i].keyboardModifiers());
+        for (const auto &[typed, end] : {std::pair("Alt+X", "xField"),
+                                         {"Alt+Y, Tab", "widthField"},
+                                         {"Alt+W, Shift+Tab", "yField"},
+                                         {"Alt+W, Tab", "heightField"},
+                                         {"Alt+H, Tab", "startButton"},
+                                         {"Alt+X, Shift+Tab", "resetAreaButton"},
+                                         {"Alt+H, Esc", ""},
+                                         {"Alt+H, Return, Tab", "startButton"},
+                                         {"Alt+P", ""}}) { // nothing is shared
+            const ShownWindow shown;
+            const QKeySequence keys{QLatin1String(typed)};
+            for (int i = 0; i < keys.count(); ++i) {
+                QTest::keyClick(shown.window.windowHandle(), keys[i].key(),
+                                keys[i].keyboardModifiers());
+            }
+            QCOMPARE(shown.window.focusWidget()->objectName(), QLatin1String(end));
+            if (const auto *field = qobject_cast<QLineEdit *>(shown.window.focusWidget())) {
+                QCOMPARE(field->selectedText(), field->text());
+            }
         }
-        QCOMPARE(shown.window.focusWidget()->objectName(), end);
-        if (const auto *field = qobject_cast<QLineEdit *>(shown.window.focusWidget())) {
-            QCOMPARE(field->selectedText(), field->text());
-        }
-    }
-
-    void mnemonics_differ_andShowWhileAltIsHeld_data()
-    {
-        QTest::addColumn<QLocale>("locale");
-        QTest::addColumn<QString>("start");
-        QTest::newRow("English") << QLocale(QLocale::English) << QStringLiteral("&Start sharing");
-        QTest::newRow("German") << QLocale(QLocale::German) << QStringLiteral("Freigabe &starten");
-        QTest::newRow("French") << QLocale(QLocale::French)
-                                << QStringLiteral("&Démarrer le partage");
     }
 
     void mnemonics_differ_andShowWhileAltIsHeld()
     {
-        QFETCH(const QLocale, locale);
-        QFETCH(const QString, start);
-        installTranslations(locale);
-        const auto backToEnglish
-            = qScopeGuard([] { qDeleteAll(qApp->findChildren<QTranslator *>()); });
-        const ShownWindow shown;
-        QCOMPARE(shown.part<QPushButton>("startButton").text(), start);
-        std::set<QKeySequence> mnemonics;
-        for (const auto *label : shown.window.findChildren<QLabel *>()) {
-            mnemonics.insert(QKeySequence::mnemonic(label->text()));
+        for (const auto &[language, start] :
+             {std::pair(QLocale::English, QStringLiteral("&Start sharing")),
+              {QLocale::German, QStringLiteral("Freigabe &starten")},
+              {QLocale::French, QStringLiteral("&Démarrer le partage")}}) {
+            installTranslations(QLocale(language));
+            const auto backToEnglish
+                = qScopeGuard([] { qDeleteAll(qApp->findChildren<QTranslator *>()); });
+            const ShownWindow shown;
+            QCOMPARE(shown.part<QPushButton>("startButton").text(), start);
+            std::set<QKeySequence> mnemonics;
+            for (const auto *label : shown.window.findChildren<QLabel *>()) {
+                mnemonics.insert(QKeySequence::mnemonic(label->text()));
+            }
+            for (const char *name : buttonNames) {
+                const auto &button = shown.part<QPushButton>(name);
+                mnemonics.insert(QKeySequence::mnemonic(button.text()));
+                const auto picture = [&] { return shown.part(name).grab().toImage(); };
+                const QImage before = picture();
+                QTest::keyPress(shown.window.windowHandle(), Qt::Key_Alt);
+                QVERIFY(picture() != before);
+                QTest::keyRelease(shown.window.windowHandle(), Qt::Key_Alt);
+                QCOMPARE(picture(), before);
+            }
+            mnemonics.erase(QKeySequence());
+            QCOMPARE(mnemonics.size(), buttonNames.size() + std::size(fieldNames));
         }
-        for (const char *name : buttonNames) {
-            const auto &button = shown.part<QPushButton>(name);
-            mnemonics.insert(QKeySequence::mnemonic(button.text()));
-            const auto picture = [&] { return shown.part(name).grab().toImage(); };
-            const QImage before = picture();
-            QTest::keyPress(shown.window.windowHandle(), Qt::Key_Alt);
-            QVERIFY(picture() != before);
-            QTest::keyRelease(shown.window.windowHandle(), Qt::Key_Alt);
-            QCOMPARE(picture(), before);
-        }
-        mnemonics.erase(QKeySequence());
-        QCOMPARE(mnemonics.size(), buttonNames.size() + std::size(fieldNames));
     }
 
     void focus_staysOnWhatCanBePressed()
@@ -393,27 +360,25 @@ private Q_SLOTS:
         QCOMPARE(focused(), QStringLiteral("xField"));
     }
 
-    void drag_movesTheWindow_whenItStartsOnNoControl_data()
-    {
-        QTest::addColumn<QPoint>("way");
-        QTest::newRow("title") << QPoint(60, 40);
-        QTest::newRow("emptyArea") << QPoint(60, 40);
-        QTest::newRow("identity") << QPoint(); // its text can be selected
-        QTest::newRow("setAreaButton") << QPoint();
-        QTest::newRow("stopButton") << QPoint(); // disabled
-        QTest::newRow("xField") << QPoint();
-    }
     void drag_movesTheWindow_whenItStartsOnNoControl()
     {
-        QFETCH(QPoint, way);
-        ShownWindow shown; // no window manager runs here, so the window moves itself
-        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100));
-        QWindow *window = shown.window.windowHandle();
-        const QPoint grab = shown.centreOf(QTest::currentDataTag());
-        QTest::mousePress(window, Qt::LeftButton, {}, grab);
-        QTest::mouseMove(window, grab + QPoint(60, 40));
-        QTest::mouseRelease(window, Qt::LeftButton, {}, grab);
-        QTRY_COMPARE(shown.window.pos(), QPoint(100, 100) + way);
+        const QPoint way(60, 40);
+        // The line's text can be selected, and a disabled button is none the less a control.
+        for (const auto &[name, moves] : {std::pair("title", true),
+                                          {"emptyArea", true},
+                                          {"identity", false},
+                                          {"setAreaButton", false},
+                                          {"stopButton", false},
+                                          {"xField", false}}) {
+            ShownWindow shown; // no window manager runs here, so the window moves itself
+            QTRY_COMPARE(shown.window.pos(), QPoint(100, 100));
+            QWindow *window = shown.window.windowHandle();
+            const QPoint grab = shown.centreOf(name);
+            QTest::mousePress(window, Qt::LeftButton, {}, grab);
+            QTest::mouseMove(window, grab + way);
+            QTest::mouseRelease(window, Qt::LeftButton, {}, grab);
+            QTRY_COMPARE(shown.window.pos(), QPoint(100, 100) + (moves ? way : QPoint()));
+        }
     }
 
     void closeControl_closesTheWindow_whenClicked()
