@@ -10,29 +10,23 @@ class LaunchOptionsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void area_isFourTexts_data()
-    {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("two arguments") << "--area 10,20,300x200" << "10 20 300 200";
-        QTest::newRow("one argument") << "--area=-5,0,300x200" << "-5 0 300 200";
-        QTest::newRow("negative") << "--area -5,-7.5,300x200" << "-5 -7.5 300 200";
-        QTest::newRow("two hexadecimal") << "--area 0,0,0x10x0x20" << "0 0 0x10 0x20";
-        QTest::newRow("hexadecimal width") << "--area 0,0,0x10x20" << "0 0 0x10 20";
-        QTest::newRow("hexadecimal height") << "--area 0,0,10x0X20" << "0 0 10 0X20";
-        QTest::newRow("decimal width 0") << "--area 0x5,0,0x10" << "0x5 0 0 10";
-        QTest::newRow("exponents") << "--area 1e3,.5,1e3x-2E+1" << "1e3 .5 1e3 -2E+1";
-        QTest::newRow("the last counts") << "--area 0,0,1x1 --area 0,0,2x2" << "0 0 2 2";
-    }
-
     void area_isFourTexts()
     {
-        QFETCH(QString, arguments);
-        QFETCH(QString, expected);
-        const auto options = launchOptions(arguments.split(u' '));
-        QVERIFY2(options, options ? "" : qPrintable(options.error()));
-        QVERIFY(options->area);
-        QCOMPARE(QStringList(options->area->begin(), options->area->end()).join(u' '), expected);
+        for (const auto &[arguments, expected] :
+             {std::pair("--area 10,20,300x200", "10 20 300 200"),
+              {"--area=-5,0,300x200", "-5 0 300 200"},
+              {"--area -5,-7.5,300x200", "-5 -7.5 300 200"},
+              {"--area 0,0,0x10x0x20", "0 0 0x10 0x20"},
+              {"--area 0,0,0x10x20", "0 0 0x10 20"},
+              {"--area 0,0,10x0X20", "0 0 10 0X20"},
+              {"--area 0x5,0,0x10", "0x5 0 0 10"},
+              {"--area 1e3,.5,1e3x-2E+1", "1e3 .5 1e3 -2E+1"},
+              {"--area 0,0,1x1 --area 0,0,2x2", "0 0 2 2"}}) {
+            const auto options = launchOptions(QString::fromLatin1(arguments).split(u' '));
+            QVERIFY2(options && options->area, arguments);
+            QCOMPARE(QStringList(options->area->begin(), options->area->end()).join(u' '),
+                     QLatin1String(expected));
+        }
     }
 
     void flags_areReadInAnyOrder()
@@ -58,36 +52,31 @@ private Q_SLOTS:
         QVERIFY(kindOf("--output-window=managed --output-window=unlisted") == Unlisted);
     }
 
-    void badArguments_areNamedInOneLine_data()
+    void badArguments_areNamedInOneLine()
     {
-        QTest::addColumn<QString>("arguments");
-        QTest::addColumn<QString>("named");
+        std::vector<std::pair<QString, QString>> rows{
+            {QStringLiteral("--area="), QStringLiteral("''")},
+            {QStringLiteral("--area|10,20\n300x200"), QStringLiteral("10,20 300x200")},
+            {QStringLiteral("--share|--area"), QStringLiteral("area")},
+            {QStringLiteral("--output-window=Managed"), QStringLiteral("'Managed'")},
+            {QStringLiteral("--shared"), QStringLiteral("shared")},
+            {QStringLiteral("--share=1"), QStringLiteral("share")},
+            {QStringLiteral("--stop|--select"), QStringLiteral("--select")},
+            {QStringLiteral("--share|a\nb"), QStringLiteral("a b")},
+            {QStringLiteral("--|--share"), QStringLiteral("--share")}};
         for (const char *area : {"abc", "10,20", "10,20,300", "10,20,300,200", "10,20,300x",
                                  "10,20,x200", "10,20,300X200", "10,,300x200", "a,20,300x200",
                                  "10,20,300x200x100", "10,20,300x200px", " 10,20,300x200",
                                  "10,20,300 x 200", "10,20,300x200,", "10,20,300\u00d7200"}) {
             const QString text = QString::fromUtf8(area);
-            QTest::addRow("--area=%s", area) << QStringLiteral("--area=") + text << text.trimmed();
+            rows.emplace_back(QStringLiteral("--area=") + text, text.trimmed());
         }
-        QTest::newRow("empty area") << "--area=" << "''";
-        QTest::newRow("area of two lines") << "--area|10,20\n300x200" << "10,20 300x200";
-        QTest::newRow("no value") << "--share|--area" << "area";
-        QTest::newRow("kind of output") << "--output-window=Managed" << "'Managed'";
-        QTest::newRow("unknown option") << "--shared" << "shared";
-        QTest::newRow("value of a flag") << "--share=1" << "share";
-        QTest::newRow("two commands") << "--stop|--select" << "--select";
-        QTest::newRow("positional") << "--share|a\nb" << "a b";
-        QTest::newRow("after the end of options") << "--|--share" << "--share";
-    }
-
-    void badArguments_areNamedInOneLine()
-    {
-        QFETCH(QString, arguments);
-        QFETCH(QString, named);
-        const auto options = launchOptions(arguments.split(u'|'));
-        QVERIFY(!options);
-        QVERIFY2(options.error().contains(named), qPrintable(options.error()));
-        QVERIFY(!options.error().contains(u'\n'));
+        for (const auto &[arguments, named] : rows) {
+            const auto options = launchOptions(arguments.split(u'|'));
+            QVERIFY2(!options, qPrintable(arguments));
+            QVERIFY2(options.error().contains(named), qPrintable(options.error()));
+            QVERIFY(!options.error().contains(u'\n'));
+        }
     }
 };
 

@@ -124,22 +124,16 @@ class MainViewModelTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void firstArea_isNotSaved_data()
-    {
-        QTest::addColumn<Area>("area");
-        QTest::addColumn<bool>("hasDisplay");
-        QTest::addColumn<CaptureFrame>("expected");
-        QTest::newRow("saved") << Area(saved) << true << saved;
-        QTest::newRow("display") << Area() << true << CaptureFrame{0, 0, 1280, 720};
-        QTest::newRow("neither") << Area() << false << CaptureFrame{0, 0, 1920, 1080};
-    }
     void firstArea_isNotSaved()
     {
-        QFETCH(Area, area);
-        QFETCH(bool, hasDisplay);
-        const Session session(area, hasDisplay);
-        QTEST(session.viewModel->currentFrame(), "expected");
-        QCOMPARE(session.journal, QStringList());
+        for (const auto &[area, hasDisplay, expected] :
+             {std::tuple(Area(saved), true, saved),
+              {Area(), true, CaptureFrame{0, 0, 1280, 720}},
+              {Area(), false, CaptureFrame{0, 0, 1920, 1080}}}) {
+            const Session session(area, hasDisplay);
+            QCOMPARE(session.viewModel->currentFrame(), expected);
+            QCOMPARE(session.journal, QStringList());
+        }
     }
 
     void steps_haveTheirEffects_data()

@@ -20,12 +20,11 @@ class NumberTextTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void number_isTheWholeText_data()
+    void number_isTheWholeText()
     {
         constexpr double infinity = std::numeric_limits<double>::infinity();
         constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<Number>("expected");
+        const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number); };
         const std::initializer_list<std::pair<const char *, double>> numbers = {
             {"-0", -0.0},       {"+5", 5},           {"007", 7},
             {".5", .5},         {"5.", 5},           {"1E+3", 1000},
@@ -34,7 +33,8 @@ private Q_SLOTS:
             {"5e-324", 5e-324},
         };
         for (const auto &[text, number] : numbers) {
-            QTest::newRow(text) << QString::fromLatin1(text) << Number(number);
+            QCOMPARE(numberFromText(QString::fromLatin1(text)).transform(bits),
+                     Number(number).transform(bits));
         }
         // The last four: no-break space, Arabic-Indic digits, minus sign, half of a pair.
         const QStringList others
@@ -44,16 +44,8 @@ private Q_SLOTS:
                              "\u00a010|\u0661\u0660|\u221210|10\xd800")
                   .split(u'|');
         for (const QString &text : others) {
-            QTest::newRow(text.toUtf8().toPercentEncoding(" +'")) << text << Number();
+            QVERIFY2(!numberFromText(text), text.toUtf8().toPercentEncoding(" +'"));
         }
-    }
-
-    void number_isTheWholeText()
-    {
-        QFETCH(QString, text);
-        QFETCH(Number, expected);
-        const auto bits = [](double number) { return std::bit_cast<std::uint64_t>(number); };
-        QCOMPARE(numberFromText(text).transform(bits), expected.transform(bits));
     }
 
     void number_hasAPoint_whateverTheLocale()
