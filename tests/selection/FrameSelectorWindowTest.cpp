@@ -163,53 +163,44 @@ private Q_SLOTS:
         }
     }
 
-    void drag_givesThisFrame_data()
-    {
-        QTest::addColumn<CaptureFrame>("area");
-        QTest::addColumn<QPointF>("from");
-        QTest::addColumn<QPointF>("to");
-        QTest::addColumn<CaptureFrame>("expected");
-        const CaptureFrame usual{300, 200, 600, 400};
-        const CaptureFrame elsewhere{2000, 500, 300, 200};
-        const auto row = [](const char *name, const CaptureFrame &area, QPointF from, QPointF to,
-                            const CaptureFrame &expected) {
-            QTest::newRow(name) << area << from << to << expected;
-        };
-        row("inside, of fractions", {300.25, 200.5, 600, 400}, {500, 300}, {540, 270},
-            {340.25, 170.5, 600, 400});
-        row("16 points from the right", usual, {884, 300}, {900, 300}, {316, 200, 600, 400});
-        row("10 points from the right", usual, {890, 300}, {950, 300}, {300, 200, 650, 400});
-        row("past the left side", usual, {500, 300}, {0, 300}, {0, 200, 600, 400});
-        row("past the top", usual, {500, 300}, {500, 1080}, {300, 680, 600, 400});
-        row("larger than the display", {-10, -10, 3000, 2000}, {500, 300}, {600, 400},
-            {0, 0, 3000, 2000});
-        row("last pixels", usual, {890, 210}, {1919, 1}, {300, 0, 1620, 600});
-        row("moved elsewhere", elsewhere, {2050, 550}, {2060, 550}, {1620, 500, 300, 200});
-        row("resized elsewhere", elsewhere, {2290, 600}, {2400, 600}, {1620, 500, 300, 200});
-    }
     void drag_givesThisFrame()
     {
-        QFETCH(CaptureFrame, area);
-        QFETCH(QPointF, from);
-        QFETCH(QPointF, to);
-        QFETCH(CaptureFrame, expected);
-        for (const double scale : {1.0, 2.0}) {
-            Selector selector;
-            selector.desktop.scale = scale;
-            const QSize size = QSize(1920, 1080) * scale;
-            // The primary display need not be where the root begins.
-            const QPoint origin = scale > 1 ? QPoint(1280, 400) : QPoint();
-            const QPoint right = origin + QPoint(size.width(), 0);
-            selector.desktop.all
-                = {{.name = {}, .pixels = {origin, size}}, {.name = {}, .pixels = {right, size}}};
-            const bool isAtLastPixel = to == QPointF(1919, 1);
-            selector.open(area);
-            selector.drag(from, isAtLastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to);
-            const Rect frame{expected.x, expected.y, expected.width, expected.height};
-            QCOMPARE(selector.desktop.overlay->frame,
-                     selector.desktop.mainDisplay()->areaPixels(frame));
-            selector.click({frame.midX(), frame.midY() + 15});
-            QCOMPARE(selector.confirmed, expected);
+        struct Row {
+            CaptureFrame area;
+            QPointF from;
+            QPointF to;
+            CaptureFrame expected;
+        };
+        const CaptureFrame usual{300, 200, 600, 400};
+        const CaptureFrame elsewhere{2000, 500, 300, 200};
+        const QPointF lastPixel(1919, 1);
+        for (const auto &[area, from, to, expected] :
+             {Row{{300.25, 200.5, 600, 400}, {500, 300}, {540, 270}, {340.25, 170.5, 600, 400}},
+              Row{usual, {884, 300}, {900, 300}, {316, 200, 600, 400}}, // 16 points from the right
+              Row{usual, {890, 300}, {950, 300}, {300, 200, 650, 400}}, // 10 points from it
+              Row{usual, {500, 300}, {0, 300}, {0, 200, 600, 400}},
+              Row{usual, {500, 300}, {500, 1080}, {300, 680, 600, 400}},
+              Row{{-10, -10, 3000, 2000}, {500, 300}, {600, 400}, {0, 0, 3000, 2000}},
+              Row{usual, {890, 210}, lastPixel, {300, 0, 1620, 600}},
+              Row{elsewhere, {2050, 550}, {2060, 550}, {1620, 500, 300, 200}},
+              Row{elsewhere, {2290, 600}, {2400, 600}, {1620, 500, 300, 200}}}) {
+            for (const double scale : {1.0, 2.0}) {
+                Selector selector;
+                selector.desktop.scale = scale;
+                const QSize size = QSize(1920, 1080) * scale;
+                // The primary display need not be where the root begins.
+                const QPoint origin = scale > 1 ? QPoint(1280, 400) : QPoint();
+                const QPoint right = origin + QPoint(size.width(), 0);
+                selector.desktop.all = {{.name = {}, .pixels = {origin, size}},
+                                        {.name = {}, .pixels = {right, size}}};
+                selector.open(area);
+                selector.drag(from, to == lastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to);
+                const Rect frame{expected.x, expected.y, expected.width, expected.height};
+                QCOMPARE(selector.desktop.overlay->frame,
+                         selector.desktop.mainDisplay()->areaPixels(frame));
+                selector.click({frame.midX(), frame.midY() + 15});
+                QCOMPARE(selector.confirmed, expected);
+            }
         }
     }
 

@@ -8,9 +8,6 @@
 using namespace glimmerpane;
 using Edge = ResizeHandler::ResizeEdge;
 
-Q_DECLARE_METATYPE(Edge)
-Q_DECLARE_METATYPE(Rect)
-
 class ResizeHandlerTest : public QObject
 {
     Q_OBJECT
@@ -38,53 +35,42 @@ private Q_SLOTS:
         }
     }
 
-    void resizedFrame_followsThePointerWithinItsLimits_data()
-    {
-        QTest::addColumn<Edge>("edge");
-        QTest::addColumn<QPointF>("pointer");
-        QTest::addColumn<Rect>("initial");
-        QTest::addColumn<Rect>("screen");
-        QTest::addColumn<Rect>("expected");
-        const Rect screen{0, 0, 1920, 1080};
-        const Rect initial{100, 100, 600, 400};
-        const auto row = [&](const char *name, Edge edge, QPointF pointer, const Rect &expected) {
-            QTest::newRow(name) << edge << pointer << initial << screen << expected;
-        };
-        row("none", Edge::none, {5, 5}, initial);
-        row("top", Edge::top, {5, 620}, {100, 100, 600, 520});
-        row("bottom", Edge::bottom, {5, 80}, {100, 80, 600, 420});
-        row("left", Edge::left, {150.5, 5}, {150.5, 100, 549.5, 400});
-        row("right", Edge::right, {900.25, 5}, {100, 100, 800.25, 400});
-        row("top left", Edge::topLeft, {50, 550}, {50, 100, 650, 450});
-        row("top right", Edge::topRight, {750, 550}, {100, 100, 650, 450});
-        row("bottom left", Edge::bottomLeft, {50, 50}, {50, 50, 650, 450});
-        row("bottom right", Edge::bottomRight, {750, 50}, {100, 50, 650, 450});
-        row("smallest width", Edge::right, {150, 0}, {100, 100, 200, 400});
-        row("smallest width, left", Edge::left, {690, 0}, {500, 100, 200, 400});
-        row("smallest height", Edge::top, {0, -50}, {100, 100, 600, 150});
-        row("screen's right side", Edge::right, {2000, 0}, {100, 100, 1820, 400});
-        row("screen's corner", Edge::bottomLeft, {-9, -9}, {0, 0, 700, 500});
-
-        QTest::newRow("the screen wins over the smallest width")
-            << Edge::left << QPointF(50, 0) << Rect{-80, 0, 200, 300} << screen
-            << Rect{0, 0, 120, 300};
-        QTest::newRow("a screen smaller than the smallest size")
-            << Edge::topRight << QPointF(90, 90) << Rect{10, 10, 50, 50} << Rect{0, 0, 160, 120}
-            << Rect{10, 10, 150, 110};
-        QTest::newRow("a screen left of and below the origin")
-            << Edge::bottomLeft << QPointF(-5000, -5000) << Rect{-1000, -600, 400, 300}
-            << Rect{-1280, -900, 1280, 900} << Rect{-1280, -900, 680, 600};
-        QTest::newRow("the other sides may lie beyond the screen")
-            << Edge::right << QPointF(500, 0) << Rect{-40, -30, 300, 200} << screen
-            << Rect{-40, -30, 540, 200};
-    }
     void resizedFrame_followsThePointerWithinItsLimits()
     {
-        QFETCH(Edge, edge);
-        QFETCH(QPointF, pointer);
-        QFETCH(Rect, initial);
-        QFETCH(Rect, screen);
-        QTEST(ResizeHandler().resizedFrame(edge, pointer, initial, screen), "expected");
+        struct Row {
+            Edge edge;
+            QPointF pointer;
+            Rect expected;
+            Rect initial{100, 100, 600, 400};
+            Rect screen{0, 0, 1920, 1080};
+        };
+        for (const auto &[edge, pointer, expected, initial, screen] :
+             {Row{Edge::none, {5, 5}, {100, 100, 600, 400}},
+              Row{Edge::top, {5, 620}, {100, 100, 600, 520}},
+              Row{Edge::bottom, {5, 80}, {100, 80, 600, 420}},
+              Row{Edge::left, {150.5, 5}, {150.5, 100, 549.5, 400}},
+              Row{Edge::right, {900.25, 5}, {100, 100, 800.25, 400}},
+              Row{Edge::topLeft, {50, 550}, {50, 100, 650, 450}},
+              Row{Edge::topRight, {750, 550}, {100, 100, 650, 450}},
+              Row{Edge::bottomLeft, {50, 50}, {50, 50, 650, 450}},
+              Row{Edge::bottomRight, {750, 50}, {100, 50, 650, 450}},
+              Row{Edge::right, {150, 0}, {100, 100, 200, 400}}, // not narrower
+              Row{Edge::left, {690, 0}, {500, 100, 200, 400}},
+              Row{Edge::top, {0, -50}, {100, 100, 600, 150}}, // not lower
+              Row{Edge::right, {2000, 0}, {100, 100, 1820, 400}}, // not beyond the screen
+              Row{Edge::bottomLeft, {-9, -9}, {0, 0, 700, 500}},
+              // The screen wins over the smallest size, and may itself be smaller.
+              Row{Edge::left, {50, 0}, {0, 0, 120, 300}, {-80, 0, 200, 300}},
+              Row{Edge::topRight, {90, 90}, {10, 10, 150, 110}, {10, 10, 50, 50}, {0, 0, 160, 120}},
+              // A screen left of and below the origin; the other sides may lie beyond it.
+              Row{Edge::bottomLeft,
+                  {-5000, -5000},
+                  {-1280, -900, 680, 600},
+                  {-1000, -600, 400, 300},
+                  {-1280, -900, 1280, 900}},
+              Row{Edge::right, {500, 0}, {-40, -30, 540, 200}, {-40, -30, 300, 200}}}) {
+            QCOMPARE(ResizeHandler().resizedFrame(edge, pointer, initial, screen), expected);
+        }
     }
 
     void handlesAndPanel_followTheSize()

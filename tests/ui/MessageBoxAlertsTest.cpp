@@ -18,7 +18,7 @@ class MessageBoxAlertsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void runModal_showsTheAlertAndReturnsTheAnswer_data()
+    void runModal_showsTheAlertAndReturnsTheAnswer()
     {
         const auto press = [](Qt::Key key) -> Answer {
             return [key](QMessageBox &box) { QTest::keyClick(box.windowHandle(), key); };
@@ -31,41 +31,34 @@ private Q_SLOTS:
         const Answer takeParent = [](QMessageBox &box) { delete box.parentWidget(); };
         const QStringList two{QStringLiteral("Open System Settings"), QStringLiteral("Cancel")};
         const QStringList one{QStringLiteral("OK")};
-        QTest::addColumn<QStringList>("buttons");
-        QTest::addColumn<Answer>("answer");
-        QTest::addColumn<int>("result");
-        QTest::newRow("Return") << two << press(Qt::Key_Return) << 0;
-        QTest::newRow("Escape") << two << press(Qt::Key_Escape) << 1;
-        QTest::newRow("Escape, one button") << one << press(Qt::Key_Escape) << 0;
-        QTest::newRow("click on the last") << two << click << 1;
-        QTest::newRow("taken away") << two << hide << -1;
-        QTest::newRow("parent window gone") << two << takeParent << -1;
-    }
-    void runModal_showsTheAlertAndReturnsTheAnswer()
-    {
-        QFETCH(QStringList, buttons);
-        QFETCH(Answer, answer);
-        const Alert alert{.messageText = QStringLiteral("Screen Capture"),
-                          .informativeText = QStringLiteral("Failed: <b>no</b>\nstream"),
-                          .buttons = buttons};
-        const QPointer parent(new QWidget);
-        parent->show();
-        MessageBoxAlerts alerts;
-        alerts.setParentWindow(parent);
-        Qt::TextFormat format{};
-        Qt::WindowModality modality{};
-        QTimer::singleShot(0, this, [&] {
-            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-            QVERIFY(QTest::qWaitForWindowActive(box));
-            format = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))
-                         ->textFormat();
-            modality = box->windowModality();
-            answer(*box);
-        });
-        QTEST(alerts.runModal(alert), "result");
-        QCOMPARE(format, Qt::PlainText);
-        QCOMPARE(modality, Qt::ApplicationModal);
-        delete parent;
+        for (const auto &[buttons, answer, result] : {std::tuple(two, press(Qt::Key_Return), 0),
+                                                      {two, press(Qt::Key_Escape), 1},
+                                                      {one, press(Qt::Key_Escape), 0},
+                                                      {two, click, 1},
+                                                      {two, hide, -1},
+                                                      {two, takeParent, -1}}) {
+            const QPointer parent(new QWidget);
+            parent->show();
+            MessageBoxAlerts alerts;
+            alerts.setParentWindow(parent);
+            Qt::TextFormat format{};
+            Qt::WindowModality modality{};
+            QTimer::singleShot(0, this, [&, &answer = answer] {
+                auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+                QVERIFY(QTest::qWaitForWindowActive(box));
+                format = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))
+                             ->textFormat();
+                modality = box->windowModality();
+                answer(*box);
+            });
+            QCOMPARE(alerts.runModal({.messageText = QStringLiteral("Screen Capture"),
+                                      .informativeText = QStringLiteral("Failed: <b>no</b>"),
+                                      .buttons = buttons}),
+                     result);
+            QCOMPARE(format, Qt::PlainText);
+            QCOMPARE(modality, Qt::ApplicationModal);
+            delete parent;
+        }
     }
 
     void alert_cutsNothingOff_whateverTheFontSize()
