@@ -40,29 +40,21 @@ private Q_SLOTS:
         QCOMPARE(fixture.captureEnds, 0);
     }
 
-    void picture_isTheArea_whereverItLies_data()
-    {
-        QTest::addColumn<QRect>("place");
-        QTest::newRow("inside") << area;
-        QTest::newRow("whole screen") << QRect(0, 0, 1280, 1024);
-        QTest::newRow("over the top left corner") << QRect(-50, -40, 200, 200);
-        QTest::newRow("over the bottom right corner") << QRect(1200, 1000, 200, 200);
-        QTest::newRow("beside the screen") << QRect(1300, 100, 200, 200);
-        QTest::newRow("one pixel") << QRect(640, 512, 1, 1);
-        QTest::newRow("larger than the screen") << QRect(-100, -100, 1600, 1300);
-    }
     void picture_isTheArea_whereverItLies()
     {
-        QFETCH(QRect, place);
-        CaptureFixture fixture;
-        const auto a = required(
-            ColorWindow::show(fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
-        const auto b = required(
-            ColorWindow::show(fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
-        // The pointer over an edge of the picture is cut off there.
-        fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
-        fixture.share(place);
-        QVERIFY(fixture.showsArea());
+        for (const QRect place :
+             {area, QRect(0, 0, 1280, 1024), QRect(-50, -40, 200, 200), QRect(1200, 1000, 200, 200),
+              QRect(1300, 100, 200, 200), QRect(640, 512, 1, 1), QRect(-100, -100, 1600, 1300)}) {
+            CaptureFixture fixture;
+            const auto a = required(
+                ColorWindow::show(fixture.client, {.rectangle = {0, 0, 640, 512}, .color = red}));
+            const auto b = required(ColorWindow::show(
+                fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
+            // The pointer over an edge of the picture is cut off there.
+            fixture.input.moveTo(place.topLeft() + QPoint(place.width() - 3, place.height() / 2));
+            fixture.share(place);
+            QVERIFY(fixture.showsArea());
+        }
     }
 
     void picture_followsTheScreen_whenAPartChangesOrIsLost()
@@ -140,45 +132,41 @@ private Q_SLOTS:
         QCOMPARE(watch.count(), 1);
     }
 
-    void changes_comeAgain_whenTheirFrameWasReturned_data()
-    {
-        QTest::addColumn<QRegion>("returned");
-        QTest::addColumn<QRegion>("comes");
-        const QRect one(area.topLeft() + QPoint(10, 10), QSize(20, 20));
-        QTest::newRow("one rectangle") << QRegion(one) << QRegion(one);
-        QTest::newRow("only the pointer left") << QRegion() << QRegion(area);
-        QTest::newRow("partly outside")
-            << QRegion(area.translated(300, 200)) << QRegion(area & area.translated(300, 200));
-    }
     void changes_comeAgain_whenTheirFrameWasReturned()
     {
-        QFETCH(QRegion, returned);
-        QFETCH(QRegion, comes);
-        CaptureFixture fixture;
-        const auto content = fixture.desktop->shareableContent();
-        QVERIFY(content);
-        QObject mainThread;
-        std::vector<QRegion> changes;
-        const auto stream = fixture.desktop->makeCaptureStream(
-            {.display = content->displays.front()}, streamConfiguration(frameOf(area, 1024), 1024));
-        const auto keep = [&](const SampleBuffer &sample, SampleType) {
-            QMetaObject::invokeMethod(
-                &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
-                Qt::QueuedConnection);
-        };
-        QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
-        QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
-        QCOMPARE(changes.front(), QRegion(area));
+        const QRegion one(QRect(area.topLeft() + QPoint(10, 10), QSize(20, 20)));
+        const QRegion aside(area.translated(300, 200));
+        // Without a change, only the pointer left.
+        for (const auto &[returned, comes] :
+             {std::pair(one, one), {QRegion(), QRegion(area)}, {aside, aside & area}}) {
+            CaptureFixture fixture;
+            const auto content = fixture.desktop->shareableContent();
+            QVERIFY(content);
+            QObject mainThread;
+            std::vector<QRegion> changes;
+            const auto stream = fixture.desktop->makeCaptureStream(
+                {.display = content->displays.front()},
+                streamConfiguration(frameOf(area, 1024), 1024));
+            const auto keep = [&](const SampleBuffer &sample, SampleType) {
+                QMetaObject::invokeMethod(
+                    &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
+                    Qt::QueuedConnection);
+            };
+            QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
+            QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
+            QCOMPARE(changes.front(), QRegion(area));
 
-        // The stream's first look at the screen may fall together with a frame that is returned.
-        SampleBuffer sample;
-        sample.changed = returned;
-        changes.clear();
-        const auto cameAgain = [&] {
-            stream->returnSampleBuffer(sample);
-            return std::ranges::find(changes, comes) != changes.end();
-        };
-        QVERIFY(waitFor(cameAgain, patience));
+            // The stream's first look at the screen may fall together with a frame that is
+            // returned.
+            SampleBuffer sample;
+            sample.changed = returned;
+            changes.clear();
+            const auto cameAgain = [&, &comes = comes] {
+                stream->returnSampleBuffer(sample);
+                return std::ranges::find(changes, comes) != changes.end();
+            };
+            QVERIFY(waitFor(cameAgain, patience));
+        }
     }
 
     void content_isRefused_whenAnExtensionIsMissing()

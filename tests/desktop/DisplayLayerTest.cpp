@@ -45,36 +45,30 @@ class DisplayLayerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void picture_isFittedWithBlackBars_whenTheWindowHasAnotherShape_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QRect>("fitted");
-        QTest::newRow("bars above and below") << QSize(400, 400) << QRect(0, 100, 400, 200);
-        QTest::newRow("bars at the sides") << QSize(300, 50) << QRect(100, 0, 100, 50);
-        QTest::newRow("larger, no bars") << QSize(600, 300) << QRect(0, 0, 600, 300);
-    }
     void picture_isFittedWithBlackBars_whenTheWindowHasAnotherShape()
     {
-        QFETCH(QSize, size);
-        QFETCH(QRect, fitted);
-        LayerFixture fixture(size);
-        const auto leftHalf = required(
-            ColorWindow::show(fixture.client, {.rectangle = {100, 100, 100, 100}, .color = red}));
-        const auto rightHalf = required(
-            ColorWindow::show(fixture.client, {.rectangle = {200, 100, 100, 100}, .color = green}));
-        fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
-        const QRect inner = fitted.adjusted(2, 2, -2, -2);
-        const auto isRight = [&] {
-            const QImage picture = fixture.picture();
-            return picture.size() == size && picture.pixel(inner.topLeft()) == red
-                && picture.pixel(inner.bottomRight()) == green
-                && picture.pixel(fitted.center() - QPoint(3, 0)) == red
-                && picture.pixel(fitted.center() + QPoint(4, 0)) == green
-                && (fitted.size() == size
-                    || (picture.pixel(0, 0) == 0xff000000
-                        && picture.pixel(size.width() - 1, size.height() - 1) == 0xff000000));
-        };
-        QVERIFY(waitFor(isRight, patience));
+        for (const auto &[size, fitted] : {std::pair(QSize(400, 400), QRect(0, 100, 400, 200)),
+                                           {QSize(300, 50), QRect(100, 0, 100, 50)},
+                                           {QSize(600, 300), QRect(0, 0, 600, 300)}}) {
+            LayerFixture fixture(size);
+            const auto leftHalf = required(ColorWindow::show(
+                fixture.client, {.rectangle = {100, 100, 100, 100}, .color = red}));
+            const auto rightHalf = required(ColorWindow::show(
+                fixture.client, {.rectangle = {200, 100, 100, 100}, .color = green}));
+            fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
+            const QRect inner = fitted.adjusted(2, 2, -2, -2);
+            const auto isRight = [&, &size = size, &fitted = fitted] {
+                const QImage picture = fixture.picture();
+                return picture.size() == size && picture.pixel(inner.topLeft()) == red
+                    && picture.pixel(inner.bottomRight()) == green
+                    && picture.pixel(fitted.center() - QPoint(3, 0)) == red
+                    && picture.pixel(fitted.center() + QPoint(4, 0)) == green
+                    && (fitted.size() == size
+                        || (picture.pixel(0, 0) == 0xff000000
+                            && picture.pixel(size.width() - 1, size.height() - 1) == 0xff000000));
+            };
+            QVERIFY(waitFor(isRight, patience));
+        }
     }
 
     void picture_hasAScaledPointer_whenItIsScaled()
@@ -95,36 +89,31 @@ private Q_SLOTS:
         QVERIFY(waitFor(isRight, patience));
     }
 
-    void highlight_liesOnThePicture_asLongAsItIsSet_data()
-    {
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QPoint>("place"); ///< of the middle of the highlight
-        QTest::newRow("as large") << source.size() << QPoint(55, 55);
-        QTest::newRow("doubled, bars") << QSize(400, 400) << QPoint(110, 210);
-    }
     void highlight_liesOnThePicture_asLongAsItIsSet()
     {
-        QFETCH(QSize, size);
-        QFETCH(QPoint, place);
-        LayerFixture fixture(size);
-        const auto window
-            = required(ColorWindow::show(fixture.client, {.rectangle = source, .color = red}));
-        QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
-        image.fill(blue);
-        QVERIFY(fixture.layer->setHighlights({{.image = image, .topLeft = {150, 150}}}));
-        fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
-        const auto becomes = [&](QRgb color) {
-            return waitFor([&] { return fixture.picture().pixel(place) == color; }, patience);
-        };
-        QVERIFY(becomes(blue));
-        for (const double opacity : {0.5, 0.0}) {
-            QVERIFY(waitFor(
-                [&] {
-                    return fixture.layer->setHighlights(
-                        {{.image = image, .topLeft = {150, 150}, .opacity = opacity}});
-                },
-                patience));
-            QVERIFY(becomes(opacity > 0 ? 0xff80007f : red));
+        // As large as the source; doubled, with bars. The place is that of the highlight's middle.
+        for (const auto &[size, place] :
+             {std::pair(source.size(), QPoint(55, 55)), {QSize(400, 400), QPoint(110, 210)}}) {
+            LayerFixture fixture(size);
+            const auto window
+                = required(ColorWindow::show(fixture.client, {.rectangle = source, .color = red}));
+            QImage image(10, 10, QImage::Format_ARGB32_Premultiplied);
+            image.fill(blue);
+            QVERIFY(fixture.layer->setHighlights({{.image = image, .topLeft = {150, 150}}}));
+            fixture.layer->enqueueSampleBuffer(fixture.wholeFrame());
+            const auto becomes = [&, &place = place](QRgb color) {
+                return waitFor([&] { return fixture.picture().pixel(place) == color; }, patience);
+            };
+            QVERIFY(becomes(blue));
+            for (const double opacity : {0.5, 0.0}) {
+                QVERIFY(waitFor(
+                    [&] {
+                        return fixture.layer->setHighlights(
+                            {{.image = image, .topLeft = {150, 150}, .opacity = opacity}});
+                    },
+                    patience));
+                QVERIFY(becomes(opacity > 0 ? 0xff80007f : red));
+            }
         }
     }
 

@@ -12,8 +12,6 @@
 using namespace glimmerpane;
 using namespace glimmerpane::testing;
 
-Q_DECLARE_METATYPE(ProgramFixture::WindowManager)
-
 namespace
 {
 
@@ -37,58 +35,49 @@ class ProgramTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void person_sharesTypedNumbers_andFindsThemAgain_data()
-    {
-        QTest::addColumn<WindowManager>("manager");
-        QTest::newRow("no window manager") << WindowManager::None;
-        QTest::newRow("openbox") << WindowManager::Openbox;
-    }
     void person_sharesTypedNumbers_andFindsThemAgain()
     {
-        QFETCH(WindowManager, manager);
-        ProgramFixture fixture(manager);
-        const auto window = colorUnderArea(fixture);
-        fixture.start();
-        QVERIFY(fixture.waitForMainWindow());
-        QVERIFY(fixture.typeArea(frame));
-        fixture.click(places::startSharing);
-        QVERIFY(fixture.showsArea(area));
-        fixture.input.moveTo(area.center());
-        QVERIFY(fixture.showsArea(area));
+        for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
+            ProgramFixture fixture(manager);
+            const auto window = colorUnderArea(fixture);
+            fixture.start();
+            QVERIFY(fixture.waitForMainWindow());
+            QVERIFY(fixture.typeArea(frame));
+            fixture.click(places::startSharing);
+            QVERIFY(fixture.showsArea(area));
+            fixture.input.moveTo(area.center());
+            QVERIFY(fixture.showsArea(area));
 
-        QVERIFY(fixture.stopSharing());
-        QVERIFY(fixture.startAgain());
+            QVERIFY(fixture.stopSharing());
+            QVERIFY(fixture.startAgain());
 
-        fixture.program.sendSignal(SIGTERM);
-        QCOMPARE(fixture.waitForExit(), 0);
-        fixture.start({QStringLiteral("--share")});
-        QVERIFY(fixture.showsArea(area));
+            fixture.program.sendSignal(SIGTERM);
+            QCOMPARE(fixture.waitForExit(), 0);
+            fixture.start({QStringLiteral("--share")});
+            QVERIFY(fixture.showsArea(area));
+        }
     }
 
-    void program_endsCleanly_whateverItDoes_data()
-    {
-        QTest::addColumn<QString>("areaText");
-        QTest::addColumn<int>("signal"); ///< 0: the main window is closed
-        QTest::newRow("sharing, window closed") << areaOption << 0;
-        QTest::newRow("sharing, SIGINT") << areaOption << SIGINT;
-        QTest::newRow("sharing, SIGTERM") << areaOption << SIGTERM;
-        QTest::newRow("alert, SIGTERM") << QStringLiteral("--area=0,0,0x100") << SIGTERM;
-    }
     void program_endsCleanly_whateverItDoes()
     {
-        QFETCH(QString, areaText);
-        QFETCH(int, signal);
-        ProgramFixture fixture(WindowManager::Openbox);
-        fixture.start({areaText, QStringLiteral("--share")});
-        const auto isThere = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
-        QVERIFY(waitFor(isThere, patience));
-        if (signal == 0) {
-            askToClose(fixture.client, *fixture.mainWindow());
-        } else {
-            fixture.program.sendSignal(signal);
+        // It shares, or shows an alert; the signal 0 stands for a closed window.
+        for (const auto &[areaText, signal] : {std::pair(areaOption, 0),
+                                               {areaOption, SIGINT},
+                                               {areaOption, SIGTERM},
+                                               {QStringLiteral("--area=0,0,0x100"), SIGTERM}}) {
+            ProgramFixture fixture(WindowManager::Openbox);
+            fixture.start({areaText, QStringLiteral("--share")});
+            const auto isThere
+                = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
+            QVERIFY(waitFor(isThere, patience));
+            if (signal == 0) {
+                askToClose(fixture.client, *fixture.mainWindow());
+            } else {
+                fixture.program.sendSignal(signal);
+            }
+            QCOMPARE(fixture.waitForExit(), 0);
+            QVERIFY(!fixture.outputWindow());
         }
-        QCOMPARE(fixture.waitForExit(), 0);
-        QVERIFY(!fixture.outputWindow());
     }
 
     void pixels_areTheRightOnes_atScaleFactorTwo()
@@ -160,42 +149,29 @@ private Q_SLOTS:
         }
     }
 
-    void texts_areInThePersonsLanguage_data()
-    {
-        QTest::addColumn<QString>("locale");
-        QTest::addColumn<QString>("preferred");
-        QTest::addColumn<QString>("says");
-        const QString english = QStringLiteral("Unexpected argument 'x'.");
-        const QString german = QStringLiteral("Unerwartetes Argument „x“.");
-        const QString french = QStringLiteral("Argument inattendu « x ».");
-        const auto row = [](const char *locale, const char *preferred, const QString &says) {
-            QTest::addRow("%s, %s", locale, preferred)
-                << QString::fromLatin1(locale) << QString::fromLatin1(preferred) << says;
-        };
-        row("de_DE.UTF-8", "", german);
-        row("de_AT.UTF-8", "", german);
-        row("fr_CA.UTF-8", "", french);
-        row("en_GB.UTF-8", "", english);
-        row("ja_JP.UTF-8", "", english);
-        row("ja_JP.UTF-8", "ja:fr:de", french);
-        row("de_DE.UTF-8", "en_GB:de", english);
-        row("C", "de", english);
-    }
-
     void texts_areInThePersonsLanguage()
     {
-        QFETCH(const QString, locale);
-        QFETCH(const QString, preferred);
-        QFETCH(const QString, says);
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("LC_ALL"), locale);
-        environment.insert(QStringLiteral("LANGUAGE"), preferred);
-        auto program = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                                     .arguments = {QStringLiteral("x")},
-                                                     .environment = environment}));
-        QVERIFY(program.waitForEnd(patience));
-        QCOMPARE(QString::fromUtf8(program.output()),
-                 QStringLiteral("glimmerpane: %1\n").arg(says));
+        const QByteArray english = "Unexpected argument 'x'.";
+        const QByteArray german = "Unerwartetes Argument „x“.";
+        const QByteArray french = "Argument inattendu « x ».";
+        for (const auto &[locale, preferred, says] : {std::tuple("de_DE.UTF-8", "", german),
+                                                      {"de_AT.UTF-8", "", german},
+                                                      {"fr_CA.UTF-8", "", french},
+                                                      {"en_GB.UTF-8", "", english},
+                                                      {"ja_JP.UTF-8", "", english},
+                                                      {"ja_JP.UTF-8", "ja:fr:de", french},
+                                                      {"de_DE.UTF-8", "en_GB:de", english},
+                                                      {"C", "de", english}}) {
+            auto environment = QProcessEnvironment::systemEnvironment();
+            environment.insert(QStringLiteral("LC_ALL"), QLatin1String(locale));
+            environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(preferred));
+            auto program
+                = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                .arguments = {QStringLiteral("x")},
+                                                .environment = environment}));
+            QVERIFY(program.waitForEnd(patience));
+            QCOMPARE(program.output(), "glimmerpane: " + says + '\n');
+        }
     }
 
     void commandLine_isAnswered_withoutADisplay()

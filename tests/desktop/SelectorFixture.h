@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "selection/ResizeHandler.h"
 #include "tests/desktop/ProgramFixture.h"
 #include "tests/support/CursorPicture.h"
 #include "tests/support/WaitFor.h"
@@ -9,8 +8,6 @@
 
 #include <QColor>
 #include <QRegion>
-
-#include <algorithm>
 
 namespace glimmerpane::testing
 {
@@ -162,25 +159,6 @@ inline bool isNear(const QColor &one, const QColor &other)
     return std::abs(one.red() - other.red()) <= tolerance
         && std::abs(one.green() - other.green()) <= tolerance
         && std::abs(one.blue() - other.blue()) <= tolerance;
-}
-
-/** Within the screen, whose scale factor is 1. */
-inline QRect afterDrag(QRect frame, QPoint from, QPoint to)
-{
-    const MainDisplay display{.pixels = {QPoint(), screenSize}};
-    const Rect points = display.areaOf(frame);
-    const QPointF grabbed = display.pointOf(from) - QPointF(points.x, points.y);
-    const auto edge = ResizeHandler().edgeAt(grabbed, points);
-    if (edge == ResizeHandler::ResizeEdge::none) {
-        const QPoint origin = frame.topLeft() + to - from;
-        frame.moveTo(std::clamp(origin.x(), 0, screenSize.width() - frame.width()),
-                     std::clamp(origin.y(), 0, screenSize.height() - frame.height()));
-        return frame;
-    }
-    const QPoint reached(to.x() + (to.x() == screenSize.width() - 1 ? 1 : 0),
-                         to.y() + (to.y() == screenSize.height() - 1 ? 1 : 0));
-    return display.areaPixels(
-        ResizeHandler().resizedFrame(edge, display.pointOf(reached), points, display.frame()));
 }
 
 inline bool isEqualBut(const QImage &one, const QImage &other, const QRegion &left)

@@ -3,7 +3,6 @@
 #include "tests/support/ColorWindow.h"
 
 #include <QPainter>
-#include <QRandomGenerator>
 #include <QTest>
 
 #include <ranges>
@@ -269,39 +268,6 @@ private Q_SLOTS:
             fixture.input.moveTo(from);
             fixture.input.release();
         }
-    }
-
-    void selector_isWhole_afterAThousandDrags()
-    {
-        SelectorFixture fixture;
-        QVERIFY(fixture.launch() && fixture.open() && fixture.becomes(area));
-        // From here on a press beside the selector does nothing.
-        const auto shield = required(ColorWindow::show(
-            fixture.client, {.rectangle = {QPoint(), screenSize}, .color = 0xff304050}));
-        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(fixture.client.connection(), *fixture.selector(),
-                             XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        const QRect screen(QPoint(), screenSize);
-        QRandomGenerator random(20);
-        const auto pointIn = [&](const QRect &rectangle) {
-            return rectangle.topLeft()
-                + QPoint(random.bounded(rectangle.width()), random.bounded(rectangle.height()));
-        };
-        QRect frame = area;
-        for (int i = 0; i < 1000; ++i) {
-            const QRect panel(frame.center() - QPoint(62, 32), QSize(126, 66));
-            QPoint from = pointIn(frame);
-            while (panel.contains(from)) {
-                from = pointIn(frame);
-            }
-            const QPoint to = pointIn(screen);
-            fixture.input.drag(from, to, 2);
-            frame = afterDrag(frame, from, to);
-            QVERIFY2(fixture.becomes(frame), qPrintable(QStringLiteral("drag %1").arg(i)));
-            QVERIFY(screen.contains(frame) && frame.width() >= 200 && frame.height() >= 150);
-        }
-        fixture.input.moveTo(frame.topLeft() + QPoint(40, 40));
-        QTRY_VERIFY(showsWholeSelector(required(fixture.client.screenshot(frame))));
     }
 };
 
