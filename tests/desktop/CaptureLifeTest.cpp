@@ -58,50 +58,42 @@ private Q_SLOTS:
         QCOMPARE(fixture.desktop->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
     }
 
-    void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen_data()
-    {
-        QTest::addColumn<QRect>("area");
-        QTest::addColumn<QString>("monitor");
-        QTest::addColumn<QRect>("becomes");
-        QTest::addColumn<bool>("ends");
-        const auto row
-            = [](const char *name, QRect area, const QString &monitor, QRect becomes,
-                 bool ends = true) { QTest::newRow(name) << area << monitor << becomes << ends; };
-        const auto first = QStringLiteral("LEFT");
-        const auto second = QStringLiteral("RIGHT");
-        row("captured display is gone", areaOnTheLeft, first, {});
-        row("captured display is smaller", areaOnTheLeft, first, {0, 0, 600, 1024});
-        row("display under the area is gone", areaOnTheRight, second, {});
-        row("display under the area is moved", areaOnTheRight, second, {640, 200, 640, 800});
-        row("captured display is gone, the area is elsewhere", areaOnTheRight, first, {});
-        row("another display is moved", areaOnTheLeft, second, {640, 100, 640, 900}, false);
-    }
     void capture_endsOnce_whenTheGeometryUnderItChanges_andOnlyThen()
     {
-        QFETCH(QRect, area);
-        QFETCH(QString, monitor);
-        QFETCH(QRect, becomes);
-        QFETCH(bool, ends);
-        TwoMonitors fixture;
-        fixture.share(area);
-        QVERIFY(fixture.showsArea());
-        QCOMPARE(fixture.captureEnds, 0);
-        fixture.removeMonitor(monitor);
-        if (!becomes.isNull()) {
-            fixture.server.setMonitor(monitor, becomes, QStringLiteral("none"));
-        }
-        if (ends) {
-            QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
-            QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
-            fixture.coordinator->closeSharingWindow();
+        struct Row {
+            QRect area;
+            QString monitor; ///< that goes, or becomes another
+            QRect becomes{};
+            bool ends = true;
+        };
+        const auto first = QStringLiteral("LEFT");
+        const auto second = QStringLiteral("RIGHT");
+        for (const auto &[area, monitor, becomes, ends] :
+             {Row{areaOnTheLeft, first}, Row{areaOnTheLeft, first, {0, 0, 600, 1024}},
+              Row{areaOnTheRight, second}, Row{areaOnTheRight, second, {640, 200, 640, 800}},
+              Row{areaOnTheRight, first},
+              Row{areaOnTheLeft, second, {640, 100, 640, 900}, false}}) {
+            TwoMonitors fixture;
             fixture.share(area);
-        } else {
-            const auto window
-                = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
             QVERIFY(fixture.showsArea());
+            QCOMPARE(fixture.captureEnds, 0);
+            fixture.removeMonitor(monitor);
+            if (!becomes.isNull()) {
+                fixture.server.setMonitor(monitor, becomes, QStringLiteral("none"));
+            }
+            if (ends) {
+                QVERIFY(waitFor([&] { return fixture.captureEnds > 0; }, patience));
+                QVERIFY(waitFor([] { return captureThreads() == 0; }, patience));
+                fixture.coordinator->closeSharingWindow();
+                fixture.share(area);
+            } else {
+                const auto window = required(
+                    ColorWindow::show(fixture.client, {.rectangle = area, .color = red}));
+                QVERIFY(fixture.showsArea());
+            }
+            QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
+            QCOMPARE(fixture.captureEnds, ends ? 1 : 0);
         }
-        QVERIFY(waitFor([] { return captureThreads() == 1; }, patience));
-        QCOMPARE(fixture.captureEnds, ends ? 1 : 0);
     }
 
     void start_fails_whenTheXServerIsGone()

@@ -118,43 +118,39 @@ class FaultTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void program_worksOn_whenAManagerComesAndGoes_data()
-    {
-        QTest::addColumn<QString>("program");
-        QTest::addColumn<QByteArray>("selection"); ///< that it owns while it runs
-        QTest::newRow("window manager") << QStringLiteral("openbox") << QByteArray("WM_S0");
-        QTest::newRow("compositor") << QStringLiteral("picom") << QByteArray("_NET_WM_CM_S0");
-    }
-
     void program_worksOn_whenAManagerComesAndGoes()
     {
-        QFETCH(QString, program);
-        QFETCH(QByteArray, selection);
-        SharingFixture fixture;
-        // Nobody but who has read it before can see a killed manager's pointer, which stays.
-        fixture.input.moveTo(besidesEverything);
-        auto *const start = program == u"picom" ? startCompositor : startWindowManager;
-        QVERIFY(fixture.launch(shareArea));
-        QVERIFY(fixture.showsChange(area));
-        for (const bool isKilled : {true, false}) {
-            auto manager = required(start(
-                fixture.client, {.program = program, .environment = fixture.server.environment()}));
-            const auto output = fixture.outputWindow();
-            QVERIFY(output && fixture.showsChange(area));
-            isKilled ? manager.kill() : manager.terminate();
-            QVERIFY(waitFor([&] { return !isOwned(fixture.client, selection); }, patience));
+        // A window manager and a compositor, with the selection that each owns while it runs.
+        for (const auto &[program, selection, start] :
+             {std::tuple("openbox", "WM_S0", &startWindowManager),
+              {"picom", "_NET_WM_CM_S0", &startCompositor}}) {
+            SharingFixture fixture;
+            const ChildProcess::Options options{.program = QLatin1String(program),
+                                                .environment = fixture.server.environment()};
+            // Nobody but who has read it before can see a killed manager's pointer, which stays.
+            fixture.input.moveTo(besidesEverything);
+            QVERIFY(fixture.launch(shareArea));
             QVERIFY(fixture.showsChange(area));
-            QCOMPARE(fixture.outputWindow(), output);
-            QVERIFY(fixture.stopSharing() && fixture.startAgain());
-            QVERIFY(fixture.showsChange(area));
+            for (const bool isKilled : {true, false}) {
+                auto manager = required(start(fixture.client, options));
+                const auto output = fixture.outputWindow();
+                QVERIFY(output && fixture.showsChange(area));
+                isKilled ? manager.kill() : manager.terminate();
+                const auto hasGone
+                    = [&, name = selection] { return !isOwned(fixture.client, name); };
+                QVERIFY(waitFor(hasGone, patience));
+                QVERIFY(fixture.showsChange(area));
+                QCOMPARE(fixture.outputWindow(), output);
+                QVERIFY(fixture.stopSharing() && fixture.startAgain());
+                QVERIFY(fixture.showsChange(area));
+            }
+            const auto manager = required(start(fixture.client, options));
+            QVERIFY(fixture.stopSharing() && fixture.typeArea({400, 300, 500, 350}));
+            QVERIFY(fixture.startAgain());
+            QVERIFY(fixture.showsChange({400, 374, 500, 350}));
+            askToClose(fixture.client, *fixture.mainWindow());
+            QCOMPARE(fixture.waitForExit(), 0);
         }
-        const auto manager = required(start(
-            fixture.client, {.program = program, .environment = fixture.server.environment()}));
-        QVERIFY(fixture.stopSharing() && fixture.typeArea({400, 300, 500, 350}));
-        QVERIFY(fixture.startAgain());
-        QVERIFY(fixture.showsChange({400, 374, 500, 350}));
-        askToClose(fixture.client, *fixture.mainWindow());
-        QCOMPARE(fixture.waitForExit(), 0);
     }
 
     void session_endsOrGoesOn_whenTheScreenChanges_data()
