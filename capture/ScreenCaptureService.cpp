@@ -29,6 +29,15 @@ StartResult failure(const Error &error)
     return std::unexpected(CaptureFailure{.description = error.text});
 }
 
+/** Of a size, the magnitude counts. */
+Rect rectOf(const CaptureFrame &frame)
+{
+    return {.x = frame.x,
+            .y = frame.y,
+            .width = std::abs(frame.width),
+            .height = std::abs(frame.height)};
+}
+
 /** Stopping waits for the stream's thread, so it is done elsewhere. */
 void stopInBackground(std::shared_ptr<CaptureStream> stream)
 {
@@ -45,10 +54,7 @@ QString describe(CaptureError error)
 
 StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displayHeight)
 {
-    const Rect area{.x = frame.x,
-                    .y = frame.y,
-                    .width = std::abs(frame.width),
-                    .height = std::abs(frame.height)};
+    const Rect area = rectOf(frame);
     return {.width = static_cast<std::int64_t>(area.width * 2),
             .height = static_cast<std::int64_t>(area.height * 2),
             .sourceRect = flipped(area, displayHeight),
@@ -73,7 +79,7 @@ ScreenCaptureService::~ScreenCaptureService()
     }
 }
 
-void ScreenCaptureService::setOnCaptureEnded(Handler handler)
+void ScreenCaptureService::setOnCaptureEnded(EndHandler handler)
 {
     onCaptureEnded_ = std::move(handler);
 }
@@ -91,19 +97,14 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
         co_return failure(ready.error());
     }
 
-    auto query = QtConcurrent::run([&desktop = desktop_] { return desktop.shareableContent(); });
-    const auto content = co_await query;
-    if (!self || run != run_) {
-        co_return StartResult();
-    }
-    if (!content) {
-        co_return failure(content.error());
-    }
-    if (content->displays.empty()) {
+    const auto display = desktop_.mainDisplay();
+    if (!display) {
         co_return std::unexpected(CaptureFailure{describe(CaptureError::noDisplayFound)});
     }
-
-    const std::shared_ptr stream = makeStream(content->displays.front());
+    source_ = display->areaPixels(rectOf(frame));
+    scale_ = display->scale;
+    ring_ = {};
+    const std::shared_ptr stream = makeStream(*display);
     starting_.push_back(stream);
     auto start = QtConcurrent::run(
         [stream, handlers = handlers(stream)] { return stream->startCapture(handlers); });
@@ -122,7 +123,6 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     qCInfo(captureLog) << "captures" << frame.width << "x" << frame.height << "points at" << frame.x
                        << frame.y;
     stream_ = stream;
-    display_ = {.pixels = content->displays.front().pixels, .scale = desktop_.scaleFactor()};
     installClickMonitor();
     co_return StartResult();
 }
@@ -148,12 +148,10 @@ std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow
     return {};
 }
 
-std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const Display &display) const
+std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const MainDisplay &display) const
 {
-    const double scale = desktop_.scaleFactor();
-    const Rect points = toDisplayPoints(display.pixels, display.pixels.topLeft(), scale);
-    return desktop_.makeCaptureStream({.display = display, .pointPixelScale = scale},
-                                      streamConfiguration(captureFrame_, points.height));
+    return desktop_.makeCaptureStream({.display = display},
+                                      streamConfiguration(captureFrame_, display.frame().height));
 }
 
 CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)
@@ -177,11 +175,11 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
                     });
                 },
             .didStopWithError =
-                [=](const Error &) {
+                [=](const Error &error) {
                     onMainThread([=] {
                         qCInfo(captureLog, "the stream has ended by itself");
                         if (self && self->run_ == run && self->onCaptureEnded_) {
-                            self->onCaptureEnded_();
+                            self->onCaptureEnded_(error.text);
                         }
                     });
                 }};
@@ -192,6 +190,7 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
     if (type != SampleType::Screen || !previewLayer_) {
         return;
     }
+    source_ = sample.source;
     if (previewLayer_->isReadyForMoreMediaData()) {
         previewLayer_->enqueueSampleBuffer(sample);
         frames_.show(std::chrono::steady_clock::now());
@@ -204,7 +203,6 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
 
 void ScreenCaptureService::installClickMonitor()
 {
-    ring_ = clickRing(systemBlue(QGuiApplication::palette()), display_.scale);
     clickMonitor_ = desktop_.monitorPresses([self = QPointer(this)](QPoint rootPixel) {
         if (self) {
             self->handleGlobalClick(rootPixel);
@@ -214,13 +212,19 @@ void ScreenCaptureService::installClickMonitor()
 
 void ScreenCaptureService::handleGlobalClick(QPoint rootPixel)
 {
-    const QPointF place = display_.pointOf(rootPixel);
-    const bool isInside = place.x() >= captureFrame_.x && place.y() >= captureFrame_.y
-        && place.x() < captureFrame_.x + std::abs(captureFrame_.width)
-        && place.y() < captureFrame_.y + std::abs(captureFrame_.height);
-    if (isInside && highlights_ && !window_.expired()) {
-        highlights_->add(ring_, rootPixel);
+    if (source_.contains(rootPixel) && highlights_ && !window_.expired()) {
+        highlights_->add(ring(), rootPixel);
     }
+}
+
+/** The same image as long as it looks the same, for the server keeps it. */
+const QImage &ScreenCaptureService::ring()
+{
+    const QColor blue = systemBlue(QGuiApplication::palette());
+    if (ring_.isNull() || std::exchange(ringColor_, blue) != blue) {
+        ring_ = clickRing(blue, scale_);
+    }
+    return ring_;
 }
 
 CaptureStatistics ScreenCaptureService::statistics() const
@@ -238,6 +242,7 @@ void ScreenCaptureService::stopCapture()
     previewLayer_.reset();
     window_.reset();
     captureFrame_ = {};
+    source_ = {};
     frames_ = {};
     if (stream_) {
         qCInfo(captureLog, "stops");

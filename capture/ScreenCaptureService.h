@@ -39,7 +39,7 @@ public:
     ~ScreenCaptureService() override;
     Q_DISABLE_COPY_MOVE(ScreenCaptureService)
 
-    void setOnCaptureEnded(Handler handler) override;
+    void setOnCaptureEnded(EndHandler handler) override;
     QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                           std::shared_ptr<SharingWindow> window) override;
     void stopCapture() override;
@@ -50,14 +50,15 @@ private:
     using Run = int;
 
     std::expected<void, Error> setupPreviewLayer(SharingWindow &window);
-    std::unique_ptr<CaptureStream> makeStream(const Display &display) const;
+    std::unique_ptr<CaptureStream> makeStream(const MainDisplay &display) const;
     CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
     void show(const SampleBuffer &sample, SampleType type, CaptureStream &stream);
     void installClickMonitor();
     void handleGlobalClick(QPoint rootPixel);
+    const QImage &ring();
 
     Desktop &desktop_;
-    Handler onCaptureEnded_;
+    EndHandler onCaptureEnded_;
     std::shared_ptr<CaptureStream> stream_; ///< set once it has started
     std::unique_ptr<DisplayLayer> previewLayer_;
     std::unique_ptr<ClickHighlights> highlights_; ///< on the preview layer
@@ -65,8 +66,10 @@ private:
     std::weak_ptr<SharingWindow> window_;
     CaptureFrame captureFrame_;
     FrameCounter frames_; ///< of this run
-    MainDisplay display_; ///< that is captured
-    QImage ring_; ///< of this run's clicks
+    QRect source_; ///< where the area lies now, root pixels
+    double scale_ = 1; ///< pixels for each point
+    QImage ring_; ///< of clicks
+    QColor ringColor_;
     Run run_ = 0;
     std::vector<std::shared_ptr<CaptureStream>> starting_; ///< whose start is in flight
 };

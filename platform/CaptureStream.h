@@ -33,8 +33,7 @@ struct ShareableContent {
 
 /** Which display a stream captures. No window is left out of the picture. */
 struct ContentFilter {
-    Display display;
-    double pointPixelScale = 1; ///< pixels for each point
+    MainDisplay display;
 };
 
 /** A time of value / timescale seconds. */
@@ -85,7 +84,10 @@ struct SampleBuffer {
     std::chrono::steady_clock::time_point time;
 };
 
-/** A running capture of one rectangle of a display. */
+/**
+ * A running capture of one rectangle of a display. Where displays change it goes on with the same
+ * points, counted from what is the primary display then, as long as a display shows any of them.
+ */
 class CaptureStream
 {
 public:

@@ -23,6 +23,9 @@ namespace
 // With more rectangles than this, their bounds are copied: a request for each would cost more.
 constexpr int mostRectangles = 64;
 
+// A change of displays comes in several steps, and in between there may be none.
+constexpr std::chrono::seconds longestAbsence(1);
+
 xcb_rectangle_t toXcb(QRect rectangle)
 {
     return {.x = static_cast<std::int16_t>(rectangle.x()),
@@ -31,22 +34,11 @@ xcb_rectangle_t toXcb(QRect rectangle)
             .height = static_cast<std::uint16_t>(rectangle.height())};
 }
 
-Region makeRegion(const Connection &connection, std::optional<QRect> rectangle)
+Region makeRegion(const Connection &connection)
 {
     const auto id = connection.newId();
-    const xcb_rectangle_t content = toXcb(rectangle.value_or(QRect()));
-    xcb_xfixes_create_region(connection.get(), id, rectangle ? 1 : 0, &content);
+    xcb_xfixes_create_region(connection.get(), id, 0, nullptr);
     return {connection, id};
-}
-
-/** The captured display, and the displays that the area lies on. */
-std::vector<Display> relevant(const std::vector<Display> &displays, const CaptureSource &source)
-{
-    std::vector<Display> result;
-    std::ranges::copy_if(displays, std::back_inserter(result), [&](const Display &display) {
-        return display.name == source.display.name || display.pixels.intersects(source.area);
-    });
-    return result;
 }
 
 bool sameLook(const std::optional<PointerSprite> &a, const std::optional<PointerSprite> &b)
@@ -57,10 +49,10 @@ bool sameLook(const std::optional<PointerSprite> &a, const std::optional<Pointer
     return a->serial == b->serial && a->topLeft == b->topLeft;
 }
 
-Error displayGone()
+Error areaGone()
 {
-    return {.text = Error::tr("The captured display is gone or has changed."),
-            .log = QStringLiteral("the monitors under the area changed")};
+    return {.text = Error::tr("The area lies on no display. Set an area that does."),
+            .log = QStringLiteral("no monitor is under the area")};
 }
 
 } // namespace
@@ -89,7 +81,6 @@ CaptureLoop::CaptureLoop(Connection connection, const Extensions &extensions, Ca
     , redraws_(redraws)
     , handlers_(std::move(handlers))
     , pacer_(source_.minimumFrameInterval)
-    , carried_(source_.area)
 {
 }
 
@@ -99,8 +90,8 @@ std::expected<void, Error> CaptureLoop::watch()
     if (source_.showsCursor) {
         pointer_.emplace(connection_, extensions_);
     }
-    changes_ = makeRegion(connection_, std::nullopt);
-    area_ = makeRegion(connection_, source_.area);
+    changes_ = makeRegion(connection_);
+    areaRegion_ = makeRegion(connection_);
     // NonEmpty tells once and then not again before a DamageSubtract: at most one event a frame,
     // whatever draws on the screen, and however finely.
     const auto id = connection_.newId();
@@ -110,39 +101,67 @@ std::expected<void, Error> CaptureLoop::watch()
         return created;
     }
     damage_ = Damage(connection_, id);
-    geometry_ = relevant(monitors(connection_), source_);
-    if (std::ranges::find(geometry_, source_.display) == geometry_.end()) {
-        return std::unexpected(displayGone());
+    findArea();
+    return area_.isEmpty() ? std::unexpected(areaGone()) : std::expected<void, Error>();
+}
+
+/** Where the points are now. False if no display shows any of them. */
+bool CaptureLoop::findArea()
+{
+    const auto displays = monitors(connection_);
+    if (displays.empty()) {
+        return false;
     }
-    return {};
+    const MainDisplay main{.pixels = displays.front().pixels, .scale = source_.scale};
+    area_ = main.areaPixels(source_.area);
+    carried_ = area_;
+    const xcb_rectangle_t rectangle = toXcb(area_);
+    xcb_xfixes_set_region(connection_.get(), areaRegion_.get(), 1, &rectangle);
+    return std::ranges::any_of(
+        displays, [this](const Display &display) { return display.pixels.intersects(area_); });
 }
 
 void CaptureLoop::run()
 {
-    std::optional<FramePacer::TimePoint> wantedSince;
+    constexpr auto unwanted = FramePacer::TimePoint::max();
+    auto wantedSince = unwanted; // more than the pointer
     while (true) {
         readRedraws();
         readEvents();
         if (!isRunning_) {
             return;
         }
-        if (!isDamaged_ && !isPointerStale_ && carried_.isEmpty()) {
-            wait(std::nullopt);
+        if (giveUpAt_ || (!isDamaged_ && !isPointerStale_ && carried_.isEmpty())) {
+            rest();
             continue;
         }
         const auto now = std::chrono::steady_clock::now();
         const bool isPointerAlone = !isDamaged_ && carried_.isEmpty();
         const auto due = isPointerAlone ? pacer_.pointerDue() : pacer_.due();
         if (!isPointerAlone) {
-            wantedSince = wantedSince.value_or(now);
+            wantedSince = std::min(wantedSince, now);
         }
         if (now >= due) {
-            pacer_.advance(now, wantedSince.value_or(now));
-            wantedSince.reset();
+            pacer_.advance(now, std::min(std::exchange(wantedSince, unwanted), now));
             look();
         } else {
             wait(due - now);
         }
+    }
+}
+
+/** Until something happens that may call for a frame. */
+void CaptureLoop::rest()
+{
+    if (!giveUpAt_) {
+        wait(std::nullopt);
+        return;
+    }
+    const auto left = *giveUpAt_ - std::chrono::steady_clock::now();
+    if (left > left.zero()) {
+        wait(left);
+    } else {
+        end(areaGone());
     }
 }
 
@@ -152,9 +171,9 @@ void CaptureLoop::readRedraws()
     QRect rectangle;
     ssize_t length = 0;
     while ((length = read(redraws_, &rectangle, sizeof rectangle)) == sizeof rectangle) {
-        carried_ |= rectangle & source_.area;
+        carried_ |= rectangle & area_;
     }
-    isRunning_ = length != 0;
+    isRunning_ = isRunning_ && length != 0;
 }
 
 void CaptureLoop::readEvents()
@@ -180,14 +199,17 @@ void CaptureLoop::handle(const xcb_generic_event_t &event)
     } else if (pointer_ && pointer_->concerns(event)) {
         isPointerStale_ = true;
     } else if (tellsOfMonitors(event, connection_, extensions_)) {
-        checkGeometry();
+        followDisplays();
     }
 }
 
-void CaptureLoop::checkGeometry()
+void CaptureLoop::followDisplays()
 {
-    if (relevant(monitors(connection_), source_) != geometry_) {
-        end(displayGone());
+    if (findArea()) {
+        giveUpAt_.reset();
+        qCInfo(platformLog) << "after a change of displays the area is at" << area_;
+    } else if (!giveUpAt_) {
+        giveUpAt_ = std::chrono::steady_clock::now() + longestAbsence;
     }
 }
 
@@ -204,7 +226,7 @@ void CaptureLoop::look()
     std::optional<xcb_xfixes_fetch_region_cookie_t> changes;
     if (std::exchange(isDamaged_, false)) {
         xcb_damage_subtract(connection, damage_.get(), XCB_NONE, changes_.get());
-        xcb_xfixes_intersect_region(connection, changes_.get(), area_.get(), changes_.get());
+        xcb_xfixes_intersect_region(connection, changes_.get(), areaRegion_.get(), changes_.get());
         changes = xcb_xfixes_fetch_region(connection, changes_.get());
     }
     if (pointer_) {
@@ -213,7 +235,7 @@ void CaptureLoop::look()
     isPointerStale_ = false;
 
     SampleBuffer sample{.drawable = connection_.root(),
-                        .source = source_.area,
+                        .source = area_,
                         .changed = std::exchange(carried_, QRegion()),
                         .pointer = std::nullopt,
                         .time = std::chrono::steady_clock::now()};
@@ -221,7 +243,7 @@ void CaptureLoop::look()
         sample.changed |= readRegion(*changes);
     }
     if (pointer_) {
-        sample.pointer = pointer_->sprite(source_.area);
+        sample.pointer = pointer_->sprite(area_);
     }
     if (sample.changed.isEmpty() && sameLook(sample.pointer, shownPointer_)) {
         return;

@@ -9,22 +9,23 @@
 
 #include <memory>
 #include <optional>
-#include <vector>
 
 namespace glimmerpane::x11
 {
 
 /** What a loop captures. */
 struct CaptureSource {
-    Display display;
-    QRect area; ///< root pixels
+    Rect area; ///< points, desktop coordinates
+    double scale = 1; ///< pixels for each point
     bool showsCursor = false;
     std::chrono::nanoseconds minimumFrameInterval{};
 };
 
 /**
  * The work of the capture thread: waits for the X server to say that something changed, asks what,
- * and hands out a frame that says so. It reads no pixels but those of the pointer.
+ * and hands out a frame that says so. It reads no pixels but those of the pointer. When displays
+ * change it goes on with the same points, wherever these are now; it ends by itself only once no
+ * display has shown any of them for a moment.
  */
 class CaptureLoop
 {
@@ -44,12 +45,14 @@ private:
     CaptureLoop(Connection connection, const Extensions &extensions, CaptureSource source,
                 int redraws, CaptureStream::Handlers handlers);
     std::expected<void, Error> watch();
+    bool findArea();
 
     void readRedraws();
     void readEvents();
     void handle(const xcb_generic_event_t &event);
-    void checkGeometry();
+    void followDisplays();
     void end(Error error);
+    void rest();
     void look();
     QRegion readRegion(xcb_xfixes_fetch_region_cookie_t cookie) const;
     void wait(std::optional<std::chrono::nanoseconds> limit) const;
@@ -63,8 +66,9 @@ private:
     FramePacer pacer_;
     Damage damage_;
     Region changes_;
-    Region area_;
-    std::vector<Display> geometry_; ///< the displays that the picture depends on
+    QRect area_; ///< where the source's points are now, root pixels
+    Region areaRegion_;
+    std::optional<FramePacer::TimePoint> giveUpAt_; ///< while the area lies on no display
 
     QRegion carried_; ///< to be in the next frame, whatever the server says
     std::optional<PointerSprite> shownPointer_;

@@ -13,11 +13,13 @@ namespace glimmerpane::x11
 namespace
 {
 
+// Where the area lies at the moment, only the loop knows. Coordinates are INT16 in the X protocol.
+constexpr QRect everything(QPoint(-0x8000, -0x8000), QPoint(0x7fff, 0x7fff));
+
 CaptureSource sourceOf(const ContentFilter &filter, const StreamConfiguration &configuration)
 {
-    return {.display = filter.display,
-            .area = toRootPixels(configuration.sourceRect, filter.display.pixels.topLeft(),
-                                 filter.pointPixelScale),
+    return {.area = flipped(configuration.sourceRect, filter.display.frame().height),
+            .scale = filter.display.scale,
             .showsCursor = configuration.showsCursor,
             .minimumFrameInterval = configuration.minimumFrameInterval.duration()};
 }
@@ -74,12 +76,12 @@ void CaptureStreamX11::returnSampleBuffer(const SampleBuffer &sample)
         again |= QRect(sample.pointer->topLeft, sample.pointer->image.size());
     }
     // A frame in which the pointer only left the picture names no rectangle.
-    redraw(again.isEmpty() ? source_.area : again);
+    redraw(again.isEmpty() ? sample.source : again);
 }
 
 void CaptureStreamX11::invalidate()
 {
-    redraw(source_.area);
+    redraw(everything);
 }
 
 void CaptureStreamX11::redraw(QRect rectangle) const

@@ -22,7 +22,7 @@ CaptureFixture::CaptureFixture(const XvfbServer::Options &options)
     desktop = std::make_unique<x11::X11Desktop>();
     coordinator = std::make_unique<AppCoordinator>(*desktop);
     service = std::make_unique<ScreenCaptureService>(*desktop);
-    service->setOnCaptureEnded([this] { ++captureEnds; });
+    service->setOnCaptureEnded([this](const QString &) { ++captureEnds; });
 }
 
 CaptureFixture::~CaptureFixture()

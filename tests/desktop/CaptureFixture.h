@@ -43,6 +43,8 @@ public:
     /** Starts to capture a rectangle of the root; fails the test if it does not start. */
     void share(QRect area);
     void stop();
+    /** The area is expected to be at another place from now on. */
+    void follow(QRect area) { area_ = area; }
 
     /** What is to be seen in the output: the area's pixels with the pointer over them. */
     QImage expected() const;

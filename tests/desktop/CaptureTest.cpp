@@ -140,12 +140,10 @@ private Q_SLOTS:
         for (const auto &[returned, comes] :
              {std::pair(one, one), {QRegion(), QRegion(area)}, {aside, aside & area}}) {
             CaptureFixture fixture;
-            const auto content = fixture.desktop->shareableContent();
-            QVERIFY(content);
             QObject mainThread;
             std::vector<QRegion> changes;
             const auto stream = fixture.desktop->makeCaptureStream(
-                {.display = content->displays.front()},
+                {.display = *fixture.desktop->mainDisplay()},
                 streamConfiguration(frameOf(area, 1024), 1024));
             const auto keep = [&](const SampleBuffer &sample, SampleType) {
                 QMetaObject::invokeMethod(
@@ -159,6 +157,7 @@ private Q_SLOTS:
             // The stream's first look at the screen may fall together with a frame that is
             // returned.
             SampleBuffer sample;
+            sample.source = area;
             sample.changed = returned;
             changes.clear();
             const auto cameAgain = [&, &comes = comes] {
