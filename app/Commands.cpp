@@ -47,11 +47,12 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
         reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
     };
     if ((options.share || options.select) && model_.isAlertShown()) {
-        reply(CommandResult::failure(tr("A message waits for its answer.")));
+        reply(CommandResult::failure(tr("Glimmerpane shows a message. Answer it first.")));
     } else if (options.share) {
         share(done);
     } else if (options.stop) {
-        stop(done);
+        model_.endSharing();
+        done({});
     } else if (options.select) {
         select(done);
     } else {
@@ -62,7 +63,8 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
 void Commands::share(const Reply &reply)
 {
     if (model_.isFrameSelectorOpen()) {
-        reply(CommandResult::failure(tr("The area is just being selected.")));
+        reply(CommandResult::failure(
+            tr("The area is being selected. Confirm or cancel that first.")));
     } else if (model_.isSharingWindowOpen()) {
         reply({});
     } else {
@@ -76,22 +78,9 @@ void Commands::share(const Reply &reply)
     }
 }
 
-void Commands::stop(const Reply &reply)
-{
-    if (!model_.isSharingWindowOpen()) {
-        reply({});
-        return;
-    }
-    model_.stopSharing();
-    // The session ends a little later; who starts the next one must not meet it.
-    connect(
-        &model_, &MainViewModel::objectWillChange, this, [this, reply] { stop(reply); },
-        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
-}
-
 void Commands::select(const Reply &reply)
 {
-    if (model_.isSharingWindowOpen()) {
+    if (model_.isSharingWindowOpen() || model_.isCheckingPermission()) {
         reply(CommandResult::failure(tr("The area cannot be selected while it is shared.")));
         return;
     }

@@ -36,7 +36,6 @@ public:
 
 private:
     void share(const Reply &reply);
-    void stop(const Reply &reply);
     void select(const Reply &reply);
     CommandResult status() const;
 

@@ -176,9 +176,8 @@ GlimmerpaneShareApp::~GlimmerpaneShareApp()
 
 void GlimmerpaneShareApp::launch(const LaunchOptions &options)
 {
-    // Set where a test harness hosts the program, which then has to leave the screen alone.
+    // Set where a test harness hosts the program.
     if (!qEnvironmentVariableIsSet("XCTestConfigurationFilePath")) {
-        requestPermission();
         scheduleUpdateCheck();
     }
     window_.show();
@@ -192,12 +191,6 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.raise();
     window_.activateWindow(); // where no window manager runs
     desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
-}
-
-void GlimmerpaneShareApp::requestPermission()
-{
-    // A desktop that asks the person for permission does it now, not in the middle of a call.
-    std::ignore = QtConcurrent::run([&desktop = *desktop_] { return desktop.shareableContent(); });
 }
 
 void GlimmerpaneShareApp::scheduleUpdateCheck()

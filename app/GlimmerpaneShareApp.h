@@ -38,7 +38,6 @@ public:
 
 private:
     void bringForward(const QString &startupId);
-    void requestPermission();
     void scheduleUpdateCheck();
 
     Appearance appearance_;

@@ -28,8 +28,23 @@ constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 10
 constexpr auto windowCheckInterval = 500ms;
 constexpr qsizetype longestVersionShown = 60; ///< letters; the service names it
 
-/** Why an area cannot be shown in a window, or nothing. */
-std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
+bool isOnDisplay(const CaptureFrame &frame, const Desktop &desktop)
+{
+    const auto displays = desktop.displays();
+    if (displays.empty()) {
+        return true; // the capture has its own words for that
+    }
+    const MainDisplay main{.pixels = displays.front().pixels, .scale = desktop.scaleFactor()};
+    const QRect area = main.areaPixels({.x = frame.x,
+                                        .y = frame.y,
+                                        .width = std::abs(frame.width),
+                                        .height = std::abs(frame.height)});
+    return std::ranges::any_of(
+        displays, [area](const Display &display) { return display.pixels.intersects(area); });
+}
+
+/** Why an area cannot be shared, or nothing. */
+std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
 {
     if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
         return MainViewModel::tr("The width and the height of the area must be finite numbers.");
@@ -37,13 +52,17 @@ std::optional<QString> flawOf(const CaptureFrame &frame, double scale)
     if (std::isnan(frame.x) || std::isnan(frame.y)) {
         return MainViewModel::tr("The position of the area must be two numbers.");
     }
-    const QSize size = toPixels(std::abs(frame.width), std::abs(frame.height), scale);
+    const QSize size
+        = toPixels(std::abs(frame.width), std::abs(frame.height), desktop.scaleFactor());
     if (size.isEmpty()) {
         return MainViewModel::tr("The area is empty. Its width and its height must be at least 1.");
     }
     if (std::max(size.width(), size.height()) > largestWindowSide) {
         return MainViewModel::tr("The area is too large. A side can have at most %n pixels.",
                                  nullptr, largestWindowSide);
+    }
+    if (!isOnDisplay(frame, desktop)) {
+        return MainViewModel::tr("The area lies on no display. Set an area that does.");
     }
     return std::nullopt;
 }
@@ -97,7 +116,7 @@ void MainViewModel::resetFrameSelector()
 
 void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
 {
-    if (isFrameSelectorOpen_) {
+    if (isFrameSelectorOpen_ || isCheckingPermission_) {
         return;
     }
     publish(isFrameSelectorOpen_, true);
@@ -145,9 +164,9 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
 
 void MainViewModel::installSessionWatch()
 {
-    captureService_->setOnCaptureEnded([self = QPointer(this)] {
+    captureService_->setOnCaptureEnded([self = QPointer(this)](const QString &reason) {
         if (self) {
-            self->handleCaptureEnded();
+            self->handleCaptureEnded(reason);
         }
     });
     connect(&windowCheckTimer_, &QTimer::timeout, this, &MainViewModel::checkSharingWindow);
@@ -157,7 +176,7 @@ void MainViewModel::installSessionWatch()
 
 QCoro::Task<> MainViewModel::startSharing()
 {
-    if (isCheckingPermission_ || isSharingWindowOpen_) {
+    if (isCheckingPermission_ || isSharingWindowOpen_ || isFrameSelectorOpen_) {
         co_return;
     }
     isCheckingPermission_ = true;
@@ -168,19 +187,20 @@ QCoro::Task<> MainViewModel::startSharing()
     if (!self) {
         co_return;
     }
-    isCheckingPermission_ = false;
-    if (content) {
+    if (!std::exchange(isCheckingPermission_, false)) {
+        Q_EMIT startEnded(tr("Sharing was stopped before it had begun."));
+    } else if (content) {
         openSharingWindow();
     } else {
         qCInfo(appLog, "the screen cannot be shared: %s", qPrintable(content.error().log));
         Q_EMIT startEnded(content.error().text);
-        showScreenRecordingPermissionAlert();
+        showScreenRecordingPermissionAlert(content.error());
     }
 }
 
 void MainViewModel::openSharingWindow()
 {
-    if (const auto flaw = flawOf(currentFrame_, desktop_.scaleFactor())) {
+    if (const auto flaw = flawOf(currentFrame_, desktop_)) {
         captureStartFailed({.description = *flaw});
         return;
     }
@@ -213,12 +233,13 @@ void MainViewModel::captureStartFailed(const CaptureFailure &failure)
     publish(isSharingWindowOpen_, false);
 }
 
-void MainViewModel::showScreenRecordingPermissionAlert()
+void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
 {
     const int answer = runModal(
         {.messageText = tr("Screen Recording Permission Required"),
          .informativeText = tr("Please grant Screen Recording permission in System Settings > "
-                               "Privacy & Security > Screen Recording"),
+                               "Privacy & Security > Screen Recording")
+             + QStringLiteral("\n\n") + reason.text,
          .style = Alert::Style::Warning,
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
     if (answer == firstAlertButton) {
@@ -278,6 +299,16 @@ void MainViewModel::stopSharing()
     }
 }
 
+void MainViewModel::endSharing()
+{
+    isCheckingPermission_ = false;
+    if (isSharingWindowOpen_) {
+        windowCoordinator_->closeSharingWindow();
+        captureService_->stopCapture();
+        publish(isSharingWindowOpen_, false);
+    }
+}
+
 void MainViewModel::checkSharingWindow()
 {
     // An alert's event loop lets the timer fire; the alert's own flow ends the session then.
@@ -288,13 +319,26 @@ void MainViewModel::checkSharingWindow()
     publish(isSharingWindowOpen_, false);
 }
 
-void MainViewModel::handleCaptureEnded()
+void MainViewModel::handleCaptureEnded(const QString &reason)
 {
     if (!isSharingWindowOpen_) {
         return;
     }
     windowCoordinator_->closeSharingWindow();
     publish(isSharingWindowOpen_, false);
+    tellThatSharingEnded(reason);
+}
+
+/** Also by a notification: the person talks on, and looks at the call rather than at our window. */
+void MainViewModel::tellThatSharingEnded(const QString &reason)
+{
+    const QString title = tr("Sharing Has Ended");
+    const QString text = tr("The call no longer sees the area. %1").arg(reason);
+    desktop_.notify(title, text);
+    runModal({.messageText = title,
+              .informativeText = text,
+              .style = Alert::Style::Warning,
+              .buttons = {tr("OK")}});
 }
 
 } // namespace glimmerpane

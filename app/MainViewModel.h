@@ -16,6 +16,7 @@ namespace glimmerpane
 {
 
 class Desktop;
+struct Error;
 
 /**
  * The one observable state of the program: the capture area and whether the selector and a sharing
@@ -40,7 +41,7 @@ public:
     bool isFrameSelectorOpen() const { return isFrameSelectorOpen_; }
     bool isSharingWindowOpen() const { return isSharingWindowOpen_; }
 
-    /** Opens the selector over the current area. */
+    /** Opens the selector over the current area, unless one is open or a session is starting. */
     void openFrameSelector();
     /** Opens the selector over its own default area. */
     void resetFrameSelector();
@@ -57,8 +58,12 @@ public:
 
     /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
     QCoro::Task<> startSharing();
+    /** Whether a start is finding out whether the screen may be read. */
+    bool isCheckingPermission() const { return isCheckingPermission_; }
     /** Removes the output window; the window watch then ends the session. */
     void stopSharing();
+    /** Ends the session, or a start, without waiting for the watch; also while an alert is up. */
+    void endSharing();
 
     /**
      * Asks the update service whether there is a newer version and offers what it names. A failure
@@ -90,8 +95,9 @@ private:
     QCoro::Task<> runCapture(std::shared_ptr<SharingWindow> window);
     void captureStartFailed(const CaptureFailure &failure);
     void checkSharingWindow();
-    void handleCaptureEnded();
-    void showScreenRecordingPermissionAlert();
+    void handleCaptureEnded(const QString &reason);
+    void tellThatSharingEnded(const QString &reason);
+    void showScreenRecordingPermissionAlert(const Error &reason);
     void showUpdateAlert(const UpdateInfo &info, const QString &currentVersion);
     int runModal(const Alert &alert);
 

@@ -64,16 +64,16 @@ struct CaptureStatistics {
 class CaptureServiceProtocol
 {
 public:
-    using Handler = std::function<void()>;
+    using EndHandler = std::function<void(const QString &reason)>;
     using StartResult = std::expected<void, CaptureFailure>;
 
     virtual ~CaptureServiceProtocol() = default;
 
     /**
-     * Called on the main thread when the stream ends by itself, never because of stopCapture().
-     * Set once, by the view model.
+     * Called on the main thread when the stream ends by itself, never because of stopCapture(),
+     * with the reason in words for a person. Set once, by the view model.
      */
-    virtual void setOnCaptureEnded(Handler handler) = 0;
+    virtual void setOnCaptureEnded(EndHandler handler) = 0;
 
     /**
      * Starts showing `frame` in `window`. A start during which stopCapture() is called completes

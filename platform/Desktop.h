@@ -54,6 +54,9 @@ public:
     /** Opens the desktop's own settings program, where one is known. */
     virtual void openPrivacySettings() = 0;
 
+    /** Has the desktop tell the person something, wherever they look; silent where it cannot. */
+    virtual void notify(const QString &title, const QString &text) = 0;
+
     /** Hands an address to the program that the person has chosen for its kind. */
     virtual void openUrl(const QUrl &url) = 0;
 

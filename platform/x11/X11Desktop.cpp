@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/X11Desktop.h"
 
+#include "platform/Notification.h"
 #include "platform/SettingsProgram.h"
 #include "platform/x11/CaptureStreamX11.h"
 #include "platform/x11/Connection.h"
@@ -89,15 +90,15 @@ std::expected<ShareableContent, Error> X11Desktop::shareableContent() const
         return std::unexpected(opened.error());
     }
     const Connection &connection = opened->connection;
-    if (auto readable = readOnePixel(connection); !readable) {
-        return std::unexpected(readable.error());
-    }
     ShareableContent content{.displays = monitors(connection)};
     if (isXwayland(connection, content.displays)) {
         return std::unexpected(
-            Error{.text = Error::tr("This is a Wayland session, whose screen X programs cannot "
-                                    "read. Log in to an X11 session instead."),
+            Error{.text = Error::tr("This is a Wayland session, in which X11 programs cannot read "
+                                    "the screen. Log in to an X11 session instead."),
                   .log = QStringLiteral("the X server is Xwayland")});
+    }
+    if (auto readable = readOnePixel(connection); !readable) {
+        return std::unexpected(readable.error());
     }
     return content;
 }
@@ -122,6 +123,11 @@ void X11Desktop::openPrivacySettings()
     if (const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
         QProcess::startDetached(*program, {});
     }
+}
+
+void X11Desktop::notify(const QString &title, const QString &text)
+{
+    sendNotification(title, text);
 }
 
 void X11Desktop::openUrl(const QUrl &url)

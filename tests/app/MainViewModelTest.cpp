@@ -70,11 +70,13 @@ constexpr Step fail = [](Session &s) {
 };
 constexpr Step stop = [](Session &s) { s.viewModel->stopSharing(); };
 constexpr Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
-constexpr Step end = [](Session &s) { s.capture->onCaptureEnded(); };
+constexpr Step end = [](Session &s) { s.capture->onCaptureEnded(QStringLiteral("why")); };
 constexpr Step watch = [](Session &) {
     const WatchTurns turns;
     QTRY_VERIFY(turns.count > 0);
 };
+constexpr Step endNow = [](Session &s) { s.viewModel->endSharing(); };
+constexpr Step endNowDuringAlert = [](Session &s) { s.alerts.whileUp = [&s] { endNow(s); }; };
 constexpr Step closeDuringAlert = [](Session &s) {
     s.alerts.whileUp = [&s] {
         closeWindow(s);
@@ -112,7 +114,7 @@ constexpr Step leave = [](Session &s) {
     for (const auto &check : checks) {
         check->complete(std::unexpected(UpdateFailure{}));
     }
-    ended();
+    ended({});
     confirmed(chosen);
     cancelled();
 };
@@ -147,13 +149,17 @@ private Q_SLOTS:
         const QString denial = QStringLiteral(
             "warning|Screen Recording Permission Required|Please grant Screen Recording permission "
             "in "
-            "System Settings > Privacy & Security > Screen Recording|Open System Settings|Cancel");
+            "System Settings > Privacy & Security > Screen Recording\n\ndenied|Open System "
+            "Settings|Cancel");
+        const QString ending = QStringLiteral("notify Sharing Has Ended, warning|Sharing Has "
+                                              "Ended|The call no longer sees the area. why|OK");
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
         const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
                              const char *open = "") {
             QString text = QString::fromLatin1(journal).replace(u'*', opening);
             text.replace(u'!', failure).replace(u'?', denial).replace(u'+', offer);
+            text.replace(u'#', ending);
             QTest::newRow(name) << steps << text << open;
         };
         row("confirm", {selectArea, confirm, selectArea},
@@ -172,17 +178,21 @@ private Q_SLOTS:
         row("stop while it starts", {start, answer, stop, watch, succeed}, "*, close, stop, told");
         row("close", {start, answer, succeed, closeWindow, watch}, "*, stop, told");
         row("close while it starts", {start, answer, closeWindow, watch, succeed}, "*, stop, told");
-        row("end", {start, answer, succeed, end, start, answer}, "*, close, told, *", "session");
-        row("end while it starts", {start, answer, end, succeed}, "*, close, told");
+        row("end", {start, answer, succeed, end, start, answer}, "*, close, told, #, *", "session");
+        row("end while it starts", {start, answer, end, succeed}, "*, close, told, #");
+        row("stop at once", {endNow, start, answer, succeed, endNow, start, answer},
+            "*, close, stop, told, *", "session");
+        row("stop at once during the check", {start, endNow, answer}, "");
+        row("stop at once during the alert", {endNowDuringAlert, start, answer, fail},
+            "*, !, close, stop, told, told, close");
         row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
         row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
         row("denied", {deny, start, answer}, "?, settings");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
-        row("area chosen before the answer", {selectArea, start, confirm, answer},
-            "told, select 1 2 3 4, told, save 5 6 7 8, told, "
-            "told, window 5 6 7 8, capture 5 6 7 8",
-            "session");
+        row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",
+            "selector");
+        row("select while it starts", {start, selectArea, reset, answer}, "*", "session");
         row("area chosen while it runs", {start, answer, succeed, selectArea, confirm},
             "*, told, select 1 2 3 4, told, save 5 6 7 8, told", "session");
 
@@ -199,11 +209,11 @@ private Q_SLOTS:
         row("update while sharing", {start, answer, succeed, ask, update<nothing>, watch},
             "*, ask 01ab N/A, +", "session");
 
-        row("gone while asking", {reset, start, answer, ask, leave},
-            "told, select, *, ask 01ab N/A");
-        row("gone before the answer", {reset, start, leave}, "told, select");
-        row("gone before the refusal", {reset, deny, start, leave}, "told, select");
-        row("gone while it starts", {reset, start, answer, leave}, "told, select, *");
+        row("gone while asking", {start, answer, reset, ask, leave},
+            "*, told, select, ask 01ab N/A");
+        row("gone before the answer", {reset, cancel, start, leave}, "told, select, told");
+        row("gone before the refusal", {reset, cancel, deny, start, leave}, "told, select, told");
+        row("gone while it starts", {start, answer, reset, leave}, "*, told, select");
     }
     void steps_haveTheirEffects()
     {
@@ -237,7 +247,7 @@ private Q_SLOTS:
         row("1|2|3|", "");
         row("1|2|3|4", "1 2 3 4"); // saved although it is the same
         row("10|20.5|0x10|-1e3", "10 20.5 16 -1000");
-        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25");
+        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25", "no display");
         row("0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7");
         row("0|0|nan|5", "0 0 nan 5", "finite");
         row("0|0|5|-inf", "0 0 5 -inf", "finite");

@@ -61,13 +61,13 @@ private Q_SLOTS:
         fixture.command("--area=400,300,600x400 --select", 0);
         QVERIFY(fixture.becomes(area));
         fixture.command("--select", 0);
-        fixture.command("--share", 1, "just being selected");
+        fixture.command("--share", 1, "is being selected");
         fixture.confirm();
         QVERIFY(fixture.becomes(std::nullopt));
         fixture.command("--area=1,2,3", 2, "'1,2,3' is not an area");
 
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
-        fixture.command("--share", 1, "waits for its answer");
+        fixture.command("--share", 1, "shows a message");
     }
 
     void select_startsTheProgram_whereNoneRuns()

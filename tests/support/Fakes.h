@@ -55,6 +55,10 @@ struct FakeDesktop : Desktop {
     }
     void activateWindow(std::uint32_t, const QString &) override { }
     void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
+    void notify(const QString &title, const QString &) override
+    {
+        journal.append(QStringLiteral("notify ") + title);
+    }
     void openUrl(const QUrl &url) override
     {
         journal.append(QStringLiteral("open ") + url.toString());
@@ -167,9 +171,9 @@ QCoro::Task<Result> pend(PendingCalls<Result> &calls)
 struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
     using Journalist::Journalist;
     PendingCalls<StartResult> starts;
-    Handler onCaptureEnded;
+    EndHandler onCaptureEnded;
 
-    void setOnCaptureEnded(Handler handler) override { onCaptureEnded = std::move(handler); }
+    void setOnCaptureEnded(EndHandler handler) override { onCaptureEnded = std::move(handler); }
     QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                           std::shared_ptr<SharingWindow>) override
     {
