@@ -77,6 +77,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, opened);
         const HttpsServer server(trusted_, reply(message("200 OK", offer)));
         auto fixture = asking(server.address());
+        fixture.startBus();
         fixture.start(shareArea);
         QVERIFY(fixture.showsArea(area));
         QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
@@ -87,10 +88,17 @@ private Q_SLOTS:
             fixture.client, {.rectangle = area.adjusted(20, 20, -50, -50), .color = 0xff0000ff});
         QVERIFY(fixture.showsArea(area));
 
+        QByteArray status;
+        const bool isStopped = opened.isEmpty(); // though the alert is up
+        const auto command
+            = isStopped ? QStringLiteral("--stop") : QStringLiteral("--area=1,2,3x4");
+        QCOMPARE(fixture.launchAgain({command, QStringLiteral("--status")}, &status), 0);
+        QCOMPARE(status.contains("\"sharing\":false"), isStopped);
+        QCOMPARE(!fixture.outputWindow(), isStopped);
+
         QVERIFY(fixture.answerAlert(key));
         QVERIFY(waitFor([&] { return fixture.opened() == opened; }, patience));
-        QVERIFY(fixture.outputWindow());
-        QVERIFY(fixture.stopSharing());
+        QVERIFY(isStopped || fixture.stopSharing());
         fixture.program.sendSignal(SIGTERM);
         QCOMPARE(fixture.waitForExit(), 0);
         QCOMPARE(fixture.opened(), opened);
