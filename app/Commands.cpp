@@ -27,8 +27,8 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
         return;
     }
     if (options->outputWindow.value_or(outputWindow_) != outputWindow_) {
-        reply(CommandResult::failure(tr(
-            "Glimmerpane runs with another output window. Quit it to choose the window's kind.")));
+        reply(CommandResult::failure(tr("Glimmerpane is already running with the other kind of "
+                                        "output window. Quit it first.")));
         return;
     }
     if (!options->asksForSomething()) {
@@ -47,7 +47,7 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
         reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
     };
     if ((options.share || options.select) && model_.isAlertShown()) {
-        reply(CommandResult::failure(tr("Glimmerpane shows a message. Answer it first.")));
+        reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
     } else if (options.share) {
         share(done);
     } else if (options.stop) {
@@ -64,7 +64,7 @@ void Commands::share(const Reply &reply)
 {
     if (model_.isFrameSelectorOpen()) {
         reply(CommandResult::failure(
-            tr("The area is being selected. Confirm or cancel that first.")));
+            tr("The area is being selected. Confirm or cancel the selection first.")));
     } else if (model_.isSharingWindowOpen()) {
         reply({});
     } else {
@@ -81,7 +81,8 @@ void Commands::share(const Reply &reply)
 void Commands::select(const Reply &reply)
 {
     if (model_.isSharingWindowOpen() || model_.isCheckingPermission()) {
-        reply(CommandResult::failure(tr("The area cannot be selected while it is shared.")));
+        reply(CommandResult::failure(
+            tr("The area cannot be selected while it is being shared. Stop sharing first.")));
         return;
     }
     model_.openFrameSelector();

@@ -67,8 +67,8 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                            .arg(parser.positionalArguments().front()));
     }
     if (parser.isSet(share) + parser.isSet(stop) + parser.isSet(select) > 1) {
-        return oneLine(LaunchOptions::tr(
-            "Only one of --share, --stop and --select can be asked for at once."));
+        return oneLine(
+            LaunchOptions::tr("Only one of --share, --stop and --select can be used at a time."));
     }
     LaunchOptions options{.area = std::nullopt,
                           .share = parser.isSet(share),
@@ -82,7 +82,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         options.area = areaTexts(parser.value(area));
         if (!options.area) {
             return oneLine(
-                LaunchOptions::tr("'%1' is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.")
+                LaunchOptions::tr("'%1' is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.")
                     .arg(parser.value(area)));
         }
     }
@@ -93,9 +93,9 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         } else if (kind == u"unlisted") {
             options.outputWindow = OffscreenWindowKind::Unlisted;
         } else {
-            return oneLine(LaunchOptions::tr(
-                               "'%1' is no kind of output window. It must be managed or unlisted.")
-                               .arg(kind));
+            return oneLine(
+                LaunchOptions::tr("'%1' is not a kind of output window. Use managed or unlisted.")
+                    .arg(kind));
         }
     }
     return options;
@@ -114,16 +114,17 @@ QString helpText()
         "                           corner of the primary display.\n"
         "  --share                  Start sharing at once.\n"
         "  --stop                   Stop sharing.\n"
-        "  --select                 Open the selector of the area.\n"
-        "  --status                 Print the area, whether it is shared, the frames of\n"
-        "                           the last second and the dropped ones, as JSON.\n"
+        "  --select                 Open the area selector.\n"
+        "  --status                 Print the area, whether it is being shared, the\n"
+        "                           frames shown in the last second and the frames\n"
+        "                           dropped, as JSON.\n"
         "  --output-window=managed  Let the window manager list the output window, for\n"
         "                           programs that offer only what it lists.\n"
         "  -h, --help               Print this and exit.\n"
         "  -v, --version            Print the version and exit.\n"
         "\n"
-        "Where Glimmerpane runs already, it does what is asked for; without options its\n"
-        "window comes forward. The exit code is 0, 1 (failed) or 2 (usage).\n");
+        "If Glimmerpane is already running, it does what is asked; without options its\n"
+        "window comes to the front. The exit code is 0, 1 (failed) or 2 (usage).\n");
 }
 
 } // namespace glimmerpane

@@ -50,7 +50,7 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
         return MainViewModel::tr("The width and the height of the area must be finite numbers.");
     }
     if (std::isnan(frame.x) || std::isnan(frame.y)) {
-        return MainViewModel::tr("The position of the area must be two numbers.");
+        return MainViewModel::tr("The position of the area must be numbers.");
     }
     const QSize size
         = toPixels(std::abs(frame.width), std::abs(frame.height), desktop.scaleFactor());
@@ -62,7 +62,7 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
                                  nullptr, largestWindowSide);
     }
     if (!isOnDisplay(frame, desktop)) {
-        return MainViewModel::tr("The area lies on no display. Set an area that does.");
+        return MainViewModel::tr("The area is not on any display. Set one that is.");
     }
     return std::nullopt;
 }

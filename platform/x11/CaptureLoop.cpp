@@ -51,7 +51,7 @@ bool sameLook(const std::optional<PointerSprite> &a, const std::optional<Pointer
 
 Error areaGone()
 {
-    return {.text = Error::tr("The area lies on no display. Set an area that does."),
+    return {.text = Error::tr("The area is not on any display. Set one that is."),
             .log = QStringLiteral("no monitor is under the area")};
 }
 
@@ -185,7 +185,7 @@ void CaptureLoop::readEvents()
         }
     }
     if (connection_.isBroken()) {
-        end({.text = Error::tr("The connection to the X server broke."),
+        end({.text = Error::tr("The connection to the X server was lost."),
              .log
              = QStringLiteral("xcb error %1").arg(xcb_connection_has_error(connection_.get()))});
     }

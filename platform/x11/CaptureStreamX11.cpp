@@ -42,7 +42,7 @@ std::expected<void, Error> CaptureStreamX11::startCapture(Handlers handlers)
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         return std::unexpected(
-            Error{.text = Error::tr("The system has no file descriptor left."),
+            Error{.text = Error::tr("The system has no file descriptors left."),
                   .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
     }
     redrawReader_ = FileDescriptor(ends[0]);

@@ -88,8 +88,8 @@ std::expected<Connection, Error> Connection::open(const QByteArray &display)
     Handle connection(xcb_connect(display.constData(), &screenNumber));
     if (const int code = xcb_connection_has_error(connection.get())) {
         return std::unexpected(
-            Error{.text = Error::tr("There is no X display here (DISPLAY is \"%1\"). Start "
-                                    "Glimmerpane in an X11 session.")
+            Error{.text = Error::tr("Cannot connect to an X server (DISPLAY is \"%1\"). "
+                                    "Start Glimmerpane in an X11 session.")
                               .arg(QString::fromLocal8Bit(display)),
                   .log = QStringLiteral("xcb_connect failed with code %1").arg(code)});
     }
@@ -144,7 +144,7 @@ std::expected<Extensions, Error> requireExtensions(const Connection &connection)
                                       .arg(needed.major)
                                       .arg(needed.minor);
             return std::unexpected(
-                Error{.text = Error::tr("The X server lacks the extension %1, or does not let this "
+                Error{.text = Error::tr("The X server lacks the %1 extension, or does not let this "
                                         "program use it. Enable it in the server's configuration; "
                                         "over SSH, connect with ssh -Y.")
                                   .arg(which),

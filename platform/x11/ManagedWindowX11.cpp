@@ -50,11 +50,11 @@ std::optional<QString> hindrance(const Connection &connection)
 {
     const QByteArray manager = windowManager(connection);
     if (manager.isEmpty()) {
-        return Error::tr("no window manager lists windows here");
+        return Error::tr("no window manager here keeps a list of windows");
     }
     // It would give the window another size, and draw a frame where it is.
     if (manager == "i3") {
-        return Error::tr("%1 tiles the windows that it lists").arg(QString::fromUtf8(manager));
+        return Error::tr("%1 tiles every window that it lists").arg(QString::fromUtf8(manager));
     }
     return std::nullopt;
 }
@@ -91,7 +91,7 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
     }
     if (const auto reason = hindrance(opened->connection)) {
         qCWarning(platformLog).noquote()
-            << Error::tr("%1 stays an unlisted window: %2.").arg(title, *reason);
+            << Error::tr("%1 will not be listed: %2.").arg(title, *reason);
         return OffscreenWindowX11::create(title, origin, size);
     }
     auto window = std::make_unique<ManagedWindowX11>(std::move(*opened), size);

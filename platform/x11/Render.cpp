@@ -22,7 +22,7 @@ std::expected<RenderFormats, Error> renderFormats(const Connection &connection)
     xcb_render_util_disconnect(connection.get());
     if (formats.screen == 0) {
         return std::unexpected(
-            Error{.text = Error::tr("The X server cannot draw pictures of the screen's kind."),
+            Error{.text = Error::tr("The X server cannot draw pictures in the screen's format."),
                   .log = QStringLiteral("no RENDER format for the root's visual")});
     }
     return formats;

@@ -247,7 +247,7 @@ private Q_SLOTS:
         row("1|2|3|", "");
         row("1|2|3|4", "1 2 3 4"); // saved although it is the same
         row("10|20.5|0x10|-1e3", "10 20.5 16 -1000");
-        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25", "no display");
+        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25", "not on any display");
         row("0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7");
         row("0|0|nan|5", "0 0 nan 5", "finite");
         row("0|0|5|-inf", "0 0 5 -inf", "finite");

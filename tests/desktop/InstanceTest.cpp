@@ -52,7 +52,7 @@ private Q_SLOTS:
         QCOMPARE(fixture.launchAgain({QStringLiteral("--status")}, &said), 0);
         QVERIFY2(said.contains("true") && !said.contains("Second\":0,"), said);
         fixture.command("--share --output-window=unlisted", 0);
-        fixture.command("--output-window=managed", 1, "another output window");
+        fixture.command("--output-window=managed", 1, "other kind of output");
         fixture.command("--select", 1, "cannot be selected");
         fixture.command("--area=10,20,300x200 --stop --status", 0, R"("width":300.0)");
         QVERIFY(!fixture.outputWindow());
@@ -67,7 +67,7 @@ private Q_SLOTS:
         fixture.command("--area=1,2,3", 2, "'1,2,3' is not an area");
 
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
-        fixture.command("--share", 1, "shows a message");
+        fixture.command("--share", 1, "is showing a message");
     }
 
     void select_startsTheProgram_whereNoneRuns()

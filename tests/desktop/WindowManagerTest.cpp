@@ -201,7 +201,7 @@ private Q_SLOTS:
             // i3 would tile it, so there it stays out of the list and says so.
             if (manager == WindowManager::I3) {
                 fixture.checkUnlistedOutput();
-                QVERIFY(fixture.program.output().contains("unlisted window: i3"));
+                QVERIFY(fixture.program.output().contains("will not be listed: i3"));
             } else {
                 QVERIFY(fixture.becomesListed());
             }
