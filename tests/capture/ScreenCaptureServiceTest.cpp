@@ -5,6 +5,7 @@
 #include "tests/support/Fakes.h"
 
 #include <QCoroTask>
+#include <QPalette>
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
@@ -286,6 +287,12 @@ private Q_SLOTS:
                 };
                 QVERIFY(alpha(1) == 255 && alpha(2) == 255 && alpha(6) == 0 && alpha(32) == 0);
             }
+            QGuiApplication::setPalette(QPalette(Qt::black));
+            press(pixels.center());
+            QTRY_VERIFY(!log.highlights.empty());
+            const QImage ring = log.highlights.back().back().image;
+            QCOMPARE(ring.pixel(int(scale), int(32 * scale)), QColor(10, 132, 255).rgb());
+            QGuiApplication::setPalette(QPalette());
             fixture.service->stopCapture();
             QVERIFY(!log.pressed);
         }

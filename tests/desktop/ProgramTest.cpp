@@ -183,7 +183,7 @@ private Q_SLOTS:
              {Row({QStringLiteral("--help")}, 0, "--area"),
               Row({QStringLiteral("--version")}, 0, "glimmerpane 0."),
               Row({QStringLiteral("--area"), QStringLiteral("1,2,3")}, 2, "'1,2,3' is not an area"),
-              Row({}, 1, "no X display")}) {
+              Row({}, 1, "Cannot connect to an X server")}) {
             auto program
                 = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
                                                 .arguments = arguments,
