@@ -2,8 +2,8 @@
 #include "app/Commands.h"
 
 #include "app/Log.h"
-#include "app/MainViewModel.h"
-#include "storage/Json.h"
+#include "model/MainViewModel.h"
+#include "services/Json.h"
 
 #include <utility>
 

@@ -8,6 +8,7 @@
 #include "platform/x11/X11Desktop.h"
 #include "storage/FrameRepository.h"
 #include "translations/Translations.h"
+#include "update/DeviceIdentity.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -68,7 +69,7 @@ std::unique_ptr<MainViewModel> makeViewModel(
     auto coordinator = std::make_unique<AppCoordinator>(desktop);
     return std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
                                            std::move(coordinator), std::move(captureService),
-                                           desktop, alerts);
+                                           desktop, alerts, deviceIdentity());
 }
 
 /** Part of the program, so that it has its icon where it is not installed, too. */

@@ -4,7 +4,7 @@
 #include "app/Commands.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
-#include "app/MainViewModel.h"
+#include "model/MainViewModel.h"
 #include "platform/Desktop.h"
 #include "ui/Appearance.h"
 #include "ui/MainWindow.h"

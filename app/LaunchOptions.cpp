@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/LaunchOptions.h"
 
-#include "app/NumberText.h"
+#include "model/NumberText.h"
 
 #include <QCommandLineParser>
 

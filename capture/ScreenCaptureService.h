@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/ServiceInterfaces.h"
 #include "capture/ClickHighlights.h"
 #include "capture/FrameCounter.h"
 #include "platform/Desktop.h"
+#include "services/ServiceInterfaces.h"
 
 #include <QObject>
 

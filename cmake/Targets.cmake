@@ -15,12 +15,14 @@ if(GLIMMERPANE_SANITIZER)
     target_link_options(glimmerpane_build_settings INTERFACE ${sanitize})
 endif()
 
-# glimmerpane_library(NAME SOURCES ... USES ...): the static library of one folder. What it may
-# include and link is exactly what USES names.
+# glimmerpane_library(NAME SOURCES ... [SHOWS ...] [USES ...]): the static library of one folder. It
+# may include exactly what SHOWS, which its headers do, and USES name; tools/check-includes looks
+# after that.
 function(glimmerpane_library name)
-    cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+    cmake_parse_arguments(arg "" "" "SOURCES;SHOWS;USES" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
-    target_link_libraries(${name} PUBLIC glimmerpane_build_settings ${arg_USES})
+    target_link_libraries(${name} PUBLIC glimmerpane_build_settings ${arg_SHOWS}
+                          PRIVATE ${arg_USES})
 endfunction()
 
 # glimmerpane_test(NAME SOURCES ... USES ... [LABELS ...] [ENVIRONMENT ...]): a Qt Test program.

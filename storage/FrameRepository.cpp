@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "storage/FrameRepository.h"
 
+#include "storage/CaptureFrameJson.h"
+
 #include "storage/Log.h"
 #include <QDir>
 #include <QFileInfo>

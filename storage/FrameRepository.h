@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "storage/FrameRepositoryProtocol.h"
+#include "services/FrameRepositoryProtocol.h"
 
 #include <QSettings>
 #include <QString>

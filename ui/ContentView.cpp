@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "ui/ContentView.h"
 
-#include "app/MainViewModel.h"
+#include "model/MainViewModel.h"
 #include "ui/ActionButton.h"
 #include "ui/EmptyArea.h"
 #include "ui/SelectableLine.h"
 #include "ui/Theme.h"
-#include "update/DeviceIdentity.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -279,7 +278,9 @@ bool ContentView::focusNextPrevChild(bool next)
 
 void ContentView::refreshIdentity()
 {
-    const QString text = tr("Version: %1 | Device: %2").arg(appVersion(), displayDeviceSerial());
+    const Identity &identity = viewModel_.identity();
+    const QString text
+        = tr("Version: %1 | Device: %2").arg(identity.appVersion, identity.displayDeviceSerial());
     if (identity_->text() != text) { // setting an equal text would drop a selection in it
         identity_->setText(text);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "storage/CaptureFrame.h"
+#include "services/CaptureFrame.h"
 #include "ui/AreaEditor.h"
 
 #include <QWidget>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/Alert.h"
+#include "services/Alert.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -28,9 +28,9 @@ std::optional<QString> deviceSerialNumber()
     return deviceSerialNumber(QSysInfo::machineUniqueId());
 }
 
-QString displayDeviceSerial()
+Identity deviceIdentity()
 {
-    return deviceSerialNumber().value_or(unknown);
+    return {.appVersion = appVersion(), .serialNumber = deviceSerialNumber()};
 }
 
 std::optional<QString> deviceSerialNumber(const QByteArray &machineId)

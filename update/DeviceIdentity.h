@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "services/Identity.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -15,8 +17,8 @@ QString appVersion();
 /** A text that identifies this machine to us and to nobody else; nothing where it has no id. */
 std::optional<QString> deviceSerialNumber();
 
-/** deviceSerialNumber(), or "N/A". */
-QString displayDeviceSerial();
+/** Both. */
+Identity deviceIdentity();
 
 /**
  * The first 16 hexadecimal digits of an application-specific hash of a machine id, which must be

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "update/UpdateAnswer.h"
 
-#include "storage/Json.h"
+#include "services/Json.h"
 
 #include <optional>
 

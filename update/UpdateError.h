@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/ServiceInterfaces.h"
+#include "services/ServiceInterfaces.h"
 
 #include <QtGlobal>
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/ProgramFixture.h"
 
+#include "storage/CaptureFrameJson.h"
+
 #include "tests/support/CapturedWindow.h"
 #include "tests/support/CursorPicture.h"
 #include "tests/support/PictureComparison.h"

@@ -137,13 +137,13 @@ private Q_SLOTS:
         const auto server = required(XvfbServer::start(
             {.arguments = {QStringLiteral("-extension"), QStringLiteral("Composite")}}));
         auto environment = server.environment();
-        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.app.info=true"));
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.model.info=true"));
         const auto program
             = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
                                             .arguments = {QStringLiteral("--share")},
                                             .environment = environment}));
         for (const char *text :
-             {"glimmerpane.app: the screen cannot be shared: extension Composite",
+             {"glimmerpane.model: the screen cannot be shared: extension Composite",
               "glimmerpane: The X server lacks the Composite", "connect with ssh -Y"}) {
             QVERIFY2(waitFor([&] { return program.output().contains(text); }, patience), text);
         }

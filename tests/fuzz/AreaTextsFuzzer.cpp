@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/LaunchOptions.h"
-#include "app/NumberText.h"
+#include "model/NumberText.h"
 #include "tests/fuzz/Require.h"
 
 #include <algorithm>

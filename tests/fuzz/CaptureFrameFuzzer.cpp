@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "storage/CaptureFrame.h"
+#include "storage/CaptureFrameJson.h"
 #include "tests/fuzz/Require.h"
 
 #include <QJsonDocument>

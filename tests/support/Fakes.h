@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/MainViewModel.h"
+#include "model/MainViewModel.h"
 #include "platform/Desktop.h"
 
 #include <QThreadPool>
@@ -214,7 +214,9 @@ struct FakeAlerts : Journalist<AlertPresenterProtocol> {
 
 /** A view model with a fake for everything. The services live as long as the view model. */
 struct FakeApplication {
-    explicit FakeApplication(std::optional<CaptureFrame> stored, bool hasDisplay = true)
+    explicit FakeApplication(std::optional<CaptureFrame> stored, bool hasDisplay = true,
+                             const Identity &identity
+                             = {QStringLiteral("N/A"), QStringLiteral("01ab")})
     {
         repository->stored = stored;
         desktop.all.resize(hasDisplay ? 1 : 0);
@@ -222,7 +224,7 @@ struct FakeApplication {
             std::unique_ptr<FrameRepositoryProtocol>(repository),
             std::unique_ptr<UpdateRepositoryProtocol>(updates),
             std::unique_ptr<WindowCoordinatorProtocol>(coordinator),
-            std::unique_ptr<CaptureServiceProtocol>(capture), desktop, alerts);
+            std::unique_ptr<CaptureServiceProtocol>(capture), desktop, alerts, identity);
     }
 
     FakeDesktop desktop;

@@ -27,7 +27,7 @@ private Q_SLOTS:
             QVERIFY2(!deviceSerialNumber(id), id);
         }
         QCOMPARE(deviceSerialNumber(), deviceSerialNumber(QSysInfo::machineUniqueId()));
-        QCOMPARE(displayDeviceSerial(), deviceSerialNumber().value_or(QStringLiteral("N/A")));
+        QCOMPARE(deviceIdentity().serialNumber, deviceSerialNumber());
     }
 
     void version_isNotAvailable_whenTheBuildHasNone()

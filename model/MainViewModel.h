@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/Alert.h"
-#include "app/ServiceInterfaces.h"
-#include "storage/FrameRepositoryProtocol.h"
-#include "update/DeviceIdentity.h"
+#include "services/Alert.h"
+#include "services/FrameRepositoryProtocol.h"
+#include "services/Identity.h"
+#include "services/ServiceInterfaces.h"
 
 #include <QObject>
 #include <QTimer>
@@ -35,7 +35,9 @@ public:
                   std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
                   std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
                   std::unique_ptr<CaptureServiceProtocol> captureService, Desktop &desktop,
-                  AlertPresenterProtocol &alerts);
+                  AlertPresenterProtocol &alerts, Identity identity);
+
+    const Identity &identity() const { return identity_; }
 
     const CaptureFrame &currentFrame() const { return currentFrame_; }
     bool isFrameSelectorOpen() const { return isFrameSelectorOpen_; }
@@ -69,7 +71,7 @@ public:
      * Asks the update service whether there is a newer version and offers what it names. A failure
      * ends in one line on standard output.
      */
-    QCoro::Task<> checkForUpdates(std::optional<QString> serialNumber = deviceSerialNumber());
+    QCoro::Task<> checkForUpdates();
     /** Whether the service has been asked and has not answered yet. */
     bool isCheckingForUpdates() const { return isCheckingForUpdates_; }
 
@@ -111,6 +113,7 @@ private:
     const std::unique_ptr<CaptureServiceProtocol> captureService_;
     Desktop &desktop_;
     AlertPresenterProtocol &alerts_;
+    const Identity identity_;
 
     QTimer windowCheckTimer_;
     bool isCheckingPermission_ = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "app/NumberText.h"
+#include "model/NumberText.h"
 
 #include <QByteArray>
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "app/MainViewModel.h"
+#include "model/MainViewModel.h"
 
-#include "app/Log.h"
-#include "app/NumberText.h"
+#include "model/Log.h"
+#include "model/NumberText.h"
 #include "platform/Desktop.h"
 
 #include <QCoroFuture>
@@ -80,13 +80,14 @@ MainViewModel::MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepos
                              std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
                              std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
                              std::unique_ptr<CaptureServiceProtocol> captureService,
-                             Desktop &desktop, AlertPresenterProtocol &alerts)
+                             Desktop &desktop, AlertPresenterProtocol &alerts, Identity identity)
     : frameRepository_(std::move(frameRepository))
     , updateRepository_(std::move(updateRepository))
     , windowCoordinator_(std::move(windowCoordinator))
     , captureService_(std::move(captureService))
     , desktop_(desktop)
     , alerts_(alerts)
+    , identity_(std::move(identity))
 {
     currentFrame_ = initialFrame();
     installSessionWatch();
@@ -192,7 +193,7 @@ QCoro::Task<> MainViewModel::startSharing()
     } else if (content) {
         openSharingWindow();
     } else {
-        qCInfo(appLog, "the screen cannot be shared: %s", qPrintable(content.error().log));
+        qCInfo(modelLog, "the screen cannot be shared: %s", qPrintable(content.error().log));
         Q_EMIT startEnded(content.error().text);
         showScreenRecordingPermissionAlert(content.error());
     }
@@ -254,19 +255,19 @@ int MainViewModel::runModal(const Alert &alert)
     return alerts_.runModal(alert);
 }
 
-QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber)
+QCoro::Task<> MainViewModel::checkForUpdates()
 {
     if (!updateRepository_) {
         co_return;
     }
-    if (!serialNumber) {
+    if (!identity_.serialNumber) {
         printLine(tr("Unable to get device serial number for update check"));
         co_return;
     }
     const QPointer self(this);
-    const QString version = appVersion();
     isCheckingForUpdates_ = true;
-    const auto answer = co_await updateRepository_->checkForUpdate(*serialNumber, version);
+    const auto answer
+        = co_await updateRepository_->checkForUpdate(*identity_.serialNumber, identity_.appVersion);
     if (!self) {
         co_return;
     }
@@ -274,7 +275,7 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
     if (!answer) {
         printLine(tr("Update check failed: %1").arg(answer.error().text));
     } else if (answer->canUpdate) {
-        showUpdateAlert(*answer, version);
+        showUpdateAlert(*answer, identity_.appVersion);
     }
 }
 

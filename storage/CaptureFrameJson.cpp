@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "storage/CaptureFrame.h"
+#include "storage/CaptureFrameJson.h"
 
-#include "storage/Json.h"
+#include "services/Json.h"
 
 #include <array>
 #include <cmath>
