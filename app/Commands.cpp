@@ -39,13 +39,16 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
 
 void Commands::obey(const LaunchOptions &options, const Reply &reply)
 {
+    Reply done = [this, reply, tells = options.status](const CommandResult &result) {
+        reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
+    };
     if (options.area) {
         const auto &[x, y, width, height] = *options.area;
         model_.updateFrame(x, y, width, height);
+        done = [this, done, written = model_.areaWritten()](const CommandResult &result) {
+            QFuture(written).then(this, [done, result] { done(result); });
+        };
     }
-    const auto done = [this, reply, tells = options.status](const CommandResult &result) {
-        reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
-    };
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
     } else if (options.share) {

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPointer>
 #include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent>
@@ -57,18 +58,35 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
+/**
+ * Qt calls exit() when the X server goes, and then no destructor of this program runs. To be called
+ * after the repository has loaded: what Qt keeps of settings files is destroyed in reverse order.
+ */
+void finishAtExit(FrameRepository *repository)
+{
+    constexpr int longestWait = 2000; // milliseconds
+    static const QPointer guarded(repository);
+    std::atexit([] {
+        if (guarded) {
+            guarded->finish(longestWait);
+        }
+    });
+}
+
 std::unique_ptr<MainViewModel> makeViewModel(
     Desktop &desktop, AlertPresenterProtocol &alerts,
     GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    auto repository
-        = std::make_unique<FrameRepository>(standardUserDefaults(), QStringLiteral("captureFrame"));
+    auto repository = std::make_unique<FrameRepository>(captureFrameFile());
+    FrameRepository *const saves = repository.get();
     auto updateRepository = makeUpdateRepository();
     auto captureService = std::make_unique<ScreenCaptureService>(desktop);
     auto coordinator = std::make_unique<AppCoordinator>(desktop);
-    return std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
-                                           std::move(coordinator), std::move(captureService),
-                                           desktop, alerts);
+    auto model = std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
+                                                 std::move(coordinator), std::move(captureService),
+                                                 desktop, alerts);
+    finishAtExit(saves);
+    return model;
 }
 
 /** Part of the program, so that it has its icon where it is not installed, too. */

@@ -23,6 +23,7 @@ namespace
 {
 
 using namespace std::chrono_literals;
+using Pace = FrameRepositoryProtocol::Pace;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
@@ -137,7 +138,9 @@ void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
 void MainViewModel::frameSelected(const CaptureFrame &frame)
 {
     publish(currentFrame_, frame);
-    frameRepository_->save(frame);
+    // The selector goes when this returns, which tells the person that the area is safe. Frames
+    // must not wait for the disk, though.
+    frameRepository_->save(frame, isSharingWindowOpen_ ? Pace::AtOnce : Pace::BeforeReturn);
     publish(isFrameSelectorOpen_, false);
 }
 
@@ -155,7 +158,7 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
     const auto newHeight = numberFromText(height);
     if (newX && newY && newWidth && newHeight) {
         publish(currentFrame_, CaptureFrame{*newX, *newY, *newWidth, *newHeight});
-        frameRepository_->save(currentFrame_);
+        frameRepository_->save(currentFrame_, Pace::WhenTypingRests);
     }
 }
 

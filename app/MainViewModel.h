@@ -52,6 +52,9 @@ public:
     void updateFrame(const QString &x, const QString &y, const QString &width,
                      const QString &height);
 
+    /** Has what was typed last written at once. Finished when nothing is left to write. */
+    QFuture<void> areaWritten() { return frameRepository_->allWritten(); }
+
     CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
     /** Whether an alert of this program waits for the person. */
     bool isAlertShown() const { return alertsUp_ > 0; }

@@ -139,6 +139,11 @@ QVBoxLayout *ContentView::makeCommandBlock() const
 
 void ContentView::connectCommands()
 {
+    // First of all, what was typed counts; a mnemonic leaves the focus in the field.
+    for (ActionButton *button : {startButton_, setAreaButton_, resetAreaButton_, stopButton_}) {
+        connect(button, &ActionButton::clicked, &viewModel_, &MainViewModel::areaWritten);
+    }
+    connect(editor_, &AreaEditor::fieldFinished, &viewModel_, &MainViewModel::areaWritten);
     connect(startButton_, &ActionButton::clicked, this, [this] {
         if (!viewModel_.isSharingWindowOpen()) {
             viewModel_.startSharing(); // goes on by itself
@@ -149,6 +154,12 @@ void ContentView::connectCommands()
             &MainViewModel::resetFrameSelector);
     connect(stopButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::stopSharing);
     connect(editor_, &AreaEditor::textEdited, this, &ContentView::commitEdit);
+    constexpr int longestWait = 1000; // milliseconds, for a disk that does not answer
+    leaving_.setSingleShot(true);
+    leaving_.setInterval(longestWait);
+    connect(&leaving_, &QTimer::timeout, this, [this] { setFocus(); });
+    connect(editor_, &AreaEditor::textEdited, &leaving_, &QTimer::stop); // it goes on
+    connect(qApp, &QApplication::focusChanged, &leaving_, &QTimer::stop);
     connect(editor_, &AreaEditor::editingEnded, this, &ContentView::endTextEditing);
     connect(emptyArea_, &EmptyArea::clicked, this, &ContentView::endTextEditing);
 }
@@ -320,10 +331,24 @@ void ContentView::commitTexts()
     }
 }
 
+/** The focus shows that a field is being edited; it goes when what was typed is on the disk. */
 void ContentView::endTextEditing()
 {
     if (QWidget *keyWindow = QApplication::activeWindow(); keyWindow && keyWindow->focusWidget()) {
         leftButton_ = nullptr;
+        leaving_.start();
+        if (auto written = viewModel_.areaWritten(); written.isFinished()) {
+            leaveField();
+        } else {
+            written.then(this, [this] { leaveField(); });
+        }
+    }
+}
+
+void ContentView::leaveField()
+{
+    if (leaving_.isActive()) {
+        leaving_.stop();
         setFocus(); // on nothing to type into; without any focus the next activation picks a button
     }
 }

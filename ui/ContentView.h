@@ -4,6 +4,7 @@
 #include "storage/CaptureFrame.h"
 #include "ui/AreaEditor.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <optional>
@@ -56,6 +57,7 @@ private:
     void commitEdit(std::size_t field);
     void commitTexts();
     void endTextEditing();
+    void leaveField();
 
     MainViewModel &viewModel_;
     QLabel *title_;
@@ -71,6 +73,7 @@ private:
 
     std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
     AreaEditor::Texts committedTexts_; ///< what the view model was last told
+    QTimer leaving_; ///< runs from the end of the editing until the focus goes
     ActionButton *leftButton_ = nullptr; ///< had the focus until it was disabled
     bool isRefreshScheduled_ = false;
 };

@@ -13,10 +13,9 @@ using testing::require;
 namespace
 {
 
-FrameRepository repositoryAt(const QString &path)
+SettingsFile settingsAt(const QString &path)
 {
-    return {std::make_unique<QSettings>(path, QSettings::IniFormat),
-            QStringLiteral("captureFrame")};
+    return {.path = path, .key = QStringLiteral("captureFrame")};
 }
 
 /** A new name each time, because QSettings keeps what it knows of a path. */
@@ -42,13 +41,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString path = newPath();
     write(path, QByteArrayView(data, qsizetype(size)).toByteArray());
     {
-        FrameRepository repository = repositoryAt(path);
+        FrameRepository repository(settingsAt(path));
         repository.load();
-        repository.save(other);
+        repository.save(other, FrameRepository::Pace::BeforeReturn);
     }
     const QString moved = newPath();
     require(QFile::rename(path, moved), "the settings file is there");
-    require(repositoryAt(moved).load() == other, "whatever the file holds, saving mends it");
+    require(FrameRepository(settingsAt(moved)).load() == other,
+            "whatever the file holds, saving mends it");
     QFile::remove(moved);
     return 0;
 }

@@ -100,7 +100,8 @@ struct FakeFrameRepository : Journalist<FrameRepositoryProtocol> {
     std::optional<CaptureFrame> stored;
 
     std::optional<CaptureFrame> load() override { return stored; }
-    void save(const CaptureFrame &frame) override { journal.append(entry("save", frame)); }
+    void save(const CaptureFrame &frame, Pace) override { journal.append(entry("save", frame)); }
+    QFuture<void> allWritten() override { return {}; } // finished
 };
 
 struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
