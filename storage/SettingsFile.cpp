@@ -9,11 +9,28 @@
 #include <QStandardPaths>
 #include <QTemporaryFile>
 
+#include <cstdio>
+
 namespace glimmerpane
 {
 
 namespace
 {
+
+/**
+ * Whether QSettings may read it: each level of nested values takes up to 500 bytes of the stack and
+ * only 8 of the file.
+ */
+bool isHarmless(const QFileInfo &file)
+{
+    if (!file.exists() || (file.isFile() && file.size() <= SettingsFile::largest)) {
+        return true;
+    }
+    const QString text = SettingsFile::tr(
+        "Settings are neither read from %1 nor saved there: it is too large, or no file.");
+    std::fprintf(stderr, "glimmerpane: %s\n", qPrintable(text.arg(file.filePath())));
+    return false;
+}
 
 /**
  * Whether a new settings file could be written beside the old one. QSettings does not notice when
@@ -44,7 +61,9 @@ bool isUnlocked(const QString &path)
 
 std::optional<QByteArray> SettingsFile::read() const
 {
-    const QVariant value = QSettings(path, QSettings::IniFormat).value(key);
+    const QVariant value = isHarmless(QFileInfo(path))
+        ? QSettings(path, QSettings::IniFormat).value(key)
+        : QVariant();
     if (value.typeId() != QMetaType::QByteArray) {
         qCInfo(storageLog) << "no area in" << path;
         return std::nullopt;
@@ -54,7 +73,8 @@ std::optional<QByteArray> SettingsFile::read() const
 
 void SettingsFile::write(const QByteArray &value) const
 {
-    if (!hasRoomFor(QFileInfo(path)) || !isUnlocked(path)) {
+    const QFileInfo file(path);
+    if (!isHarmless(file) || !hasRoomFor(file) || !isUnlocked(path)) {
         qCInfo(storageLog) << "cannot save an area in" << path;
         return;
     }

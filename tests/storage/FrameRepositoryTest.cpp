@@ -76,6 +76,21 @@ private Q_SLOTS:
         }
     }
 
+    void fileFarTooLarge_isLeftAlone()
+    {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("settings.ini")));
+        const QByteArray listOfOne("\0\0\0\x9\0\0\0\1", 8); // QSettings calls itself for each
+        const QByteArray bytes = "captureFrame=@Variant(" + listOfOne.repeated(100'000) + ')';
+        QVERIFY(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        file.write(bytes);
+        FrameRepository repository({file.fileName(), key});
+        QVERIFY(!repository.load());
+        repository.save(first, now);
+        QFile left(file.fileName());
+        QVERIFY(left.open(QIODevice::ReadOnly) && left.readAll() == bytes);
+    }
+
     void save_works_whereAKilledOneLeftItsLock()
     {
         const QTemporaryDir folder;
