@@ -70,6 +70,28 @@ private Q_SLOTS:
         fixture.command("--share", 1, "is showing a message");
     }
 
+    void command_doesNothing_whereTheProgramIsStoppedOrElsewhere()
+    {
+        InstanceFixture fixture;
+        QVERIFY(fixture.launch({areaOption, QStringLiteral("--share")}));
+        QVERIFY(fixture.showsArea(area));
+        fixture.program.sendSignal(SIGSTOP);
+        fixture.command("--stop", 1, "glimmerpane: Glimmerpane runs but does not answer.\n");
+        fixture.program.sendSignal(SIGCONT);
+        const QString name = QStringLiteral("DISPLAY");
+        const QString display = fixture.environment.value(name);
+        for (const QString &other :
+             {display + u'9', display + QStringLiteral(".1"), QStringLiteral("host") + display}) {
+            fixture.environment.insert(name, other);
+            fixture.command("--stop", 1, ("runs on display " + display.toLatin1()).constData());
+        }
+        for (const QString &same :
+             {display + QStringLiteral(".0"), QStringLiteral("unix") + display, QString()}) {
+            fixture.environment.insert(name, same);
+            fixture.command("--status", 0, R"("sharing":true)");
+        }
+    }
+
     void select_startsTheProgram_whereNoneRuns()
     {
         InstanceFixture fixture;
