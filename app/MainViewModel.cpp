@@ -68,7 +68,7 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
     return std::nullopt;
 }
 
-/** At once, also where somebody reads it through a pipe. */
+/** For scripts, so never translated. At once, also where somebody reads it through a pipe. */
 void printLine(const QString &text)
 {
     std::printf("%s\n", qPrintable(text.simplified()));
@@ -263,7 +263,7 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
         co_return;
     }
     if (!serialNumber) {
-        printLine(tr("Unable to get device serial number for update check"));
+        printLine(QStringLiteral("Unable to get device serial number for update check"));
         co_return;
     }
     const QPointer self(this);
@@ -275,7 +275,7 @@ QCoro::Task<> MainViewModel::checkForUpdates(std::optional<QString> serialNumber
     }
     isCheckingForUpdates_ = false;
     if (!answer) {
-        printLine(tr("Update check failed: %1").arg(answer.error().text));
+        printLine(QStringLiteral("Update check failed: ") + answer.error().text);
     } else if (answer->canUpdate) {
         showUpdateAlert(*answer, version);
     }

@@ -99,7 +99,7 @@ struct UpdateInfo {
 /** Why the update service gave no answer. */
 struct UpdateFailure {
     QString description; ///< for a person
-    QString text; ///< the error's textual form, for a log line
+    QString text; ///< the error's textual form, for a line that scripts read; English
 
     /** Where both are the same. */
     static UpdateFailure withText(const QString &text)

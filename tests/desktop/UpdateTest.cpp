@@ -105,6 +105,23 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), 1);
     }
 
+    void failure_isToldInEnglish()
+    {
+        const HttpsServer server(trusted_, reply(message("200 OK", "{}")));
+        const QString gone = HttpsServer(trusted_, {}).address();
+        for (const auto &[address, says] :
+             {std::pair(server.address(),
+                        "The answer cannot be read: \"lastAppVersion\" is no text."),
+              {gone, "ConnectionRefusedError"}}) {
+            auto fixture = asking(address);
+            fixture.environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+            fixture.start();
+            const QByteArray line = "Update check failed: " + QByteArray(says) + '\n';
+            const auto isTold = [&] { return fixture.program.output().contains(line); };
+            QVERIFY2(waitFor(isTold, patience), fixture.program.output());
+        }
+    }
+
     void program_endsAtOnce_whileItAsks()
     {
         for (const bool looksUp : {false, true}) { // a silent server, or a silent name server
