@@ -245,8 +245,12 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
              + QStringLiteral("\n\n") + reason.text,
          .style = Alert::Style::Warning,
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
-    if (answer == firstAlertButton) {
-        desktop_.openPrivacySettings();
+    if (answer == firstAlertButton && !desktop_.openPrivacySettings()) {
+        runModal({.messageText = tr("Screen Recording"),
+                  .informativeText = tr("Glimmerpane knows no settings program for this desktop.")
+                      + QStringLiteral("\n\n") + reason.text,
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
     }
 }
 

@@ -51,8 +51,8 @@ public:
      */
     virtual void activateWindow(std::uint32_t window, const QString &startupId) = 0;
 
-    /** Opens the desktop's own settings program, where one is known. */
-    virtual void openPrivacySettings() = 0;
+    /** Opens the desktop's own settings program. False where none is known. */
+    virtual bool openPrivacySettings() = 0;
 
     /** Has the desktop tell the person something, wherever they look; silent where it cannot. */
     virtual void notify(const QString &title, const QString &text) = 0;

@@ -118,11 +118,10 @@ void X11Desktop::activateWindow(std::uint32_t window, const QString &startupId)
     connection->flush();
 }
 
-void X11Desktop::openPrivacySettings()
+bool X11Desktop::openPrivacySettings()
 {
-    if (const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
-        QProcess::startDetached(*program, {});
-    }
+    const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
+    return program && QProcess::startDetached(*program, {});
 }
 
 void X11Desktop::notify(const QString &title, const QString &text)

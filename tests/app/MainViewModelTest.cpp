@@ -55,6 +55,7 @@ constexpr Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
 constexpr Step cancel = [](Session &s) { s.coordinator->onCancel(); };
 constexpr Step deny = [](Session &s) { s.desktop.denyContent(); };
 constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
+constexpr Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
 constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
 constexpr Step start = [](Session &s) { s.viewModel->startSharing(); };
 constexpr Step answer = [](Session &s) {
@@ -188,6 +189,9 @@ private Q_SLOTS:
         row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
         row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
         row("denied", {deny, start, answer}, "?, settings");
+        row("denied, without a settings program", {deny, loseSettings, start, answer},
+            "?, settings, warning|Screen Recording|Glimmerpane knows no settings program for this "
+            "desktop.\n\ndenied|OK");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
         row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",

@@ -28,6 +28,7 @@ struct FakeDesktop : Desktop {
     std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
     std::expected<ShareableContent, Error> content; ///< change it only while no request runs
     std::atomic<bool> held = false;
+    bool hasSettings = true; ///< a program for them
     QStringList journal; ///< what was asked of the fakes, one event each
 
     /** Requests for the content that still run are ended first. */
@@ -54,7 +55,11 @@ struct FakeDesktop : Desktop {
         return content;
     }
     void activateWindow(std::uint32_t, const QString &) override { }
-    void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
+    bool openPrivacySettings() override
+    {
+        journal.append(QStringLiteral("settings"));
+        return hasSettings;
+    }
     void notify(const QString &title, const QString &) override
     {
         journal.append(QStringLiteral("notify ") + title);
