@@ -158,7 +158,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
                                          OffscreenWindowKind outputWindow)
     : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
     , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
-    , window_(*viewModel_)
+    , window_(*viewModel_, *desktop_)
     , commands_(*viewModel_, outputWindow,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {

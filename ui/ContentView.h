@@ -9,6 +9,7 @@
 #include <optional>
 
 class QLabel;
+class QSpacerItem;
 class QVBoxLayout;
 
 namespace glimmerpane
@@ -36,6 +37,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
@@ -60,7 +62,7 @@ private:
     MainViewModel &viewModel_;
     QLabel *title_;
     SelectableLine *identity_;
-    QWidget *divider_;
+    QSpacerItem *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
     ActionButton *resetAreaButton_;

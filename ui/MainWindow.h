@@ -9,6 +9,7 @@
 namespace glimmerpane
 {
 
+class Desktop;
 class MainViewModel;
 class WindowControl;
 
@@ -21,8 +22,8 @@ class MainWindow : public QWidget
     Q_OBJECT
 
 public:
-    /** The view model must outlive the window. */
-    explicit MainWindow(MainViewModel &viewModel);
+    /** The view model and the desktop must outlive the window. */
+    MainWindow(MainViewModel &viewModel, Desktop &desktop);
 
 protected:
     void mousePressEvent(QMouseEvent *event) override;
@@ -34,7 +35,9 @@ protected:
 private:
     void addShortcuts();
     void drag(const QPoint &pointer);
+    QSize sizeInPixels() const;
 
+    Desktop &desktop_;
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;
     std::optional<QPoint> press_; ///< screen coordinates, while a press may become a drag

@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 
 namespace glimmerpane
@@ -15,6 +16,28 @@ namespace
 {
 
 constexpr int closedWithoutAnswer = -1;
+
+/** With a border where no window manager gives it one, else it melts into the main window. */
+class AlertBox : public QMessageBox
+{
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QMessageBox::paintEvent(event);
+        if (frameGeometry() == geometry()) {
+            const double width = borderWidth(devicePixelRatioF()) / devicePixelRatioF();
+            QPainter painter(this);
+            painter.setPen(QPen(themeFor(palette()).windowBorder, width, Qt::SolidLine,
+                                Qt::SquareCap, Qt::MiterJoin));
+            painter.setRenderHint(QPainter::Antialiasing);
+            const double inset = width / 2;
+            painter.drawRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
+        }
+    }
+};
 
 /** One role for all, which keeps them in their order. */
 QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
@@ -56,7 +79,7 @@ void styleTexts(const QMessageBox &box)
 int MessageBoxAlerts::runModal(const Alert &alert)
 {
     // On the heap and watched: the parent window takes it along if it goes while the alert is up.
-    const QPointer box(new QMessageBox(parentWindow_));
+    const QPointer<QMessageBox> box(new AlertBox(parentWindow_));
     box->setWindowTitle(QStringLiteral("Glimmerpane"));
     box->setWindowModality(Qt::ApplicationModal);
     box->setIconPixmap(alertIcon(alert.style, themeFor(box->palette()), box->devicePixelRatioF()));

@@ -90,6 +90,12 @@ private Q_SLOTS:
                  QRect(QPoint(-10000, -10000), area.size()));
         fixture.input.moveTo(area.center());
         QVERIFY(fixture.showsArea(area));
+        // Its corners are as round as pixels allow, which are smaller than points.
+        const QPoint corner = geometryOf(fixture.client, *fixture.mainWindow())->topLeft();
+        const auto row = [&](int y) {
+            return required(fixture.client.screenshot({corner + QPoint(0, y), QSize(16, 1)}));
+        };
+        QVERIFY(row(0) != row(1));
         // The first area of a new user is the whole display, in points.
         QVERIFY(QFile::remove(fixture.settingsFile()));
         fixture.start({QStringLiteral("--share")});

@@ -28,6 +28,7 @@ struct FakeDesktop : Desktop {
     std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
     std::expected<ShareableContent, Error> content; ///< change it only while no request runs
     std::atomic<bool> held = false;
+    QRegion shape; ///< of the window that was given one last
     QStringList journal; ///< what was asked of the fakes, one event each
 
     /** Requests for the content that still run are ended first. */
@@ -54,6 +55,7 @@ struct FakeDesktop : Desktop {
         return content;
     }
     void activateWindow(std::uint32_t, const QString &) override { }
+    void setShape(std::uint32_t, const QRegion &pixels) override { shape = pixels; }
     void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
     void openUrl(const QUrl &url) override
     {
