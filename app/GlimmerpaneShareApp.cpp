@@ -30,6 +30,26 @@ namespace
 constexpr const char *version = GLIMMERPANE_VERSION;
 constexpr std::chrono::milliseconds updateCheckDelay{500};
 
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+protected:
+    /**
+     * Comes when the desktop's session ends, and after the main window has closed. Qt would first
+     * close all windows as a person does, and be asked whether that is meant.
+     */
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::Quit) {
+            exit(0);
+            return true;
+        }
+        return QApplication::event(event);
+    }
+};
+
 int print(const CommandResult &result)
 {
     if (!result.output.isEmpty()) {
@@ -139,7 +159,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     installTranslations();
     QApplication::setWindowIcon(windowIcon());
     qCInfo(appLog, "glimmerpane %s, Qt %s", version, qVersion());

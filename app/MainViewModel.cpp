@@ -226,6 +226,27 @@ void MainViewModel::showScreenRecordingPermissionAlert()
     }
 }
 
+bool MainViewModel::mayClose()
+{
+    if (!isSharingWindowOpen_ && !isCheckingPermission_) {
+        return true;
+    }
+    if (isAskingToClose_) {
+        return false;
+    }
+    // Unlike with other alerts the window watch goes on: the session may end meanwhile.
+    isAskingToClose_ = true;
+    const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
+    constexpr int quit = 1; // not the default: who types Ctrl+W by mistake may type on
+    return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
+                             .informativeText = tr("The others in your call will no longer see "
+                                                   "the shared area."),
+                             .style = Alert::Style::Warning,
+                             .buttons = {tr("Keep Sharing"), tr("Stop and Quit")},
+                             .escapesToFirst = true})
+        == quit;
+}
+
 int MainViewModel::runModal(const Alert &alert)
 {
     ++alertsUp_;

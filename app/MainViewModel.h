@@ -53,7 +53,12 @@ public:
 
     CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
     /** Whether an alert of this program waits for the person. */
-    bool isAlertShown() const { return alertsUp_ > 0; }
+    bool isAlertShown() const { return alertsUp_ > 0 || isAskingToClose_; }
+    /**
+     * Whether the person, who wants the main window closed, means it: while a session runs or
+     * starts they are asked. False while they are being asked already.
+     */
+    bool mayClose();
 
     /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
     QCoro::Task<> startSharing();
@@ -109,6 +114,7 @@ private:
     QTimer windowCheckTimer_;
     bool isCheckingPermission_ = false;
     bool isCheckingForUpdates_ = false;
+    bool isAskingToClose_ = false;
     int alertsUp_ = 0;
 };
 

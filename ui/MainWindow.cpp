@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/MainWindow.h"
 
+#include "app/MainViewModel.h"
 #include "platform/Desktop.h"
 #include "ui/ContentView.h"
 #include "ui/Theme.h"
@@ -8,6 +9,7 @@
 
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
@@ -53,6 +55,7 @@ QAccessibleInterface *accessibleWindow(const QString & /*className*/, QObject *o
 
 MainWindow::MainWindow(MainViewModel &viewModel, Desktop &desktop)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+    , viewModel_(viewModel)
     , desktop_(desktop)
 {
     QAccessible::installFactory(accessibleWindow);
@@ -80,6 +83,12 @@ void MainWindow::addShortcuts()
     for (const auto key : {QKeySequence::Close, QKeySequence::Quit}) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
     }
+}
+
+/** Only a person gets here: signals and the session's end leave without closing windows. */
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(viewModel_.mayClose());
 }
 
 void MainWindow::mousePressEvent(QMouseEvent *event)

@@ -26,6 +26,7 @@ public:
     MainWindow(MainViewModel &viewModel, Desktop &desktop);
 
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -37,6 +38,7 @@ private:
     void drag(const QPoint &pointer);
     QSize sizeInPixels() const;
 
+    MainViewModel &viewModel_;
     Desktop &desktop_;
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;

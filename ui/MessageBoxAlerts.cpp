@@ -40,18 +40,18 @@ protected:
 };
 
 /** One role for all, which keeps them in their order. */
-QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
+QList<QAbstractButton *> addButtons(QMessageBox &box, const Alert &alert)
 {
     QList<QAbstractButton *> buttons;
-    for (const QString &label : labels) {
+    for (const QString &label : alert.buttons) {
         QPushButton *button = box.addButton(label, QMessageBox::ActionRole);
         button->setAccessibleName(label);
         if (buttons.isEmpty()) {
             box.setDefaultButton(button);
         }
-        box.setEscapeButton(button);
         buttons.append(button);
     }
+    box.setEscapeButton(alert.escapesToFirst ? buttons.first() : buttons.last());
     return buttons;
 }
 
@@ -86,7 +86,7 @@ int MessageBoxAlerts::runModal(const Alert &alert)
     box->setTextFormat(Qt::PlainText);
     box->setText(alert.messageText);
     box->setInformativeText(alert.informativeText);
-    const auto buttons = addButtons(*box, alert.buttons);
+    const auto buttons = addButtons(*box, alert);
     box->setAccessibleName(alert.messageText);
     box->setAccessibleDescription(alert.informativeText);
     styleTexts(*box);

@@ -81,6 +81,17 @@ constexpr Step closeDuringAlert = [](Session &s) {
         watch(s);
     };
 };
+constexpr Step quit = [](Session &s) {
+    s.journal.append(s.viewModel->mayClose() ? QStringLiteral("quits") : QStringLiteral("stays"));
+};
+constexpr Step agree = [](Session &s) { s.alerts.answer = 1; };
+constexpr Step quitAndStopDuringAlert = [](Session &s) {
+    s.alerts.whileUp = [&s] {
+        quit(s);
+        stop(s);
+        watch(s);
+    };
+};
 constexpr Step ask = [](Session &s) { s.viewModel->checkForUpdates(QStringLiteral("01ab")); };
 constexpr Step askUnknown = [](Session &s) { s.viewModel->checkForUpdates(std::nullopt); };
 template<const char *address, bool canUpdate = true>
@@ -150,10 +161,16 @@ private Q_SLOTS:
             "System Settings > Privacy & Security > Screen Recording|Open System Settings|Cancel");
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
+        const QString question
+            = QStringLiteral("warning|Stop Sharing and Quit?|The others in your call will no "
+                             "longer see the shared area.|Keep Sharing|Stop and Quit");
         const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
                              const char *open = "") {
             QString text = QString::fromLatin1(journal).replace(u'*', opening);
-            text.replace(u'!', failure).replace(u'?', denial).replace(u'+', offer);
+            text.replace(u'!', failure)
+                .replace(u'?', denial)
+                .replace(u'+', offer)
+                .replace(u'#', question);
             QTest::newRow(name) << steps << text << open;
         };
         row("confirm", {selectArea, confirm, selectArea},
@@ -176,6 +193,14 @@ private Q_SLOTS:
         row("end while it starts", {start, answer, end, succeed}, "*, close, told");
         row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
         row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
+        row("quit while none runs", {selectArea, quit}, "told, select 1 2 3 4, quits", "selector");
+        row("quit", {start, answer, succeed, quit, agree, quit, dismiss, quit},
+            "*, #, stays, #, quits, #, stays", "session");
+        row("quit while it starts", {agree, start, quit, answer, quit}, "#, quits, *, #, quits",
+            "session");
+        row("quit and stop during the question",
+            {quitAndStopDuringAlert, start, answer, succeed, quit, quit},
+            "*, #, stays, close, stop, told, stays, quits");
         row("denied", {deny, start, answer}, "?, settings");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");

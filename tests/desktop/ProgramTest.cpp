@@ -71,7 +71,20 @@ private Q_SLOTS:
                 = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
             QVERIFY(waitFor(isThere, patience));
             if (signal == 0) {
-                askToClose(fixture.client, *fixture.mainWindow());
+                const auto isAsked = [&] {
+                    askToClose(fixture.client, *fixture.mainWindow());
+                    return waitFor([&] { return fixture.shownWindows() == 2; }, patience);
+                };
+                for (const auto key : {keys::escape, keys::enter}) {
+                    QVERIFY(isAsked() && fixture.answerAlert(key));
+                    QVERIFY(fixture.showsArea(area));
+                }
+                const auto quits = [&] {
+                    return isAsked() && fixture.input.typeKey(keys::tab)
+                        && fixture.input.typeKey(keys::space)
+                        && fixture.program.waitForEnd(std::chrono::seconds(1));
+                };
+                QVERIFY(waitFor(quits, patience));
             } else {
                 fixture.program.sendSignal(signal);
             }

@@ -383,9 +383,14 @@ private Q_SLOTS:
         }
     }
 
-    void closeControl_closesTheWindow_whenClicked()
+    void closeControl_closesTheWindow_whenThePersonMeansIt()
     {
-        const ShownWindow shown;
+        ShownWindow shown;
+        shown.click("startButton");
+        QTRY_VERIFY(shown.viewModel->isSharingWindowOpen());
+        shown.click("closeControl");
+        QVERIFY(shown.window.isVisible());
+        shown.alerts.answer = 1;
         shown.click("closeControl");
         QVERIFY(!shown.window.isVisible());
     }
