@@ -202,7 +202,11 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
         scheduleUpdateCheck();
     }
     window_.show();
-    commands_.obey(options, [](const CommandResult &result) { print(result); });
+    // In the event loop: a signal could end that of an alert, but not one that has yet to begin.
+    const auto obey = [this, options] {
+        commands_.obey(options, [](const CommandResult &result) { print(result); });
+    };
+    QMetaObject::invokeMethod(&commands_, obey, Qt::QueuedConnection);
 }
 
 void GlimmerpaneShareApp::bringForward(const QString &startupId)

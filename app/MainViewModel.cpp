@@ -112,7 +112,14 @@ void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
             self->frameSelectionCancelled();
         }
     };
-    windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    const auto shown = windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    Q_EMIT frameSelectorShown(shown ? QString() : shown.error().text);
+    if (!shown) {
+        runModal({.messageText = tr("Set Area"),
+                  .informativeText = shown.error().text,
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
+    }
 }
 
 void MainViewModel::frameSelected(const CaptureFrame &frame)

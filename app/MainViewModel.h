@@ -80,6 +80,9 @@ Q_SIGNALS:
     /** A start has led to a running capture, or to an error, which is about to be shown. */
     void startEnded(const QString &error);
 
+    /** The selector has opened, or cannot because of an error, which is about to be shown. */
+    void frameSelectorShown(const QString &error);
+
 private:
     template<typename T>
     void publish(T &property, T value)

@@ -53,6 +53,11 @@ constexpr Step selectArea = [](Session &s) { s.viewModel->openFrameSelector(); }
 constexpr Step reset = [](Session &s) { s.viewModel->resetFrameSelector(); };
 constexpr Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
 constexpr Step cancel = [](Session &s) { s.coordinator->onCancel(); };
+constexpr Step refuseSelector = [](Session &s) {
+    s.coordinator->opened = std::unexpected(Error{QStringLiteral("why"), {}});
+    QObject::connect(s.viewModel.get(), &MainViewModel::frameSelectorShown,
+                     [&s](const QString &error) { s.journal.append(error); });
+};
 constexpr Step deny = [](Session &s) { s.desktop.denyContent(); };
 constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
 constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
@@ -178,6 +183,10 @@ private Q_SLOTS:
         row("cancel", {selectArea, cancel, selectArea, cancel, reset, cancel},
             "told, select 1 2 3 4, told, told, select 1 2 3 4, told, told, select, told");
         row("select while open", {reset, selectArea, reset}, "told, select", "selector");
+
+        row("selector refused", {refuseSelector, reset, selectArea},
+            "told, select, told, why, warning|Set Area|why|OK, "
+            "told, select 1 2 3 4, told, why, warning|Set Area|why|OK");
 
         row("start", {start, answer, succeed, watch}, "*", "session");
         row("start while one starts or runs",

@@ -105,14 +105,19 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     using Journalist::Journalist;
     FrameHandler onConfirm;
     Handler onCancel;
+    std::expected<void, Error> opened; ///< what the selector comes to
     bool isVisible = false;
 
-    void showFrameSelector(std::optional<CaptureFrame> frame, FrameHandler confirm,
-                           Handler cancel) override
+    std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> frame,
+                                                 FrameHandler confirm, Handler cancel) override
     {
         journal.append(frame ? entry("select", *frame) : QStringLiteral("select"));
         onConfirm = std::move(confirm);
         onCancel = std::move(cancel);
+        if (!opened) {
+            onCancel();
+        }
+        return opened;
     }
     void closeFrameSelector() override { }
 
