@@ -216,6 +216,10 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.raise();
     window_.activateWindow(); // where no window manager runs
     desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
+    if (QWidget *const alert = QApplication::activeModalWidget()) {
+        alert->raise(); // else the main window hides it there
+        alert->activateWindow();
+    }
 }
 
 void GlimmerpaneShareApp::requestPermission()
