@@ -18,6 +18,19 @@ Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
 {
 }
 
+namespace
+{
+
+/** A reply to who waits for the model to tell of an error, or of none. */
+auto resultTo(const Commands::Reply &reply)
+{
+    return [reply](const QString &error) {
+        reply(error.isEmpty() ? CommandResult{} : CommandResult::failure(error));
+    };
+}
+
+} // namespace
+
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
     qCInfo(appLog) << "another launch hands over" << command.arguments;
@@ -71,12 +84,8 @@ void Commands::share(const Reply &reply)
     } else if (model_.isSharingWindowOpen()) {
         reply({});
     } else {
-        connect(
-            &model_, &MainViewModel::startEnded, this,
-            [reply](const QString &error) {
-                reply(error.isEmpty() ? CommandResult{} : CommandResult::failure(error));
-            },
-            Qt::SingleShotConnection);
+        connect(&model_, &MainViewModel::startEnded, this, resultTo(reply),
+                Qt::SingleShotConnection);
         model_.startSharing();
     }
 }
@@ -86,10 +95,13 @@ void Commands::select(const Reply &reply)
     if (model_.isSharingWindowOpen() || model_.isCheckingPermission()) {
         reply(CommandResult::failure(
             tr("The area cannot be selected while it is being shared. Stop sharing first.")));
-        return;
+    } else if (model_.isFrameSelectorOpen()) {
+        reply({});
+    } else {
+        connect(&model_, &MainViewModel::frameSelectorShown, this, resultTo(reply),
+                Qt::SingleShotConnection);
+        model_.openFrameSelector();
     }
-    model_.openFrameSelector();
-    reply({});
 }
 
 CommandResult Commands::status() const

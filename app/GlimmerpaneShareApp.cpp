@@ -31,6 +31,26 @@ namespace
 constexpr const char *version = GLIMMERPANE_VERSION;
 constexpr std::chrono::milliseconds updateCheckDelay{500};
 
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+protected:
+    /**
+     * Comes when the desktop's session ends, and after the main window has closed. Qt would first
+     * close all windows as a person does, and be asked whether that is meant.
+     */
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::Quit) {
+            exit(0);
+            return true;
+        }
+        return QApplication::event(event);
+    }
+};
+
 int print(const CommandResult &result)
 {
     if (!result.output.isEmpty()) {
@@ -157,7 +177,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     installTranslations();
     QApplication::setWindowIcon(windowIcon());
     qCInfo(appLog, "glimmerpane %s, Qt %s", version, qVersion());
@@ -176,7 +196,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
                                          OffscreenWindowKind outputWindow)
     : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
     , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
-    , window_(*viewModel_)
+    , window_(*viewModel_, *desktop_)
     , commands_(*viewModel_, outputWindow,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
@@ -199,7 +219,11 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
         scheduleUpdateCheck();
     }
     window_.show();
-    commands_.obey(options, [](const CommandResult &result) { print(result); });
+    // In the event loop: a signal could end that of an alert, but not one that has yet to begin.
+    const auto obey = [this, options] {
+        commands_.obey(options, [](const CommandResult &result) { print(result); });
+    };
+    QMetaObject::invokeMethod(&commands_, obey, Qt::QueuedConnection);
 }
 
 void GlimmerpaneShareApp::bringForward(const QString &startupId)
@@ -209,6 +233,10 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.raise();
     window_.activateWindow(); // where no window manager runs
     desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
+    if (QWidget *const alert = QApplication::activeModalWidget()) {
+        alert->raise(); // else the main window hides it there
+        alert->activateWindow();
+    }
 }
 
 void GlimmerpaneShareApp::scheduleUpdateCheck()

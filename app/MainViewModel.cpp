@@ -132,7 +132,14 @@ void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
             self->frameSelectionCancelled();
         }
     };
-    windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    const auto shown = windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    Q_EMIT frameSelectorShown(shown ? QString() : shown.error().text);
+    if (!shown) {
+        runModal({.messageText = tr("Set Area"),
+                  .informativeText = shown.error().text,
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
+    }
 }
 
 void MainViewModel::frameSelected(const CaptureFrame &frame)
@@ -252,6 +259,28 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
                   .style = Alert::Style::Warning,
                   .buttons = {tr("OK")}});
     }
+}
+
+bool MainViewModel::mayClose()
+{
+    const bool isShared = isSharingWindowOpen_ && windowCoordinator_->isSharingWindowVisible();
+    if (!isShared && !isCheckingPermission_) {
+        return true;
+    }
+    if (isAskingToClose_) {
+        return false;
+    }
+    // Unlike with other alerts the window watch goes on: the session may end meanwhile.
+    isAskingToClose_ = true;
+    const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
+    constexpr int quit = 1; // not the default: who types Ctrl+W by mistake may type on
+    return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
+                             .informativeText = tr("The others in your call will no longer see "
+                                                   "the shared area."),
+                             .style = Alert::Style::Warning,
+                             .buttons = {tr("Keep Sharing"), tr("Stop and Quit")},
+                             .escapesToFirst = true})
+        == quit;
 }
 
 int MainViewModel::runModal(const Alert &alert)

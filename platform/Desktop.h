@@ -7,6 +7,7 @@
 #include "platform/OverlayWindow.h"
 #include "platform/PressMonitor.h"
 
+#include <QRegion>
 #include <QUrl>
 
 #include <expected>
@@ -50,6 +51,12 @@ public:
      * has just asked for it by starting the program; `startupId` is of that start, or empty.
      */
     virtual void activateWindow(std::uint32_t window, const QString &startupId) = 0;
+
+    /**
+     * Cuts a window of this program to a region of its own pixels, in which only it is drawn and
+     * takes clicks. Does nothing where windows can only be rectangles.
+     */
+    virtual void setShape(std::uint32_t window, const QRegion &pixels) = 0;
 
     /** Opens the desktop's own settings program. False where none is known. */
     virtual bool openPrivacySettings() = 0;

@@ -68,7 +68,8 @@ FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
                                              display_.areaPixels(frame_),
                                              BorderView::glass(display_.scale));
     if (!window) {
-        qCWarning(selectionLog, "The selector cannot open: %s", qPrintable(window.error().log));
+        qCInfo(selectionLog, "the selector cannot open: %s", qPrintable(window.error().log));
+        opened_ = std::unexpected(window.error());
         return;
     }
     qCInfo(selectionLog) << "selector over" << display_.areaPixels(frame_) << "root pixels";

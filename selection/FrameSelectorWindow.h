@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Error.h"
 #include "platform/Geometry.h"
 #include "platform/OverlayWindow.h"
 #include "selection/BorderView.h"
@@ -10,6 +11,7 @@
 
 #include <QPointF>
 
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -41,8 +43,8 @@ public:
     /** Called when the window closes, for whatever reason; once. */
     std::function<void()> onWillClose;
 
-    /** False where the X server refused the window. */
-    bool hasWindow() const { return window_ != nullptr; }
+    /** Fails where the desktop refused the window. */
+    const std::expected<void, Error> &opened() const { return opened_; }
     void showWindow();
     /** Closes the window; later calls do nothing. */
     void close();
@@ -76,6 +78,7 @@ private:
     BorderView border_;
     ButtonContainerView buttons_;
     QImage panel_;
+    std::expected<void, Error> opened_;
     bool isClosing_ = false;
     std::unique_ptr<OverlayWindow> window_;
 };

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -83,9 +84,7 @@ void ContentView::createWidgets()
     title_->setObjectName(QStringLiteral("title"));
     identity_ = new SelectableLine;
     identity_->setObjectName(QStringLiteral("identity"));
-    divider_ = new QWidget;
-    divider_->setAutoFillBackground(true);
-    divider_->setFixedHeight(1);
+    divider_ = new QSpacerItem(0, 1);
     startButton_ = new ActionButton(tr("&Start sharing"), Emphasis::Accent);
     startButton_->setObjectName(QStringLiteral("startButton"));
     setAreaButton_ = new ActionButton(tr("Set &area"), Emphasis::Plain);
@@ -113,7 +112,7 @@ void ContentView::layOut()
     column->addSpacing(5 - SelectableLine::ringRoom);
     column->addWidget(identity_, 0, Qt::AlignHCenter);
     column->addSpacing(10 - SelectableLine::ringRoom);
-    column->addWidget(divider_);
+    column->addItem(divider_);
     column->addSpacing(20);
     column->addLayout(makeCommandBlock());
     column->addSpacing(20);
@@ -211,10 +210,16 @@ void ContentView::applyColors()
     const Theme theme = themeFor(palette());
     identity_->setColors(theme);
     website_->setColors(theme);
-    QPalette dividerPalette;
-    dividerPalette.setColor(QPalette::Window, theme.divider);
-    divider_->setPalette(dividerPalette);
     editor_->setColors(theme);
+}
+
+/** The divider ends at the window's border, which need not be whole points wide. */
+void ContentView::paintEvent(QPaintEvent * /*event*/)
+{
+    const double scale = devicePixelRatioF();
+    const double border = borderWidth(scale) / scale;
+    QPainter(this).fillRect(QRectF(divider_->geometry()).adjusted(border, 0, -border, 0),
+                            themeFor(palette()).divider);
 }
 
 /** The view model tells before it stores, so its properties are read in the next turn. */

@@ -10,6 +10,7 @@
 #include <optional>
 
 class QLabel;
+class QSpacerItem;
 class QVBoxLayout;
 
 namespace glimmerpane
@@ -37,6 +38,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
@@ -62,7 +64,7 @@ private:
     MainViewModel &viewModel_;
     QLabel *title_;
     SelectableLine *identity_;
-    QWidget *divider_;
+    QSpacerItem *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
     ActionButton *resetAreaButton_;

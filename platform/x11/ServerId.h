@@ -22,7 +22,11 @@ public:
 
     /** Takes a resource of this connection, which must outlive the handle. */
     ServerId(const Connection &connection, std::uint32_t id)
-        : connection_(connection.get())
+        : ServerId(connection.get(), id)
+    {
+    }
+    ServerId(xcb_connection_t *connection, std::uint32_t id)
+        : connection_(connection)
         , id_(id)
     {
     }

@@ -12,6 +12,7 @@
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
 #include "platform/x11/PressMonitorX11.h"
+#include "platform/x11/WindowShape.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>
@@ -116,6 +117,11 @@ void X11Desktop::activateWindow(std::uint32_t window, const QString &startupId)
         endStartupNotification(*connection, startupId.toUtf8());
     }
     connection->flush();
+}
+
+void X11Desktop::setShape(std::uint32_t window, const QRegion &pixels)
+{
+    setWindowShape(window, pixels);
 }
 
 bool X11Desktop::openPrivacySettings()

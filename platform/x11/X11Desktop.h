@@ -20,6 +20,7 @@ public:
     std::vector<Display> displays() const override;
     std::expected<ShareableContent, Error> shareableContent() const override;
     void activateWindow(std::uint32_t window, const QString &startupId) override;
+    void setShape(std::uint32_t window, const QRegion &pixels) override;
     bool openPrivacySettings() override;
     void notify(const QString &title, const QString &text) override;
     void openUrl(const QUrl &url) override;

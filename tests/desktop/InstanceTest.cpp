@@ -68,6 +68,23 @@ private Q_SLOTS:
 
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
         fixture.command("--share", 1, "is showing a message");
+
+        // Who launches it again sees the alert, though no window manager keeps it on top.
+        const auto main = fixture.mainWindow();
+        constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(fixture.client.connection(), *main, XCB_CONFIG_WINDOW_STACK_MODE,
+                             &above);
+        fixture.client.sync();
+        fixture.command("", 0);
+        const auto isAlertOnTop = [&] {
+            const auto windows = listWindows(fixture.client, Listing::All);
+            return std::any_of(std::ranges::find(windows, *main), windows.end(), [&](auto other) {
+                return other != *main
+                    && titleOf(fixture.client, other) == QStringLiteral("Glimmerpane")
+                    && isViewable(fixture.client, other);
+            });
+        };
+        QVERIFY(waitFor(isAlertOnTop, patience));
     }
 
     void command_doesNothing_whereTheProgramIsStoppedOrElsewhere()

@@ -71,7 +71,20 @@ private Q_SLOTS:
                 = [&] { return fixture.outputWindow() || fixture.shownWindows() == 2; };
             QVERIFY(waitFor(isThere, patience));
             if (signal == 0) {
-                askToClose(fixture.client, *fixture.mainWindow());
+                const auto isAsked = [&] {
+                    askToClose(fixture.client, *fixture.mainWindow());
+                    return waitFor([&] { return fixture.shownWindows() == 2; }, patience);
+                };
+                for (const auto key : {keys::escape, keys::enter}) {
+                    QVERIFY(isAsked() && fixture.answerAlert(key));
+                    QVERIFY(fixture.showsArea(area));
+                }
+                const auto quits = [&] {
+                    return isAsked() && fixture.input.typeKey(keys::tab)
+                        && fixture.input.typeKey(keys::space)
+                        && fixture.program.waitForEnd(std::chrono::seconds(1));
+                };
+                QVERIFY(waitFor(quits, patience));
             } else {
                 fixture.program.sendSignal(signal);
             }
@@ -90,6 +103,12 @@ private Q_SLOTS:
                  QRect(QPoint(-10000, -10000), area.size()));
         fixture.input.moveTo(area.center());
         QVERIFY(fixture.showsArea(area));
+        // Its corners are as round as pixels allow, which are smaller than points.
+        const QPoint corner = geometryOf(fixture.client, *fixture.mainWindow())->topLeft();
+        const auto row = [&](int y) {
+            return required(fixture.client.screenshot({corner + QPoint(0, y), QSize(16, 1)}));
+        };
+        QVERIFY(row(0) != row(1));
         // The first area of a new user is the whole display, in points.
         fixture.program.sendSignal(SIGTERM);
         QCOMPARE(fixture.waitForExit(), 0);
@@ -147,15 +166,19 @@ private Q_SLOTS:
         const auto server = required(XvfbServer::start(
             {.arguments = {QStringLiteral("-extension"), QStringLiteral("Composite")}}));
         auto environment = server.environment();
-        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.app.info=true"));
-        const auto program
-            = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                            .arguments = {QStringLiteral("--share")},
-                                            .environment = environment}));
-        for (const char *text :
-             {"glimmerpane.app: the screen cannot be shared: extension Composite",
-              "glimmerpane: The X server lacks the Composite", "connect with ssh -Y"}) {
-            QVERIFY2(waitFor([&] { return program.output().contains(text); }, patience), text);
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("*.info=true"));
+        for (const char *option : {"--share", "--select"}) {
+            auto program
+                = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                .arguments = {QLatin1String(option)},
+                                                .environment = environment}));
+            for (const char *text : {"extension Composite 0.2 is missing",
+                                     "glimmerpane: The X server lacks the Composite", "ssh -Y"}) {
+                QVERIFY2(waitFor([&] { return program.output().contains(text); }, patience), text);
+            }
+            program.sendSignal(SIGTERM); // an alert is up
+            QVERIFY(program.waitForEnd(patience));
+            QCOMPARE(program.exitCode(), 0);
         }
     }
 

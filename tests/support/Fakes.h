@@ -29,6 +29,7 @@ struct FakeDesktop : Desktop {
     std::expected<ShareableContent, Error> content; ///< change it only while no request runs
     std::atomic<bool> held = false;
     bool hasSettings = true; ///< a program for them
+    QRegion shape; ///< of the window that was given one last
     QStringList journal; ///< what was asked of the fakes, one event each
 
     /** Requests for the content that still run are ended first. */
@@ -55,6 +56,7 @@ struct FakeDesktop : Desktop {
         return content;
     }
     void activateWindow(std::uint32_t, const QString &) override { }
+    void setShape(std::uint32_t, const QRegion &pixels) override { shape = pixels; }
     bool openPrivacySettings() override
     {
         journal.append(QStringLiteral("settings"));
@@ -113,14 +115,19 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     using Journalist::Journalist;
     FrameHandler onConfirm;
     Handler onCancel;
+    std::expected<void, Error> opened; ///< what the selector comes to
     bool isVisible = false;
 
-    void showFrameSelector(std::optional<CaptureFrame> frame, FrameHandler confirm,
-                           Handler cancel) override
+    std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> frame,
+                                                 FrameHandler confirm, Handler cancel) override
     {
         journal.append(frame ? entry("select", *frame) : QStringLiteral("select"));
         onConfirm = std::move(confirm);
         onCancel = std::move(cancel);
+        if (!opened) {
+            onCancel();
+        }
+        return opened;
     }
     void closeFrameSelector() override { }
 
