@@ -16,8 +16,7 @@ namespace glimmerpane
 /** What an overlay is made of: the screen behind it, blurred and tinted. */
 struct FrostedGlass {
     QColor tint;
-    double tintStrength = 0; ///< 0 leaves the blurred screen as it is, 1 hides it
-    double opacity = 1; ///< the rest of it is the screen behind, sharp
+    double strength = 0; ///< of the tint: 0 leaves the blurred screen as it is, 1 hides it
     int blurRadius = 0; ///< pixels, about
 };
 

@@ -33,22 +33,22 @@ std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
     if (!formats) {
         return std::unexpected(formats.error());
     }
-    std::unique_ptr<OverlayWindowX11> window(new OverlayWindowX11(
-        std::move(opened->connection), opened->extensions, *formats, area, glass));
+    std::unique_ptr<OverlayWindowX11> window(
+        new OverlayWindowX11(std::move(opened->connection), opened->extensions, *formats, glass));
     if (auto created = window->createWindow(); !created) {
         return std::unexpected(created.error());
     }
     window->describe(title);
     window->watchDesktop();
+    window->painter_.takeBackdrop(window->extensions_, window->window_.get(), area);
     return window;
 }
 
 OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &extensions,
-                                   const RenderFormats &formats, QRect area,
-                                   const FrostedGlass &glass)
+                                   const RenderFormats &formats, const FrostedGlass &glass)
     : connection_(std::move(connection))
     , extensions_(extensions)
-    , painter_(connection_, formats, area, glass)
+    , painter_(connection_, formats, glass)
     , cursors_(connection_)
     , events_(connection_)
 {
@@ -57,6 +57,8 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &exte
     events_.onBroken = [this] { lose(); };
     raiseTimer_.setSingleShot(true);
     QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
+    renewTimer_.setSingleShot(true);
+    QObject::connect(&renewTimer_, &QTimer::timeout, &events_, [this] { renewGlass(); });
 }
 
 std::expected<void, Error> OverlayWindowX11::createWindow()
@@ -107,7 +109,7 @@ void OverlayWindowX11::describe(const QString &title)
 
 void OverlayWindowX11::watchDesktop()
 {
-    watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     // EWMH: the window manager changes these when it restacks the windows that it manages. Menus
     // and screen lockers are not among them; those may well come above the overlay.
     for (const char *name :
@@ -134,6 +136,23 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
         } else if (before->window.size() == place.size()) { // a new size has been painted already
             xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
         }
+    }
+    renewSoon();
+    events_.flush();
+}
+
+/** Where nothing has changed, no timer runs. */
+void OverlayWindowX11::renewSoon()
+{
+    if (shown_ && !renewTimer_.isActive() && painter_.mayBeOld(*shown_)) {
+        renewTimer_.start(100ms);
+    }
+}
+
+void OverlayWindowX11::renewGlass()
+{
+    if (shown_ && painter_.renewGlass(window_.get(), *shown_)) {
+        isBackgroundOld_ = true;
     }
     events_.flush();
 }
@@ -190,6 +209,7 @@ void OverlayWindowX11::hide()
 {
     shown_.reset();
     raiseTimer_.stop();
+    renewTimer_.stop();
     xcb_unmap_window(connection_.get(), window_.get());
     events_.flush();
 }
@@ -197,10 +217,14 @@ void OverlayWindowX11::hide()
 void OverlayWindowX11::handle(const xcb_generic_event_t &event)
 {
     const int type = event.response_type & 0x7f;
+    painter_.note(event);
+    renewSoon();
     if (const auto pointer = pointerEvent(event)) {
         deliver(*pointer);
     } else if (type == XCB_DESTROY_NOTIFY) {
-        lose();
+        if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
+            lose();
+        }
     } else if (type == XCB_EXPOSE && isBackgroundOld_ && shown_) {
         painter_.paintGlass(window_.get(),
                             *shown_); // the server has painted what came to light with the old one

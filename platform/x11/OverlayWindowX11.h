@@ -39,7 +39,7 @@ public:
 
 private:
     OverlayWindowX11(Connection connection, const Extensions &extensions,
-                     const RenderFormats &formats, QRect area, const FrostedGlass &glass);
+                     const RenderFormats &formats, const FrostedGlass &glass);
     std::expected<void, Error> createWindow();
     void describe(const QString &title);
     void watchDesktop();
@@ -47,6 +47,8 @@ private:
     OverlayScene sceneOf(QRect frame, const OverlayPicture &picture) const;
     void configure(QRect place) const;
     void replaceBackground(const OverlayScene &scene);
+    void renewSoon();
+    void renewGlass();
 
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
@@ -70,6 +72,7 @@ private:
     std::optional<PointerEvent> motion_; ///< the latest one, until all that has arrived is read
     std::vector<xcb_atom_t> restackSigns_; ///< properties of the root
     QTimer raiseTimer_;
+    QTimer renewTimer_;
     EventReader events_;
 };
 

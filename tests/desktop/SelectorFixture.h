@@ -140,9 +140,8 @@ inline bool showsWholeSelector(const QImage &image)
 /** What is to be seen of an even colour through the glass. */
 inline QColor throughGlass(const QColor &color)
 {
-    const auto channel = [](int value, int tint) {
-        return static_cast<int>(0.9 * (0.45 * value + 0.55 * tint) + 0.1 * value);
-    };
+    const auto channel
+        = [](int value, int tint) { return static_cast<int>(0.505 * value + 0.495 * tint); };
     return {channel(color.red(), 24), channel(color.green(), 24), channel(color.blue(), 27)};
 }
 

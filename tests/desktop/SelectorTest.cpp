@@ -140,6 +140,26 @@ private Q_SLOTS:
         QTRY_VERIFY(showsWholeSelector(screenshot().copy(moved)));
         QTRY_VERIFY(isEqualBut(screenshot(), before, QRegion(moved) + main));
         QTRY_VERIFY(isNear(screenshot().pixelColor(520, 560), throughGlass(white)));
+        // It follows what happens behind it, and never shows the selector itself.
+        const auto becomes = [&](QPoint place, const QColor &color) {
+            return waitFor(
+                [&] { return isNear(screenshot().pixelColor(place), throughGlass(color)); },
+                patience);
+        };
+        const QPoint besidesOutline = moved.topRight() + QPoint(-4, 60);
+        for (const QColor &color : {QColor(200, 60, 20), blueish}) {
+            windows[0].setColor(color.rgb());
+            QVERIFY(becomes(besidesOutline, color) && becomes({520, 560}, white));
+        }
+        for (const auto &[place, color] :
+             {std::pair(paper.translated(300, 150), blueish), std::pair(paper, white)}) {
+            windows[1].setGeometry(place);
+            QVERIFY(becomes({520, 560}, color));
+        }
+        xcb_unmap_window(fixture.client.connection(), windows[1].id());
+        QVERIFY(becomes({520, 560}, blueish));
+        xcb_map_window(fixture.client.connection(), windows[1].id());
+        QVERIFY(becomes({520, 560}, white) && showsWholeSelector(screenshot().copy(moved)));
         // The glass is right also where something lay over it for a while.
         const QPoint covered(540, 430);
         QVERIFY(ColorWindow::show(fixture.client, {.rectangle = {covered, QSize(9, 9)}}));
