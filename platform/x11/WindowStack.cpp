@@ -24,6 +24,16 @@ Tree treeOf(const Connection &connection, xcb_window_t window)
         xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), window), nullptr));
 }
 
+/**
+ * Mutter and its kin leave windows that are minimised or on another workspace mapped, below a
+ * window without pixels that catches the pointer. Nobody else tells which those are.
+ */
+bool isGuard(const Connection &connection, xcb_window_t window)
+{
+    constexpr std::uint32_t longest = 64;
+    return propertyOf(connection, window, "WM_NAME", longest).endsWith(" guard window");
+}
+
 /** Those below `top` that are mapped and have pixels, as yet without a shape. */
 std::vector<StackedWindow> mappedWindows(const Connection &connection, xcb_window_t top)
 {
@@ -43,11 +53,15 @@ std::vector<StackedWindow> mappedWindows(const Connection &connection, xcb_windo
     for (std::size_t i = 0; i < below.size(); ++i) {
         const Reply<xcb_get_window_attributes_reply_t> reply(
             xcb_get_window_attributes_reply(connection.get(), asked[i], nullptr));
-        if (reply && reply->map_state == XCB_MAP_STATE_VIEWABLE
-            && reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+        if (!reply || reply->map_state != XCB_MAP_STATE_VIEWABLE) {
+            continue;
+        }
+        if (reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT) {
             mapped.emplace_back();
             mapped.back().id = below[i];
             mapped.back().visual = reply->visual;
+        } else if (isGuard(connection, below[i])) {
+            mapped.clear();
         }
     }
     return mapped;
