@@ -45,7 +45,8 @@ struct PointerEvent {
 
 /**
  * A window above every other, on every workspace. It takes the pointer, but never the keyboard, and
- * no window manager moves it. Hidden until it is presented. Main thread.
+ * no window manager moves it. Only the program's own modal windows lie above it; while there is one
+ * it hears nothing of the pointer, after its leaving. Hidden until it is presented. Main thread.
  */
 class OverlayWindow
 {

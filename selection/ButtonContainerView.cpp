@@ -70,9 +70,19 @@ bool ButtonContainerView::handle(PointerEvent::Kind kind, QPointF place)
         send(*std::exchange(pressed_, nullptr), QEvent::MouseButtonRelease, place);
         return true;
     } else if (kind != Kind::Drag) {
+        letGo();
         hover(under);
     }
     return under != nullptr && kind != Kind::Drag;
+}
+
+/** Of a button whose release somebody else got. */
+void ButtonContainerView::letGo()
+{
+    if (QPushButton *const button = std::exchange(pressed_, nullptr)) {
+        button->setDown(false);
+        Q_EMIT lookChanged();
+    }
 }
 
 void ButtonContainerView::send(QPushButton &button, QEvent::Type type, QPointF place)

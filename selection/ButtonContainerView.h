@@ -50,6 +50,7 @@ private:
     QPushButton *addButton(const QString &title, int y);
     QPushButton *buttonAt(QPointF place) const;
     void hover(QPushButton *button);
+    void letGo();
     void send(QPushButton &button, QEvent::Type type, QPointF place);
 
     QPushButton *hovered_ = nullptr;

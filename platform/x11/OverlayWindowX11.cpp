@@ -4,8 +4,11 @@
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
+#include "platform/x11/WindowStack.h"
 
+#include <QGuiApplication>
 #include <QPointer>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -56,7 +59,7 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &exte
     events_.onDrained = [this] { deliverMotion(); };
     events_.onBroken = [this] { lose(); };
     raiseTimer_.setSingleShot(true);
-    QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
+    QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { restack(); });
     renewTimer_.setSingleShot(true);
     QObject::connect(&renewTimer_, &QTimer::timeout, &events_, [this] { renewGlass(); });
 }
@@ -131,7 +134,7 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
         replaceBackground(scene);
         configure(place);
         if (!before) {
-            raise();
+            restack();
             xcb_map_window(connection_.get(), window_.get());
         } else if (before->window.size() == place.size()) { // a new size has been painted already
             xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
@@ -220,7 +223,11 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
     painter_.note(event);
     renewSoon();
     if (const auto pointer = pointerEvent(event)) {
-        deliver(*pointer);
+        if (!QGuiApplication::modalWindow()) {
+            deliver(*pointer);
+        }
+    } else if (type == XCB_MAP_NOTIFY || type == XCB_UNMAP_NOTIFY || type == XCB_REPARENT_NOTIFY) {
+        lookForAlert();
     } else if (type == XCB_DESTROY_NOTIFY) {
         if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
             lose();
@@ -305,16 +312,45 @@ void OverlayWindowX11::deliverMotion()
 void OverlayWindowX11::stayOnTop()
 {
     if (shown_ && !raiseTimer_.isActive()) {
-        raise();
+        restack();
         raiseTimer_.start(50ms);
     }
 }
 
-void OverlayWindowX11::raise()
+/** Above all others but the program's own alert, which has to be answered first. */
+void OverlayWindowX11::restack()
 {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    const QWindow *alert = QGuiApplication::modalWindow();
+    const xcb_window_t frame
+        = alert ? topLevelOf(connection_, static_cast<xcb_window_t>(alert->winId())) : 0;
+    if (frame != 0) {
+        const std::array<std::uint32_t, 2> belowIt{frame, XCB_STACK_MODE_BELOW};
+        xcb_configure_window(connection_.get(), window_.get(),
+                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                             belowIt.data());
+    } else {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE,
+                             &above);
+    }
     events_.flush();
+}
+
+/** While there is one, the overlay is deaf; a drag ends where it is. */
+void OverlayWindowX11::lookForAlert()
+{
+    const bool hasAlert = QGuiApplication::modalWindow() != nullptr;
+    if (hasAlert || hasAlert_) { // its frame may have come after itself
+        stayOnTop();
+    }
+    if (std::exchange(hasAlert_, hasAlert) || !hasAlert) {
+        return;
+    }
+    isPressed_ = false;
+    motion_.reset();
+    if (const auto handler = onPointer) {
+        handler({.kind = PointerEvent::Kind::Leave, .position = {}});
+    }
 }
 
 void OverlayWindowX11::checkDisplays()

@@ -55,7 +55,8 @@ private:
     void deliver(const PointerEvent &event);
     void deliverMotion();
     void stayOnTop();
-    void raise();
+    void restack();
+    void lookForAlert();
     void checkDisplays();
     void lose();
 
@@ -69,6 +70,7 @@ private:
     std::array<Canvas, 2> backgrounds_; ///< the first is the window's; as large as ever needed
     bool isBackgroundOld_ = false; ///< its glass is that of a place which the window has left
     bool isPressed_ = false;
+    bool hasAlert_ = false; ///< the program, when last looked
     std::optional<PointerEvent> motion_; ///< the latest one, until all that has arrived is read
     std::vector<xcb_atom_t> restackSigns_; ///< properties of the root
     QTimer raiseTimer_;
