@@ -151,6 +151,10 @@ private Q_SLOTS:
                {CaptureFrame{-50, -20, 300, 100}, {-50, 1000, 300, 100}},
                {CaptureFrame{2000, 500, 300, 100}, {2000, 480, 300, 100}}, // the other display
                {CaptureFrame{-900, 5000, 300, 100}, {0, 0, 300, 100}}, // no display
+               {CaptureFrame{300, 200, 50, 40}, {250, 815, 150, 90}}, // too small for its buttons
+               {CaptureFrame{300, 200, 149, 300}, {300, 580, 150, 300}},
+               {CaptureFrame{1890, 0, 20, 10}, {1770, 990, 150, 90}},
+               {CaptureFrame{1925, 500, 40, 100}, {1920, 480, 150, 100}},
                {CaptureFrame{10, 20, 0, 100}, byDefault},
                {CaptureFrame{std::nan(""), 20, 300, 100}, byDefault},
                {CaptureFrame{10, 20, infinity, 100}, byDefault},
