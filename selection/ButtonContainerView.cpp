@@ -21,17 +21,18 @@ constexpr int buttonHeight = 30;
 ButtonContainerView::ButtonContainerView()
 {
     setFixedSize(buttonWidth, 2 * buttonHeight);
-    connect(addButton(tr("Confirm"), 0), &QPushButton::clicked, this,
+    using Emphasis = GlassButton::Emphasis;
+    connect(addButton(tr("Confirm"), Emphasis::Accent, 0), &QPushButton::clicked, this,
             &ButtonContainerView::confirmed);
-    connect(addButton(tr("Cancel"), buttonHeight), &QPushButton::clicked, this,
+    connect(addButton(tr("Cancel"), Emphasis::Plain, buttonHeight), &QPushButton::clicked, this,
             &ButtonContainerView::cancelled);
 }
 
-QPushButton *ButtonContainerView::addButton(const QString &title, int y)
+QPushButton *ButtonContainerView::addButton(const QString &title, GlassButton::Emphasis emphasis,
+                                            int y)
 {
-    auto *button = new QPushButton(title, this);
+    auto *button = new GlassButton(title, emphasis, this);
     button->setGeometry(0, y, buttonWidth, buttonHeight);
-    button->setFocusPolicy(Qt::NoFocus);
     button->show(); // within a panel that is not: else nothing is drawn of it
     return button;
 }

@@ -3,10 +3,10 @@
 
 #include "platform/Geometry.h"
 #include "platform/OverlayWindow.h"
+#include "selection/GlassButton.h"
 
 #include <QEvent>
 #include <QImage>
-#include <QPushButton>
 #include <QWidget>
 
 #include <optional>
@@ -47,7 +47,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QPushButton *addButton(const QString &title, int y);
+    QPushButton *addButton(const QString &title, GlassButton::Emphasis emphasis, int y);
     QPushButton *buttonAt(QPointF place) const;
     void hover(QPushButton *button);
     void letGo();
