@@ -4,11 +4,8 @@
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
-#include "platform/x11/WindowStack.h"
 
-#include <QGuiApplication>
 #include <QPointer>
-#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -53,6 +50,7 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &exte
     , extensions_(extensions)
     , painter_(connection_, formats, glass)
     , cursors_(connection_)
+    , stacking_(connection_)
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
@@ -223,11 +221,9 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
     painter_.note(event);
     renewSoon();
     if (const auto pointer = pointerEvent(event)) {
-        if (!QGuiApplication::modalWindow()) {
+        if (!OverlayStacking::hasAlert()) {
             deliver(*pointer);
         }
-    } else if (type == XCB_MAP_NOTIFY || type == XCB_UNMAP_NOTIFY || type == XCB_REPARENT_NOTIFY) {
-        lookForAlert();
     } else if (type == XCB_DESTROY_NOTIFY) {
         if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
             lose();
@@ -243,6 +239,8 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
         }
     } else if (tellsOfMonitors(event, connection_, extensions_)) {
         checkDisplays();
+    } else if (type >= XCB_UNMAP_NOTIFY && type <= XCB_CONFIGURE_NOTIFY) { // or mapped, reparented
+        lookForAlert(type != XCB_CONFIGURE_NOTIFY);
     }
 }
 
@@ -317,32 +315,24 @@ void OverlayWindowX11::stayOnTop()
     }
 }
 
-/** Above all others but the program's own alert, which has to be answered first. */
 void OverlayWindowX11::restack()
 {
-    const QWindow *alert = QGuiApplication::modalWindow();
-    const xcb_window_t frame
-        = alert ? topLevelOf(connection_, static_cast<xcb_window_t>(alert->winId())) : 0;
-    if (frame != 0) {
-        const std::array<std::uint32_t, 2> belowIt{frame, XCB_STACK_MODE_BELOW};
-        xcb_configure_window(connection_.get(), window_.get(),
-                             XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
-                             belowIt.data());
-    } else {
-        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE,
-                             &above);
-    }
+    stacking_.restack(window_.get());
     events_.flush();
 }
 
 /** While there is one, the overlay is deaf; a drag ends where it is. */
-void OverlayWindowX11::lookForAlert()
+void OverlayWindowX11::lookForAlert(bool mayBeNew)
 {
-    const bool hasAlert = QGuiApplication::modalWindow() != nullptr;
-    if (hasAlert || hasAlert_) { // its frame may have come after itself
+    const bool hasAlert = OverlayStacking::hasAlert();
+    if (!shown_ || (!hasAlert && !hasAlert_)) {
+        return;
+    }
+    if (mayBeNew) { // it, or its frame, which comes later; a manager that puts us back may have won
         stayOnTop();
     }
+    stacking_.yield(window_.get(), shown_->window);
+    events_.flush();
     if (std::exchange(hasAlert_, hasAlert) || !hasAlert) {
         return;
     }

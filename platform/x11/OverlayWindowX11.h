@@ -6,6 +6,7 @@
 #include "platform/x11/CursorTheme.h"
 #include "platform/x11/EventReader.h"
 #include "platform/x11/OverlayPainter.h"
+#include "platform/x11/OverlayStacking.h"
 
 #include <QTimer>
 
@@ -56,7 +57,7 @@ private:
     void deliverMotion();
     void stayOnTop();
     void restack();
-    void lookForAlert();
+    void lookForAlert(bool mayBeNew);
     void checkDisplays();
     void lose();
 
@@ -64,6 +65,7 @@ private:
     const Extensions extensions_;
     OverlayPainter painter_;
     CursorTheme cursors_;
+    OverlayStacking stacking_;
     Colormap colormap_;
     Window window_;
     std::optional<OverlayScene> shown_; ///< while the window is mapped

@@ -27,7 +27,7 @@ struct StackedWindow {
     friend bool operator==(const StackedWindow &, const StackedWindow &) = default;
 };
 
-/** The windows below this top-level one, the lowest first. Waits for the server. */
+/** The windows below this top-level one, or all, the lowest first. Waits for the server. */
 std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window_t top);
 
 /** The rectangles of a region that the server holds. */
