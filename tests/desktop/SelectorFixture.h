@@ -105,9 +105,16 @@ struct SelectorFixture : ProgramFixture {
         xcb_cursor_context_free(context);
         const auto window = required(
             ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
+        const auto isPointedAt = [&] {
+            const auto reply
+                = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
+            return reply && reply->child == window.id();
+        };
+        input.moveTo(besidesEverything + QPoint(10, 10));
+        waitFor(isPointedAt, patience);
         xcb_change_window_attributes(client.connection(), window.id(), XCB_CW_CURSOR, &cursor);
         client.sync();
-        return cursorAt(besidesEverything + QPoint(10, 10));
+        return required(currentCursor(client)).image;
     }
 
     mutable std::optional<xcb_window_t> latest; ///< saves a search of all windows
