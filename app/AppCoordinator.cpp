@@ -21,8 +21,8 @@ AppCoordinator::AppCoordinator(Desktop &desktop)
 
 AppCoordinator::~AppCoordinator() = default;
 
-void AppCoordinator::showFrameSelector(std::optional<CaptureFrame> initialFrame,
-                                       FrameHandler onConfirm, Handler onCancel)
+std::expected<void, Error> AppCoordinator::showFrameSelector(
+    std::optional<CaptureFrame> initialFrame, FrameHandler onConfirm, Handler onCancel)
 {
     using Controller = FrameSelectorWindowController;
     const auto controller = initialFrame
@@ -52,11 +52,12 @@ void AppCoordinator::showFrameSelector(std::optional<CaptureFrame> initialFrame,
     };
     frameSelectorController_ = controller;
     frameSelectorDelegate_ = delegate;
-    if (controller->hasWindow()) {
+    if (controller->opened()) {
         controller->showWindow();
     } else {
         delegate->windowWillClose(); // there never was one; else the caller would wait for ever
     }
+    return controller->opened();
 }
 
 void AppCoordinator::closeFrameSelector()

@@ -22,8 +22,8 @@ public:
     explicit AppCoordinator(Desktop &desktop);
     ~AppCoordinator() override;
 
-    void showFrameSelector(std::optional<CaptureFrame> initialFrame, FrameHandler onConfirm,
-                           Handler onCancel) override;
+    std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> initialFrame,
+                                                 FrameHandler onConfirm, Handler onCancel) override;
     void closeFrameSelector() override;
     std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) override;
     void closeSharingWindow() override;

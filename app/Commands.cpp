@@ -18,6 +18,19 @@ Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
 {
 }
 
+namespace
+{
+
+/** A reply to who waits for the model to tell of an error, or of none. */
+auto resultTo(const Commands::Reply &reply)
+{
+    return [reply](const QString &error) {
+        reply(error.isEmpty() ? CommandResult{} : CommandResult::failure(error));
+    };
+}
+
+} // namespace
+
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
     qCInfo(appLog) << "another launch hands over" << command.arguments;
@@ -39,13 +52,16 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
 
 void Commands::obey(const LaunchOptions &options, const Reply &reply)
 {
+    Reply done = [this, reply, tells = options.status](const CommandResult &result) {
+        reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
+    };
     if (options.area) {
         const auto &[x, y, width, height] = *options.area;
         model_.updateFrame(x, y, width, height);
+        done = [this, done, written = model_.areaWritten()](const CommandResult &result) {
+            QFuture(written).then(this, [done, result] { done(result); });
+        };
     }
-    const auto done = [this, reply, tells = options.status](const CommandResult &result) {
-        reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
-    };
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
     } else if (options.share) {
@@ -68,12 +84,8 @@ void Commands::share(const Reply &reply)
     } else if (model_.isSharingWindowOpen()) {
         reply({});
     } else {
-        connect(
-            &model_, &MainViewModel::startEnded, this,
-            [reply](const QString &error) {
-                reply(error.isEmpty() ? CommandResult{} : CommandResult::failure(error));
-            },
-            Qt::SingleShotConnection);
+        connect(&model_, &MainViewModel::startEnded, this, resultTo(reply),
+                Qt::SingleShotConnection);
         model_.startSharing();
     }
 }
@@ -83,10 +95,13 @@ void Commands::select(const Reply &reply)
     if (model_.isSharingWindowOpen() || model_.isCheckingPermission()) {
         reply(CommandResult::failure(
             tr("The area cannot be selected while it is being shared. Stop sharing first.")));
-        return;
+    } else if (model_.isFrameSelectorOpen()) {
+        reply({});
+    } else {
+        connect(&model_, &MainViewModel::frameSelectorShown, this, resultTo(reply),
+                Qt::SingleShotConnection);
+        model_.openFrameSelector();
     }
-    model_.openFrameSelector();
-    reply({});
 }
 
 CommandResult Commands::status() const

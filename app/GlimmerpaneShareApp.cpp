@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QPointer>
 #include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent>
@@ -30,6 +31,26 @@ namespace
 
 constexpr const char *version = GLIMMERPANE_VERSION;
 constexpr std::chrono::milliseconds updateCheckDelay{500};
+
+class Application : public QApplication
+{
+public:
+    using QApplication::QApplication;
+
+protected:
+    /**
+     * Comes when the desktop's session ends, and after the main window has closed. Qt would first
+     * close all windows as a person does, and be asked whether that is meant.
+     */
+    bool event(QEvent *event) override
+    {
+        if (event->type() == QEvent::Quit) {
+            exit(0);
+            return true;
+        }
+        return QApplication::event(event);
+    }
+};
 
 int print(const CommandResult &result)
 {
@@ -58,18 +79,35 @@ QStringList argumentsOf(int argc, char **argv)
     return arguments;
 }
 
+/**
+ * Qt calls exit() when the X server goes, and then no destructor of this program runs. To be called
+ * after the repository has loaded: what Qt keeps of settings files is destroyed in reverse order.
+ */
+void finishAtExit(FrameRepository *repository)
+{
+    constexpr int longestWait = 2000; // milliseconds
+    static const QPointer guarded(repository);
+    std::atexit([] {
+        if (guarded) {
+            guarded->finish(longestWait);
+        }
+    });
+}
+
 std::unique_ptr<MainViewModel> makeViewModel(
     Desktop &desktop, AlertPresenterProtocol &alerts,
     GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    auto repository
-        = std::make_unique<FrameRepository>(standardUserDefaults(), QStringLiteral("captureFrame"));
+    auto repository = std::make_unique<FrameRepository>(captureFrameFile());
+    FrameRepository *const saves = repository.get();
     auto updateRepository = makeUpdateRepository();
     auto captureService = std::make_unique<ScreenCaptureService>(desktop);
     auto coordinator = std::make_unique<AppCoordinator>(desktop);
-    return std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
-                                           std::move(coordinator), std::move(captureService),
-                                           desktop, alerts, deviceIdentity());
+    auto model = std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
+                                                 std::move(coordinator), std::move(captureService),
+                                                 desktop, alerts, deviceIdentity());
+    finishAtExit(saves);
+    return model;
 }
 
 /** Part of the program, so that it has its icon where it is not installed, too. */
@@ -140,7 +178,7 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
     QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
     QGuiApplication::setDesktopFileName(QStringLiteral("io.github.glimmerpane.Glimmerpane"));
-    QApplication application(argc, argv);
+    Application application(argc, argv);
     installTranslations();
     QApplication::setWindowIcon(windowIcon());
     qCInfo(appLog, "glimmerpane %s, Qt %s", version, qVersion());
@@ -159,7 +197,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
                                          OffscreenWindowKind outputWindow)
     : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
     , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
-    , window_(*viewModel_)
+    , window_(*viewModel_, *desktop_)
     , commands_(*viewModel_, outputWindow,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
@@ -182,7 +220,11 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
         scheduleUpdateCheck();
     }
     window_.show();
-    commands_.obey(options, [](const CommandResult &result) { print(result); });
+    // In the event loop: a signal could end that of an alert, but not one that has yet to begin.
+    const auto obey = [this, options] {
+        commands_.obey(options, [](const CommandResult &result) { print(result); });
+    };
+    QMetaObject::invokeMethod(&commands_, obey, Qt::QueuedConnection);
 }
 
 void GlimmerpaneShareApp::bringForward(const QString &startupId)
@@ -192,6 +234,10 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.raise();
     window_.activateWindow(); // where no window manager runs
     desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
+    if (QWidget *const alert = QApplication::activeModalWidget()) {
+        alert->raise(); // else the main window hides it there
+        alert->activateWindow();
+    }
 }
 
 void GlimmerpaneShareApp::scheduleUpdateCheck()

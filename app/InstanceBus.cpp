@@ -2,6 +2,7 @@
 #include "app/InstanceBus.h"
 
 #include "platform/SessionBus.h"
+#include "platform/x11/DisplayName.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -19,7 +20,9 @@ namespace
 
 using namespace std::chrono_literals;
 
-// Longer than any command takes, unless the program is stopped.
+// For a question that the main thread answers as soon as it can.
+constexpr std::chrono::milliseconds quickAnswer = 1500ms;
+// Longer than any command takes.
 constexpr std::chrono::milliseconds longestWait = 10s;
 
 QString name()
@@ -44,6 +47,34 @@ CommandResult resultOf(const QDBusMessage &reply)
         InstanceBus::tr("Glimmerpane runs but does not answer: %1").arg(reply.errorMessage()));
 }
 
+QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVariantList &arguments,
+                  std::chrono::milliseconds limit)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(name(), path(), name(), method);
+    message.setAutoStartService(false);
+    message.setArguments(arguments);
+    return bus.call(message, QDBus::Block, int(limit.count()));
+}
+
+/**
+ * Why the program must not be sent a command, if it gave this answer about its display: one that is
+ * stopped would obey much later, and one elsewhere where nobody looks.
+ */
+std::optional<CommandResult> objection(const QDBusMessage &answer)
+{
+    if (answer.errorName() == u"org.freedesktop.DBus.Error.NoReply") {
+        return CommandResult::failure(InstanceBus::tr("Glimmerpane runs but does not answer."));
+    }
+    const bool isReply = answer.type() == QDBusMessage::ReplyMessage; // older ones do not know it
+    const QString theirs = isReply ? answer.arguments().value(0).toString() : QString();
+    const QString ours = qEnvironmentVariable("DISPLAY");
+    if (theirs.isEmpty() || ours.isEmpty() || x11::isSameDisplay(theirs, ours)) {
+        return std::nullopt;
+    }
+    return CommandResult::failure(
+        InstanceBus::tr("Glimmerpane runs on display %1, not on this one.").arg(theirs));
+}
+
 bool isNobodyThere(const QDBusMessage &reply)
 {
     return reply.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown"
@@ -66,11 +97,15 @@ std::optional<CommandResult> handOver(const CommandLine &command)
     if (!bus.isConnected()) {
         return std::nullopt;
     }
-    QDBusMessage call
-        = QDBusMessage::createMethodCall(name(), path(), name(), QStringLiteral("Command"));
-    call.setAutoStartService(false);
-    call << command.arguments << command.startupId;
-    const QDBusMessage reply = bus.call(call, QDBus::Block, int(longestWait.count()));
+    const QDBusMessage display = call(bus, QStringLiteral("Display"), {}, quickAnswer);
+    if (isNobodyThere(display)) {
+        return std::nullopt;
+    }
+    if (auto failure = objection(display)) {
+        return failure;
+    }
+    const QDBusMessage reply
+        = call(bus, QStringLiteral("Command"), {command.arguments, command.startupId}, longestWait);
     if (isNobodyThere(reply)) {
         return std::nullopt;
     }

@@ -47,6 +47,10 @@ public Q_SLOTS:
     int Command(const QStringList &arguments, const QString &startupId, QString &output,
                 QString &error);
 
+    /** A method, too: the value of DISPLAY where the program shows itself. */
+    // NOLINTNEXTLINE(readability-identifier-naming)
+    QString Display() const { return qEnvironmentVariable("DISPLAY"); }
+
 private:
     const Handler handler_;
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Error.h"
 #include "platform/OffscreenWindow.h"
+#include "services/Error.h"
 
 #include <QPoint>
 #include <QSize>

@@ -23,6 +23,7 @@ namespace
 {
 
 using namespace std::chrono_literals;
+using Pace = FrameRepositoryProtocol::Pace;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
@@ -67,7 +68,7 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
     return std::nullopt;
 }
 
-/** At once, also where somebody reads it through a pipe. */
+/** For scripts, so never translated. At once, also where somebody reads it through a pipe. */
 void printLine(const QString &text)
 {
     std::printf("%s\n", qPrintable(text.simplified()));
@@ -132,13 +133,22 @@ void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
             self->frameSelectionCancelled();
         }
     };
-    windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    const auto shown = windowCoordinator_->showFrameSelector(initialFrame, confirmed, cancelled);
+    Q_EMIT frameSelectorShown(shown ? QString() : shown.error().text);
+    if (!shown) {
+        runModal({.messageText = tr("Set Area"),
+                  .informativeText = shown.error().text,
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
+    }
 }
 
 void MainViewModel::frameSelected(const CaptureFrame &frame)
 {
     publish(currentFrame_, frame);
-    frameRepository_->save(frame);
+    // The selector goes when this returns, which tells the person that the area is safe. Frames
+    // must not wait for the disk, though.
+    frameRepository_->save(frame, isSharingWindowOpen_ ? Pace::AtOnce : Pace::BeforeReturn);
     publish(isFrameSelectorOpen_, false);
 }
 
@@ -156,7 +166,7 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
     const auto newHeight = numberFromText(height);
     if (newX && newY && newWidth && newHeight) {
         publish(currentFrame_, CaptureFrame{*newX, *newY, *newWidth, *newHeight});
-        frameRepository_->save(currentFrame_);
+        frameRepository_->save(currentFrame_, Pace::WhenTypingRests);
     }
 }
 
@@ -243,9 +253,35 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
              + QStringLiteral("\n\n") + reason.text,
          .style = Alert::Style::Warning,
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
-    if (answer == firstAlertButton) {
-        desktop_.openPrivacySettings();
+    if (answer == firstAlertButton && !desktop_.openPrivacySettings()) {
+        runModal({.messageText = tr("Screen Recording"),
+                  .informativeText = tr("Glimmerpane knows no settings program for this desktop.")
+                      + QStringLiteral("\n\n") + reason.text,
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
     }
+}
+
+bool MainViewModel::mayClose()
+{
+    const bool isShared = isSharingWindowOpen_ && windowCoordinator_->isSharingWindowVisible();
+    if (!isShared && !isCheckingPermission_) {
+        return true;
+    }
+    if (isAskingToClose_) {
+        return false;
+    }
+    // Unlike with other alerts the window watch goes on: the session may end meanwhile.
+    isAskingToClose_ = true;
+    const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
+    constexpr int quit = 1; // not the default: who types Ctrl+W by mistake may type on
+    return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
+                             .informativeText = tr("The others in your call will no longer see "
+                                                   "the shared area."),
+                             .style = Alert::Style::Warning,
+                             .buttons = {tr("Keep Sharing"), tr("Stop and Quit")},
+                             .escapesToFirst = true})
+        == quit;
 }
 
 int MainViewModel::runModal(const Alert &alert)
@@ -261,7 +297,7 @@ QCoro::Task<> MainViewModel::checkForUpdates()
         co_return;
     }
     if (!identity_.serialNumber) {
-        printLine(tr("Unable to get device serial number for update check"));
+        printLine(QStringLiteral("Unable to get device serial number for update check"));
         co_return;
     }
     const QPointer self(this);
@@ -273,7 +309,7 @@ QCoro::Task<> MainViewModel::checkForUpdates()
     }
     isCheckingForUpdates_ = false;
     if (!answer) {
-        printLine(tr("Update check failed: %1").arg(answer.error().text));
+        printLine(QStringLiteral("Update check failed: ") + answer.error().text);
     } else if (answer->canUpdate) {
         showUpdateAlert(*answer, identity_.appVersion);
     }

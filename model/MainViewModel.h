@@ -54,9 +54,17 @@ public:
     void updateFrame(const QString &x, const QString &y, const QString &width,
                      const QString &height);
 
+    /** Has what was typed last written at once. Finished when nothing is left to write. */
+    QFuture<void> areaWritten() { return frameRepository_->allWritten(); }
+
     CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
     /** Whether an alert of this program waits for the person. */
-    bool isAlertShown() const { return alertsUp_ > 0; }
+    bool isAlertShown() const { return alertsUp_ > 0 || isAskingToClose_; }
+    /**
+     * Whether the person, who wants the main window closed, means it: while a session runs or
+     * starts they are asked. False while they are being asked already.
+     */
+    bool mayClose();
 
     /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
     QCoro::Task<> startSharing();
@@ -81,6 +89,9 @@ Q_SIGNALS:
 
     /** A start has led to a running capture, or to an error, which is about to be shown. */
     void startEnded(const QString &error);
+
+    /** The selector has opened, or cannot because of an error, which is about to be shown. */
+    void frameSelectorShown(const QString &error);
 
 private:
     template<typename T>
@@ -118,6 +129,7 @@ private:
     QTimer windowCheckTimer_;
     bool isCheckingPermission_ = false;
     bool isCheckingForUpdates_ = false;
+    bool isAskingToClose_ = false;
     int alertsUp_ = 0;
 };
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Error.h"
 #include "platform/Geometry.h"
+#include "services/Error.h"
 
 #include <QImage>
 #include <QRegion>

@@ -7,6 +7,7 @@
 #include "platform/OverlayWindow.h"
 #include "platform/PressMonitor.h"
 
+#include <QRegion>
 #include <QUrl>
 
 #include <expected>
@@ -51,8 +52,14 @@ public:
      */
     virtual void activateWindow(std::uint32_t window, const QString &startupId) = 0;
 
-    /** Opens the desktop's own settings program, where one is known. */
-    virtual void openPrivacySettings() = 0;
+    /**
+     * Cuts a window of this program to a region of its own pixels, in which only it is drawn and
+     * takes clicks. Does nothing where windows can only be rectangles.
+     */
+    virtual void setShape(std::uint32_t window, const QRegion &pixels) = 0;
+
+    /** Opens the desktop's own settings program. False where none is known. */
+    virtual bool openPrivacySettings() = 0;
 
     /** Has the desktop tell the person something, wherever they look; silent where it cannot. */
     virtual void notify(const QString &title, const QString &text) = 0;

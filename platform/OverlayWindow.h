@@ -16,8 +16,7 @@ namespace glimmerpane
 /** What an overlay is made of: the screen behind it, blurred and tinted. */
 struct FrostedGlass {
     QColor tint;
-    double tintStrength = 0; ///< 0 leaves the blurred screen as it is, 1 hides it
-    double opacity = 1; ///< the rest of it is the screen behind, sharp
+    double strength = 0; ///< of the tint: 0 leaves the blurred screen as it is, 1 hides it
     int blurRadius = 0; ///< pixels, about
 };
 
@@ -46,7 +45,8 @@ struct PointerEvent {
 
 /**
  * A window above every other, on every workspace. It takes the pointer, but never the keyboard, and
- * no window manager moves it. Hidden until it is presented. Main thread.
+ * no window manager moves it. Only the program's own modal windows lie above it; while there is one
+ * it hears nothing of the pointer, after its leaving. Hidden until it is presented. Main thread.
  */
 class OverlayWindow
 {

@@ -9,8 +9,8 @@ namespace glimmerpane
 {
 
 /**
- * The settings program of a desktop, by its name in XDG_CURRENT_DESKTOP (a colon-separated list);
- * nothing for a desktop that is not known.
+ * Where the settings program of a desktop is, by the first name in XDG_CURRENT_DESKTOP (a list with
+ * colons) that has one in PATH; nothing for a desktop that is not known.
  */
 std::optional<QString> settingsProgram(const QString &currentDesktop);
 

@@ -29,9 +29,10 @@ QRect windowPixels(const Rect &rect, int height, double scale)
 FrostedGlass BorderView::glass(double scale)
 {
     constexpr double blurRadius = 16; // points
+    constexpr double darkness = 0.55; // of the material, which itself is a little transparent
+    constexpr double opacity = 0.9;
     return {.tint = QColor(24, 24, 27),
-            .tintStrength = 0.55,
-            .opacity = 0.9,
+            .strength = darkness * opacity,
             .blurRadius = static_cast<int>(std::lround(blurRadius * scale))};
 }
 

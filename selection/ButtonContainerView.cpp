@@ -21,17 +21,18 @@ constexpr int buttonHeight = 30;
 ButtonContainerView::ButtonContainerView()
 {
     setFixedSize(buttonWidth, 2 * buttonHeight);
-    connect(addButton(tr("Confirm"), 0), &QPushButton::clicked, this,
+    using Emphasis = GlassButton::Emphasis;
+    connect(addButton(tr("Confirm"), Emphasis::Accent, 0), &QPushButton::clicked, this,
             &ButtonContainerView::confirmed);
-    connect(addButton(tr("Cancel"), buttonHeight), &QPushButton::clicked, this,
+    connect(addButton(tr("Cancel"), Emphasis::Plain, buttonHeight), &QPushButton::clicked, this,
             &ButtonContainerView::cancelled);
 }
 
-QPushButton *ButtonContainerView::addButton(const QString &title, int y)
+QPushButton *ButtonContainerView::addButton(const QString &title, GlassButton::Emphasis emphasis,
+                                            int y)
 {
-    auto *button = new QPushButton(title, this);
+    auto *button = new GlassButton(title, emphasis, this);
     button->setGeometry(0, y, buttonWidth, buttonHeight);
-    button->setFocusPolicy(Qt::NoFocus);
     button->show(); // within a panel that is not: else nothing is drawn of it
     return button;
 }
@@ -70,9 +71,19 @@ bool ButtonContainerView::handle(PointerEvent::Kind kind, QPointF place)
         send(*std::exchange(pressed_, nullptr), QEvent::MouseButtonRelease, place);
         return true;
     } else if (kind != Kind::Drag) {
+        letGo();
         hover(under);
     }
     return under != nullptr && kind != Kind::Drag;
+}
+
+/** Of a button whose release somebody else got. */
+void ButtonContainerView::letGo()
+{
+    if (QPushButton *const button = std::exchange(pressed_, nullptr)) {
+        button->setDown(false);
+        Q_EMIT lookChanged();
+    }
 }
 
 void ButtonContainerView::send(QPushButton &button, QEvent::Type type, QPointF place)

@@ -3,10 +3,10 @@
 
 #include "platform/Geometry.h"
 #include "platform/OverlayWindow.h"
+#include "selection/GlassButton.h"
 
 #include <QEvent>
 #include <QImage>
-#include <QPushButton>
 #include <QWidget>
 
 #include <optional>
@@ -47,9 +47,10 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
-    QPushButton *addButton(const QString &title, int y);
+    QPushButton *addButton(const QString &title, GlassButton::Emphasis emphasis, int y);
     QPushButton *buttonAt(QPointF place) const;
     void hover(QPushButton *button);
+    void letGo();
     void send(QPushButton &button, QEvent::Type type, QPointF place);
 
     QPushButton *hovered_ = nullptr;

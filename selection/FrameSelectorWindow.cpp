@@ -31,6 +31,22 @@ Rect defaultFrame(const std::optional<MainDisplay> &display)
             .height = defaultHeight};
 }
 
+/** So large that there is room for the buttons within the edges' bands, around the same middle. */
+Rect enlarged(Rect frame)
+{
+    constexpr double bands = 2 * ResizeHandler::edgeThreshold;
+    const Rect buttons = ButtonContainerView::frameIn({});
+    if (const double least = buttons.width + bands; frame.width < least) {
+        frame.x = std::round(frame.midX() - least / 2);
+        frame.width = least;
+    }
+    if (const double least = buttons.height + bands; frame.height < least) {
+        frame.y = std::round(frame.midY() - least / 2);
+        frame.height = least;
+    }
+    return frame;
+}
+
 /** Moved so that it lies on the screen; what is larger keeps its bottom-left corner there. */
 Rect movedOnto(const Rect &screen, Rect frame)
 {
@@ -68,7 +84,8 @@ FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
                                              display_.areaPixels(frame_),
                                              BorderView::glass(display_.scale));
     if (!window) {
-        qCWarning(selectionLog, "The selector cannot open: %s", qPrintable(window.error().log));
+        qCInfo(selectionLog, "the selector cannot open: %s", qPrintable(window.error().log));
+        opened_ = std::unexpected(window.error());
         return;
     }
     qCInfo(selectionLog) << "selector over" << display_.areaPixels(frame_) << "root pixels";
@@ -104,9 +121,13 @@ Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wan
     }
     const auto displays = desktop_.displays();
     const QRect pixels = display_.areaPixels(frame);
-    const bool isVisible = std::ranges::any_of(
+    const auto shown = std::ranges::find_if(
         displays, [&](const Display &display) { return display.pixels.intersects(pixels); });
-    return isVisible || !main ? frame : movedOnto(main->frame(), frame);
+    if (shown == displays.end()) {
+        return main ? movedOnto(main->frame(), enlarged(frame)) : enlarged(frame);
+    }
+    const Rect usable = enlarged(frame);
+    return usable == frame ? frame : movedOnto(display_.areaOf(shown->pixels), usable);
 }
 
 /** The window stays where it is when displays change, so its numbers become others. */

@@ -7,9 +7,11 @@
 #include "selection/ButtonContainerView.h"
 #include "selection/CursorManager.h"
 #include "selection/ResizeHandler.h"
+#include "services/Error.h"
 
 #include <QPointF>
 
+#include <expected>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -41,8 +43,8 @@ public:
     /** Called when the window closes, for whatever reason; once. */
     std::function<void()> onWillClose;
 
-    /** False where the X server refused the window. */
-    bool hasWindow() const { return window_ != nullptr; }
+    /** Fails where the desktop refused the window. */
+    const std::expected<void, Error> &opened() const { return opened_; }
     void showWindow();
     /** Closes the window; later calls do nothing. */
     void close();
@@ -76,6 +78,7 @@ private:
     BorderView border_;
     ButtonContainerView buttons_;
     QImage panel_;
+    std::expected<void, Error> opened_;
     bool isClosing_ = false;
     std::unique_ptr<OverlayWindow> window_;
 };

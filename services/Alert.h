@@ -17,7 +17,8 @@ struct Alert {
     QString messageText;
     QString informativeText;
     Style style = Style::Warning;
-    QStringList buttons; ///< the first is the default, Escape presses the last
+    QStringList buttons; ///< the first is the default
+    bool escapesToFirst = false; ///< Escape presses the first button, else the last
 };
 
 /** Shows alerts. Main thread. */

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "services/CaptureFrame.h"
+#include "services/Error.h"
 
 #include <QCoreApplication>
 #include <QCoroTask>
@@ -18,7 +19,7 @@ namespace glimmerpane
 
 class SharingWindow;
 
-/** Opens and closes the two secondary windows. Main thread; nothing here reports an error. */
+/** Opens and closes the two secondary windows. Main thread. */
 class WindowCoordinatorProtocol
 {
 public:
@@ -30,10 +31,10 @@ public:
     /**
      * Shows the area selector, over `initialFrame` or over its own default area. Later calls
      * exactly one of the two: `onConfirm` before the selector closes, `onCancel` when it closes in
-     * any other way.
+     * any other way. Where it cannot open, `onCancel` has been called already.
      */
-    virtual void showFrameSelector(std::optional<CaptureFrame> initialFrame, FrameHandler onConfirm,
-                                   Handler onCancel)
+    virtual std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> initialFrame,
+                                                         FrameHandler onConfirm, Handler onCancel)
         = 0;
 
     /** Closes the selector, if one is open, without calling either handler. */
@@ -99,7 +100,7 @@ struct UpdateInfo {
 /** Why the update service gave no answer. */
 struct UpdateFailure {
     QString description; ///< for a person
-    QString text; ///< the error's textual form, for a log line
+    QString text; ///< the error's textual form, for a line that scripts read; English
 
     /** Where both are the same. */
     static UpdateFailure withText(const QString &text)

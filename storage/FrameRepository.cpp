@@ -3,12 +3,7 @@
 
 #include "storage/CaptureFrameJson.h"
 
-#include "storage/Log.h"
-#include <QDir>
-#include <QFileInfo>
-#include <QLockFile>
-#include <QStandardPaths>
-#include <QTemporaryFile>
+#include <QtConcurrent>
 
 #include <utility>
 
@@ -18,69 +13,84 @@ namespace glimmerpane
 namespace
 {
 
-/**
- * Whether a new settings file could be written beside the old one. QSettings does not notice when
- * the disk is full: it puts what fitted of the new file in the old one's place.
- */
-bool hasRoomFor(const QSettings &settings)
-{
-    const QFileInfo file(settings.fileName());
-    const QString path = file.exists() ? file.canonicalFilePath() : file.filePath();
-    QDir().mkpath(QFileInfo(path).path());
-    QTemporaryFile trial(path);
-    const QByteArray bytes(file.size() + 4096, ' ');
-    return trial.open() && trial.write(bytes) == bytes.size() && trial.flush();
-}
-
-/**
- * Whether QSettings gets its lock. It would wait without end for one that a process left when it
- * was killed before it had written its name in it; so such a lock is taken away here.
- */
-bool isUnlocked(const QSettings &settings)
-{
-    constexpr int oldest = 100; // milliseconds; one that is held is not taken away, however old
-    QLockFile lock(settings.fileName() + QStringLiteral(".lock"));
-    lock.setStaleLockTime(oldest);
-    return lock.tryLock(10 * oldest);
-}
+/** How long a person is kept waiting; the file's lock may be another's for a second. */
+constexpr int longestWait = 2000; // milliseconds
 
 } // namespace
 
-FrameRepository::FrameRepository(std::unique_ptr<QSettings> userDefaults, QString key)
-    : userDefaults_(std::move(userDefaults))
-    , key_(std::move(key))
+FrameRepository::FrameRepository(SettingsFile file, std::chrono::milliseconds typingPause)
+    : file_(std::move(file))
 {
-    // The new file is complete before it takes the old one's place, or there is no new file.
-    userDefaults_->setAtomicSyncRequired(true);
+    thread_.setMaxThreadCount(1);
+    typingPause_.setSingleShot(true);
+    typingPause_.setInterval(typingPause);
+    connect(&typingPause_, &QTimer::timeout, this, &FrameRepository::write);
+    connect(&writing_, &QFutureWatcherBase::finished, this, &FrameRepository::write);
+}
+
+FrameRepository::~FrameRepository()
+{
+    finish();
 }
 
 std::optional<CaptureFrame> FrameRepository::load()
 {
-    const QVariant value = userDefaults_->value(key_);
-    if (value.typeId() != QMetaType::QByteArray) {
-        qCInfo(storageLog) << "no area in" << userDefaults_->fileName();
-        return std::nullopt;
-    }
-    return captureFrameFromJson(value.toByteArray());
+    const auto json = file_.read();
+    return json ? captureFrameFromJson(*json) : std::nullopt;
 }
 
-void FrameRepository::save(const CaptureFrame &frame)
+void FrameRepository::save(const CaptureFrame &frame, Pace pace)
 {
-    const auto json = toJson(frame);
-    if (json && hasRoomFor(*userDefaults_) && isUnlocked(*userDefaults_)) {
-        userDefaults_->setValue(key_, *json);
-        userDefaults_->sync();
-        qCInfo(storageLog, "saves %s", json->constData());
+    auto json = toJson(frame);
+    if (!json) {
+        return;
+    }
+    waiting_ = std::move(json);
+    switch (pace) {
+    case Pace::WhenTypingRests:
+        typingPause_.start();
+        break;
+    case Pace::AtOnce:
+        allWritten();
+        break;
+    case Pace::BeforeReturn:
+        finish(longestWait);
+        break;
+    }
+}
+
+QFuture<void> FrameRepository::allWritten()
+{
+    typingPause_.stop();
+    // One promise for each, because a future can be continued only once.
+    QPromise<void> &asker = askers_.emplace_back();
+    asker.start();
+    auto future = asker.future();
+    write();
+    return future;
+}
+
+void FrameRepository::finish(int limit)
+{
+    typingPause_.stop();
+    thread_.waitForDone(limit); // what is written already comes first
+    write();
+    thread_.waitForDone(limit);
+}
+
+void FrameRepository::write()
+{
+    if (!writing_.future().isFinished() || typingPause_.isActive()) {
+        return; // comes again
+    }
+    if (waiting_) {
+        writing_.setFuture(QtConcurrent::run(
+            &thread_, [file = file_, json = *std::exchange(waiting_, {})] { file.write(json); }));
     } else {
-        qCInfo(storageLog) << "cannot save an area in" << userDefaults_->fileName();
+        for (QPromise<void> &asker : std::exchange(askers_, {})) {
+            asker.finish();
+        }
     }
-}
-
-std::unique_ptr<QSettings> standardUserDefaults()
-{
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return std::make_unique<QSettings>(folder + QStringLiteral("/glimmerpane/glimmerpane.ini"),
-                                       QSettings::IniFormat);
 }
 
 } // namespace glimmerpane

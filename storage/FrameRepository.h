@@ -2,32 +2,49 @@
 #pragma once
 
 #include "services/FrameRepositoryProtocol.h"
+#include "storage/SettingsFile.h"
 
-#include <QSettings>
-#include <QString>
+#include <QFutureWatcher>
+#include <QObject>
+#include <QPromise>
+#include <QThreadPool>
+#include <QTimer>
 
-#include <memory>
+#include <chrono>
+#include <vector>
 
 namespace glimmerpane
 {
 
-/** Keeps the capture area as JSON bytes under one key of the user's settings. */
-class FrameRepository : public FrameRepositoryProtocol
+/** Keeps the capture area as JSON in a settings file, which it writes on a thread of its own. */
+class FrameRepository : public QObject, public FrameRepositoryProtocol
 {
+    Q_OBJECT
+
 public:
-    FrameRepository(std::unique_ptr<QSettings> userDefaults, QString key);
+    /** Typing rests when nothing was saved for that long. */
+    explicit FrameRepository(SettingsFile file,
+                             std::chrono::milliseconds typingPause
+                             = std::chrono::milliseconds(300));
+    /** Writes what still waits. */
+    ~FrameRepository() override;
 
     std::optional<CaptureFrame> load() override;
+    void save(const CaptureFrame &frame, Pace pace) override;
+    QFuture<void> allWritten() override;
 
-    /** Written to the disk before it returns, so that a crash right after loses nothing. */
-    void save(const CaptureFrame &frame) override;
+    /** Blocks until all is written, but at most twice for the limit (milliseconds; -1 for none). */
+    void finish(int limit = -1);
 
 private:
-    const std::unique_ptr<QSettings> userDefaults_;
-    const QString key_;
-};
+    void write();
 
-/** The settings file of the current user, in the XDG configuration folder. */
-std::unique_ptr<QSettings> standardUserDefaults();
+    const SettingsFile file_;
+    QTimer typingPause_; ///< runs while what waits may be half a number
+    QThreadPool thread_; ///< the only one that writes
+    QFutureWatcher<void> writing_;
+    std::optional<QByteArray> waiting_; ///< the newest area, unless it is being written
+    std::vector<QPromise<void>> askers_; ///< who wants to know when all is written
+};
 
 } // namespace glimmerpane

@@ -63,6 +63,7 @@ AreaEditor::AreaEditor()
                 Q_EMIT textEdited(i);
             }
         });
+        connect(fields_[i], &QLineEdit::editingFinished, this, &AreaEditor::fieldFinished);
     }
     auto *rows = new QVBoxLayout(this);
     rows->setContentsMargins({});

@@ -43,6 +43,8 @@ public:
 Q_SIGNALS:
     /** Somebody changed the text of a field, by one keystroke for instance. */
     void textEdited(std::size_t field);
+    /** A field was left, or Return was typed in it. */
+    void fieldFinished();
     /** Escape or Return was typed in a field. */
     void editingEnded();
 

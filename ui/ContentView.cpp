@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -82,9 +83,7 @@ void ContentView::createWidgets()
     title_->setObjectName(QStringLiteral("title"));
     identity_ = new SelectableLine;
     identity_->setObjectName(QStringLiteral("identity"));
-    divider_ = new QWidget;
-    divider_->setAutoFillBackground(true);
-    divider_->setFixedHeight(1);
+    divider_ = new QSpacerItem(0, 1);
     startButton_ = new ActionButton(tr("&Start sharing"), Emphasis::Accent);
     startButton_->setObjectName(QStringLiteral("startButton"));
     setAreaButton_ = new ActionButton(tr("Set &area"), Emphasis::Plain);
@@ -112,7 +111,7 @@ void ContentView::layOut()
     column->addSpacing(5 - SelectableLine::ringRoom);
     column->addWidget(identity_, 0, Qt::AlignHCenter);
     column->addSpacing(10 - SelectableLine::ringRoom);
-    column->addWidget(divider_);
+    column->addItem(divider_);
     column->addSpacing(20);
     column->addLayout(makeCommandBlock());
     column->addSpacing(20);
@@ -138,6 +137,11 @@ QVBoxLayout *ContentView::makeCommandBlock() const
 
 void ContentView::connectCommands()
 {
+    // First of all, what was typed counts; a mnemonic leaves the focus in the field.
+    for (ActionButton *button : {startButton_, setAreaButton_, resetAreaButton_, stopButton_}) {
+        connect(button, &ActionButton::clicked, &viewModel_, &MainViewModel::areaWritten);
+    }
+    connect(editor_, &AreaEditor::fieldFinished, &viewModel_, &MainViewModel::areaWritten);
     connect(startButton_, &ActionButton::clicked, this, [this] {
         if (!viewModel_.isSharingWindowOpen()) {
             viewModel_.startSharing(); // goes on by itself
@@ -148,6 +152,12 @@ void ContentView::connectCommands()
             &MainViewModel::resetFrameSelector);
     connect(stopButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::stopSharing);
     connect(editor_, &AreaEditor::textEdited, this, &ContentView::commitEdit);
+    constexpr int longestWait = 1000; // milliseconds, for a disk that does not answer
+    leaving_.setSingleShot(true);
+    leaving_.setInterval(longestWait);
+    connect(&leaving_, &QTimer::timeout, this, [this] { setFocus(); });
+    connect(editor_, &AreaEditor::textEdited, &leaving_, &QTimer::stop); // it goes on
+    connect(qApp, &QApplication::focusChanged, &leaving_, &QTimer::stop);
     connect(editor_, &AreaEditor::editingEnded, this, &ContentView::endTextEditing);
     connect(emptyArea_, &EmptyArea::clicked, this, &ContentView::endTextEditing);
 }
@@ -199,10 +209,16 @@ void ContentView::applyColors()
     const Theme theme = themeFor(palette());
     identity_->setColors(theme);
     website_->setColors(theme);
-    QPalette dividerPalette;
-    dividerPalette.setColor(QPalette::Window, theme.divider);
-    divider_->setPalette(dividerPalette);
     editor_->setColors(theme);
+}
+
+/** The divider ends at the window's border, which need not be whole points wide. */
+void ContentView::paintEvent(QPaintEvent * /*event*/)
+{
+    const double scale = devicePixelRatioF();
+    const double border = borderWidth(scale) / scale;
+    QPainter(this).fillRect(QRectF(divider_->geometry()).adjusted(border, 0, -border, 0),
+                            themeFor(palette()).divider);
 }
 
 /** The view model tells before it stores, so its properties are read in the next turn. */
@@ -321,10 +337,24 @@ void ContentView::commitTexts()
     }
 }
 
+/** The focus shows that a field is being edited; it goes when what was typed is on the disk. */
 void ContentView::endTextEditing()
 {
     if (QWidget *keyWindow = QApplication::activeWindow(); keyWindow && keyWindow->focusWidget()) {
         leftButton_ = nullptr;
+        leaving_.start();
+        if (auto written = viewModel_.areaWritten(); written.isFinished()) {
+            leaveField();
+        } else {
+            written.then(this, [this] { leaveField(); });
+        }
+    }
+}
+
+void ContentView::leaveField()
+{
+    if (leaving_.isActive()) {
+        leaving_.stop();
         setFocus(); // on nothing to type into; without any focus the next activation picks a button
     }
 }

@@ -4,11 +4,13 @@
 #include "services/CaptureFrame.h"
 #include "ui/AreaEditor.h"
 
+#include <QTimer>
 #include <QWidget>
 
 #include <optional>
 
 class QLabel;
+class QSpacerItem;
 class QVBoxLayout;
 
 namespace glimmerpane
@@ -36,6 +38,7 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool focusNextPrevChild(bool next) override;
 
 private:
@@ -56,11 +59,12 @@ private:
     void commitEdit(std::size_t field);
     void commitTexts();
     void endTextEditing();
+    void leaveField();
 
     MainViewModel &viewModel_;
     QLabel *title_;
     SelectableLine *identity_;
-    QWidget *divider_;
+    QSpacerItem *divider_;
     ActionButton *startButton_;
     ActionButton *setAreaButton_;
     ActionButton *resetAreaButton_;
@@ -71,6 +75,7 @@ private:
 
     std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
     AreaEditor::Texts committedTexts_; ///< what the view model was last told
+    QTimer leaving_; ///< runs from the end of the editing until the focus goes
     ActionButton *leftButton_ = nullptr; ///< had the focus until it was disabled
     bool isRefreshScheduled_ = false;
 };

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "ui/MainWindow.h"
 
+#include "model/MainViewModel.h"
+#include "platform/Desktop.h"
 #include "ui/ContentView.h"
 #include "ui/Theme.h"
 #include "ui/WindowControl.h"
 
 #include <QAccessibleWidget>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QShortcut>
@@ -21,18 +24,19 @@ namespace glimmerpane
 namespace
 {
 
-constexpr int cornerRadius = 8;
+constexpr double cornerRadius = 8;
 constexpr int controlMargin = 10;
 constexpr int controlSpacing = 4;
 
 /** Row by row, so that all four corners are alike to the pixel. */
-QRegion roundedRegion(QSize size)
+QRegion roundedRegion(QSize size, double radius)
 {
-    QRegion region(0, cornerRadius, size.width(), size.height() - 2 * cornerRadius);
-    for (int y = 0; y < cornerRadius; ++y) {
-        const double rise = cornerRadius - y - 0.5;
-        const double half = std::sqrt(cornerRadius * cornerRadius - rise * rise);
-        const int inset = static_cast<int>(std::lround(cornerRadius - half));
+    const int rows = static_cast<int>(std::ceil(radius));
+    QRegion region(0, rows, size.width(), size.height() - 2 * rows);
+    for (int y = 0; y < rows; ++y) {
+        const double rise = radius - y - 0.5;
+        const double half = std::sqrt(radius * radius - rise * rise);
+        const int inset = static_cast<int>(std::lround(radius - half));
         const QRect row(inset, y, size.width() - 2 * inset, 1);
         region += row;
         region += row.translated(0, size.height() - 1 - 2 * y);
@@ -49,8 +53,10 @@ QAccessibleInterface *accessibleWindow(const QString & /*className*/, QObject *o
 
 } // namespace
 
-MainWindow::MainWindow(MainViewModel &viewModel)
+MainWindow::MainWindow(MainViewModel &viewModel, Desktop &desktop)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
+    , viewModel_(viewModel)
+    , desktop_(desktop)
 {
     QAccessible::installFactory(accessibleWindow);
     setWindowTitle(QStringLiteral("Glimmerpane"));
@@ -77,6 +83,12 @@ void MainWindow::addShortcuts()
     for (const auto key : {QKeySequence::Close, QKeySequence::Quit}) {
         connect(new QShortcut(key, this), &QShortcut::activated, this, &QWidget::close);
     }
+}
+
+/** Only a person gets here: signals and the session's end leave without closing windows. */
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(viewModel_.mayClose());
 }
 
 void MainWindow::mousePressEvent(QMouseEvent *event)
@@ -117,21 +129,35 @@ void MainWindow::mouseReleaseEvent(QMouseEvent *event)
     }
 }
 
+/** As Qt rounds it. */
+QSize MainWindow::sizeInPixels() const
+{
+    return size() * devicePixelRatioF();
+}
+
 void MainWindow::paintEvent(QPaintEvent * /*event*/)
 {
     const Theme theme = themeFor(palette());
+    const double scale = devicePixelRatioF();
+    const QRectF pixels(QPointF(), sizeInPixels());
+    const double border = borderWidth(scale);
+    const double innerRadius = cornerRadius * scale - border;
     QPainter painter(this);
-    painter.fillRect(rect(), theme.windowBorder);
+    painter.scale(1 / scale, 1 / scale);
+    painter.fillRect(pixels, theme.windowBorder);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(theme.window);
-    painter.drawRoundedRect(rect().adjusted(1, 1, -1, -1), cornerRadius - 1, cornerRadius - 1);
+    painter.drawRoundedRect(pixels.adjusted(border, border, -border, -border), innerRadius,
+                            innerRadius);
 }
 
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    setMask(roundedRegion(size())); // round even where no compositor runs
+    // Round even where no compositor runs. A widget's own mask is in points, so its steps are seen.
+    desktop_.setShape(static_cast<std::uint32_t>(winId()),
+                      roundedRegion(sizeInPixels(), cornerRadius * devicePixelRatioF()));
     closeControl_->move(width() - controlMargin - closeControl_->width(), controlMargin);
     minimizeControl_->move(closeControl_->x() - controlSpacing - minimizeControl_->width(),
                            controlMargin);

@@ -9,6 +9,7 @@
 namespace glimmerpane
 {
 
+class Desktop;
 class MainViewModel;
 class WindowControl;
 
@@ -21,10 +22,11 @@ class MainWindow : public QWidget
     Q_OBJECT
 
 public:
-    /** The view model must outlive the window. */
-    explicit MainWindow(MainViewModel &viewModel);
+    /** The view model and the desktop must outlive the window. */
+    MainWindow(MainViewModel &viewModel, Desktop &desktop);
 
 protected:
+    void closeEvent(QCloseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
@@ -34,7 +36,10 @@ protected:
 private:
     void addShortcuts();
     void drag(const QPoint &pointer);
+    QSize sizeInPixels() const;
 
+    MainViewModel &viewModel_;
+    Desktop &desktop_;
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;
     std::optional<QPoint> press_; ///< screen coordinates, while a press may become a drag

@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 
 namespace glimmerpane
@@ -16,19 +17,41 @@ namespace
 
 constexpr int closedWithoutAnswer = -1;
 
+/** With a border where no window manager gives it one, else it melts into the main window. */
+class AlertBox : public QMessageBox
+{
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        QMessageBox::paintEvent(event);
+        if (frameGeometry() == geometry()) {
+            const double width = borderWidth(devicePixelRatioF()) / devicePixelRatioF();
+            QPainter painter(this);
+            painter.setPen(QPen(themeFor(palette()).windowBorder, width, Qt::SolidLine,
+                                Qt::SquareCap, Qt::MiterJoin));
+            painter.setRenderHint(QPainter::Antialiasing);
+            const double inset = width / 2;
+            painter.drawRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset));
+        }
+    }
+};
+
 /** One role for all, which keeps them in their order. */
-QList<QAbstractButton *> addButtons(QMessageBox &box, const QStringList &labels)
+QList<QAbstractButton *> addButtons(QMessageBox &box, const Alert &alert)
 {
     QList<QAbstractButton *> buttons;
-    for (const QString &label : labels) {
+    for (const QString &label : alert.buttons) {
         QPushButton *button = box.addButton(label, QMessageBox::ActionRole);
         button->setAccessibleName(label);
         if (buttons.isEmpty()) {
             box.setDefaultButton(button);
         }
-        box.setEscapeButton(button);
         buttons.append(button);
     }
+    box.setEscapeButton(alert.escapesToFirst ? buttons.first() : buttons.last());
     return buttons;
 }
 
@@ -56,14 +79,14 @@ void styleTexts(const QMessageBox &box)
 int MessageBoxAlerts::runModal(const Alert &alert)
 {
     // On the heap and watched: the parent window takes it along if it goes while the alert is up.
-    const QPointer box(new QMessageBox(parentWindow_));
+    const QPointer<QMessageBox> box(new AlertBox(parentWindow_));
     box->setWindowTitle(QStringLiteral("Glimmerpane"));
     box->setWindowModality(Qt::ApplicationModal);
     box->setIconPixmap(alertIcon(alert.style, themeFor(box->palette()), box->devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
     box->setText(alert.messageText);
     box->setInformativeText(alert.informativeText);
-    const auto buttons = addButtons(*box, alert.buttons);
+    const auto buttons = addButtons(*box, alert);
     box->setAccessibleName(alert.messageText);
     box->setAccessibleDescription(alert.informativeText);
     styleTexts(*box);

@@ -122,6 +122,11 @@ Theme themeFor(const QPalette &palette)
     return theme;
 }
 
+double borderWidth(double scale)
+{
+    return std::max(1.0, std::floor(scale));
+}
+
 void setSelectionColors(QPalette &palette, const Theme &theme)
 {
     palette.setColor(QPalette::Highlight, theme.accent);

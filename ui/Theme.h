@@ -31,6 +31,10 @@ struct Theme {
 
 Theme themeFor(const QPalette &palette);
 
+/** A window's border in whole pixels, else it would be blurred. `scale` is pixels for each point.
+ */
+double borderWidth(double scale);
+
 /** Selected text in the theme's colours; what the platform has need not be readable. */
 void setSelectionColors(QPalette &palette, const Theme &theme);
 

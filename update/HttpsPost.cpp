@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "update/HttpsPost.h"
 
+#include "update/Log.h"
+
 #include <QIODevice>
+#include <QMetaEnum>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
@@ -70,11 +73,25 @@ private:
     QByteArray rest_;
 };
 
-/** Errors of the network and of proxies; the later ones only repeat what the status says, or that
- * there is none. */
-bool isOfTransport(QNetworkReply::NetworkError error)
+/**
+ * The name of an error of the network or of a proxy; nothing where an answer came. The later errors
+ * only repeat what its status says, or that there is none.
+ */
+QString transportError(const QNetworkReply &reply)
 {
-    return error > QNetworkReply::NoError && error <= QNetworkReply::UnknownProxyError;
+    using Error = QNetworkReply::NetworkError;
+    constexpr int askedByProxy = 407;
+    const Error error = reply.error();
+    const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    // Nobody but the service answers with a status; a proxy's own is not told.
+    const bool isServices
+        = error == Error::ProxyAuthenticationRequiredError && status.toInt() == askedByProxy;
+    if (error == Error::NoError || error > Error::UnknownProxyError || isServices) {
+        return {};
+    }
+    qCInfo(updateLog) << "the request failed:" << reply.errorString(); // in the person's language
+    return QString::fromLatin1(
+        QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(error));
 }
 
 } // namespace
@@ -113,21 +130,22 @@ HttpsPost::Result HttpsPost::exchange()
     const auto take = [&] {
         answer.body += reply->readAll();
         if (answer.body.size() > options_.largestAnswer) {
-            fail(tr("The answer is too long."));
+            fail(QStringLiteral("The answer is too long."));
         }
     };
     QObject::connect(reply.get(), &QNetworkReply::readyRead, &manager, take);
     QObject::connect(reply.get(), &QNetworkReply::finished, &manager, [this] { quit(); });
-    QTimer::singleShot(options_.limit, &manager, [&] { fail(tr("The request timed out.")); });
+    QTimer::singleShot(options_.limit, &manager,
+                       [&] { fail(QStringLiteral("The request timed out.")); });
     exec();
     if (failure.isEmpty() && !reply->isFinished()) {
-        failure = tr("The request was cancelled.");
+        failure = QStringLiteral("The request was cancelled.");
     }
     if (failure.isEmpty()) {
         take();
     }
-    if (failure.isEmpty() && isOfTransport(reply->error())) {
-        failure = reply->errorString();
+    if (failure.isEmpty()) {
+        failure = transportError(*reply);
     }
     if (!failure.isEmpty()) {
         return std::unexpected(failure);

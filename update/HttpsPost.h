@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QCoreApplication>
 #include <QFuture>
 #include <QPromise>
 #include <QThread>
@@ -34,7 +33,7 @@ public:
         std::optional<int> status; ///< nothing if what came is not HTTP
         QByteArray body;
     };
-    /** The error is the transport's own text. */
+    /** The error is one of QNetworkReply::NetworkError by its name, or an English sentence. */
     using Result = std::expected<Answer, QString>;
 
     /** Starts at once. */
@@ -50,8 +49,6 @@ private:
 
     const Options options_;
     QPromise<Result> promise_;
-
-    Q_DECLARE_TR_FUNCTIONS(glimmerpane::HttpsPost)
 };
 
 } // namespace glimmerpane

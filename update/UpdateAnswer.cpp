@@ -12,10 +12,10 @@ namespace
 {
 
 /** Says nothing of what the answer holds: it is printed, and the answer may come from anybody. */
-std::unexpected<UpdateFailure> unreadable(const QString &why)
+std::unexpected<UpdateFailure> unreadable(const char *why)
 {
-    return std::unexpected(
-        UpdateFailure::withText(UpdateFailure::tr("The answer cannot be read: %1.").arg(why)));
+    return std::unexpected(UpdateFailure::withText(
+        QStringLiteral("The answer cannot be read: %1.").arg(QLatin1String(why))));
 }
 
 std::optional<QString> textOf(const nlohmann::json &object, const char *name)
@@ -39,19 +39,19 @@ UpdateRepositoryProtocol::CheckResult updateInfoFromJson(const QByteArray &json)
 {
     const auto object = parseJson(json);
     if (!object.is_object()) {
-        return unreadable(UpdateFailure::tr("it is no JSON object"));
+        return unreadable("it is no JSON object");
     }
     const auto version = textOf(object, "lastAppVersion");
     if (!version) {
-        return unreadable(UpdateFailure::tr("\"lastAppVersion\" is no text"));
+        return unreadable("\"lastAppVersion\" is no text");
     }
     const auto address = textOf(object, "downloadUrl");
     if (!address) {
-        return unreadable(UpdateFailure::tr("\"downloadUrl\" is no text"));
+        return unreadable("\"downloadUrl\" is no text");
     }
     const auto canUpdate = object.find("canUpdate");
     if (canUpdate == object.end() || !canUpdate->is_boolean()) {
-        return unreadable(UpdateFailure::tr("\"canUpdate\" is neither true nor false"));
+        return unreadable("\"canUpdate\" is neither true nor false");
     }
     return UpdateInfo{
         .lastAppVersion = *version, .downloadUrl = *address, .canUpdate = canUpdate->get<bool>()};

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Error.h"
+#include "services/Error.h"
 
 #include <xcb/xcb.h>
 

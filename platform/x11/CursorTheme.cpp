@@ -2,7 +2,6 @@
 #include "platform/x11/CursorTheme.h"
 
 #include <array>
-#include <string_view>
 
 namespace glimmerpane::x11
 {
@@ -53,13 +52,8 @@ Cursor CursorTheme::load(Qt::CursorShape shape) const
     if (!context_) {
         return {};
     }
-    const auto names = namesOf(shape);
-    for (const char *name : names) {
+    for (const char *name : namesOf(shape)) {
         if (const auto id = xcb_cursor_load_cursor(context_.get(), name); id != XCB_NONE) {
-            // Whoever asks the server for the cursor's look is told the same name for every theme.
-            const std::string_view told = names.front();
-            xcb_xfixes_set_cursor_name(connection_.get(), id,
-                                       static_cast<std::uint16_t>(told.size()), told.data());
             return {connection_, id};
         }
     }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/FrostedBackdrop.h"
 
-#include <array>
+#include "platform/x11/Scaling.h"
+
 #include <utility>
-#include <vector>
 
 namespace glimmerpane::x11
 {
@@ -11,96 +11,96 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** Draws and scales pictures of the screen's kind. */
-class Workbench
+/** Halving mixes four pixels into one and doubling spreads each over its neighbours, so going down
+ * and up again blurs by about the size that a pixel has at the bottom, which this is. */
+int coarsest(const FrostedGlass &glass)
 {
-public:
-    Workbench(const Connection &connection, const RenderFormats &formats)
-        : connection_(connection)
-        , formats_(formats)
-    {
+    int size = 2;
+    while (2 * size <= glass.blurRadius) {
+        size *= 2;
     }
+    return size;
+}
 
-    Canvas canvas(QSize size) const
-    {
-        Canvas canvas
-            = makeCanvas(connection_, size, connection_.screen().root_depth, formats_.screen);
-        // Without it pixels on the border would be mixed with nothing, and come out dark.
-        const std::uint32_t pad = XCB_RENDER_REPEAT_PAD;
-        xcb_render_change_picture(connection_.get(), canvas.picture.get(), XCB_RENDER_CP_REPEAT,
-                                  &pad);
-        setBilinear(connection_, canvas.picture);
-        return canvas;
-    }
-
-    Canvas screenshot(QRect area) const
-    {
-        Canvas shot = canvas(area.size());
-        const GraphicsContext graphics(connection_, connection_.newId());
-        const std::array<std::uint32_t, 2> values{XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS, 0};
-        xcb_create_gc(connection_.get(), graphics.get(), connection_.root(),
-                      XCB_GC_SUBWINDOW_MODE | XCB_GC_GRAPHICS_EXPOSURES, values.data());
-        xcb_copy_area(connection_.get(), connection_.root(), shot.pixmap.get(), graphics.get(),
-                      coordinate(area.x()), coordinate(area.y()), 0, 0, extent(area.width()),
-                      extent(area.height()));
-        return shot;
-    }
-
-    Canvas scaled(const Canvas &from, QSize size) const
-    {
-        Canvas to = canvas(size);
-        xcb_render_set_picture_transform(connection_.get(), from.picture.get(),
-                                         transform(double(from.size.width()) / size.width(),
-                                                   double(from.size.height()) / size.height(), {}));
-        composite(connection_, XCB_RENDER_PICT_OP_SRC, from.picture, {QPoint(), size}, to.picture,
-                  {});
-        xcb_render_set_picture_transform(connection_.get(), from.picture.get(),
-                                         transform(1, 1, {}));
-        return to;
-    }
-
-    void fill(const Canvas &canvas, const xcb_render_color_t &color) const
-    {
-        const xcb_rectangle_t whole{0, 0, extent(canvas.size.width()),
-                                    extent(canvas.size.height())};
-        xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_OVER, canvas.picture.get(),
-                                   color, 1, &whole);
-    }
-
-private:
-    const Connection &connection_;
-    const RenderFormats &formats_;
-};
-
-QSize halved(QSize size)
+/** Enlarged to whole pixels of the coarsest kind: whatever is drawn, the same ones are mixed. */
+QRect aligned(QRect rectangle, int grid)
 {
-    return {(size.width() + 1) / 2, (size.height() + 1) / 2};
+    const auto down = [grid](int value) { return value & -grid; };
+    const QPoint from(down(rectangle.left()), down(rectangle.top()));
+    const QPoint to(down(rectangle.right()) + grid, down(rectangle.bottom()) + grid);
+    return {from, QSize(to.x() - from.x(), to.y() - from.y())};
 }
 
 } // namespace
 
-Canvas frostedScreen(const Connection &connection, const RenderFormats &formats, QRect area,
-                     const FrostedGlass &glass)
+FrostedBackdrop::FrostedBackdrop(const Connection &connection, const Extensions &extensions,
+                                 const RenderFormats &formats, xcb_window_t top, QRect area,
+                                 const FrostedGlass &glass)
+    : connection_(connection)
+    , formats_(formats)
+    , glass_(glass)
+    , area_(area)
+    , source_(connection, extensions, formats, top)
+    , canvas_(makeCanvas(connection, area.size(), connection.screen().root_depth, formats.screen))
 {
-    const Workbench bench(connection, formats);
-    const Canvas sharp = bench.screenshot(area);
-    // Halving mixes four pixels into one and doubling spreads each over its neighbours, so going
-    // down and up again blurs by about the size that a pixel has at the bottom.
-    std::vector<Canvas> levels;
-    levels.push_back(bench.scaled(sharp, halved(area.size())));
-    for (int radius = 4; radius <= glass.blurRadius; radius *= 2) {
-        levels.push_back(bench.scaled(levels.back(), halved(levels.back().size)));
+    draw(area_);
+}
+
+bool FrostedBackdrop::mayBeOld(QRect window) const
+{
+    return source_.mayHaveChanged(reach(window));
+}
+
+QRect FrostedBackdrop::renew(QRect window)
+{
+    const QRegion changes = source_.takeChanges(reach(window));
+    const QRect old = changes.isEmpty() ? QRect() : reach(changes.boundingRect()) & area_;
+    if (!old.isEmpty()) {
+        draw(old);
     }
-    while (levels.size() > 1) {
-        const Canvas small = std::move(levels.back());
-        levels.pop_back();
-        levels.back() = bench.scaled(small, levels.back().size);
+    return old;
+}
+
+/** How far a pixel spreads, or how far off those are that are spread over it. */
+QRect FrostedBackdrop::reach(QRect place) const
+{
+    const int reach = 2 * coarsest(glass_);
+    return place.adjusted(-reach, -reach, reach, reach);
+}
+
+void FrostedBackdrop::draw(QRect part)
+{
+    const int grid = coarsest(glass_);
+    const auto &screen = connection_.screen();
+    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+    const QRect wanted = aligned(reach(part), grid) & root; // begins on the grid, as the root does
+    const auto canvas = [&](QSize size) {
+        return makeSmoothCanvas(connection_, size, screen.root_depth, formats_.screen);
+    };
+    const auto scale = [&](const Canvas &from, double factor, QSize size) {
+        Canvas to = canvas(size);
+        compositeScaled(connection_, XCB_RENDER_PICT_OP_SRC, from, factor, {QPoint(), size}, to,
+                        {});
+        return to;
+    };
+    Canvas picture = canvas(wanted.size());
+    source_.draw(picture, wanted);
+    QSize size = aligned(wanted, grid).size();
+    for (int coarse = 2; coarse <= grid; coarse *= 2) {
+        size /= 2;
+        picture = scale(picture, 0.5, size);
     }
-    Canvas frosted = bench.scaled(levels.back(), area.size());
-    bench.fill(frosted, renderColor(glass.tint, glass.tintStrength));
-    compositeFaded(connection, sharp.picture, {QPoint(), area.size()}, 1 - glass.opacity,
-                   frosted.picture, {});
-    return frosted;
+    for (int coarse = grid; coarse > 2; coarse /= 2) {
+        size *= 2;
+        picture = scale(picture, 2, size);
+    }
+    const QRect place = part.translated(-area_.topLeft());
+    compositeScaled(connection_, XCB_RENDER_PICT_OP_SRC, picture, 2,
+                    part.translated(-wanted.topLeft()), canvas_, place.topLeft());
+    const xcb_rectangle_t tinted{coordinate(place.x()), coordinate(place.y()),
+                                 extent(place.width()), extent(place.height())};
+    xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_OVER, canvas_.picture.get(),
+                               renderColor(glass_.tint, glass_.strength), 1, &tinted);
 }
 
 } // namespace glimmerpane::x11

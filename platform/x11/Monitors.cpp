@@ -64,7 +64,7 @@ bool tellsOfMonitors(const xcb_generic_event_t &event, const Connection &connect
     const int type = event.response_type & 0x7f;
     if (type == XCB_CONFIGURE_NOTIFY) {
         const auto &configured = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
-        return configured.event == connection.root();
+        return configured.window == connection.root();
     }
     return type == extensions.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY
         || type == extensions.firstRandrEvent + XCB_RANDR_NOTIFY;

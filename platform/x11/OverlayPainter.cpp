@@ -2,7 +2,6 @@
 #include "platform/x11/OverlayPainter.h"
 
 #include "platform/x11/Compositing.h"
-#include "platform/x11/FrostedBackdrop.h"
 #include "platform/x11/Monitors.h"
 
 namespace glimmerpane::x11
@@ -26,27 +25,29 @@ std::vector<QRect> marksOf(const OverlayScene &scene)
 } // namespace
 
 OverlayPainter::OverlayPainter(const Connection &connection, const RenderFormats &formats,
-                               QRect area, const FrostedGlass &glass)
+                               const FrostedGlass &glass)
     : connection_(connection)
     , formats_(formats)
     , depth_(connection.screen().root_depth)
     , visual_(connection.screen().root_visual)
     , format_(formats.screen)
     , glassColor_(renderColor(glass.tint, 1))
+    , glass_(glass)
 {
     const auto translucent = translucentVisual(connection.screen());
     if (translucent != 0 && blursBehindWindows(connection)) {
         depth_ = 32;
         visual_ = translucent;
         format_ = formats.argb;
-        glassColor_ = renderColor(glass.tint, glass.tintStrength * glass.opacity);
-    } else {
-        takeBackdrop(area, glass);
+        glassColor_ = renderColor(glass.tint, glass.strength);
     }
 }
 
-void OverlayPainter::takeBackdrop(QRect area, const FrostedGlass &glass)
+void OverlayPainter::takeBackdrop(const Extensions &extensions, xcb_window_t window, QRect area)
 {
+    if (isTranslucent()) {
+        return;
+    }
     const auto graphics = connection_.newId();
     const std::uint32_t noExposures = 0;
     xcb_create_gc(connection_.get(), graphics, connection_.root(), XCB_GC_GRAPHICS_EXPOSURES,
@@ -56,10 +57,31 @@ void OverlayPainter::takeBackdrop(QRect area, const FrostedGlass &glass)
     const QRect main = displays.empty() ? QRect() : displays.front().pixels;
     const auto &screen = connection_.screen();
     const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
-    backdropArea_ = main.united(area & root);
-    if (!backdropArea_.isEmpty()) {
-        backdrop_ = frostedScreen(connection_, formats_, backdropArea_, glass);
+    const QRect covered = main.united(area & root);
+    if (!covered.isEmpty()) {
+        backdrop_.emplace(connection_, extensions, formats_, window, covered, glass_);
     }
+}
+
+void OverlayPainter::note(const xcb_generic_event_t &event)
+{
+    if (backdrop_) {
+        backdrop_->note(event);
+    }
+}
+
+bool OverlayPainter::mayBeOld(const OverlayScene &scene) const
+{
+    return backdrop_ && backdrop_->mayBeOld(scene.window);
+}
+
+bool OverlayPainter::renewGlass(xcb_window_t window, const OverlayScene &scene)
+{
+    const QRect renewed = backdrop_ ? backdrop_->renew(scene.window) & scene.window : QRect();
+    if (!renewed.isEmpty()) {
+        paintGlass(window, scene, renewed);
+    }
+    return !renewed.isEmpty();
 }
 
 Canvas OverlayPainter::makeCanvas(QSize size) const
@@ -69,7 +91,7 @@ Canvas OverlayPainter::makeCanvas(QSize size) const
 
 void OverlayPainter::paint(const Canvas &canvas, const OverlayScene &scene)
 {
-    if (!backdropArea_.contains(scene.window)) {
+    if (!backdrop_ || !backdrop_->area().contains(scene.window)) {
         fill(canvas, {QRect(QPoint(), scene.window.size())}, glassColor_);
     }
     copyGlass(scene.window, canvas.pixmap.get(), {});
@@ -80,27 +102,33 @@ void OverlayPainter::paint(const Canvas &canvas, const OverlayScene &scene)
 bool OverlayPainter::isOnlyMoved(const OverlayScene &from, const OverlayScene &to) const
 {
     return from.window.size() == to.window.size() && from.pictureOrigin == to.pictureOrigin
-        && from.picture == to.picture && (isTranslucent() || backdropArea_.contains(to.window));
+        && from.picture == to.picture
+        && (isTranslucent() || (backdrop_ && backdrop_->area().contains(to.window)));
 }
 
-void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene)
+/** Within `part`, which is in root pixels. */
+void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene, QRect part)
 {
-    if (isTranslucent()) {
+    if (!backdrop_) {
         return;
     }
+    const QPoint origin = scene.window.topLeft();
     const QRect panel(scene.pictureOrigin + scene.picture.panelOrigin, scene.picture.panel.size());
-    QRegion glass = QRegion(QRect(QPoint(), scene.window.size())) - panel;
+    QRegion glass = QRegion(part.translated(-origin)) - panel;
     for (const QRect &mark : marksOf(scene)) {
         glass -= mark;
     }
-    for (const QRect &part : glass) {
-        copyGlass(part.translated(scene.window.topLeft()), window, part.topLeft());
+    for (const QRect &bare : glass) {
+        copyGlass(bare.translated(origin), window, bare.topLeft());
+    }
+    if (!panel.translated(origin).intersects(part)) {
+        return;
     }
     if (panel_.onGlass.size != panel.size()) {
         panel_.onGlass = makeCanvas(panel.size());
     }
     const std::uint32_t pixmap = panel_.onGlass.pixmap.get();
-    copyGlass(panel.translated(scene.window.topLeft()), pixmap, {});
+    copyGlass(panel.translated(origin), pixmap, {});
     drawPanel(panel_.onGlass, scene.picture.panel, {});
     xcb_copy_area(connection_.get(), pixmap, window, graphics_.get(), 0, 0, coordinate(panel.x()),
                   coordinate(panel.y()), extent(panel.width()), extent(panel.height()));
@@ -109,13 +137,13 @@ void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene)
 /** Where the backdrop does not reach, nothing is copied. */
 void OverlayPainter::copyGlass(QRect rootRectangle, std::uint32_t drawable, QPoint place) const
 {
-    const QRect seen = rootRectangle & backdropArea_;
+    const QRect seen = backdrop_ ? rootRectangle & backdrop_->area() : QRect();
     if (seen.isEmpty()) {
         return;
     }
-    const QPoint from = seen.topLeft() - backdropArea_.topLeft();
+    const QPoint from = seen.topLeft() - backdrop_->area().topLeft();
     const QPoint to = seen.topLeft() - rootRectangle.topLeft() + place;
-    xcb_copy_area(connection_.get(), backdrop_.pixmap.get(), drawable, graphics_.get(),
+    xcb_copy_area(connection_.get(), backdrop_->canvas().pixmap.get(), drawable, graphics_.get(),
                   coordinate(from.x()), coordinate(from.y()), coordinate(to.x()),
                   coordinate(to.y()), extent(seen.width()), extent(seen.height()));
 }

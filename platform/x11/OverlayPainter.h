@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/OverlayWindow.h"
+#include "platform/x11/FrostedBackdrop.h"
 #include "platform/x11/Render.h"
 
 #include <optional>
@@ -19,14 +20,23 @@ struct OverlayScene {
 
 /**
  * Draws overlays inside the X server. Where a compositor offers to blur what is behind a window,
- * the glass is translucent; else it is a frosted picture of the screen, taken once.
+ * the glass is translucent; else it is a frosted picture of what lies below, renewed when asked.
  */
 class OverlayPainter
 {
 public:
-    /** Takes the picture of the main display and of `area` (root pixels), where one is needed. */
-    OverlayPainter(const Connection &connection, const RenderFormats &formats, QRect area,
+    OverlayPainter(const Connection &connection, const RenderFormats &formats,
                    const FrostedGlass &glass);
+
+    /**
+     * To be called once, before the window is first painted: makes the picture of what lies below
+     * it on the main display and at `area` (root pixels), where one is needed. The root's
+     * SubstructureNotify and PropertyChange must have been selected.
+     */
+    void takeBackdrop(const Extensions &extensions, xcb_window_t window, QRect area);
+
+    /** Every event of the connection is to come here. */
+    void note(const xcb_generic_event_t &event);
 
     bool isTranslucent() const { return visual_ != connection_.screen().root_visual; }
     std::uint8_t depth() const { return depth_; }
@@ -40,8 +50,17 @@ public:
     /** Whether a window that shows the one scene can be moved to the other one by paintGlass(). */
     bool isOnlyMoved(const OverlayScene &from, const OverlayScene &to) const;
 
-    /** Renews the glass between what is drawn upon it. */
-    void paintGlass(xcb_window_t window, const OverlayScene &scene);
+    /** Draws the glass between what is drawn upon it. */
+    void paintGlass(xcb_window_t window, const OverlayScene &scene)
+    {
+        paintGlass(window, scene, scene.window);
+    }
+
+    /** Whether the screen behind the glass may have changed. */
+    bool mayBeOld(const OverlayScene &scene) const;
+
+    /** Draws the glass where it has; false where nothing had. Waits for the server. */
+    bool renewGlass(xcb_window_t window, const OverlayScene &scene);
 
 private:
     struct Panel {
@@ -50,7 +69,7 @@ private:
         Canvas onGlass; ///< to put the two together in
     };
 
-    void takeBackdrop(QRect area, const FrostedGlass &glass);
+    void paintGlass(xcb_window_t window, const OverlayScene &scene, QRect part);
     void copyGlass(QRect rootRectangle, std::uint32_t drawable, QPoint place) const;
     void drawPanel(const Canvas &canvas, const QImage &panel, QPoint place);
     void fill(const Canvas &canvas, const std::vector<QRect> &rectangles,
@@ -63,8 +82,8 @@ private:
     xcb_render_pictformat_t format_;
     xcb_render_color_t glassColor_; ///< where there is no backdrop
     GraphicsContext graphics_;
-    QRect backdropArea_; ///< root pixels; empty where the glass is translucent
-    Canvas backdrop_;
+    const FrostedGlass glass_;
+    std::optional<FrostedBackdrop> backdrop_; ///< none where the glass is translucent
     Panel panel_;
 };
 

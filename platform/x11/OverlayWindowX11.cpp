@@ -33,30 +33,33 @@ std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
     if (!formats) {
         return std::unexpected(formats.error());
     }
-    std::unique_ptr<OverlayWindowX11> window(new OverlayWindowX11(
-        std::move(opened->connection), opened->extensions, *formats, area, glass));
+    std::unique_ptr<OverlayWindowX11> window(
+        new OverlayWindowX11(std::move(opened->connection), opened->extensions, *formats, glass));
     if (auto created = window->createWindow(); !created) {
         return std::unexpected(created.error());
     }
     window->describe(title);
     window->watchDesktop();
+    window->painter_.takeBackdrop(window->extensions_, window->window_.get(), area);
     return window;
 }
 
 OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &extensions,
-                                   const RenderFormats &formats, QRect area,
-                                   const FrostedGlass &glass)
+                                   const RenderFormats &formats, const FrostedGlass &glass)
     : connection_(std::move(connection))
     , extensions_(extensions)
-    , painter_(connection_, formats, area, glass)
+    , painter_(connection_, formats, glass)
     , cursors_(connection_)
+    , stacking_(connection_)
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
     events_.onDrained = [this] { deliverMotion(); };
     events_.onBroken = [this] { lose(); };
     raiseTimer_.setSingleShot(true);
-    QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
+    QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { restack(); });
+    renewTimer_.setSingleShot(true);
+    QObject::connect(&renewTimer_, &QTimer::timeout, &events_, [this] { renewGlass(); });
 }
 
 std::expected<void, Error> OverlayWindowX11::createWindow()
@@ -107,7 +110,7 @@ void OverlayWindowX11::describe(const QString &title)
 
 void OverlayWindowX11::watchDesktop()
 {
-    watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
     // EWMH: the window manager changes these when it restacks the windows that it manages. Menus
     // and screen lockers are not among them; those may well come above the overlay.
     for (const char *name :
@@ -129,11 +132,28 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
         replaceBackground(scene);
         configure(place);
         if (!before) {
-            raise();
+            restack();
             xcb_map_window(connection_.get(), window_.get());
         } else if (before->window.size() == place.size()) { // a new size has been painted already
             xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
         }
+    }
+    renewSoon();
+    events_.flush();
+}
+
+/** Where nothing has changed, no timer runs. */
+void OverlayWindowX11::renewSoon()
+{
+    if (shown_ && !renewTimer_.isActive() && painter_.mayBeOld(*shown_)) {
+        renewTimer_.start(100ms);
+    }
+}
+
+void OverlayWindowX11::renewGlass()
+{
+    if (shown_ && painter_.renewGlass(window_.get(), *shown_)) {
+        isBackgroundOld_ = true;
     }
     events_.flush();
 }
@@ -190,6 +210,7 @@ void OverlayWindowX11::hide()
 {
     shown_.reset();
     raiseTimer_.stop();
+    renewTimer_.stop();
     xcb_unmap_window(connection_.get(), window_.get());
     events_.flush();
 }
@@ -197,10 +218,16 @@ void OverlayWindowX11::hide()
 void OverlayWindowX11::handle(const xcb_generic_event_t &event)
 {
     const int type = event.response_type & 0x7f;
+    painter_.note(event);
+    renewSoon();
     if (const auto pointer = pointerEvent(event)) {
-        deliver(*pointer);
+        if (!OverlayStacking::hasAlert()) {
+            deliver(*pointer);
+        }
     } else if (type == XCB_DESTROY_NOTIFY) {
-        lose();
+        if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
+            lose();
+        }
     } else if (type == XCB_EXPOSE && isBackgroundOld_ && shown_) {
         painter_.paintGlass(window_.get(),
                             *shown_); // the server has painted what came to light with the old one
@@ -212,6 +239,8 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
         }
     } else if (tellsOfMonitors(event, connection_, extensions_)) {
         checkDisplays();
+    } else if (type >= XCB_UNMAP_NOTIFY && type <= XCB_CONFIGURE_NOTIFY) { // or mapped, reparented
+        lookForAlert(type != XCB_CONFIGURE_NOTIFY);
     }
 }
 
@@ -281,16 +310,37 @@ void OverlayWindowX11::deliverMotion()
 void OverlayWindowX11::stayOnTop()
 {
     if (shown_ && !raiseTimer_.isActive()) {
-        raise();
+        restack();
         raiseTimer_.start(50ms);
     }
 }
 
-void OverlayWindowX11::raise()
+void OverlayWindowX11::restack()
 {
-    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-    xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    stacking_.restack(window_.get());
     events_.flush();
+}
+
+/** While there is one, the overlay is deaf; a drag ends where it is. */
+void OverlayWindowX11::lookForAlert(bool mayBeNew)
+{
+    const bool hasAlert = OverlayStacking::hasAlert();
+    if (!shown_ || (!hasAlert && !hasAlert_)) {
+        return;
+    }
+    if (mayBeNew) { // it, or its frame, which comes later; a manager that puts us back may have won
+        stayOnTop();
+    }
+    stacking_.yield(window_.get(), shown_->window);
+    events_.flush();
+    if (std::exchange(hasAlert_, hasAlert) || !hasAlert) {
+        return;
+    }
+    isPressed_ = false;
+    motion_.reset();
+    if (const auto handler = onPointer) {
+        handler({.kind = PointerEvent::Kind::Leave, .position = {}});
+    }
 }
 
 void OverlayWindowX11::checkDisplays()

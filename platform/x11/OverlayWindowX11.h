@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Error.h"
 #include "platform/OverlayWindow.h"
 #include "platform/x11/CursorTheme.h"
 #include "platform/x11/EventReader.h"
 #include "platform/x11/OverlayPainter.h"
+#include "platform/x11/OverlayStacking.h"
+#include "services/Error.h"
 
 #include <QTimer>
 
@@ -39,7 +40,7 @@ public:
 
 private:
     OverlayWindowX11(Connection connection, const Extensions &extensions,
-                     const RenderFormats &formats, QRect area, const FrostedGlass &glass);
+                     const RenderFormats &formats, const FrostedGlass &glass);
     std::expected<void, Error> createWindow();
     void describe(const QString &title);
     void watchDesktop();
@@ -47,13 +48,16 @@ private:
     OverlayScene sceneOf(QRect frame, const OverlayPicture &picture) const;
     void configure(QRect place) const;
     void replaceBackground(const OverlayScene &scene);
+    void renewSoon();
+    void renewGlass();
 
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
     void deliver(const PointerEvent &event);
     void deliverMotion();
     void stayOnTop();
-    void raise();
+    void restack();
+    void lookForAlert(bool mayBeNew);
     void checkDisplays();
     void lose();
 
@@ -61,15 +65,18 @@ private:
     const Extensions extensions_;
     OverlayPainter painter_;
     CursorTheme cursors_;
+    OverlayStacking stacking_;
     Colormap colormap_;
     Window window_;
     std::optional<OverlayScene> shown_; ///< while the window is mapped
     std::array<Canvas, 2> backgrounds_; ///< the first is the window's; as large as ever needed
     bool isBackgroundOld_ = false; ///< its glass is that of a place which the window has left
     bool isPressed_ = false;
+    bool hasAlert_ = false; ///< the program, when last looked
     std::optional<PointerEvent> motion_; ///< the latest one, until all that has arrived is read
     std::vector<xcb_atom_t> restackSigns_; ///< properties of the root
     QTimer raiseTimer_;
+    QTimer renewTimer_;
     EventReader events_;
 };
 

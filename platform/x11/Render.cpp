@@ -28,6 +28,24 @@ std::expected<RenderFormats, Error> renderFormats(const Connection &connection)
     return formats;
 }
 
+std::map<xcb_visualid_t, xcb_render_pictformat_t> visualFormats(const Connection &connection)
+{
+    std::map<xcb_visualid_t, xcb_render_pictformat_t> formats;
+    const auto *all = xcb_render_util_query_formats(connection.get());
+    auto screens = xcb_render_query_pict_formats_screens_iterator(all);
+    for (; screens.rem > 0; xcb_render_pictscreen_next(&screens)) {
+        auto depths = xcb_render_pictscreen_depths_iterator(screens.data);
+        for (; depths.rem > 0; xcb_render_pictdepth_next(&depths)) {
+            auto visuals = xcb_render_pictdepth_visuals_iterator(depths.data);
+            for (; visuals.rem > 0; xcb_render_pictvisual_next(&visuals)) {
+                formats[visuals.data->visual] = visuals.data->format;
+            }
+        }
+    }
+    xcb_render_util_disconnect(connection.get());
+    return formats;
+}
+
 Canvas makeCanvas(const Connection &connection, QSize size, std::uint8_t depth,
                   xcb_render_pictformat_t format)
 {

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <expected>
+#include <map>
 
 namespace glimmerpane::x11
 {
@@ -24,6 +25,9 @@ struct RenderFormats {
 
 /** Waits for the server; fails where it cannot draw pixels of the screen's kind. */
 std::expected<RenderFormats, Error> renderFormats(const Connection &connection);
+
+/** The kind of each visual's pixels. Waits for the server. */
+std::map<xcb_visualid_t, xcb_render_pictformat_t> visualFormats(const Connection &connection);
 
 /** A pixmap that RENDER can draw into and from. */
 struct Canvas {

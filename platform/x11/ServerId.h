@@ -3,6 +3,7 @@
 
 #include "platform/x11/Connection.h"
 
+#include <xcb/composite.h>
 #include <xcb/damage.h>
 #include <xcb/render.h>
 #include <xcb/xfixes.h>
@@ -22,7 +23,11 @@ public:
 
     /** Takes a resource of this connection, which must outlive the handle. */
     ServerId(const Connection &connection, std::uint32_t id)
-        : connection_(connection.get())
+        : ServerId(connection.get(), id)
+    {
+    }
+    ServerId(xcb_connection_t *connection, std::uint32_t id)
+        : connection_(connection)
         , id_(id)
     {
     }
@@ -54,12 +59,19 @@ private:
     std::uint32_t id_ = 0;
 };
 
+/** Ends what xcb_composite_redirect_window() began with automatic updates. */
+inline void endRedirection(xcb_connection_t *connection, xcb_window_t window)
+{
+    xcb_composite_unredirect_window(connection, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
+}
+
 using Colormap = ServerId<xcb_free_colormap>;
 using Cursor = ServerId<xcb_free_cursor>;
 using Damage = ServerId<xcb_damage_destroy>;
 using GraphicsContext = ServerId<xcb_free_gc>;
 using Picture = ServerId<xcb_render_free_picture>;
 using Pixmap = ServerId<xcb_free_pixmap>;
+using Redirection = ServerId<endRedirection>; ///< of the window with this id
 using Region = ServerId<xcb_xfixes_destroy_region>;
 using Window = ServerId<xcb_destroy_window>;
 

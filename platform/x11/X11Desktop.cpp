@@ -12,6 +12,7 @@
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
 #include "platform/x11/PressMonitorX11.h"
+#include "platform/x11/WindowShape.h"
 
 #include <QDesktopServices>
 #include <QGuiApplication>
@@ -118,11 +119,15 @@ void X11Desktop::activateWindow(std::uint32_t window, const QString &startupId)
     connection->flush();
 }
 
-void X11Desktop::openPrivacySettings()
+void X11Desktop::setShape(std::uint32_t window, const QRegion &pixels)
 {
-    if (const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"))) {
-        QProcess::startDetached(*program, {});
-    }
+    setWindowShape(window, pixels);
+}
+
+bool X11Desktop::openPrivacySettings()
+{
+    const auto program = settingsProgram(qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
+    return program && QProcess::startDetached(*program, {});
 }
 
 void X11Desktop::notify(const QString &title, const QString &text)

@@ -20,7 +20,8 @@ public:
     std::vector<Display> displays() const override;
     std::expected<ShareableContent, Error> shareableContent() const override;
     void activateWindow(std::uint32_t window, const QString &startupId) override;
-    void openPrivacySettings() override;
+    void setShape(std::uint32_t window, const QRegion &pixels) override;
+    bool openPrivacySettings() override;
     void notify(const QString &title, const QString &text) override;
     void openUrl(const QUrl &url) override;
     std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(const QString &title,

@@ -68,6 +68,45 @@ private Q_SLOTS:
 
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
         fixture.command("--share", 1, "is showing a message");
+
+        // Who launches it again sees the alert, though no window manager keeps it on top.
+        const auto main = fixture.mainWindow();
+        constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(fixture.client.connection(), *main, XCB_CONFIG_WINDOW_STACK_MODE,
+                             &above);
+        fixture.client.sync();
+        fixture.command("", 0);
+        const auto isAlertOnTop = [&] {
+            const auto windows = listWindows(fixture.client, Listing::All);
+            return std::any_of(std::ranges::find(windows, *main), windows.end(), [&](auto other) {
+                return other != *main
+                    && titleOf(fixture.client, other) == QStringLiteral("Glimmerpane")
+                    && isViewable(fixture.client, other);
+            });
+        };
+        QVERIFY(waitFor(isAlertOnTop, patience));
+    }
+
+    void command_doesNothing_whereTheProgramIsStoppedOrElsewhere()
+    {
+        InstanceFixture fixture;
+        QVERIFY(fixture.launch({areaOption, QStringLiteral("--share")}));
+        QVERIFY(fixture.showsArea(area));
+        fixture.program.sendSignal(SIGSTOP);
+        fixture.command("--stop", 1, "glimmerpane: Glimmerpane runs but does not answer.\n");
+        fixture.program.sendSignal(SIGCONT);
+        const QString name = QStringLiteral("DISPLAY");
+        const QString display = fixture.environment.value(name);
+        for (const QString &other :
+             {display + u'9', display + QStringLiteral(".1"), QStringLiteral("host") + display}) {
+            fixture.environment.insert(name, other);
+            fixture.command("--stop", 1, ("runs on display " + display.toLatin1()).constData());
+        }
+        for (const QString &same :
+             {display + QStringLiteral(".0"), QStringLiteral("unix") + display, QString()}) {
+            fixture.environment.insert(name, same);
+            fixture.command("--status", 0, R"("sharing":true)");
+        }
     }
 
     void select_startsTheProgram_whereNoneRuns()

@@ -56,7 +56,8 @@ struct KillFixture : SelectorFixture {
 
     int coordinate() { return random.bounded(smallest, largest); }
 
-    /** Another position, each digit of which is stored as it is typed. */
+    /** Another position. Its first digits alone are stored where the typing rests on a slow
+     * machine. */
     Confirmation typing(double CaptureFrame::*member, QPoint field)
     {
         const QPoint origin = geometryOf(client, *mainWindow())->topLeft();

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "tests/desktop/ProgramFixture.h"
+#include "tests/support/ColorWindow.h"
 #include "tests/support/CursorPicture.h"
 #include "tests/support/WaitFor.h"
 #include "tests/support/XWindows.h"
 
 #include <QColor>
 #include <QRegion>
+
+#include <xcb/xcb_cursor.h>
 
 namespace glimmerpane::testing
 {
@@ -84,10 +87,34 @@ struct SelectorFixture : ProgramFixture {
     }
     void confirm() const { clickButton(-15); }
     void cancel() const { clickButton(15); }
-    QString cursorAt(QPoint place) const
+    QImage cursorAt(QPoint place) const
     {
         input.moveTo(place);
-        return required(currentCursor(client)).name;
+        return required(currentCursor(client)).image;
+    }
+    /** What the person's theme, or else the server, has by the first of these names that exists. */
+    QImage themeCursor(const QList<const char *> &names) const
+    {
+        xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection())).data;
+        xcb_cursor_context_t *context = nullptr;
+        xcb_cursor_context_new(client.connection(), screen, &context);
+        xcb_cursor_t cursor = XCB_NONE;
+        for (qsizetype i = 0; i < names.size() && cursor == XCB_NONE; ++i) {
+            cursor = xcb_cursor_load_cursor(context, names[i]);
+        }
+        xcb_cursor_context_free(context);
+        const auto window = required(
+            ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
+        const auto isPointedAt = [&] {
+            const auto reply
+                = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
+            return reply && reply->child == window.id();
+        };
+        input.moveTo(besidesEverything + QPoint(10, 10));
+        waitFor(isPointedAt, patience);
+        xcb_change_window_attributes(client.connection(), window.id(), XCB_CW_CURSOR, &cursor);
+        client.sync();
+        return required(currentCursor(client)).image;
     }
 
     mutable std::optional<xcb_window_t> latest; ///< saves a search of all windows
@@ -140,9 +167,8 @@ inline bool showsWholeSelector(const QImage &image)
 /** What is to be seen of an even colour through the glass. */
 inline QColor throughGlass(const QColor &color)
 {
-    const auto channel = [](int value, int tint) {
-        return static_cast<int>(0.9 * (0.45 * value + 0.55 * tint) + 0.1 * value);
-    };
+    const auto channel
+        = [](int value, int tint) { return static_cast<int>(0.505 * value + 0.495 * tint); };
     return {channel(color.red(), 24), channel(color.green(), 24), channel(color.blue(), 27)};
 }
 

@@ -31,23 +31,29 @@ private Q_SLOTS:
     {
         QFETCH(WindowManager, manager);
         SelectorFixture fixture(manager);
+        const QImage hand = fixture.themeCursor({"openhand", "grab", "hand1"});
+        const QImage vertical = fixture.themeCursor({"size_ver", "ns-resize", "sb_v_double_arrow"});
+        const QImage horizontal
+            = fixture.themeCursor({"size_hor", "ew-resize", "sb_h_double_arrow"});
+        const QImage cross = fixture.themeCursor({"crosshair", "cross", "tcross"});
+        const QImage arrow = fixture.themeCursor({"left_ptr", "default", "arrow"});
         QVERIFY(fixture.launch() && fixture.open() && fixture.becomes(area));
 
         struct Zone {
             QPoint place; ///< from the selector's top-left corner, or back from the other one
             Qt::Edges edges;
-            QString cursor;
+            QImage cursor;
         };
         const Zone zones[] = {
-            {{90, 90}, {}, QStringLiteral("openhand")},
-            {{90, 5}, Qt::TopEdge, QStringLiteral("size_ver")},
-            {{90, -5}, Qt::BottomEdge, QStringLiteral("size_ver")},
-            {{5, 90}, Qt::LeftEdge, QStringLiteral("size_hor")},
-            {{-5, 90}, Qt::RightEdge, QStringLiteral("size_hor")},
-            {{5, 5}, Qt::LeftEdge | Qt::TopEdge, QStringLiteral("crosshair")},
-            {{-5, 5}, Qt::RightEdge | Qt::TopEdge, QStringLiteral("crosshair")},
-            {{5, -5}, Qt::LeftEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
-            {{-5, -5}, Qt::RightEdge | Qt::BottomEdge, QStringLiteral("crosshair")},
+            {{90, 90}, {}, hand},
+            {{90, 5}, Qt::TopEdge, vertical},
+            {{90, -5}, Qt::BottomEdge, vertical},
+            {{5, 90}, Qt::LeftEdge, horizontal},
+            {{-5, 90}, Qt::RightEdge, horizontal},
+            {{5, 5}, Qt::LeftEdge | Qt::TopEdge, cross},
+            {{-5, 5}, Qt::RightEdge | Qt::TopEdge, cross},
+            {{5, -5}, Qt::LeftEdge | Qt::BottomEdge, cross},
+            {{-5, -5}, Qt::RightEdge | Qt::BottomEdge, cross},
         };
         QRect frame = area;
         QPoint way(37, -23);
@@ -61,8 +67,12 @@ private Q_SLOTS:
             QVERIFY(fixture.becomes(frame));
             way = -way + QPoint(5, 3);
         }
-        QTRY_COMPARE(fixture.cursorAt(frame.center()), QStringLiteral("left_ptr"));
-        QVERIFY(fixture.cursorAt(besidesEverything) != QLatin1String("crosshair"));
+        QTRY_COMPARE(fixture.cursorAt(frame.center()), arrow);
+        QVERIFY(fixture.cursorAt(besidesEverything) != cross);
+        const QImage all[] = {hand, vertical, horizontal, cross, arrow};
+        for (const QImage &one : all) { // else the comparisons above say nothing
+            QCOMPARE(std::ranges::count(all, one), 1);
+        }
 
         fixture.confirm();
         QVERIFY(fixture.becomes(std::nullopt));
@@ -140,6 +150,26 @@ private Q_SLOTS:
         QTRY_VERIFY(showsWholeSelector(screenshot().copy(moved)));
         QTRY_VERIFY(isEqualBut(screenshot(), before, QRegion(moved) + main));
         QTRY_VERIFY(isNear(screenshot().pixelColor(520, 560), throughGlass(white)));
+        // It follows what happens behind it, and never shows the selector itself.
+        const auto becomes = [&](QPoint place, const QColor &color) {
+            return waitFor(
+                [&] { return isNear(screenshot().pixelColor(place), throughGlass(color)); },
+                patience);
+        };
+        const QPoint besidesOutline = moved.topRight() + QPoint(-4, 60);
+        for (const QColor &color : {QColor(200, 60, 20), blueish}) {
+            windows[0].setColor(color.rgb());
+            QVERIFY(becomes(besidesOutline, color) && becomes({520, 560}, white));
+        }
+        for (const auto &[place, color] :
+             {std::pair(paper.translated(300, 150), blueish), std::pair(paper, white)}) {
+            windows[1].setGeometry(place);
+            QVERIFY(becomes({520, 560}, color));
+        }
+        xcb_unmap_window(fixture.client.connection(), windows[1].id());
+        QVERIFY(becomes({520, 560}, blueish));
+        xcb_map_window(fixture.client.connection(), windows[1].id());
+        QVERIFY(becomes({520, 560}, white) && showsWholeSelector(screenshot().copy(moved)));
         // The glass is right also where something lay over it for a while.
         const QPoint covered(540, 430);
         QVERIFY(ColorWindow::show(fixture.client, {.rectangle = {covered, QSize(9, 9)}}));

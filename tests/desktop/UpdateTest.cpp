@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tests/desktop/ProgramFixture.h"
+#include "tests/desktop/SelectorFixture.h"
 #include "tests/support/ColorWindow.h"
 #include "tests/support/HttpsServer.h"
 #include "tests/support/WaitFor.h"
 
 #include <QFile>
+#include <QPointer>
 #include <QTest>
 
 #include <csignal>
@@ -17,17 +18,17 @@ namespace
 
 // The display is 1280 x 1024 pixels, so this is its rectangle (40, 604) to (360, 844).
 const QStringList shareArea{QStringLiteral("--area=40,180,320x240"), QStringLiteral("--share")};
-constexpr QRect area(40, 604, 320, 240);
+constexpr QRect sharedArea(40, 604, 320, 240);
 const QByteArray download = "https://x.example/get?v=1.5.0&for=linux#now";
 const QByteArray offer
     = "{\"lastAppVersion\":\"1.5.0\",\"canUpdate\":true,\"downloadUrl\":\"" + download + "\"}";
 
 /** A program that asks the server, on a desktop whose browser writes down what it opens. */
-struct UpdateFixture : ProgramFixture {
+struct UpdateFixture : SelectorFixture {
     QTemporaryDir tools;
 
-    UpdateFixture(const QString &address, const QByteArray &authority)
-        : ProgramFixture(WindowManager::Openbox)
+    UpdateFixture(const QString &address, const QByteArray &authority, WindowManager manager)
+        : SelectorFixture(manager)
     {
         executable = QStringLiteral(ASKING_PROGRAM);
         environment.remove(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"));
@@ -58,9 +59,10 @@ class UpdateTest : public QObject
     const CertificateAuthority authority_;
     const QSslConfiguration trusted_ = authority_.serverNamed(QStringLiteral("IP:127.0.0.1"));
 
-    UpdateFixture asking(const QString &address) const
+    UpdateFixture asking(const QString &address,
+                         WindowManager manager = WindowManager::Openbox) const
     {
-        return UpdateFixture(address, authority_.certificate());
+        return UpdateFixture(address, authority_.certificate(), manager);
     }
 
 private Q_SLOTS:
@@ -79,14 +81,15 @@ private Q_SLOTS:
         auto fixture = asking(server.address());
         fixture.startBus();
         fixture.start(shareArea);
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(sharedArea));
         QVERIFY(waitFor([&] { return fixture.shownWindows() == 2; }, patience));
 
         // The main window does not hear this; the session goes on.
         fixture.click(places::stopSharing);
         const auto window = ColorWindow::show(
-            fixture.client, {.rectangle = area.adjusted(20, 20, -50, -50), .color = 0xff0000ff});
-        QVERIFY(fixture.showsArea(area));
+            fixture.client,
+            {.rectangle = sharedArea.adjusted(20, 20, -50, -50), .color = 0xff0000ff});
+        QVERIFY(fixture.showsArea(sharedArea));
 
         QByteArray status;
         const bool isStopped = opened.isEmpty(); // though the alert is up
@@ -105,6 +108,62 @@ private Q_SLOTS:
         QCOMPARE(server.requests().size(), 1);
     }
 
+    void failure_isToldInEnglish()
+    {
+        const HttpsServer server(trusted_, reply(message("200 OK", "{}")));
+        const QString gone = HttpsServer(trusted_, {}).address();
+        for (const auto &[address, says] :
+             {std::pair(server.address(),
+                        "The answer cannot be read: \"lastAppVersion\" is no text."),
+              {gone, "ConnectionRefusedError"}}) {
+            auto fixture = asking(address);
+            fixture.environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
+            fixture.start();
+            const QByteArray line = "Update check failed: " + QByteArray(says) + '\n';
+            const auto isTold = [&] { return fixture.program.output().contains(line); };
+            QVERIFY2(waitFor(isTold, patience), fixture.program.output());
+        }
+    }
+
+    void offer_liesAboveTheSelector_whichIsDeafUntilItsAnswer()
+    {
+        for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
+            QPointer<QSslSocket> asker;
+            const HttpsServer server(trusted_, [&](QSslSocket &socket) { asker = &socket; });
+            auto fixture = asking(server.address(), manager);
+            QVERIFY(fixture.launch({QStringLiteral("--area=100,300,600x400")}) && fixture.open());
+            const QRect opened(100, 324, 600, 400);
+            const QRect moved = opened.translated(10, 0);
+            const auto isUncovered
+                = [&] { return showsWholeSelector(required(fixture.client.screenshot(moved))); };
+            const QPoint grip(550, 350);
+            fixture.input.moveTo(opened.topLeft() + grip);
+            fixture.input.press();
+            fixture.input.moveTo(moved.topLeft() + grip);
+            QTRY_VERIFY(isUncovered());
+            QTRY_VERIFY(asker);
+            reply(message("200 OK", offer))(*asker);
+            QTRY_VERIFY(!isUncovered());
+
+            fixture.input.moveTo(moved.topLeft() + grip + QPoint(60, 0));
+            fixture.input.release();
+            fixture.input.drag(moved.topLeft() + grip, opened.topLeft() + grip);
+            const auto answers = [&] {
+                for (const auto window : listWindows(fixture.client, Listing::All)) {
+                    if (window != fixture.mainWindow() && isViewable(fixture.client, window)
+                        && titleOf(fixture.client, window) == QLatin1String("Glimmerpane")) {
+                        fixture.input.setFocus(window);
+                    }
+                }
+                return fixture.input.typeKey(keys::escape)
+                    && waitFor(isUncovered, std::chrono::seconds(1));
+            };
+            QVERIFY(waitFor(answers, patience) && fixture.becomes(moved));
+            fixture.confirm();
+            QVERIFY(fixture.becomes(std::nullopt));
+        }
+    }
+
     void program_endsAtOnce_whileItAsks()
     {
         for (const bool looksUp : {false, true}) { // a silent server, or a silent name server
@@ -121,7 +180,7 @@ private Q_SLOTS:
                                                + QStringLiteral(":verify_asan_link_order=0"));
             }
             fixture.start(shareArea);
-            QVERIFY(fixture.showsArea(area));
+            QVERIFY(fixture.showsArea(sharedArea));
             const auto asks = [&] {
                 return server.requests().size() == 1
                     || fixture.program.output().contains("looking up");

@@ -2,7 +2,7 @@
 #include "storage/FrameRepository.h"
 #include "tests/fuzz/Require.h"
 
-#include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdint>
@@ -13,10 +13,9 @@ using testing::require;
 namespace
 {
 
-FrameRepository repositoryAt(const QString &path)
+SettingsFile settingsAt(const QString &path)
 {
-    return {std::make_unique<QSettings>(path, QSettings::IniFormat),
-            QStringLiteral("captureFrame")};
+    return {.path = path, .key = QStringLiteral("captureFrame")};
 }
 
 /** A new name each time, because QSettings keeps what it knows of a path. */
@@ -42,13 +41,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const QString path = newPath();
     write(path, QByteArrayView(data, qsizetype(size)).toByteArray());
     {
-        FrameRepository repository = repositoryAt(path);
+        FrameRepository repository(settingsAt(path));
         repository.load();
-        repository.save(other);
+        repository.save(other, FrameRepository::Pace::BeforeReturn);
     }
     const QString moved = newPath();
     require(QFile::rename(path, moved), "the settings file is there");
-    require(repositoryAt(moved).load() == other, "whatever the file holds, saving mends it");
+    require(FrameRepository(settingsAt(moved)).load()
+                == (QFileInfo(moved).size() > SettingsFile::largest ? std::nullopt
+                                                                    : std::optional(other)),
+            "whatever the file holds, saving mends it, unless it is too large");
     QFile::remove(moved);
     return 0;
 }

@@ -53,8 +53,14 @@ constexpr Step selectArea = [](Session &s) { s.viewModel->openFrameSelector(); }
 constexpr Step reset = [](Session &s) { s.viewModel->resetFrameSelector(); };
 constexpr Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
 constexpr Step cancel = [](Session &s) { s.coordinator->onCancel(); };
+constexpr Step refuseSelector = [](Session &s) {
+    s.coordinator->opened = std::unexpected(Error{QStringLiteral("why"), {}});
+    QObject::connect(s.viewModel.get(), &MainViewModel::frameSelectorShown,
+                     [&s](const QString &error) { s.journal.append(error); });
+};
 constexpr Step deny = [](Session &s) { s.desktop.denyContent(); };
 constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
+constexpr Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
 constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
 constexpr Step start = [](Session &s) { s.viewModel->startSharing(); };
 constexpr Step answer = [](Session &s) {
@@ -80,6 +86,17 @@ constexpr Step endNowDuringAlert = [](Session &s) { s.alerts.whileUp = [&s] { en
 constexpr Step closeDuringAlert = [](Session &s) {
     s.alerts.whileUp = [&s] {
         closeWindow(s);
+        watch(s);
+    };
+};
+constexpr Step quit = [](Session &s) {
+    s.journal.append(s.viewModel->mayClose() ? QStringLiteral("quits") : QStringLiteral("stays"));
+};
+constexpr Step agree = [](Session &s) { s.alerts.answer = 1; };
+constexpr Step quitAndStopDuringAlert = [](Session &s) {
+    s.alerts.whileUp = [&s] {
+        quit(s);
+        stop(s);
         watch(s);
     };
 };
@@ -154,11 +171,14 @@ private Q_SLOTS:
                                               "Ended|The call no longer sees the area. why|OK");
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
+        const QString question
+            = QStringLiteral("warning|Stop Sharing and Quit?|The others in your call will no "
+                             "longer see the shared area.|Keep Sharing|Stop and Quit");
         const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
                              const char *open = "") {
             QString text = QString::fromLatin1(journal).replace(u'*', opening);
             text.replace(u'!', failure).replace(u'?', denial).replace(u'+', offer);
-            text.replace(u'#', ending);
+            text.replace(u'#', question).replace(u'~', ending);
             QTest::newRow(name) << steps << text << open;
         };
         row("confirm", {selectArea, confirm, selectArea},
@@ -167,18 +187,22 @@ private Q_SLOTS:
             "told, select 1 2 3 4, told, told, select 1 2 3 4, told, told, select, told");
         row("select while open", {reset, selectArea, reset}, "told, select", "selector");
 
+        row("selector refused", {refuseSelector, reset, selectArea},
+            "told, select, told, why, warning|Set Area|why|OK, "
+            "told, select 1 2 3 4, told, why, warning|Set Area|why|OK");
+
         row("start", {start, answer, succeed, watch}, "*", "session");
         row("start while one starts or runs",
             {start, start, answer, start, answer, succeed, start, answer}, "*", "session");
         row("stop while none runs", {stop, end}, "");
-        row("stop", {start, answer, succeed, stop}, "*, close", "session");
+        row("stop", {start, answer, succeed, stop, quit}, "*, close, quits", "session");
         row("stop, until the watch", {start, answer, succeed, stop, watch, start, answer},
             "*, close, stop, told, *", "session");
         row("stop while it starts", {start, answer, stop, watch, succeed}, "*, close, stop, told");
         row("close", {start, answer, succeed, closeWindow, watch}, "*, stop, told");
         row("close while it starts", {start, answer, closeWindow, watch, succeed}, "*, stop, told");
-        row("end", {start, answer, succeed, end, start, answer}, "*, close, told, #, *", "session");
-        row("end while it starts", {start, answer, end, succeed}, "*, close, told, #");
+        row("end", {start, answer, succeed, end, start, answer}, "*, close, told, ~, *", "session");
+        row("end while it starts", {start, answer, end, succeed}, "*, close, told, ~");
         row("stop at once", {endNow, start, answer, succeed, endNow, start, answer},
             "*, close, stop, told, *", "session");
         row("stop at once during the check", {start, endNow, answer}, "");
@@ -186,7 +210,18 @@ private Q_SLOTS:
             "*, !, close, stop, told, told, close");
         row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
         row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
+        row("quit while none runs", {selectArea, quit}, "told, select 1 2 3 4, quits", "selector");
+        row("quit", {start, answer, succeed, quit, agree, quit, dismiss, quit},
+            "*, #, stays, #, quits, #, stays", "session");
+        row("quit while it starts", {agree, start, quit, answer, quit}, "#, quits, *, #, quits",
+            "session");
+        row("quit and stop during the question",
+            {quitAndStopDuringAlert, start, answer, succeed, quit, quit},
+            "*, #, stays, close, stop, told, stays, quits");
         row("denied", {deny, start, answer}, "?, settings");
+        row("denied, without a settings program", {deny, loseSettings, start, answer},
+            "?, settings, warning|Screen Recording|Glimmerpane knows no settings program for this "
+            "desktop.\n\ndenied|OK");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
         row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",

@@ -2,6 +2,7 @@
 #include "selection/FrameSelectorWindow.h"
 #include "app/AppCoordinator.h"
 #include "tests/support/Fakes.h"
+#include "ui/Theme.h"
 
 #include <QApplication>
 
@@ -94,6 +95,37 @@ struct Selector {
     }
 };
 
+/** Whether labels lie within their buttons and are readable, and the buttons seen on any glass. */
+bool isUsable(const QImage &panel)
+{
+    // The highest contrast to a colour on the way down a button, in this column.
+    const auto contrastIn = [&](int x, int top, int bottom, const QColor &to) {
+        double most = 1;
+        for (int y = top; y < bottom; ++y) {
+            const QColor color = panel.pixelColor(x, y);
+            most = color.alpha() == 255 ? std::max(most, contrast(color, to)) : most;
+        }
+        return most;
+    };
+    for (const int top : {0, 30}) {
+        const QColor fill = panel.pixelColor(5, top + 15);
+        double label = 1;
+        for (int x = 8; x < 112; ++x) {
+            label = std::max(label, contrastIn(x, top + 6, top + 24, fill));
+        }
+        const double beside = std::max(contrastIn(5, top + 6, top + 24, fill),
+                                       contrastIn(114, top + 6, top + 24, fill));
+        const FrostedGlass glass = BorderView::glass(1);
+        const double border
+            = std::min(contrastIn(60, top, top + 4, mixed(Qt::black, glass.tint, glass.strength)),
+                       contrastIn(60, top, top + 4, mixed(Qt::white, glass.tint, glass.strength)));
+        if (label < 4.5 || beside > 1 || border < 3) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // In the middle of the area that open() has by default.
 constexpr QPointF confirmButton(600, 415);
 constexpr QPointF cancelButton(600, 385);
@@ -151,6 +183,10 @@ private Q_SLOTS:
                {CaptureFrame{-50, -20, 300, 100}, {-50, 1000, 300, 100}},
                {CaptureFrame{2000, 500, 300, 100}, {2000, 480, 300, 100}}, // the other display
                {CaptureFrame{-900, 5000, 300, 100}, {0, 0, 300, 100}}, // no display
+               {CaptureFrame{300, 200, 50, 40}, {250, 815, 150, 90}}, // too small for its buttons
+               {CaptureFrame{300, 200, 149, 300}, {300, 580, 150, 300}},
+               {CaptureFrame{1890, 0, 20, 10}, {1770, 990, 150, 90}},
+               {CaptureFrame{1925, 500, 40, 100}, {1920, 480, 150, 100}},
                {CaptureFrame{10, 20, 0, 100}, byDefault},
                {CaptureFrame{std::nan(""), 20, 300, 100}, byDefault},
                {CaptureFrame{10, 20, infinity, 100}, byDefault},
@@ -227,11 +263,22 @@ private Q_SLOTS:
         selector.open();
         const auto &picture = selector.desktop.overlay->picture;
         const QImage idle = picture.panel;
-        selector.pointer(Kind::Press, confirmButton);
-        QVERIFY(picture.panel.copy(0, 0, 120, 30) != idle.copy(0, 0, 120, 30));
-        QVERIFY(picture.panel.copy(0, 30, 120, 30) == idle.copy(0, 30, 120, 30));
-        selector.pointer(Kind::Drag, {600, 500});
+        QVERIFY(isUsable(idle) && idle.copy(0, 0, 9, 30) != idle.copy(0, 30, 9, 30));
+        QImage previous = idle;
+        for (const auto kind : {Kind::Move, Kind::Press}) {
+            selector.pointer(kind, confirmButton);
+            QVERIFY(picture.panel.copy(0, 0, 120, 30) != previous.copy(0, 0, 120, 30));
+            QVERIFY(picture.panel.copy(0, 30, 120, 30) == idle.copy(0, 30, 120, 30));
+            QVERIFY(isUsable(picture.panel));
+            previous = picture.panel;
+        }
+        selector.pointer(Kind::Leave, {600, 500}); // as when something takes the pointer away
         QVERIFY(picture.panel == idle);
+        QFont font = QApplication::font();
+        font.setPointSizeF(font.pointSizeF() * 3);
+        QApplication::setFont(font);
+        QTRY_VERIFY(picture.panel != idle);
+        QVERIFY(isUsable(picture.panel));
 
         for (const bool isDark : {true, false}) {
             QPalette palette(isDark ? Qt::black : Qt::white);

@@ -2,6 +2,8 @@
 #include "storage/FrameRepository.h"
 
 #include <QDir>
+#include <QLockFile>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -18,17 +20,15 @@ constexpr CaptureFrame first{-1920.5, 0.1, 800, 600};
 constexpr CaptureFrame second{10, 20, 300, 200};
 const QString key = QStringLiteral("captureFrame");
 
-FrameRepository repositoryAt(const QString &path)
-{
-    return {std::make_unique<QSettings>(path, QSettings::IniFormat), key};
-}
+constexpr auto now = FrameRepository::Pace::BeforeReturn;
+constexpr auto typed = FrameRepository::Pace::WhenTypingRests;
 
 /** What a new process would load: QSettings keeps what it knows of a path, so under another. */
 std::optional<CaptureFrame> loadAfresh(const QString &path)
 {
     const QTemporaryDir elsewhere;
     const QString copy = elsewhere.filePath(QStringLiteral("copy.ini"));
-    return QFile::copy(path, copy) ? repositoryAt(copy).load() : std::nullopt;
+    return QFile::copy(path, copy) ? FrameRepository({copy, key}).load() : std::nullopt;
 }
 
 } // namespace
@@ -42,10 +42,10 @@ private Q_SLOTS:
     {
         const QTemporaryDir home;
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(home.filePath(QStringLiteral("new"))));
-        FrameRepository repository(standardUserDefaults(), key);
+        FrameRepository repository(captureFrameFile());
         QCOMPARE(repository.load(), std::nullopt);
         for (const CaptureFrame &frame : {first, second}) {
-            repository.save(frame);
+            repository.save(frame, now);
             QCOMPARE(repository.load(), frame);
             QCOMPARE(loadAfresh(home.filePath(QStringLiteral("new/glimmerpane/glimmerpane.ini"))),
                      frame);
@@ -67,13 +67,28 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::WriteOnly));
             file.write("[Window]\nwidth=7\n[General]\n" + broken);
             file.close();
-            FrameRepository repository = repositoryAt(file.fileName());
+            FrameRepository repository({file.fileName(), key});
             QVERIFY2(!repository.load(), broken.constData());
-            repository.save(first);
+            repository.save(first, now);
             QCOMPARE(loadAfresh(file.fileName()), first);
             const QSettings settings(file.fileName(), QSettings::IniFormat);
             QCOMPARE(settings.value(QStringLiteral("Window/width")).toInt(), 7);
         }
+    }
+
+    void fileFarTooLarge_isLeftAlone()
+    {
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(QStringLiteral("settings.ini")));
+        const QByteArray listOfOne("\0\0\0\x9\0\0\0\1", 8); // QSettings calls itself for each
+        const QByteArray bytes = "captureFrame=@Variant(" + listOfOne.repeated(100'000) + ')';
+        QVERIFY(file.open(QIODevice::ReadWrite | QIODevice::Unbuffered));
+        file.write(bytes);
+        FrameRepository repository({file.fileName(), key});
+        QVERIFY(!repository.load());
+        repository.save(first, now);
+        QFile left(file.fileName());
+        QVERIFY(left.open(QIODevice::ReadOnly) && left.readAll() == bytes);
     }
 
     void save_works_whereAKilledOneLeftItsLock()
@@ -81,10 +96,48 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QFile lock(folder.filePath(QStringLiteral("settings.ini.lock")));
         QVERIFY(lock.open(QIODevice::WriteOnly)); // empty, as it is until its owner's name is in it
-        FrameRepository repository = repositoryAt(folder.filePath(QStringLiteral("settings.ini")));
-        repository.save(first);
+        FrameRepository repository({folder.filePath(QStringLiteral("settings.ini")), key});
+        repository.save(first, now);
         QCOMPARE(loadAfresh(folder.filePath(QStringLiteral("settings.ini"))), first);
         QVERIFY(!lock.exists());
+    }
+
+    void save_ofWhatIsTyped_waitsUntilItRestsOrIsWanted()
+    {
+        using namespace std::chrono_literals;
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("settings.ini"));
+        {
+            FrameRepository repository({path, key}, 1ms);
+            repository.save(first, typed);
+            QTRY_COMPARE(loadAfresh(path), first);
+        }
+        FrameRepository repository({path, key}, 1h);
+        repository.save({1, 2, 3, 4}, typed);
+        QCoreApplication::processEvents();
+        repository.save(second, typed);
+        repository.save({1, 2, qQNaN(), 4}, typed); // is none to save
+        QCOMPARE(loadAfresh(path), first);
+        const auto written = repository.allWritten();
+        QTRY_VERIFY(written.isFinished());
+        QCOMPARE(loadAfresh(path), second);
+        FrameRepository({path, key}, 1h).save(first, typed);
+        QCOMPARE(loadAfresh(path), first);
+    }
+
+    void save_doesNotWaitForTheLock_butItsEndDoes()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("settings.ini"));
+        {
+            FrameRepository repository({path, key});
+            QLockFile lock(path + QStringLiteral(".lock"));
+            QVERIFY(lock.lock());
+            repository.save(first, FrameRepository::Pace::AtOnce);
+            repository.save(second, FrameRepository::Pace::AtOnce);
+            lock.unlock(); // too late for one that has waited and given up
+        }
+        QCOMPARE(loadAfresh(path), second);
     }
 
     void save_keepsTheEarlierFile_whenItCannotBeWritten_data()
@@ -106,8 +159,8 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QFile file(folder.filePath(QStringLiteral("settings.ini")));
         QSettings(file.fileName(), QSettings::IniFormat).setValue(key + u'2', QString(9999, u'a'));
-        FrameRepository repository = repositoryAt(file.fileName());
-        repository.save(first);
+        FrameRepository repository({file.fileName(), key});
+        repository.save(first, now);
         if (readOnly) { // The file could be written, but not replaced in one step.
             QVERIFY(file.setPermissions(QFile::Permissions(0x6666)));
             QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x5555)));
@@ -118,7 +171,7 @@ private Q_SLOTS:
         const rlimit full{.rlim_cur = sizeLimit, .rlim_max = before.rlim_max};
         std::signal(SIGXFSZ, SIG_IGN);
         setrlimit(RLIMIT_FSIZE, &full);
-        repository.save(area);
+        repository.save(area, now);
         setrlimit(RLIMIT_FSIZE, &before);
         QCOMPARE(seteuid(getuid()), 0);
         QCOMPARE(repository.load(), first);

@@ -13,25 +13,19 @@ namespace glimmerpane::testing
 struct CursorPicture {
     QImage image; ///< Format_ARGB32_Premultiplied
     QPoint topLeft; ///< of the image, root pixels
-    QString name; ///< such as "left_ptr", empty if the server knows none
 };
 
 inline Result<CursorPicture> currentCursor(const XClient &client)
 {
-    const auto reply
-        = ask<xcb_xfixes_get_cursor_image_and_name, xcb_xfixes_get_cursor_image_and_name_reply>(
-            client);
+    const auto reply = ask<xcb_xfixes_get_cursor_image, xcb_xfixes_get_cursor_image_reply>(client);
     if (!reply) {
         return failure(QStringLiteral("the server shows no cursor"));
     }
     QImage image(reply->width, reply->height, QImage::Format_ARGB32_Premultiplied);
-    std::memcpy(image.bits(), xcb_xfixes_get_cursor_image_and_name_cursor_image(reply.get()),
+    std::memcpy(image.bits(), xcb_xfixes_get_cursor_image_cursor_image(reply.get()),
                 static_cast<size_t>(image.sizeInBytes()));
-    return CursorPicture{
-        .image = image,
-        .topLeft = {reply->x - reply->xhot, reply->y - reply->yhot},
-        .name = QString::fromLatin1(xcb_xfixes_get_cursor_image_and_name_name(reply.get()),
-                                    reply->nbytes)};
+    return CursorPicture{.image = image,
+                         .topLeft = {reply->x - reply->xhot, reply->y - reply->yhot}};
 }
 
 /**

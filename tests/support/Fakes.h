@@ -28,6 +28,8 @@ struct FakeDesktop : Desktop {
     std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
     std::expected<ShareableContent, Error> content; ///< change it only while no request runs
     std::atomic<bool> held = false;
+    bool hasSettings = true; ///< a program for them
+    QRegion shape; ///< of the window that was given one last
     QStringList journal; ///< what was asked of the fakes, one event each
 
     /** Requests for the content that still run are ended first. */
@@ -54,7 +56,12 @@ struct FakeDesktop : Desktop {
         return content;
     }
     void activateWindow(std::uint32_t, const QString &) override { }
-    void openPrivacySettings() override { journal.append(QStringLiteral("settings")); }
+    void setShape(std::uint32_t, const QRegion &pixels) override { shape = pixels; }
+    bool openPrivacySettings() override
+    {
+        journal.append(QStringLiteral("settings"));
+        return hasSettings;
+    }
     void notify(const QString &title, const QString &) override
     {
         journal.append(QStringLiteral("notify ") + title);
@@ -100,21 +107,27 @@ struct FakeFrameRepository : Journalist<FrameRepositoryProtocol> {
     std::optional<CaptureFrame> stored;
 
     std::optional<CaptureFrame> load() override { return stored; }
-    void save(const CaptureFrame &frame) override { journal.append(entry("save", frame)); }
+    void save(const CaptureFrame &frame, Pace) override { journal.append(entry("save", frame)); }
+    QFuture<void> allWritten() override { return {}; } // finished
 };
 
 struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     using Journalist::Journalist;
     FrameHandler onConfirm;
     Handler onCancel;
+    std::expected<void, Error> opened; ///< what the selector comes to
     bool isVisible = false;
 
-    void showFrameSelector(std::optional<CaptureFrame> frame, FrameHandler confirm,
-                           Handler cancel) override
+    std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> frame,
+                                                 FrameHandler confirm, Handler cancel) override
     {
         journal.append(frame ? entry("select", *frame) : QStringLiteral("select"));
         onConfirm = std::move(confirm);
         onCancel = std::move(cancel);
+        if (!opened) {
+            onCancel();
+        }
+        return opened;
     }
     void closeFrameSelector() override { }
 

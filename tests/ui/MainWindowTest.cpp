@@ -81,7 +81,7 @@ struct ShownWindow : FakeApplication {
         return {pixels, pixels + image.width() * image.height()};
     }
 
-    MainWindow window{*viewModel};
+    MainWindow window{*viewModel, desktop};
 };
 
 } // namespace
@@ -229,6 +229,8 @@ private Q_SLOTS:
             shown.window.setFont(font);
             QTRY_COMPARE(shown.window.size(), content->sizeHint());
             QTRY_COMPARE(content->size(), shown.window.size());
+            QCOMPARE(shown.desktop.shape.boundingRect(), shown.window.rect());
+            QVERIFY(!shown.desktop.shape.contains(shown.window.rect().bottomRight()));
             QCOMPARE(content->width() == 320, scale == 1);
             QVERIFY(content->height() >= 440);
             const int newTitleHeight = QFontInfo(shown.part("title").font()).pixelSize();
@@ -381,9 +383,14 @@ private Q_SLOTS:
         }
     }
 
-    void closeControl_closesTheWindow_whenClicked()
+    void closeControl_closesTheWindow_whenThePersonMeansIt()
     {
-        const ShownWindow shown;
+        ShownWindow shown;
+        shown.click("startButton");
+        QTRY_VERIFY(shown.viewModel->isSharingWindowOpen());
+        shown.click("closeControl");
+        QVERIFY(shown.window.isVisible());
+        shown.alerts.answer = 1;
         shown.click("closeControl");
         QVERIFY(!shown.window.isVisible());
     }

@@ -31,12 +31,14 @@ private Q_SLOTS:
         const Answer takeParent = [](QMessageBox &box) { delete box.parentWidget(); };
         const QStringList two{QStringLiteral("Open System Settings"), QStringLiteral("Cancel")};
         const QStringList one{QStringLiteral("OK")};
-        for (const auto &[buttons, answer, result] : {std::tuple(two, press(Qt::Key_Return), 0),
-                                                      {two, press(Qt::Key_Escape), 1},
-                                                      {one, press(Qt::Key_Escape), 0},
-                                                      {two, click, 1},
-                                                      {two, hide, -1},
-                                                      {two, takeParent, -1}}) {
+        for (const auto &[buttons, answer, result, escapesToFirst] :
+             {std::tuple(two, press(Qt::Key_Return), 0, false),
+              {two, press(Qt::Key_Escape), 1, false},
+              {two, press(Qt::Key_Escape), 0, true},
+              {one, press(Qt::Key_Escape), 0, false},
+              {two, click, 1, true},
+              {two, hide, -1, false},
+              {two, takeParent, -1, false}}) {
             const QPointer parent(new QWidget);
             parent->show();
             MessageBoxAlerts alerts;
@@ -53,7 +55,8 @@ private Q_SLOTS:
             });
             QCOMPARE(alerts.runModal({.messageText = QStringLiteral("Screen Capture"),
                                       .informativeText = QStringLiteral("Failed: <b>no</b>"),
-                                      .buttons = buttons}),
+                                      .buttons = buttons,
+                                      .escapesToFirst = escapesToFirst}),
                      result);
             QCOMPARE(format, Qt::PlainText);
             QCOMPARE(modality, Qt::ApplicationModal);

@@ -7,6 +7,8 @@
 #include <QCoroTask>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
 #include <QTimer>
 
@@ -146,9 +148,10 @@ private Q_SLOTS:
             QTest::newRow(name) << answer << QString::fromUtf8(result);
         };
         row("until the end", "HTTP/1.1 200 OK\r\n\r\n" + good, "1.5.0 https://x 1");
-        for (const char *status : {"201 Created", "202 Accepted", "304 Not Modified", "400 No",
-                                   "401 No\r\nWWW-Authenticate: Basic realm=\"x\"", "404 No",
-                                   "500 No", "503 No", "999 No"}) {
+        for (const char *status :
+             {"201 Created", "202 Accepted", "304 Not Modified", "400 No",
+              "401 No\r\nWWW-Authenticate: Basic realm=\"x\"", "404 No",
+              "407 No\r\nProxy-Authenticate: Basic realm=\"x\"", "500 No", "503 No", "999 No"}) {
             const QByteArray code(status, 3);
             row(status, message(status, good),
                 ("httpError(statusCode: " + code + ")|HTTP error: " + code).constData());
@@ -157,7 +160,7 @@ private Q_SLOTS:
         row("not HTTP", "SSH-2.0-OpenSSH_9\r\n\r\n",
             "invalidResponse|Invalid response from server");
         row("no answer", "", "invalidResponse");
-        row("half an answer", message("200 OK", good).chopped(9), "Connection closed");
+        row("half an answer", message("200 OK", good).chopped(9), "RemoteHostClosedError");
         row("long", message("200 OK", good + QByteArray(10'000'000, ' ')),
             "The answer is too long.");
         row("long refusal", message("500 No", QByteArray(10'000'000, ' ')),
@@ -227,7 +230,7 @@ private Q_SLOTS:
               authority_.serverNamed(QStringLiteral("IP:127.0.0.2"))}) {
             const HttpsServer server(configuration, answer);
             const QString text = ask(server.address());
-            QVERIFY2(text.contains(QStringLiteral("SSL")), qPrintable(text));
+            QVERIFY2(text.startsWith(QStringLiteral("SslHandshakeFailedError|")), qPrintable(text));
             QCOMPARE(server.requests().size(), 0);
         }
     }
@@ -237,7 +240,7 @@ private Q_SLOTS:
         using Row = std::pair<QString, const char *>;
         const QString gone = HttpsServer(trusted_, {}).address();
         for (const auto &[address, result] :
-             {Row(gone, "refused"),
+             {Row(gone, "ConnectionRefusedError"),
               Row(QStringLiteral("https://[x/"), "invalidURL|Invalid API URL"),
               Row(QString(), "invalidURL"), Row(QStringLiteral("https://"), "invalidURL"),
               Row(QString(gone).replace(QStringLiteral("https"), QStringLiteral("http")),
@@ -245,6 +248,23 @@ private Q_SLOTS:
             const QString text = ask(address);
             QVERIFY2(text.contains(QLatin1String(result)), qPrintable(address + u' ' + text));
         }
+    }
+
+    void refusalOfAProxy_isTheTransportsError()
+    {
+        QTcpServer proxy;
+        QVERIFY(proxy.listen(QHostAddress::LocalHost));
+        connect(&proxy, &QTcpServer::newConnection, &proxy, [&proxy] {
+            QTcpSocket *const connection = proxy.nextPendingConnection();
+            connect(connection, &QTcpSocket::readyRead, connection, [connection] {
+                connection->write(message("407 No\r\nProxy-Authenticate: Basic realm=\"x\"", {}));
+            });
+        });
+        const auto address = QStringLiteral("http://127.0.0.1:%1").arg(proxy.serverPort());
+        qputenv("https_proxy", address.toLatin1());
+        const QString text = ask(QStringLiteral("https://updates.example/x"));
+        qunsetenv("https_proxy");
+        QCOMPARE(text.section(u'|', 0, 0), QStringLiteral("ProxyAuthenticationRequiredError"));
     }
 
     void request_ends_whenItsOwnerGoes()

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/WindowStack.h"
+
+#include "platform/x11/Compositing.h"
+#include "platform/x11/ServerId.h"
+#include "platform/x11/WindowProperties.h"
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <span>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+using Tree = Reply<xcb_query_tree_reply_t>;
+
+Tree treeOf(const Connection &connection, xcb_window_t window)
+{
+    return Tree(
+        xcb_query_tree_reply(connection.get(), xcb_query_tree(connection.get(), window), nullptr));
+}
+
+/**
+ * Mutter and its kin leave windows that are minimised or on another workspace mapped, below a
+ * window without pixels that catches the pointer. Nobody else tells which those are.
+ */
+bool isGuard(const Connection &connection, xcb_window_t window)
+{
+    constexpr std::uint32_t longest = 64;
+    return propertyOf(connection, window, "WM_NAME", longest).endsWith(" guard window");
+}
+
+/** Those below `top` that are mapped and have pixels, as yet without a shape. */
+std::vector<StackedWindow> mappedWindows(const Connection &connection, xcb_window_t top)
+{
+    const Tree tree = treeOf(connection, connection.root());
+    if (!tree) {
+        return {};
+    }
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             std::size_t(xcb_query_tree_children_length(tree.get())));
+    const std::span below(children.begin(), std::ranges::find(children, top));
+    std::vector<xcb_get_window_attributes_cookie_t> asked;
+    asked.reserve(below.size());
+    for (const xcb_window_t window : below) {
+        asked.push_back(xcb_get_window_attributes(connection.get(), window));
+    }
+    std::vector<StackedWindow> mapped;
+    for (std::size_t i = 0; i < below.size(); ++i) {
+        const Reply<xcb_get_window_attributes_reply_t> reply(
+            xcb_get_window_attributes_reply(connection.get(), asked[i], nullptr));
+        if (!reply || reply->map_state != XCB_MAP_STATE_VIEWABLE) {
+            continue;
+        }
+        if (reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT) {
+            mapped.emplace_back();
+            mapped.back().id = below[i];
+            mapped.back().visual = reply->visual;
+        } else if (isGuard(connection, below[i])) {
+            mapped.clear();
+        }
+    }
+    return mapped;
+}
+
+/** What has been asked about a window. */
+struct Question {
+    Question(const Connection &connection, xcb_window_t window)
+        : connection_(connection.get())
+        , geometry_(xcb_get_geometry(connection_, window))
+    {
+        const Region region(connection, connection.newId());
+        xcb_xfixes_create_region_from_window(connection_, region.get(), window,
+                                             XCB_SHAPE_SK_BOUNDING);
+        shape_ = xcb_xfixes_fetch_region(connection_, region.get());
+    }
+
+    void answer(StackedWindow &window) const
+    {
+        const Reply<xcb_get_geometry_reply_t> geometry(
+            xcb_get_geometry_reply(connection_, geometry_, nullptr));
+        const Reply<xcb_xfixes_fetch_region_reply_t> shape(
+            xcb_xfixes_fetch_region_reply(connection_, shape_, nullptr));
+        if (!geometry || !shape) {
+            return;
+        }
+        constexpr std::uint8_t argbDepth = 32;
+        const int border = geometry->border_width;
+        window.origin = QPoint(geometry->x + border, geometry->y + border);
+        window.hasAlpha = geometry->depth == argbDepth;
+        window.shape = regionOf(*shape);
+        window.shape &= QRect(0, 0, geometry->width, geometry->height); // borders do not matter
+        window.shape.translate(window.origin);
+    }
+
+private:
+    xcb_connection_t *connection_;
+    xcb_get_geometry_cookie_t geometry_;
+    xcb_xfixes_fetch_region_cookie_t shape_{};
+};
+
+std::vector<xcb_window_t> managedClients(const Connection &connection)
+{
+    constexpr std::size_t longest = 1024;
+    const QByteArray list = propertyOf(connection, connection.root(), "_NET_CLIENT_LIST",
+                                       longest * sizeof(xcb_window_t));
+    std::vector<xcb_window_t> clients(std::size_t(list.size()) / sizeof(xcb_window_t));
+    std::memcpy(clients.data(), list.constData(), clients.size() * sizeof(xcb_window_t));
+    return clients;
+}
+
+/** Sets what windows, or those within their frames, ask of the compositor. */
+void setOpacities(const Connection &connection, std::vector<StackedWindow> &windows)
+{
+    std::vector<xcb_window_t> candidates = managedClients(connection);
+    for (const StackedWindow &window : windows) {
+        candidates.push_back(window.id);
+    }
+    const xcb_atom_t property = connection.atom("_NET_WM_WINDOW_OPACITY");
+    std::vector<xcb_get_property_cookie_t> asked;
+    asked.reserve(candidates.size());
+    for (const xcb_window_t window : candidates) {
+        asked.push_back(
+            xcb_get_property(connection.get(), 0, window, property, XCB_ATOM_CARDINAL, 0, 1));
+    }
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        const Reply<xcb_get_property_reply_t> reply(
+            xcb_get_property_reply(connection.get(), asked[i], nullptr));
+        if (!reply || reply->value_len != 1) {
+            continue;
+        }
+        std::uint32_t value = 0;
+        std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof value);
+        const auto found
+            = std::ranges::find(windows, topLevelOf(connection, candidates[i]), &StackedWindow::id);
+        if (found != windows.end()) {
+            found->opacity = double(value) / std::numeric_limits<std::uint32_t>::max();
+        }
+    }
+}
+
+} // namespace
+
+std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window_t top)
+{
+    std::vector<StackedWindow> windows = mappedWindows(connection, top);
+    std::vector<Question> questions;
+    questions.reserve(windows.size());
+    for (const StackedWindow &window : windows) {
+        questions.emplace_back(connection, window.id);
+    }
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        questions[i].answer(windows[i]);
+    }
+    if (isComposited(connection)) {
+        setOpacities(connection, windows);
+    } else { // what the server shows of a window is opaque
+        for (StackedWindow &window : windows) {
+            window.hasAlpha = false;
+        }
+    }
+    std::erase_if(windows, [](const StackedWindow &window) {
+        return window.shape.isEmpty() || window.opacity <= 0;
+    });
+    return windows;
+}
+
+QRegion regionOf(const xcb_xfixes_fetch_region_reply_t &reply)
+{
+    const std::span rectangles(xcb_xfixes_fetch_region_rectangles(&reply),
+                               std::size_t(xcb_xfixes_fetch_region_rectangles_length(&reply)));
+    QRegion region;
+    for (const xcb_rectangle_t &part : rectangles) {
+        region += QRect(part.x, part.y, part.width, part.height);
+    }
+    return region;
+}
+
+xcb_window_t topLevelOf(const Connection &connection, xcb_window_t window)
+{
+    while (window != 0) {
+        const Tree tree = treeOf(connection, window);
+        const xcb_window_t parent = tree ? tree->parent : 0;
+        if (parent == connection.root()) {
+            return window;
+        }
+        window = parent;
+    }
+    return 0;
+}
+
+} // namespace glimmerpane::x11

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/Connection.h"
+
+#include <QPoint>
+#include <QRegion>
+
+#include <xcb/xfixes.h>
+
+#include <vector>
+
+namespace glimmerpane::x11
+{
+
+/** A top-level window of which something is to be seen. */
+struct StackedWindow {
+    xcb_window_t id = 0;
+    QPoint origin; ///< root pixels
+    QRegion shape; ///< root pixels
+    xcb_visualid_t visual = 0;
+    bool hasAlpha = false; ///< and somebody heeds it
+    double opacity = 1; ///< above 0
+
+    bool isOpaque() const { return !hasAlpha && opacity >= 1; }
+
+    friend bool operator==(const StackedWindow &, const StackedWindow &) = default;
+};
+
+/** The windows below this top-level one, or all, the lowest first. Waits for the server. */
+std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window_t top);
+
+/** The rectangles of a region that the server holds. */
+QRegion regionOf(const xcb_xfixes_fetch_region_reply_t &reply);
+
+/**
+ * The window below the root that holds this one: itself, or the manager's frame around it. 0 where
+ * it is gone. Waits for the server.
+ */
+xcb_window_t topLevelOf(const Connection &connection, xcb_window_t window);
+
+} // namespace glimmerpane::x11
