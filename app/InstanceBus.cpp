@@ -43,8 +43,8 @@ CommandResult resultOf(const QDBusMessage &reply)
                 .output = values[1].toString(),
                 .error = values[2].toString()};
     }
-    return CommandResult::failure(
-        InstanceBus::tr("Glimmerpane is running but does not respond: %1").arg(reply.errorMessage()));
+    return CommandResult::failure(InstanceBus::tr("Glimmerpane is running but does not respond: %1")
+                                      .arg(reply.errorMessage()));
 }
 
 QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVariantList &arguments,
@@ -63,9 +63,11 @@ QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVari
 std::optional<CommandResult> objection(const QDBusMessage &answer)
 {
     if (answer.errorName() == u"org.freedesktop.DBus.Error.NoReply") {
-        return CommandResult::failure(InstanceBus::tr("Glimmerpane is running but does not respond."));
+        return CommandResult::failure(
+            InstanceBus::tr("Glimmerpane is running but does not respond."));
     }
-    const bool isReply = answer.type() == QDBusMessage::ReplyMessage; // older versions lack the method
+    const bool isReply
+        = answer.type() == QDBusMessage::ReplyMessage; // older versions lack the method
     const QString theirs = isReply ? answer.arguments().value(0).toString() : QString();
     const QString ours = qEnvironmentVariable("DISPLAY");
     if (theirs.isEmpty() || ours.isEmpty() || x11::isSameDisplay(theirs, ours)) {

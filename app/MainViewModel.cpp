@@ -254,7 +254,8 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
     if (answer == firstAlertButton && !desktop_.openPrivacySettings()) {
         runModal({.messageText = tr("Screen Recording"),
-                  .informativeText = tr("Glimmerpane does not know the settings program of this desktop.")
+                  .informativeText
+                  = tr("Glimmerpane does not know the settings program of this desktop.")
                       + QStringLiteral("\n\n") + reason.text,
                   .style = Alert::Style::Warning,
                   .buttons = {tr("OK")}});

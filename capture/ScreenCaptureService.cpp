@@ -120,8 +120,8 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     if (!started) {
         co_return failure(started.error());
     }
-    qCInfo(captureLog) << "capturing" << frame.width << "x" << frame.height << "points at" << frame.x
-                       << frame.y;
+    qCInfo(captureLog) << "capturing" << frame.width << "x" << frame.height << "points at"
+                       << frame.x << frame.y;
     stream_ = stream;
     installClickMonitor();
     co_return StartResult();
@@ -196,7 +196,8 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
         frames_.show(std::chrono::steady_clock::now());
     } else {
         frames_.drop();
-        qCDebug(captureLog, "the server is still busy with the previous frame, so this one is dropped");
+        qCDebug(captureLog,
+                "the server is still busy with the previous frame, so this one is dropped");
         stream.returnSampleBuffer(sample);
     }
 }

@@ -83,7 +83,7 @@ void SettingsFile::write(const QByteArray &value) const
     settings.setAtomicSyncRequired(true);
     settings.setValue(key, value);
     settings.sync();
-    qCInfo(storageLog, "saved %s", value.constData());
+    qCInfo(storageLog, "saving %s", value.constData());
 }
 
 SettingsFile captureFrameFile()

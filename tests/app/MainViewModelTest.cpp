@@ -168,8 +168,9 @@ private Q_SLOTS:
             "in "
             "System Settings > Privacy & Security > Screen Recording\n\ndenied|Open System "
             "Settings|Cancel");
-        const QString ending = QStringLiteral("notify Sharing Has Ended, warning|Sharing Has "
-                                              "Ended|The call no longer sees the area. why|OK");
+        const QString ending
+            = QStringLiteral("notify Sharing Has Ended, warning|Sharing Has "
+                             "Ended|Others in your call no longer see the area. why|OK");
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
         const QString question

@@ -93,7 +93,7 @@ private Q_SLOTS:
         QVERIFY(fixture.launch({areaOption, QStringLiteral("--share")}));
         QVERIFY(fixture.showsArea(area));
         fixture.program.sendSignal(SIGSTOP);
-        fixture.command("--stop", 1, "glimmerpane: Glimmerpane runs but does not answer.\n");
+        fixture.command("--stop", 1, "glimmerpane: Glimmerpane is running but does not respond.\n");
         fixture.program.sendSignal(SIGCONT);
         const QString name = QStringLiteral("DISPLAY");
         const QString display = fixture.environment.value(name);
