@@ -100,7 +100,7 @@ private Q_SLOTS:
         for (const QString &other :
              {display + u'9', display + QStringLiteral(".1"), QStringLiteral("host") + display}) {
             fixture.environment.insert(name, other);
-            fixture.command("--stop", 1, ("runs on display " + display.toLatin1()).constData());
+            fixture.command("--stop", 1, ("running on display " + display.toLatin1()).constData());
         }
         for (const QString &same :
              {display + QStringLiteral(".0"), QStringLiteral("unix") + display, QString()}) {
