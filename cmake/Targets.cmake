@@ -7,7 +7,7 @@ target_compile_options(glimmerpane_build_settings INTERFACE
 target_compile_definitions(glimmerpane_build_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
 if(GLIMMERPANE_SANITIZER)
-    # With instrumentation in between, GCC 12 no longer sees that an optional is set where it is read.
+    # With instrumentation, GCC 12 no longer sees that an optional is set before it is read.
     target_compile_options(glimmerpane_build_settings INTERFACE
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     set(sanitize -fsanitize=${GLIMMERPANE_SANITIZER} -fno-omit-frame-pointer)
@@ -15,8 +15,8 @@ if(GLIMMERPANE_SANITIZER)
     target_link_options(glimmerpane_build_settings INTERFACE ${sanitize})
 endif()
 
-# glimmerpane_library(NAME SOURCES ... USES ...): the static library of one folder. What it may
-# include and link is exactly what USES names.
+# glimmerpane_library(NAME SOURCES ... USES ...): the static library of one folder, which can
+# include and link only what USES names.
 function(glimmerpane_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})

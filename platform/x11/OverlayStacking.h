@@ -19,7 +19,7 @@ public:
     /** Whether an alert is open, which must be answered first. */
     static bool hasAlert();
 
-    /** Waits for the server while there is an alert. */
+    /** Raises the overlay, or keeps it below an open alert. Waits for the server then. */
     void restack(xcb_window_t overlay) const;
 
     /**
