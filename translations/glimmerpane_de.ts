@@ -35,19 +35,19 @@
     <name>glimmerpane::Commands</name>
     <message>
         <source>Glimmerpane is already running with the other kind of output window. Quit it first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Glimmerpane läuft bereits mit der anderen Art von Ausgabefenster. Beenden Sie es zuerst.</translation>
     </message>
     <message>
         <source>Glimmerpane is showing a message. Answer it first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Glimmerpane zeigt gerade eine Meldung an. Beantworten Sie diese zuerst.</translation>
     </message>
     <message>
         <source>The area is being selected. Confirm or cancel the selection first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Bereich wird gerade ausgewählt. Bestätigen Sie die Auswahl zuerst oder brechen Sie sie ab.</translation>
     </message>
     <message>
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Bereich kann nicht ausgewählt werden, solange er freigegeben ist. Beenden Sie zuerst die Freigabe.</translation>
     </message>
 </context>
 <context>
@@ -92,59 +92,59 @@
         <translation>Der X-Server lässt dieses Programm den Bildschirm nicht lesen. Verbinden Sie sich über SSH mit ssh -Y.</translation>
     </message>
     <message>
-        <source>The area is not on any display. Set one that is.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>The connection to the X server was lost.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Verbindung zum X-Server ist abgebrochen.</translation>
     </message>
     <message>
         <source>The system has no file descriptors left.</source>
-        <translation type="unfinished"></translation>
+        <translation>Das System hat keine freien Dateideskriptoren mehr.</translation>
     </message>
     <message>
         <source>Cannot connect to an X server (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es kann keine Verbindung zu einem X-Server hergestellt werden (DISPLAY ist „%1“). Starten Sie Glimmerpane in einer X11-Sitzung.</translation>
     </message>
     <message>
         <source>The X server lacks the %1 extension, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dem X-Server fehlt die Erweiterung %1, oder er lässt dieses Programm sie nicht benutzen. Schalten Sie sie in der Konfiguration des Servers ein; verbinden Sie sich über SSH mit ssh -Y.</translation>
     </message>
     <message>
         <source>no window manager here keeps a list of windows</source>
-        <translation type="unfinished"></translation>
+        <translation>hier führt kein Fensterverwalter eine Liste der Fenster</translation>
     </message>
     <message>
         <source>%1 tiles every window that it lists</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 ordnet alle aufgelisteten Fenster als Kacheln an</translation>
     </message>
     <message>
         <source>%1 will not be listed: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ wird nicht aufgelistet: %2.</translation>
     </message>
     <message>
         <source>The X server cannot draw pictures in the screen&apos;s format.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der X-Server kann keine Bilder im Format des Bildschirms zeichnen.</translation>
     </message>
     <message>
         <source>This is a Wayland session, in which X11 programs cannot read the screen. Log in to an X11 session instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dies ist eine Wayland-Sitzung, in der X11-Programme den Bildschirm nicht lesen können. Melden Sie sich stattdessen in einer X11-Sitzung an.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
     <message>
-        <source>Glimmerpane runs but does not answer: %1</source>
+        <source>Glimmerpane is running but does not respond: %1</source>
         <translation>Glimmerpane läuft, antwortet aber nicht: %1</translation>
     </message>
     <message>
-        <source>Glimmerpane runs but does not answer.</source>
-        <translation type="unfinished"></translation>
+        <source>Glimmerpane is running but does not respond.</source>
+        <translation>Glimmerpane läuft, antwortet aber nicht.</translation>
     </message>
     <message>
-        <source>Glimmerpane runs on display %1, not on this one.</source>
-        <translation type="unfinished"></translation>
+        <source>Glimmerpane is already running on display %1.</source>
+        <translation>Glimmerpane läuft bereits auf dem Display %1.</translation>
     </message>
 </context>
 <context>
@@ -163,15 +163,15 @@
     </message>
     <message>
         <source>Only one of --share, --stop and --select can be used at a time.</source>
-        <translation type="unfinished"></translation>
+        <translation>Von --share, --stop und --select kann nur eines angegeben werden.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ ist kein Bereich. Ein Bereich besteht aus vier Zahlen: X,Y,BREITExHÖHE.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ ist keine Art von Ausgabefenster. Geben Sie managed oder unlisted an.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -196,26 +196,33 @@ Options:
 If Glimmerpane is already running, it does what is asked; without options its
 window comes to the front. The exit code is 0, 1 (failed) or 2 (usage).
 </source>
-        <translation type="unfinished"></translation>
+        <translation>Aufruf: glimmerpane [Optionen]
+Gibt einen Teil des Bildschirms in einem Videogespräch frei: Geben Sie dort das
+Fenster „Glimmerpane - Output“ frei.
+
+Optionen:
+  --area X,Y,BREITExHÖHE   Den Bereich setzen und speichern, in Punkten; X und Y
+                           sind seine linke untere Ecke, gezählt von der linken
+                           unteren Ecke des Hauptbildschirms.
+  --share                  Die Freigabe sofort starten.
+  --stop                   Die Freigabe beenden.
+  --select                 Den Bereich auf dem Bildschirm auswählen.
+  --status                 Als JSON ausgeben: den Bereich, ob er freigegeben ist,
+                           die in der letzten Sekunde gezeigten und die
+                           ausgelassenen Bilder.
+  --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
+                           lassen, für Programme, die nur anbieten, was er
+                           auflistet.
+  -h, --help               Diese Hilfe ausgeben und beenden.
+  -v, --version            Die Version ausgeben und beenden.
+
+Läuft Glimmerpane bereits, führt es aus, was verlangt wird; ohne Optionen kommt
+sein Fenster nach vorn. Der Rückgabewert ist 0, 1 (Fehler) oder 2 (Aufruf).
+</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::MainViewModel</name>
-    <message>
-        <source>The width and the height of the area must be finite numbers.</source>
-        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and its height must be at least 1.</source>
-        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. A side can have at most %n pixels.</source>
-        <translation>
-            <numerusform>Der Bereich ist zu groß. Eine Seite darf höchstens %n Pixel haben.</numerusform>
-            <numerusform>Der Bereich ist zu groß. Eine Seite darf höchstens %n Pixel haben.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Screen Capture</source>
         <translation>Bildschirmaufnahme</translation>
@@ -259,52 +266,67 @@ Neue Version: %2</translation>
         <translation>Neue Version herunterladen</translation>
     </message>
     <message>
-        <source>The position of the area must be numbers.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The area is not on any display. Set one that is.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Set Area</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Sharing was stopped before it had begun.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bereich festlegen</translation>
     </message>
     <message>
         <source>Screen Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Glimmerpane knows no settings program for this desktop.</source>
-        <translation type="unfinished"></translation>
+        <translation>Bildschirmaufnahme</translation>
     </message>
     <message>
         <source>Stop Sharing and Quit?</source>
-        <translation type="unfinished"></translation>
+        <translation>Freigabe beenden und Programm schließen?</translation>
     </message>
     <message>
         <source>The others in your call will no longer see the shared area.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die anderen im Gespräch sehen den freigegebenen Bereich dann nicht mehr.</translation>
     </message>
     <message>
         <source>Keep Sharing</source>
-        <translation type="unfinished"></translation>
+        <translation>Weiter freigeben</translation>
     </message>
     <message>
         <source>Stop and Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>Beenden und schließen</translation>
     </message>
     <message>
         <source>Sharing Has Ended</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Freigabe wurde beendet</translation>
     </message>
     <message>
-        <source>The call no longer sees the area. %1</source>
-        <translation type="unfinished"></translation>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s position must be numbers.</source>
+        <translation>Die Position des Bereichs muss aus Zahlen bestehen.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Die Freigabe wurde beendet, bevor sie begonnen hatte.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane does not know the settings program of this desktop.</source>
+        <translation>Glimmerpane kennt das Einstellungsprogramm dieses Desktops nicht.</translation>
+    </message>
+    <message>
+        <source>Others in your call no longer see the area. %1</source>
+        <translation>Die anderen im Gespräch sehen den Bereich nicht mehr. %1</translation>
     </message>
 </context>
 <context>
@@ -328,8 +350,8 @@ Neue Version: %2</translation>
 <context>
     <name>glimmerpane::SettingsFile</name>
     <message>
-        <source>Settings are neither read from %1 nor saved there: it is too large, or no file.</source>
-        <translation type="unfinished"></translation>
+        <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
+        <translation>Einstellungen werden aus %1 weder gelesen noch dort gespeichert: zu groß oder keine reguläre Datei.</translation>
     </message>
 </context>
 <context>

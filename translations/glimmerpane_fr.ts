@@ -35,19 +35,19 @@
     <name>glimmerpane::Commands</name>
     <message>
         <source>Glimmerpane is already running with the other kind of output window. Quit it first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Glimmerpane est déjà lancé avec l’autre type de fenêtre de sortie. Quittez-le d’abord.</translation>
     </message>
     <message>
         <source>Glimmerpane is showing a message. Answer it first.</source>
-        <translation type="unfinished"></translation>
+        <translation>Glimmerpane affiche un message. Répondez-y d’abord.</translation>
     </message>
     <message>
         <source>The area is being selected. Confirm or cancel the selection first.</source>
-        <translation type="unfinished"></translation>
+        <translation>La zone est en cours de sélection. Confirmez ou annulez d’abord la sélection.</translation>
     </message>
     <message>
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
-        <translation type="unfinished"></translation>
+        <translation>La zone ne peut pas être sélectionnée pendant qu’elle est partagée. Arrêtez d’abord le partage.</translation>
     </message>
 </context>
 <context>
@@ -92,59 +92,59 @@
         <translation>Le serveur X ne laisse pas ce programme lire l’écran. Par SSH, connectez-vous avec ssh -Y.</translation>
     </message>
     <message>
-        <source>The area is not on any display. Set one that is.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>The connection to the X server was lost.</source>
-        <translation type="unfinished"></translation>
+        <translation>La connexion au serveur X a été perdue.</translation>
     </message>
     <message>
         <source>The system has no file descriptors left.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le système n’a plus de descripteur de fichier disponible.</translation>
     </message>
     <message>
         <source>Cannot connect to an X server (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
-        <translation type="unfinished"></translation>
+        <translation>Impossible de se connecter à un serveur X (DISPLAY vaut «&#xa0;%1&#xa0;»). Lancez Glimmerpane dans une session X11.</translation>
     </message>
     <message>
         <source>The X server lacks the %1 extension, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
-        <translation type="unfinished"></translation>
+        <translation>L’extension %1 manque au serveur X, ou il ne laisse pas ce programme l’utiliser. Activez-la dans la configuration du serveur&#x202f;; par SSH, connectez-vous avec ssh -Y.</translation>
     </message>
     <message>
         <source>no window manager here keeps a list of windows</source>
-        <translation type="unfinished"></translation>
+        <translation>aucun gestionnaire de fenêtres ne tient ici la liste des fenêtres</translation>
     </message>
     <message>
         <source>%1 tiles every window that it lists</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 dispose en mosaïque toutes les fenêtres de sa liste</translation>
     </message>
     <message>
         <source>%1 will not be listed: %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>«&#xa0;%1&#xa0;» ne sera pas dans la liste&#xa0;: %2.</translation>
     </message>
     <message>
         <source>The X server cannot draw pictures in the screen&apos;s format.</source>
-        <translation type="unfinished"></translation>
+        <translation>Le serveur X ne peut pas dessiner d’images au format de l’écran.</translation>
     </message>
     <message>
         <source>This is a Wayland session, in which X11 programs cannot read the screen. Log in to an X11 session instead.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ceci est une session Wayland, dans laquelle les programmes X11 ne peuvent pas lire l’écran. Ouvrez plutôt une session X11.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
     <message>
-        <source>Glimmerpane runs but does not answer: %1</source>
+        <source>Glimmerpane is running but does not respond: %1</source>
         <translation>Glimmerpane est lancé mais ne répond pas&#xa0;: %1</translation>
     </message>
     <message>
-        <source>Glimmerpane runs but does not answer.</source>
-        <translation type="unfinished"></translation>
+        <source>Glimmerpane is running but does not respond.</source>
+        <translation>Glimmerpane est lancé mais ne répond pas.</translation>
     </message>
     <message>
-        <source>Glimmerpane runs on display %1, not on this one.</source>
-        <translation type="unfinished"></translation>
+        <source>Glimmerpane is already running on display %1.</source>
+        <translation>Glimmerpane est déjà lancé sur l’affichage %1.</translation>
     </message>
 </context>
 <context>
@@ -163,15 +163,15 @@
     </message>
     <message>
         <source>Only one of --share, --stop and --select can be used at a time.</source>
-        <translation type="unfinished"></translation>
+        <translation>Une seule des options --share, --stop et --select peut être utilisée à la fois.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
-        <translation type="unfinished"></translation>
+        <translation>«&#xa0;%1&#xa0;» n’est pas une zone. Une zone se compose de quatre nombres&#xa0;: X,Y,LARGEURxHAUTEUR.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
-        <translation type="unfinished"></translation>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un type de fenêtre de sortie. Indiquez managed ou unlisted.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -196,26 +196,35 @@ Options:
 If Glimmerpane is already running, it does what is asked; without options its
 window comes to the front. The exit code is 0, 1 (failed) or 2 (usage).
 </source>
-        <translation type="unfinished"></translation>
+        <translation>Utilisation&#xa0;: glimmerpane [options]
+Partage une partie de l’écran dans un appel vidéo&#xa0;: partagez-y la fenêtre
+«&#xa0;Glimmerpane - Output&#xa0;».
+
+Options&#xa0;:
+  --area X,Y,LARGEURxHAUTEUR
+                           Définir et enregistrer la zone, en points&#x202f;; X et Y
+                           sont son coin inférieur gauche, compté depuis le coin
+                           inférieur gauche de l’écran principal.
+  --share                  Démarrer le partage aussitôt.
+  --stop                   Arrêter le partage.
+  --select                 Sélectionner la zone à l’écran.
+  --status                 Afficher en JSON la zone, si elle est partagée, le
+                           nombre d’images montrées dans la dernière seconde et
+                           celui des images perdues.
+  --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
+                           de sortie, pour les programmes qui ne proposent que
+                           ce qu’il liste.
+  -h, --help               Afficher cette aide et quitter.
+  -v, --version            Afficher la version et quitter.
+
+Si Glimmerpane est déjà lancé, c’est lui qui fait ce qui est demandé&#x202f;; sans
+option, sa fenêtre passe au premier plan. Le code de sortie est 0, 1 (échec) ou
+2 (usage).
+</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::MainViewModel</name>
-    <message>
-        <source>The width and the height of the area must be finite numbers.</source>
-        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and its height must be at least 1.</source>
-        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. A side can have at most %n pixels.</source>
-        <translation>
-            <numerusform>La zone est trop grande. Un côté peut avoir au plus %n pixel.</numerusform>
-            <numerusform>La zone est trop grande. Un côté peut avoir au plus %n pixels.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Screen Capture</source>
         <translation>Capture d’écran</translation>
@@ -259,52 +268,67 @@ Nouvelle version&#xa0;: %2</translation>
         <translation>Télécharger la nouvelle version</translation>
     </message>
     <message>
-        <source>The position of the area must be numbers.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>The area is not on any display. Set one that is.</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>Set Area</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Sharing was stopped before it had begun.</source>
-        <translation type="unfinished"></translation>
+        <translation>Définir la zone</translation>
     </message>
     <message>
         <source>Screen Recording</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
-        <source>Glimmerpane knows no settings program for this desktop.</source>
-        <translation type="unfinished"></translation>
+        <translation>Enregistrement de l’écran</translation>
     </message>
     <message>
         <source>Stop Sharing and Quit?</source>
-        <translation type="unfinished"></translation>
+        <translation>Arrêter le partage et quitter&#x202f;?</translation>
     </message>
     <message>
         <source>The others in your call will no longer see the shared area.</source>
-        <translation type="unfinished"></translation>
+        <translation>Les autres participants à l’appel ne verront plus la zone partagée.</translation>
     </message>
     <message>
         <source>Keep Sharing</source>
-        <translation type="unfinished"></translation>
+        <translation>Continuer le partage</translation>
     </message>
     <message>
         <source>Stop and Quit</source>
-        <translation type="unfinished"></translation>
+        <translation>Arrêter et quitter</translation>
     </message>
     <message>
         <source>Sharing Has Ended</source>
-        <translation type="unfinished"></translation>
+        <translation>Le partage est terminé</translation>
     </message>
     <message>
-        <source>The call no longer sees the area. %1</source>
-        <translation type="unfinished"></translation>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s position must be numbers.</source>
+        <translation>La position de la zone doit être donnée par des nombres.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixel.</numerusform>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixels.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Le partage a été arrêté avant d’avoir commencé.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane does not know the settings program of this desktop.</source>
+        <translation>Glimmerpane ne connaît pas le programme de paramètres de ce bureau.</translation>
+    </message>
+    <message>
+        <source>Others in your call no longer see the area. %1</source>
+        <translation>Les autres participants à l’appel ne voient plus la zone. %1</translation>
     </message>
 </context>
 <context>
@@ -328,8 +352,8 @@ Nouvelle version&#xa0;: %2</translation>
 <context>
     <name>glimmerpane::SettingsFile</name>
     <message>
-        <source>Settings are neither read from %1 nor saved there: it is too large, or no file.</source>
-        <translation type="unfinished"></translation>
+        <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
+        <translation>Les paramètres ne sont ni lus dans %1 ni enregistrés&#xa0;: il est trop volumineux ou n’est pas un fichier ordinaire.</translation>
     </message>
 </context>
 <context>

@@ -51,7 +51,7 @@ bool sameLook(const std::optional<PointerSprite> &a, const std::optional<Pointer
 
 Error areaGone()
 {
-    return {.text = Error::tr("The area is not on any display. Set one that is."),
+    return {.text = Error::tr("The area is not on any display. Move it onto one."),
             .log = QStringLiteral("no monitor is under the area")};
 }
 
