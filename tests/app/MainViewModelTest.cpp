@@ -25,7 +25,7 @@ struct Session : FakeApplication {
     }
 };
 
-/** What is printed on standard output meanwhile. */
+/** Captures what is printed on standard output. */
 struct StandardOutput {
     const x11::FileDescriptor own{dup(STDOUT_FILENO)};
     const x11::FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};

@@ -27,7 +27,7 @@ struct InstanceFixture : SelectorFixture {
 
 } // namespace
 
-/** What a second launch does to the program that runs. */
+/** What a second launch does to the running program. */
 class InstanceTest : public QObject
 {
     Q_OBJECT
@@ -69,7 +69,7 @@ private Q_SLOTS:
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
         fixture.command("--share", 1, "is showing a message");
 
-        // Who launches it again sees the alert, though no window manager keeps it on top.
+        // Launching it again shows the alert, though no window manager keeps it on top.
         const auto main = fixture.mainWindow();
         constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(fixture.client.connection(), *main, XCB_CONFIG_WINDOW_STACK_MODE,
