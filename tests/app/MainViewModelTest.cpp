@@ -222,8 +222,8 @@ private Q_SLOTS:
             "*, #, stays, close, stop, told, stays, quits");
         row("denied", {deny, start, answer}, "?, settings");
         row("denied, without a settings program", {deny, loseSettings, start, answer},
-            "?, settings, warning|Screen Recording|Glimmerpane knows no settings program for this "
-            "desktop.\n\ndenied|OK");
+            "?, settings, warning|Screen Recording|Glimmerpane does not know the settings program "
+            "of this desktop.\n\ndenied|OK");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
         row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",
