@@ -66,8 +66,8 @@ std::optional<CommandResult> objection(const QDBusMessage &answer)
         return CommandResult::failure(
             InstanceBus::tr("Glimmerpane is running but does not respond."));
     }
-    const bool isReply
-        = answer.type() == QDBusMessage::ReplyMessage; // older versions lack the method
+    // Older versions lack the method.
+    const bool isReply = answer.type() == QDBusMessage::ReplyMessage;
     const QString theirs = isReply ? answer.arguments().value(0).toString() : QString();
     const QString ours = qEnvironmentVariable("DISPLAY");
     if (theirs.isEmpty() || ours.isEmpty() || x11::isSameDisplay(theirs, ours)) {

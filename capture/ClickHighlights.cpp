@@ -24,8 +24,8 @@ constexpr auto stepInterval = std::chrono::nanoseconds(1s) / 60;
 QImage clickRing(const QColor &color, double scale)
 {
     const double reach = (diameter + lineWidth) / 2 * scale; // in pixels
-    const int half
-        = static_cast<int>(std::ceil(reach)); // an integer, so that the centre lies between pixels
+    // An integer, so that the centre lies between pixels.
+    const int half = static_cast<int>(std::ceil(reach));
     QImage image(2 * half, 2 * half, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);

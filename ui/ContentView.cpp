@@ -253,8 +253,7 @@ void ContentView::refreshButtons()
     for (const auto &[button, enabled] : states) {
         if (!enabled && window()->focusWidget() == button) {
             leftButton_ = button;
-            setFocus(); // otherwise it would move to another button, which could be pressed by
-                        // mistake
+            setFocus(); // otherwise it would move to another button, easily pressed by mistake
         }
     }
     for (const auto &[button, enabled] : states) {
@@ -359,8 +358,7 @@ void ContentView::leaveField()
 {
     if (leaving_.isActive()) {
         leaving_.stop();
-        setFocus(); // away from the fields; with no focus at all, the next activation would pick a
-                    // button
+        setFocus(); // away from the fields; without any focus, activation would pick a button
     }
 }
 

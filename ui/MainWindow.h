@@ -43,8 +43,7 @@ private:
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;
     std::optional<QPoint> press_; ///< screen coordinates, while a press may still become a drag
-    std::optional<QPoint>
-        grabOffset_; ///< pointer position in the window, while we move it ourselves
+    std::optional<QPoint> grabOffset_; ///< the pointer in the window, while we move it ourselves
 };
 
 } // namespace glimmerpane

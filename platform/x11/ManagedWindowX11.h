@@ -44,8 +44,7 @@ private:
     bool isManaged_ = false;
     bool isPlaced_ = false; ///< and the manager was asked to place it
     bool isFramed_ = false; ///< the manager has put a frame window around it
-    bool isHiddenByServer_
-        = false; ///< redirected manually, so only we could draw it, and we do not
+    bool isHiddenByServer_ = false; ///< redirected manually, and we do not draw it
     bool isShown_ = false; ///< as an ordinary window, because it cannot be hidden
 };
 

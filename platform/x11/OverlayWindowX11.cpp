@@ -328,8 +328,7 @@ void OverlayWindowX11::lookForAlert(bool mayBeNew)
     if (!shown_ || (!hasAlert && !hasAlert_)) {
         return;
     }
-    if (mayBeNew) { // the alert or its frame, which comes later; also, a manager may have put us
-                    // back on top
+    if (mayBeNew) { // the alert, its later frame, or a manager that has put us back on top
         stayOnTop();
     }
     stacking_.yield(window_.get(), shown_->window);
