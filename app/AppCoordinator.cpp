@@ -55,7 +55,7 @@ std::expected<void, Error> AppCoordinator::showFrameSelector(
     if (controller->opened()) {
         controller->showWindow();
     } else {
-        delegate->windowWillClose(); // there never was one; else the caller would wait for ever
+        delegate->windowWillClose(); // it never opened, but the caller waits for this
     }
     return controller->opened();
 }

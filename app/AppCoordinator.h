@@ -33,7 +33,7 @@ private:
     Desktop &desktop_;
     std::shared_ptr<FrameSelectorWindowController> frameSelectorController_; ///< while it is open
     std::shared_ptr<WindowLifecycleDelegate> frameSelectorDelegate_;
-    std::shared_ptr<SharingWindow> sharingWindow_; ///< may be held while hidden
+    std::shared_ptr<SharingWindow> sharingWindow_; ///< may be hidden
 };
 
 } // namespace glimmerpane

@@ -13,7 +13,7 @@ enum class ExitCode {
     Misused = 2,
 };
 
-/** What a command line came to. */
+/** The outcome of a command line. */
 struct CommandResult {
     ExitCode exitCode = ExitCode::Succeeded;
     QString output; ///< a line for standard output, or empty

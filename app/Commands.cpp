@@ -21,7 +21,7 @@ Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
 namespace
 {
 
-/** A reply to who waits for the model to tell of an error, or of none. */
+/** Turns an error text from the model, empty on success, into a reply. */
 auto resultTo(const Commands::Reply &reply)
 {
     return [reply](const QString &error) {
@@ -33,7 +33,7 @@ auto resultTo(const Commands::Reply &reply)
 
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
-    qCInfo(appLog) << "another launch hands over" << command.arguments;
+    qCInfo(appLog) << "command from another launch:" << command.arguments;
     const auto options = launchOptions(command.arguments);
     if (!options) {
         reply(CommandResult::failure(options.error(), ExitCode::Misused));

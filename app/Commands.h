@@ -13,7 +13,7 @@ namespace glimmerpane
 
 class MainViewModel;
 
-/** Does what a command line asks of the running program. Main thread. */
+/** Carries out command lines in the running program. Main thread. */
 class Commands : public QObject
 {
     Q_OBJECT
@@ -21,16 +21,16 @@ class Commands : public QObject
 public:
     using Reply = InstanceBus::Reply;
 
-    /** `bringForward` shows the main window to a person. The model must outlive the commands. */
+    /** `bringForward` raises the main window. The model must outlive this object. */
     Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
              std::function<void(const QString &startupId)> bringForward);
 
-    /** For a command from another launch. */
+    /** Carries out a command line from another launch. */
     void obey(const CommandLine &command, const Reply &reply);
 
     /**
-     * Replies when everything asked for has been done, or has failed. What opens and ends with the
-     * person, as the selector does, counts as done when it is open.
+     * Replies once everything requested is done or has failed. The selector counts as done once it
+     * is open.
      */
     void obey(const LaunchOptions &options, const Reply &reply);
 

@@ -39,8 +39,8 @@ public:
 
 protected:
     /**
-     * Comes when the desktop's session ends, and after the main window has closed. Qt would first
-     * close all windows as a person does, and be asked whether that is meant.
+     * Quit arrives when the desktop session ends and after the main window has closed. By default,
+     * Qt would close all windows first, and the main window would ask for confirmation.
      */
     bool event(QEvent *event) override
     {
@@ -63,7 +63,7 @@ int print(const CommandResult &result)
     return static_cast<int>(result.exitCode);
 }
 
-/** Ends the program without taking anything down. */
+/** Ends the process without running destructors. */
 [[noreturn]] void leave(int code)
 {
     std::fflush(nullptr);
@@ -80,8 +80,9 @@ QStringList argumentsOf(int argc, char **argv)
 }
 
 /**
- * Qt calls exit() when the X server goes, and then no destructor of this program runs. To be called
- * after the repository has loaded: what Qt keeps of settings files is destroyed in reverse order.
+ * Qt calls exit() when the X server is gone, so this program's destructors never run. Call this
+ * after the repository has loaded: static destruction runs in reverse order, and Qt's cache of
+ * settings files must still exist.
  */
 void finishAtExit(FrameRepository *repository)
 {
@@ -110,7 +111,7 @@ std::unique_ptr<MainViewModel> makeViewModel(
     return model;
 }
 
-/** Part of the program, so that it has its icon where it is not installed, too. */
+/** Built into the program, so that it has an icon even when it is not installed. */
 QIcon windowIcon()
 {
     QIcon icon;
@@ -119,7 +120,7 @@ QIcon windowIcon()
     return icon;
 }
 
-/** Until the person quits. Nothing if another launch was quicker to be the session's program. */
+/** Runs until the user quits. Null if another launch became the session's instance first. */
 std::optional<int> runEventLoop(const LaunchOptions &options,
                                 GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
@@ -133,13 +134,13 @@ std::optional<int> runEventLoop(const LaunchOptions &options,
     const bool isCheckingForUpdates = glimmerpane->isCheckingForUpdates();
     glimmerpane.reset();
     if (isCheckingForUpdates) {
-        // Taking down the application waits for lookups of names, and a name server may be silent.
+        // Destroying the application waits for DNS lookups, which may take long to time out.
         leave(code);
     }
     return code;
 }
 
-/** What is settled without a window, or the options to go on with. */
+/** Handles what needs no window. Otherwise returns the options to go on with. */
 std::expected<LaunchOptions, CommandResult> settle(const CommandLine &commandLine)
 {
     const auto parsed = launchOptions(commandLine.arguments);
@@ -209,18 +210,19 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
 
 GlimmerpaneShareApp::~GlimmerpaneShareApp()
 {
-    // What still runs in the background uses the desktop.
+    // Background tasks still use the desktop.
     QThreadPool::globalInstance()->waitForDone();
 }
 
 void GlimmerpaneShareApp::launch(const LaunchOptions &options)
 {
-    // Set where a test harness hosts the program.
+    // Set when a test harness hosts the program.
     if (!qEnvironmentVariableIsSet("XCTestConfigurationFilePath")) {
         scheduleUpdateCheck();
     }
     window_.show();
-    // In the event loop: a signal could end that of an alert, but not one that has yet to begin.
+    // Deferred into the event loop: a signal can end an alert's loop only once the main loop is
+    // running.
     const auto obey = [this, options] {
         commands_.obey(options, [](const CommandResult &result) { print(result); });
     };
@@ -232,10 +234,10 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.setWindowState(window_.windowState() & ~Qt::WindowMinimized);
     window_.show();
     window_.raise();
-    window_.activateWindow(); // where no window manager runs
+    window_.activateWindow(); // for when no window manager is running
     desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
     if (QWidget *const alert = QApplication::activeModalWidget()) {
-        alert->raise(); // else the main window hides it there
+        alert->raise(); // otherwise the main window would cover it
         alert->activateWindow();
     }
 }
@@ -254,13 +256,13 @@ int runGlimmerpane(int argc, char **argv,
     const CommandLine commandLine{.arguments = argumentsOf(argc, argv),
                                   .startupId = qEnvironmentVariable("DESKTOP_STARTUP_ID")};
     const auto options = [&] {
-        // It translates, and unlike that of the windows it needs no display.
+        // Needed for translations. Unlike QApplication, it works without a display.
         const QCoreApplication application(argc, argv);
         installTranslations();
         return settle(commandLine);
     }();
     if (!options) {
-        leave(print(options.error())); // the bus's thread may run still
+        leave(print(options.error())); // the D-Bus thread may still be running
     }
     return runApplication(argc, argv, *options, commandLine, makeUpdateRepository);
 }

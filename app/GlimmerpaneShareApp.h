@@ -15,25 +15,25 @@
 namespace glimmerpane
 {
 
-/** Builds every long-lived object once and joins them. Main thread. */
+/** Creates all long-lived objects and connects them. Main thread. */
 class GlimmerpaneShareApp
 {
 public:
     using UpdateRepositoryMaker = std::unique_ptr<UpdateRepositoryProtocol> (*)();
 
-    /** No update client, no update check. */
+    /** Without an update client there is no update check. */
     GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
                         OffscreenWindowKind outputWindow);
     ~GlimmerpaneShareApp();
     Q_DISABLE_COPY_MOVE(GlimmerpaneShareApp)
 
-    /** Shows the main window and does what the command line asks for. */
+    /** Shows the main window and carries out the command line. */
     void launch(const LaunchOptions &options);
 
-    /** What other launches hand over is done here from now on. False if another program has it. */
+    /** Accepts commands from other launches from now on. False if another instance already does. */
     bool becomeTheInstance() { return bus_.claimName(); }
 
-    /** Whether the update service has been asked and has not answered yet. */
+    /** Whether an update request is still unanswered. */
     bool isCheckingForUpdates() const { return viewModel_->isCheckingForUpdates(); }
 
 private:
@@ -49,7 +49,7 @@ private:
     InstanceBus bus_;
 };
 
-/** The whole program, from the command line to the exit code: 0, 1 (failed) or 2 (usage). */
+/** Runs the whole program. Returns the exit code: 0, 1 (failed) or 2 (usage). */
 int runGlimmerpane(int argc, char **argv,
                    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository);
 

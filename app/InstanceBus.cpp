@@ -20,7 +20,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-// For a question that the main thread answers as soon as it can.
+// For a query that the main thread answers as soon as it can.
 constexpr std::chrono::milliseconds quickAnswer = 1500ms;
 // Longer than any command takes.
 constexpr std::chrono::milliseconds longestWait = 10s;
@@ -43,8 +43,8 @@ CommandResult resultOf(const QDBusMessage &reply)
                 .output = values[1].toString(),
                 .error = values[2].toString()};
     }
-    return CommandResult::failure(
-        InstanceBus::tr("Glimmerpane runs but does not answer: %1").arg(reply.errorMessage()));
+    return CommandResult::failure(InstanceBus::tr("Glimmerpane is running but does not respond: %1")
+                                      .arg(reply.errorMessage()));
 }
 
 QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVariantList &arguments,
@@ -57,22 +57,24 @@ QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVari
 }
 
 /**
- * Why the program must not be sent a command, if it gave this answer about its display: one that is
- * stopped would obey much later, and one elsewhere where nobody looks.
+ * Why the running instance must not be sent a command, judging by its answer about its display. A
+ * stopped process would carry it out much later, and one on another display out of sight.
  */
 std::optional<CommandResult> objection(const QDBusMessage &answer)
 {
     if (answer.errorName() == u"org.freedesktop.DBus.Error.NoReply") {
-        return CommandResult::failure(InstanceBus::tr("Glimmerpane runs but does not answer."));
+        return CommandResult::failure(
+            InstanceBus::tr("Glimmerpane is running but does not respond."));
     }
-    const bool isReply = answer.type() == QDBusMessage::ReplyMessage; // older ones do not know it
+    // Older versions lack the method.
+    const bool isReply = answer.type() == QDBusMessage::ReplyMessage;
     const QString theirs = isReply ? answer.arguments().value(0).toString() : QString();
     const QString ours = qEnvironmentVariable("DISPLAY");
     if (theirs.isEmpty() || ours.isEmpty() || x11::isSameDisplay(theirs, ours)) {
         return std::nullopt;
     }
     return CommandResult::failure(
-        InstanceBus::tr("Glimmerpane runs on display %1, not on this one.").arg(theirs));
+        InstanceBus::tr("Glimmerpane is already running on display %1.").arg(theirs));
 }
 
 bool isNobodyThere(const QDBusMessage &reply)
@@ -88,8 +90,8 @@ std::optional<CommandResult> handOver(const CommandLine &command)
     if (!isSessionBusThere()) {
         return std::nullopt;
     }
-    // A connection of its own, because the shared one belongs to the application object of the
-    // windows.
+    // Uses a separate connection because the shared one is tied to the application object, which
+    // does not exist yet.
     const QString connectionName = QStringLiteral("handOver");
     const auto disconnect
         = qScopeGuard([&] { QDBusConnection::disconnectFromBus(connectionName); });
@@ -126,7 +128,7 @@ bool InstanceBus::claimName()
     if (!bus.isConnected()) {
         return true;
     }
-    // The object comes first: who sees the name may call at once.
+    // Register the object first: clients may call as soon as they see the name.
     bus.registerObject(path(), this, QDBusConnection::ExportAllSlots);
     const auto answer = bus.interface()->registerService(name());
     return !answer.isValid() || answer.value() == QDBusConnectionInterface::ServiceRegistered;

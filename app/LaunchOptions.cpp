@@ -21,7 +21,7 @@ bool allNumbers(const AreaTexts &texts)
         texts, [](const QString &text) { return numberFromText(text).has_value(); });
 }
 
-/** X,Y,WIDTHxHEIGHT. An "x" may also belong to a hexadecimal number, so each one is tried. */
+/** Parses X,Y,WIDTHxHEIGHT. An "x" may be part of a hexadecimal number, so each one is tried. */
 std::optional<AreaTexts> areaTexts(const QString &text)
 {
     const QStringList parts = text.split(u',');
@@ -38,7 +38,7 @@ std::optional<AreaTexts> areaTexts(const QString &text)
     return std::nullopt;
 }
 
-/** What the person typed may go over several lines; the message about it does not. */
+/** Joins the lines of what the user typed, since the message must be a single line. */
 std::unexpected<QString> oneLine(const QString &message)
 {
     return std::unexpected(message.simplified());

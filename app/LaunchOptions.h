@@ -16,7 +16,7 @@ namespace glimmerpane
 
 /** What the command line asks for. */
 struct LaunchOptions {
-    /** The texts of x, y, width and height; all four are numbers. */
+    /** x, y, width and height as text; all four are valid numbers. */
     std::optional<std::array<QString, 4>> area;
     bool share = false;
     bool stop = false;
@@ -26,13 +26,13 @@ struct LaunchOptions {
     bool help = false;
     bool version = false;
 
-    /** Whether there is anything to do but to show the main window. */
+    /** Whether anything is requested beyond showing the main window. */
     bool asksForSomething() const { return area || share || stop || select || status; }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)
 };
 
-/** Reads the arguments after the program's name. The error is one line for a person. */
+/** Parses the arguments, without the program name. The error is one line for the user. */
 std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments);
 
 /** What --help prints. */

@@ -14,7 +14,7 @@ namespace glimmerpane
 namespace
 {
 
-// A signal handler takes no argument of ours, so where it writes has to be reachable from here.
+// A signal handler takes no user data, so the descriptor it writes to must be static.
 volatile std::sig_atomic_t wakeUp = -1;
 
 void handleSignal(int)
@@ -31,7 +31,7 @@ void quitOnSignals(QObject *parent)
     auto *const notifier = new QSocketNotifier(wakeUp, QSocketNotifier::Read, parent);
     QObject::connect(notifier, &QSocketNotifier::activated, parent, [notifier] {
         notifier->setEnabled(false);
-        // Unlike quit(), this also leaves the loop of an alert that is up.
+        // Unlike quit(), this also ends the event loop of an open alert.
         QCoreApplication::exit(0);
     });
     struct sigaction action{};

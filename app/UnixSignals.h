@@ -7,8 +7,8 @@ namespace glimmerpane
 {
 
 /**
- * Ends the application's event loop on SIGINT and SIGTERM, so that everything is taken down in
- * order. A second signal ends the process at once. Main thread, once; `parent` is the application.
+ * Ends the application's event loop on SIGINT and SIGTERM, for an orderly shutdown. A second signal
+ * ends the process immediately. Main thread, once; `parent` is the application.
  */
 void quitOnSignals(QObject *parent);
 

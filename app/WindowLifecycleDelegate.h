@@ -8,8 +8,8 @@ namespace glimmerpane
 {
 
 /**
- * Tells once that a window closes. Main thread; keep it alive by a shared pointer while it is told,
- * since the callback may let go of it.
+ * Reports once that a window closes. Main thread. Hold a shared pointer during the call, since the
+ * callback may release it.
  */
 class WindowLifecycleDelegate
 {
@@ -19,7 +19,7 @@ public:
     {
     }
 
-    std::function<void()> onClose; ///< empty once it has been called
+    std::function<void()> onClose; ///< empty after the call
 
     void windowWillClose()
     {

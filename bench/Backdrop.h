@@ -7,8 +7,8 @@ namespace glimmerpane::bench
 {
 
 /**
- * A desktop as a person may have it: wallpaper, a bar and some documents, laid out for an
- * area that is shared and, if `outlined`, with a fine line around it. Needs a QGuiApplication.
+ * A desktop as a user may have it: wallpaper, a bar and some documents, laid out for an area that
+ * is shared and, if `outlined`, with a fine line around it. Needs a QGuiApplication.
  */
 QImage drawBackdrop(QSize screen, const QRect &area, bool outlined = true);
 

@@ -28,7 +28,7 @@ struct Run {
     double stormRate = 0; ///< frames a second
 };
 
-/** What the program and the server used and how often the output was drawn into. */
+/** The program's and the server's usage, and how often the output was drawn into. */
 struct Spent {
     double cpu = 0; ///< milliseconds
     double seconds = 0;

@@ -67,7 +67,7 @@ QProcessEnvironment Desktop::environment() const
     environment.insert(QStringLiteral("XDG_CACHE_HOME"), folder_.filePath(QStringLiteral("cache")));
     environment.insert(QStringLiteral("XDG_DATA_HOME"), folder_.filePath(QStringLiteral("data")));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), folder_.path());
-    // An address that is no address keeps programs away from the person's own session bus.
+    // An invalid address keeps programs away from the user's own session bus.
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"),
                        bus_.isEmpty() ? QStringLiteral("disabled:") : bus_);
     return environment;

@@ -40,7 +40,7 @@ double millisecondsSince(Clock::time_point begin)
     return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
-/** What all runs of a session gave. */
+/** The results of all runs of a session. */
 struct Dragged {
     std::vector<double> openings; ///< milliseconds, as all times
     std::vector<double> moves;
@@ -50,7 +50,7 @@ struct Dragged {
     uint32_t lostWithout = 0; ///< in as long a time without a drag
 };
 
-/** Drags the selector as a person does and sees through another client what becomes of it. */
+/** Drags the selector as a user does and watches the result through another client. */
 struct Drag {
     const Desktop &desktop;
     const testing::XClient &watcher;

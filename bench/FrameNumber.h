@@ -17,7 +17,7 @@ inline constexpr int blockSize = 8; ///< pixels
 inline constexpr QSize stripSize(32 * blockSize, blockSize);
 inline constexpr uint32_t limit = 1U << 24; ///< numbers start again at 0 from here
 
-/** What draw() may write: the strip in the top-left corner and the digits below it. */
+/** Where draw() may write: the strip in the top-left corner and the digits below it. */
 QRect drawnArea(QSize picture);
 
 /** Draws into a 32-bit image of at least the strip's size. */

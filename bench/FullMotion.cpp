@@ -18,7 +18,7 @@ using testing::failure;
 constexpr double costTarget = 2.2;
 constexpr double rateTarget = 59;
 
-/** What one run gave; times are milliseconds. */
+/** The results of one run; times are in milliseconds. */
 struct Run {
     SeenFrames frames;
     double copy = 0;

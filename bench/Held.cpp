@@ -13,7 +13,7 @@ namespace glimmerpane::bench
 testing::Result<Held> heldBy(const testing::XClient &client, pid_t program)
 {
     constexpr std::chrono::seconds limit{10};
-    // The server refuses to tell of a connection that is closed between two questions.
+    // The server returns an error for a connection that closes between two requests.
     Result<ServerResources> onServer;
     testing::waitFor(
         [&] {

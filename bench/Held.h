@@ -9,7 +9,7 @@
 namespace glimmerpane::bench
 {
 
-/** What a program and, for it, the X server keep at a moment. */
+/** The resources that a program holds, and the X server for it, at one moment. */
 struct Held {
     double memory = 0; ///< resident, KiB
     double descriptors = 0;
@@ -17,7 +17,7 @@ struct Held {
     double resources = 0; ///< on the X server
     double pixmapBytes = 0; ///< the same
 
-    /** In words, for a person who watches. */
+    /** As text for the user. */
     QString text() const;
 };
 

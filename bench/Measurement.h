@@ -21,16 +21,18 @@ struct Extent {
     int cycles = 200; ///< of starting and stopping in one process
 };
 
-/** What every measurement is given. */
+/** The input of every measurement. */
 struct Measurement {
     QString executable; ///< Glimmerpane's
     Extent extent{};
     QDir folder{}; ///< for what a measurement writes besides its figures
     std::stop_token stop{};
-    std::function<void(const QString &)> progress; ///< tells a person what happens now
+    std::function<void(const QString &)> progress; ///< tells the user what is happening
 };
 
-/** What every run of a measurement gave, or why one failed; `tell` words a run's progress. */
+/**
+ * The results of all runs of a measurement, or why one failed; `tell` describes a run's progress.
+ */
 template<typename Run, typename Tell>
 testing::Result<std::vector<Run>> repeat(const Measurement &measurement,
                                          testing::Result<Run> (*measureRun)(const Measurement &),

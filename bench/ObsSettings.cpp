@@ -69,7 +69,7 @@ Result<QProcessEnvironment> write(const Desktop &desktop, const QRect &area)
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     environment.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
     environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("none"));
-    // One of its plugins asks for a newer list of servers at every start: let it ask nobody.
+    // One of its plugins requests a newer list of servers at every start: prevent that.
     for (const char *name : {"http_proxy", "https_proxy", "all_proxy"}) {
         environment.insert(QString::fromLatin1(name), QStringLiteral("http://127.0.0.1:9"));
     }

@@ -7,7 +7,7 @@
 namespace glimmerpane::bench
 {
 
-/** What a viewer saw of the numbered animation during a time. */
+/** What a viewer saw of the numbered animation during a period. */
 struct SeenFrames {
     double seconds = 0;
     int shown = 0; ///< different numbers read from the output

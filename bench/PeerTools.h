@@ -9,7 +9,7 @@
 namespace glimmerpane::bench
 {
 
-/** What shows a part of the screen in a window: this program and what people use instead. */
+/** The tools that show a part of the screen in a window: this program and alternatives. */
 enum class Tool { Glimmerpane, GStreamer, Ffplay, Obs };
 
 inline constexpr std::array tools{Tool::Glimmerpane, Tool::GStreamer, Tool::Ffplay, Tool::Obs};

@@ -22,7 +22,9 @@ struct PeerScene {
     double pixels() const { return static_cast<double>(size.width()) * size.height(); }
 };
 
-/** What one run of a tool gave. Processor time includes the server's beyond the animation's. */
+/**
+ * The results of one run of a tool. Processor time includes the server's beyond the animation's.
+ */
 struct PeerRun {
     double sourceRate = 0; ///< frames a second that the animation made meanwhile
     double shownRate = 0; ///< frames a second that the tool's window showed

@@ -20,7 +20,7 @@ struct ThreadUsage {
     uint64_t preemptions = 0; ///< involuntary context switches
 };
 
-/** What a process has used since its start. Threads that have ended are in `cpu` only. */
+/** A process's usage since its start. Threads that have ended are in `cpu` only. */
 struct ProcessUsage {
     std::chrono::nanoseconds cpu{}; ///< user and system, all threads, in clock ticks of 10 ms
     std::vector<ThreadUsage> threads;

@@ -8,7 +8,7 @@
 namespace glimmerpane::bench
 {
 
-/** What was used in a time while the numbered animation is on the screen. */
+/** Processor time used in a period with the numbered animation on the screen. */
 struct Spent {
     double seconds = 0;
     double server = 0; ///< milliseconds of processor time

@@ -7,7 +7,7 @@
 namespace glimmerpane::bench
 {
 
-/** Glimmerpane as a person runs it, on a private display. */
+/** Glimmerpane on a private display, run as by a user. */
 class Program
 {
 public:
@@ -77,7 +77,7 @@ xcb_window_t topLevelOf(const testing::XClient &client, xcb_window_t window);
 /** The value of --area for a rectangle of root pixels on a display of this size. */
 QString areaText(const QRect &area, QSize screen);
 
-/** Glimmerpane's executable: the one given, or else the one built beside this program. */
+/** Glimmerpane's executable: the given one, or else the one built next to this program. */
 QString executableOr(const QString &given);
 
 } // namespace glimmerpane::bench

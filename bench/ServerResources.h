@@ -11,7 +11,7 @@ namespace glimmerpane::bench
 using testing::Result;
 using testing::XClient;
 
-/** What the X server keeps for one process, over all of its connections. */
+/** The X server's resources for one process, over all of its connections. */
 struct ServerResources {
     int connections = 0;
     std::map<QString, uint32_t> counts; ///< by the resource type's name, such as "PIXMAP"

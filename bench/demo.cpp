@@ -38,7 +38,7 @@ void print(const Demonstration::Outcome &outcome, const QDir &folder)
 int main(int argc, char **argv)
 {
     const glimmerpane::bench::StopSignals signals;
-    // It draws pictures and never shows a window, nor has it business on anybody's session bus.
+    // It only draws pictures, and needs neither windows nor a session bus.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
     const QTemporaryDir runtimeFolder; // else Qt leaves one behind where the session has none

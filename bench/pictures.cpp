@@ -55,7 +55,7 @@ QUrl page(const char *name)
     return QUrl::fromLocalFile(QStringLiteral(PICTURES_PAGES "/") + QString::fromLatin1(name));
 }
 
-/** A person's pointer and keyboard. */
+/** A user's pointer and keyboard. */
 class Hand
 {
 public:

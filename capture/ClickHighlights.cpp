@@ -14,7 +14,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-constexpr double diameter = 60; // points, of the circle in the middle of the line
+constexpr double diameter = 60; // points, to the middle of the line
 constexpr double lineWidth = 4; // points
 constexpr std::chrono::duration<double> fadeDuration = 500ms;
 constexpr auto stepInterval = std::chrono::nanoseconds(1s) / 60;
@@ -23,8 +23,9 @@ constexpr auto stepInterval = std::chrono::nanoseconds(1s) / 60;
 
 QImage clickRing(const QColor &color, double scale)
 {
-    const double reach = (diameter + lineWidth) / 2 * scale; // pixels, as below
-    const int half = static_cast<int>(std::ceil(reach)); // a whole number has the centre between
+    const double reach = (diameter + lineWidth) / 2 * scale; // in pixels
+    // An integer, so that the centre lies between pixels.
+    const int half = static_cast<int>(std::ceil(reach));
     QImage image(2 * half, 2 * half, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);

@@ -13,19 +13,19 @@
 namespace glimmerpane
 {
 
-/** A ring of the size and look of a click highlight, `scale` pixels for each point. */
+/** The ring drawn for a click, at `scale` pixels per point. */
 QImage clickRing(const QColor &color, double scale);
 
-/** Rings that fade out over a picture. Costs nothing while there is none. Main thread. */
+/** Rings that fade out over a picture. Costs nothing while there are none. Main thread. */
 class ClickHighlights : public QObject
 {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /** The layer must outlive the object. */
+    /** The layer must outlive this object. */
     explicit ClickHighlights(DisplayLayer &layer);
 
-    /** Shows the image around a place (root pixels) and lets it fade. */
+    /** Shows the image centred on a position (root pixels) and fades it out. */
     void add(const QImage &image, QPoint centre);
 
 private:
@@ -39,7 +39,7 @@ private:
 
     DisplayLayer &layer_;
     std::vector<Ring> rings_; ///< the oldest first
-    QTimer timer_; ///< runs while there are rings, or one that ended is still shown
+    QTimer timer_; ///< runs while any ring is shown
     Clock::time_point nextStep_;
 };
 

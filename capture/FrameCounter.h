@@ -21,7 +21,7 @@ public:
 
     std::int64_t dropped() const { return dropped_; }
 
-    /** How many were shown within the second before `now`. */
+    /** Number of frames shown in the second before `now`. */
     std::int64_t inLastSecond(TimePoint now) const
     {
         const auto count = std::min(shown_, latest_.size());
@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    std::array<TimePoint, 128> latest_{}; ///< a ring; a second has 61 frames at most
+    std::array<TimePoint, 128> latest_{}; ///< ring buffer; a second has at most 61 frames
     std::size_t shown_ = 0;
     std::int64_t dropped_ = 0;
 };

@@ -29,7 +29,7 @@ StartResult failure(const Error &error)
     return std::unexpected(CaptureFailure{.description = error.text});
 }
 
-/** Of a size, the magnitude counts. */
+/** Makes a negative size positive. */
 Rect rectOf(const CaptureFrame &frame)
 {
     return {.x = frame.x,
@@ -38,7 +38,7 @@ Rect rectOf(const CaptureFrame &frame)
             .height = std::abs(frame.height)};
 }
 
-/** Stopping waits for the stream's thread, so it is done elsewhere. */
+/** Stopping waits for the stream's thread, so it is done on the thread pool. */
 void stopInBackground(std::shared_ptr<CaptureStream> stream)
 {
     std::ignore = QtConcurrent::run([stream = std::move(stream)] { stream->stopCapture(); });
@@ -71,8 +71,8 @@ ScreenCaptureService::ScreenCaptureService(Desktop &desktop)
 
 ScreenCaptureService::~ScreenCaptureService()
 {
-    // Starts and stops in flight use the desktop, and a start that nobody waits for any more has
-    // left its stream running.
+    // Pending starts and stops still use the desktop, and an abandoned start leaves its stream
+    // running.
     QThreadPool::globalInstance()->waitForDone();
     for (const auto &stream : starting_) {
         stream->stopCapture();
@@ -89,7 +89,7 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
 {
     const QPointer self(this);
     const Run run = ++run_;
-    clickMonitor_.reset(); // of a stream that had ended by itself
+    clickMonitor_.reset(); // left over from a stream that ended by itself
     window_ = window;
     captureFrame_ = frame;
     frames_ = {};
@@ -120,8 +120,8 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     if (!started) {
         co_return failure(started.error());
     }
-    qCInfo(captureLog) << "captures" << frame.width << "x" << frame.height << "points at" << frame.x
-                       << frame.y;
+    qCInfo(captureLog) << "capturing" << frame.width << "x" << frame.height << "points at"
+                       << frame.x << frame.y;
     stream_ = stream;
     installClickMonitor();
     co_return StartResult();
@@ -156,8 +156,8 @@ std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const MainDispla
 
 CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)
 {
-    // Called on the stream's thread. Whether the service is still there, and still in this run, can
-    // only be told on the main thread, so both are asked there.
+    // Called on the stream's thread. Only the main thread can tell whether the service still exists
+    // and is still in this run, so both are checked there.
     const auto onMainThread = [](auto work) {
         QMetaObject::invokeMethod(QCoreApplication::instance(), std::move(work),
                                   Qt::QueuedConnection);
@@ -177,7 +177,7 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
             .didStopWithError =
                 [=](const Error &error) {
                     onMainThread([=] {
-                        qCInfo(captureLog, "the stream has ended by itself");
+                        qCInfo(captureLog, "the stream ended by itself");
                         if (self && self->run_ == run && self->onCaptureEnded_) {
                             self->onCaptureEnded_(error.text);
                         }
@@ -196,7 +196,8 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
         frames_.show(std::chrono::steady_clock::now());
     } else {
         frames_.drop();
-        qCDebug(captureLog, "the server is not done with the frame before, so one is dropped");
+        qCDebug(captureLog,
+                "the server is still busy with the previous frame, so this one is dropped");
         stream.returnSampleBuffer(sample);
     }
 }
@@ -217,7 +218,7 @@ void ScreenCaptureService::handleGlobalClick(QPoint rootPixel)
     }
 }
 
-/** The same image as long as it looks the same, for the server keeps it. */
+/** Reuses the image as long as it looks the same, because the server caches it. */
 const QImage &ScreenCaptureService::ring()
 {
     const QColor blue = systemBlue(QGuiApplication::palette());
@@ -235,7 +236,7 @@ CaptureStatistics ScreenCaptureService::statistics() const
 
 void ScreenCaptureService::stopCapture()
 {
-    // A start in flight finds that its run is over and stops what it has started.
+    // A pending start finds that its run is over and stops its stream.
     ++run_;
     clickMonitor_.reset();
     highlights_.reset();
@@ -245,7 +246,7 @@ void ScreenCaptureService::stopCapture()
     source_ = {};
     frames_ = {};
     if (stream_) {
-        qCInfo(captureLog, "stops");
+        qCInfo(captureLog, "stopping the capture");
         stopInBackground(std::exchange(stream_, nullptr));
     }
 }

@@ -19,15 +19,15 @@ enum class CaptureError {
     noDisplayFound,
 };
 
-/** What a person is told of a failure that has no words of its own: its type and number. */
+/** What the user is told about a failure without a text of its own: its type and number. */
 QString describe(CaptureError error);
 
-/** What the stream of an area is asked for; `displayHeight` in points. */
+/** The stream configuration for an area; `displayHeight` is in points. */
 StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displayHeight);
 
 /**
- * Turns one rectangle of the first display into a live picture inside a window. All fields belong
- * to the main thread; only blocking calls of the desktop run elsewhere and are awaited.
+ * Shows one rectangle of the primary display live inside a window. All fields belong to the main
+ * thread; only blocking calls to the desktop run elsewhere and are awaited.
  */
 class ScreenCaptureService : public QObject, public CaptureServiceProtocol
 {
@@ -46,7 +46,7 @@ public:
     CaptureStatistics statistics() const override;
 
 private:
-    /** One start and what follows from it; a number that no other run has. */
+    /** Identifies one start and everything that follows from it. */
     using Run = int;
 
     std::expected<void, Error> setupPreviewLayer(SharingWindow &window);
@@ -66,12 +66,12 @@ private:
     std::weak_ptr<SharingWindow> window_;
     CaptureFrame captureFrame_;
     FrameCounter frames_; ///< of this run
-    QRect source_; ///< where the area lies now, root pixels
-    double scale_ = 1; ///< pixels for each point
+    QRect source_; ///< the area's current position, root pixels
+    double scale_ = 1; ///< pixels per point
     QImage ring_; ///< of clicks
     QColor ringColor_;
     Run run_ = 0;
-    std::vector<std::shared_ptr<CaptureStream>> starting_; ///< whose start is in flight
+    std::vector<std::shared_ptr<CaptureStream>> starting_; ///< whose start is pending
 };
 
 } // namespace glimmerpane

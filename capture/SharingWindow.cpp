@@ -19,7 +19,7 @@ SharingWindow::SharingWindow(Desktop &desktop, QSize size)
 
 void SharingWindow::close()
 {
-    // The callback may let go of this window.
+    // The callback may release this window.
     if (const auto request = onCloseRequest) {
         request();
     }
@@ -62,7 +62,7 @@ std::expected<OffscreenWindow *, Error> SharingWindow::content() const
 QPoint unseenOrigin(QSize size)
 {
     constexpr int faraway = -10000;
-    // A window larger than that in both directions would reach onto the screen from there.
+    // A window larger than that in both directions would reach onto the screen.
     const bool reachesScreen = std::min(size.width(), size.height()) > -faraway;
     return {faraway, reachesScreen ? -size.height() : faraway};
 }

@@ -17,22 +17,22 @@ namespace glimmerpane
 class Desktop;
 
 /**
- * The window "Glimmerpane - Output" that people share in a call. Shows nothing of its own: the
- * capture service draws into its content. Closing it is a request to its owner. Main thread.
+ * The window "Glimmerpane - Output" that people share in a call. The capture service draws its
+ * content. Closing it only notifies its owner. Main thread.
  */
 class SharingWindow
 {
 public:
     /**
-     * A hidden, black window with content of `size` pixels. Where the X server refuses it, the
-     * window never becomes visible and content() tells why.
+     * Creates a hidden, black window with content of `size` pixels. If the X server refuses, the
+     * window never becomes visible and content() returns the error.
      */
     SharingWindow(Desktop &desktop, QSize size);
 
     /** Called instead of closing the window. */
     std::function<void()> onCloseRequest;
 
-    /** Calls onCloseRequest and nothing more. */
+    /** Only calls onCloseRequest. */
     void close();
 
     void orderFront();
@@ -42,14 +42,14 @@ public:
     /** Root pixels. */
     void setFrameOrigin(QPoint origin);
 
-    /** What is drawn into; lives as long as this window. */
+    /** The window to draw into; lives as long as this object. */
     std::expected<OffscreenWindow *, Error> content() const;
 
 private:
     std::expected<std::unique_ptr<OffscreenWindow>, Error> content_;
 };
 
-/** Where a window with content of `size` pixels lies unseen, root pixels. */
+/** An off-screen position for a window with content of `size` pixels; root pixels. */
 QPoint unseenOrigin(QSize size);
 
 } // namespace glimmerpane

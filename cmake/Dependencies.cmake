@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# The one place that names what the program is built from; docs/dependencies.md says why.
+# The only place that names the program's dependencies; docs/dependencies.md explains them.
 option(GLIMMERPANE_UPDATE_CHECK "Ask the update service for a newer version at each launch" ON)
 find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus LinguistTools)
 if(GLIMMERPANE_UPDATE_CHECK)
@@ -12,7 +12,7 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
                   xcb-randr xcb-xinput xcb-cursor)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    qcoro_enable_coroutines() # with an option that clang no longer knows nor needs
+    qcoro_enable_coroutines() # adds an option that clang no longer knows or needs
 endif()
 
 if(GLIMMERPANE_BUILD_TESTS)

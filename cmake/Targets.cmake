@@ -7,7 +7,7 @@ target_compile_options(glimmerpane_build_settings INTERFACE
 target_compile_definitions(glimmerpane_build_settings INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
 if(GLIMMERPANE_SANITIZER)
-    # With instrumentation in between, GCC 12 no longer sees that an optional is set where it is read.
+    # With instrumentation, GCC 12 no longer sees that an optional is set before it is read.
     target_compile_options(glimmerpane_build_settings INTERFACE
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     set(sanitize -fsanitize=${GLIMMERPANE_SANITIZER} -fno-omit-frame-pointer)
@@ -16,8 +16,8 @@ if(GLIMMERPANE_SANITIZER)
 endif()
 
 # glimmerpane_library(NAME SOURCES ... [SHOWS ...] [USES ...]): the static library of one folder. It
-# may include exactly what SHOWS, which its headers do, and USES name; tools/check-includes looks
-# after that.
+# may include only what SHOWS (what its headers include) and USES name; tools/check-includes checks
+# that.
 function(glimmerpane_library name)
     cmake_parse_arguments(arg "" "" "SOURCES;SHOWS;USES" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})

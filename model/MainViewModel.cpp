@@ -27,13 +27,13 @@ using Pace = FrameRepositoryProtocol::Pace;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
-constexpr qsizetype longestVersionShown = 60; ///< letters; the service names it
+constexpr qsizetype longestVersionShown = 60; ///< characters; the text comes from the service
 
 bool isOnDisplay(const CaptureFrame &frame, const Desktop &desktop)
 {
     const auto displays = desktop.displays();
     if (displays.empty()) {
-        return true; // the capture has its own words for that
+        return true; // the capture reports that itself
     }
     const MainDisplay main{.pixels = displays.front().pixels, .scale = desktop.scaleFactor()};
     const QRect area = main.areaPixels({.x = frame.x,
@@ -44,31 +44,31 @@ bool isOnDisplay(const CaptureFrame &frame, const Desktop &desktop)
         displays, [area](const Display &display) { return display.pixels.intersects(area); });
 }
 
-/** Why an area cannot be shared, or nothing. */
+/** Why the area cannot be shared; null if it can. */
 std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
 {
     if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
-        return MainViewModel::tr("The width and the height of the area must be finite numbers.");
+        return MainViewModel::tr("The area's width and height must be finite numbers.");
     }
     if (std::isnan(frame.x) || std::isnan(frame.y)) {
-        return MainViewModel::tr("The position of the area must be numbers.");
+        return MainViewModel::tr("The area's position must be numbers.");
     }
     const QSize size
         = toPixels(std::abs(frame.width), std::abs(frame.height), desktop.scaleFactor());
     if (size.isEmpty()) {
-        return MainViewModel::tr("The area is empty. Its width and its height must be at least 1.");
+        return MainViewModel::tr("The area is empty. Its width and height must be at least 1.");
     }
     if (std::max(size.width(), size.height()) > largestWindowSide) {
-        return MainViewModel::tr("The area is too large. A side can have at most %n pixels.",
+        return MainViewModel::tr("The area is too large. Each side can be at most %n pixels.",
                                  nullptr, largestWindowSide);
     }
     if (!isOnDisplay(frame, desktop)) {
-        return MainViewModel::tr("The area is not on any display. Set one that is.");
+        return MainViewModel::tr("The area is not on any display. Move it onto one.");
     }
     return std::nullopt;
 }
 
-/** For scripts, so never translated. At once, also where somebody reads it through a pipe. */
+/** For scripts, so never translated. Flushed at once, even into a pipe. */
 void printLine(const QString &text)
 {
     std::printf("%s\n", qPrintable(text.simplified()));
@@ -146,8 +146,8 @@ void MainViewModel::showFrameSelector(std::optional<CaptureFrame> initialFrame)
 void MainViewModel::frameSelected(const CaptureFrame &frame)
 {
     publish(currentFrame_, frame);
-    // The selector goes when this returns, which tells the person that the area is safe. Frames
-    // must not wait for the disk, though.
+    // The selector closes when this returns, which tells the user that the area is saved. During a
+    // session, frames must not wait for the disk.
     frameRepository_->save(frame, isSharingWindowOpen_ ? Pace::AtOnce : Pace::BeforeReturn);
     publish(isFrameSelectorOpen_, false);
 }
@@ -170,8 +170,8 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
     }
 }
 
-// The sharing session. The output window is the session: every way of ending one removes that
-// window, and the window watch turns a missing window into a stopped capture and a cleared flag.
+// The sharing session lives as long as the output window: every way of ending it closes that
+// window, and the window watch then stops the capture and clears the flag.
 
 void MainViewModel::installSessionWatch()
 {
@@ -192,18 +192,18 @@ QCoro::Task<> MainViewModel::startSharing()
     }
     isCheckingPermission_ = true;
     const QPointer self(this);
-    // The content is not used: asking for it fails while the screen may not be read.
+    // The content itself is not used: the request fails if the screen may not be read.
     auto request = QtConcurrent::run([&desktop = desktop_] { return desktop.shareableContent(); });
     const auto content = co_await request;
     if (!self) {
         co_return;
     }
     if (!std::exchange(isCheckingPermission_, false)) {
-        Q_EMIT startEnded(tr("Sharing was stopped before it had begun."));
+        Q_EMIT startEnded(tr("Sharing was stopped before it started."));
     } else if (content) {
         openSharingWindow();
     } else {
-        qCInfo(modelLog, "the screen cannot be shared: %s", qPrintable(content.error().log));
+        qCInfo(modelLog, "cannot share the screen: %s", qPrintable(content.error().log));
         Q_EMIT startEnded(content.error().text);
         showScreenRecordingPermissionAlert(content.error());
     }
@@ -255,7 +255,8 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
     if (answer == firstAlertButton && !desktop_.openPrivacySettings()) {
         runModal({.messageText = tr("Screen Recording"),
-                  .informativeText = tr("Glimmerpane knows no settings program for this desktop.")
+                  .informativeText
+                  = tr("Glimmerpane does not know the settings program of this desktop.")
                       + QStringLiteral("\n\n") + reason.text,
                   .style = Alert::Style::Warning,
                   .buttons = {tr("OK")}});
@@ -271,10 +272,10 @@ bool MainViewModel::mayClose()
     if (isAskingToClose_) {
         return false;
     }
-    // Unlike with other alerts the window watch goes on: the session may end meanwhile.
+    // Not counted in alertsUp_, so the window watch keeps running: the session may end meanwhile.
     isAskingToClose_ = true;
     const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
-    constexpr int quit = 1; // not the default: who types Ctrl+W by mistake may type on
+    constexpr int quit = 1; // not the default, in case Ctrl+W was a slip while typing
     return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
                              .informativeText = tr("The others in your call will no longer see "
                                                    "the shared area."),
@@ -348,7 +349,8 @@ void MainViewModel::endSharing()
 
 void MainViewModel::checkSharingWindow()
 {
-    // An alert's event loop lets the timer fire; the alert's own flow ends the session then.
+    // The timer also fires in an alert's event loop, but then the code behind the alert ends the
+    // session.
     if (!isSharingWindowOpen_ || alertsUp_ > 0 || windowCoordinator_->isSharingWindowVisible()) {
         return;
     }
@@ -366,11 +368,11 @@ void MainViewModel::handleCaptureEnded(const QString &reason)
     tellThatSharingEnded(reason);
 }
 
-/** Also by a notification: the person talks on, and looks at the call rather than at our window. */
+/** Also sends a notification, since the user is looking at the call rather than at our window. */
 void MainViewModel::tellThatSharingEnded(const QString &reason)
 {
     const QString title = tr("Sharing Has Ended");
-    const QString text = tr("The call no longer sees the area. %1").arg(reason);
+    const QString text = tr("Others in your call no longer see the area. %1").arg(reason);
     desktop_.notify(title, text);
     runModal({.messageText = title,
               .informativeText = text,

@@ -19,8 +19,8 @@ class Desktop;
 struct Error;
 
 /**
- * The one observable state of the program: the capture area and whether the selector and a sharing
- * session are open. Owns the services and reaches them only through their interfaces. Main thread.
+ * The program's observable state: the capture area, and whether the selector and a sharing session
+ * are open. Owns the services and uses them only through their interfaces. Main thread.
  */
 class MainViewModel : public QObject
 {
@@ -50,47 +50,47 @@ public:
     void frameSelected(const CaptureFrame &frame);
     void frameSelectionCancelled();
 
-    /** Makes the four texts the area and saves it, if all four are numbers; else does nothing. */
+    /** Sets and saves the area if all four texts are numbers; otherwise does nothing. */
     void updateFrame(const QString &x, const QString &y, const QString &width,
                      const QString &height);
 
-    /** Has what was typed last written at once. Finished when nothing is left to write. */
+    /** Writes pending changes immediately. Finishes when nothing is left to write. */
     QFuture<void> areaWritten() { return frameRepository_->allWritten(); }
 
     CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
-    /** Whether an alert of this program waits for the person. */
+    /** Whether one of this program's alerts is open. */
     bool isAlertShown() const { return alertsUp_ > 0 || isAskingToClose_; }
     /**
-     * Whether the person, who wants the main window closed, means it: while a session runs or
-     * starts they are asked. False while they are being asked already.
+     * Whether the main window may close. Asks the user while a session is running or starting.
+     * False while that question is already open.
      */
     bool mayClose();
 
-    /** Starts a session, unless one runs or is just being started. Its failures end in alerts. */
+    /** Starts a session unless one is already running or starting. Failures are shown in alerts. */
     QCoro::Task<> startSharing();
-    /** Whether a start is finding out whether the screen may be read. */
+    /** Whether a starting session is still checking that the screen may be read. */
     bool isCheckingPermission() const { return isCheckingPermission_; }
-    /** Removes the output window; the window watch then ends the session. */
+    /** Closes the output window; the window watch then ends the session. */
     void stopSharing();
-    /** Ends the session, or a start, without waiting for the watch; also while an alert is up. */
+    /** Ends a running or starting session immediately, even while an alert is open. */
     void endSharing();
 
     /**
-     * Asks the update service whether there is a newer version and offers what it names. A failure
-     * ends in one line on standard output.
+     * Asks the update service for a newer version and offers its download. On failure, prints one
+     * line to standard output.
      */
     QCoro::Task<> checkForUpdates();
-    /** Whether the service has been asked and has not answered yet. */
+    /** Whether an update request is still unanswered. */
     bool isCheckingForUpdates() const { return isCheckingForUpdates_; }
 
 Q_SIGNALS:
-    /** A published property is about to be assigned, perhaps with the value it has. */
+    /** A published property is about to be assigned, possibly to the same value. */
     void objectWillChange();
 
-    /** A start has led to a running capture, or to an error, which is about to be shown. */
+    /** A start has succeeded, or failed with an error that is about to be shown. */
     void startEnded(const QString &error);
 
-    /** The selector has opened, or cannot because of an error, which is about to be shown. */
+    /** The selector has opened, or failed to with an error that is about to be shown. */
     void frameSelectorShown(const QString &error);
 
 private:

@@ -26,7 +26,7 @@ double toDouble(const char *text, char **end)
 std::optional<double> numberFromText(QStringView text)
 {
     const QByteArray bytes = text.toUtf8();
-    // strtod() skips leading white space; a text with it is not a number here.
+    // strtod() would skip leading white space.
     if (bytes.isEmpty() || QByteArrayView(" \t\n\v\f\r").contains(bytes.front())) {
         return std::nullopt;
     }

@@ -9,9 +9,9 @@ namespace glimmerpane
 {
 
 /**
- * The number that the whole text is, by the rules of strtod(3) in the C locale: decimal,
- * hexadecimal, infinity and not-a-number forms, "." as the decimal separator. Nothing for an empty
- * text, and for one that begins with white space or goes on after the number.
+ * Parses the whole text as strtod(3) does in the C locale: decimal, hexadecimal, infinity and NaN
+ * forms, "." as the decimal separator. Null if the text is empty, starts with white space or
+ * continues after the number.
  */
 std::optional<double> numberFromText(QStringView text);
 

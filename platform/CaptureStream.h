@@ -26,17 +26,17 @@ struct Display {
     friend bool operator==(const Display &, const Display &) = default;
 };
 
-/** What there is to capture; the primary display comes first. */
+/** What can be captured; the primary display comes first. */
 struct ShareableContent {
     std::vector<Display> displays;
 };
 
-/** Which display a stream captures. No window is left out of the picture. */
+/** The display that a stream captures. No window is excluded. */
 struct ContentFilter {
     MainDisplay display;
 };
 
-/** A time of value / timescale seconds. */
+/** A duration of value / timescale seconds. */
 struct MediaTime {
     std::int64_t value = 0;
     std::int32_t timescale = 1;
@@ -50,8 +50,8 @@ struct MediaTime {
 constexpr std::uint32_t pixelFormatBgra = 0x42475241; ///< the four-character code 'BGRA'
 
 /**
- * What is asked of a stream. Frames stay in the display's own pixels on the way; `width`, `height`
- * and `pixelFormat` are what a consumer that wants them converted is promised.
+ * What is requested of a stream. Frames are delivered in the display's own pixels; `width`,
+ * `height` and `pixelFormat` describe them after conversion, for consumers that need it.
  */
 struct StreamConfiguration {
     std::int64_t width = 0; ///< pixels
@@ -63,9 +63,9 @@ struct StreamConfiguration {
     bool capturesAudio = false;
 };
 
-/** The pointer as it is to be drawn over a frame. */
+/** The pointer to draw over a frame. */
 struct PointerSprite {
-    std::uint32_t serial = 0; ///< equal serials, equal images
+    std::uint32_t serial = 0; ///< equal serials mean equal images
     QPoint topLeft; ///< of the image, root pixels
     QImage image; ///< premultiplied ARGB
 };
@@ -75,18 +75,18 @@ enum class SampleType {
     Audio,
 };
 
-/** One frame: where the picture is and what of it is new. The pixels stay in the X server. */
+/** One frame: where the picture is and which part of it is new. The pixels stay in the X server. */
 struct SampleBuffer {
-    std::uint32_t drawable = 0; ///< that holds the picture; an X id
+    std::uint32_t drawable = 0; ///< holds the picture; an X id
     QRect source; ///< the captured rectangle, pixels of the drawable
-    QRegion changed; ///< since the frame before, pixels of the drawable
-    std::optional<PointerSprite> pointer; ///< where it touches the source
+    QRegion changed; ///< since the previous frame, pixels of the drawable
+    std::optional<PointerSprite> pointer; ///< if it touches the source
     std::chrono::steady_clock::time_point time;
 };
 
 /**
- * A running capture of one rectangle of a display. Where displays change it goes on with the same
- * points, counted from what is the primary display then, as long as a display shows any of them.
+ * Captures one rectangle of a display. When displays change, it continues with the same points,
+ * relative to the primary display at that time, as long as any of them is on a display.
  */
 class CaptureStream
 {
@@ -94,22 +94,22 @@ public:
     struct Handlers {
         /** A frame, on the stream's own thread "captureQueue". */
         std::function<void(SampleBuffer, SampleType)> didOutputSampleBuffer;
-        /** The stream ended by itself; on its own thread, which ends right after. */
+        /** The stream ended by itself. Called on its thread, which then ends. */
         std::function<void(Error)> didStopWithError;
     };
 
     virtual ~CaptureStream() = default;
 
-    /** Blocks until frames flow or the start has failed. Any thread, once. */
+    /** Blocks until frames arrive or the start has failed. Any thread, once. */
     virtual std::expected<void, Error> startCapture(Handlers handlers) = 0;
 
-    /** Blocks until no handler runs any more. Any thread but the stream's own. */
+    /** Blocks until no handler is running. Any thread but the stream's own. */
     virtual void stopCapture() = 0;
 
-    /** Takes a frame back that was not shown: what changed in it comes again with the next one. */
+    /** Takes back a frame that was not shown: its changes are included in the next one. */
     virtual void returnSampleBuffer(const SampleBuffer &sample) = 0;
 
-    /** Makes the next frame a whole one. */
+    /** Makes the next frame a complete one. */
     virtual void invalidate() = 0;
 };
 

@@ -19,19 +19,19 @@
 namespace glimmerpane
 {
 
-/** What the program asks of the desktop it runs on. Main thread, but for shareableContent(). */
+/** The desktop that the program runs on. Main thread, except for shareableContent(). */
 class Desktop
 {
 public:
     virtual ~Desktop() = default;
 
-    /** Pixels for each point. */
+    /** Pixels per point. */
     virtual double scaleFactor() const = 0;
 
-    /** The primary one first; none where there is no display. */
+    /** The primary display comes first; empty if there is no display. */
     virtual std::vector<Display> displays() const = 0;
 
-    /** Nothing where there is no display. */
+    /** Null if there is no display. */
     std::optional<MainDisplay> mainDisplay() const
     {
         const auto all = displays();
@@ -41,57 +41,57 @@ public:
     }
 
     /**
-     * What there is to capture. Fails where this program may not read the screen, or where the X
-     * server lacks what capturing needs. Blocks; any thread.
+     * What can be captured. Fails if this program may not read the screen, or if the X server lacks
+     * an extension that capturing needs. Blocks; any thread.
      */
     virtual std::expected<ShareableContent, Error> shareableContent() const = 0;
 
     /**
-     * Has a window of this program shown above the others and with the keyboard, because the person
-     * has just asked for it by starting the program; `startupId` is of that start, or empty.
+     * Raises and focuses one of this program's windows because the user has just launched the
+     * program; `startupId` belongs to that launch, or is empty.
      */
     virtual void activateWindow(std::uint32_t window, const QString &startupId) = 0;
 
     /**
-     * Cuts a window of this program to a region of its own pixels, in which only it is drawn and
-     * takes clicks. Does nothing where windows can only be rectangles.
+     * Limits one of this program's windows to a region of its pixels, both for drawing and for
+     * clicks. Does nothing if windows can only be rectangles.
      */
     virtual void setShape(std::uint32_t window, const QRegion &pixels) = 0;
 
-    /** Opens the desktop's own settings program. False where none is known. */
+    /** Opens the desktop's settings program. False if none is known. */
     virtual bool openPrivacySettings() = 0;
 
-    /** Has the desktop tell the person something, wherever they look; silent where it cannot. */
+    /** Shows a desktop notification. Silent if that is not possible. */
     virtual void notify(const QString &title, const QString &text) = 0;
 
-    /** Hands an address to the program that the person has chosen for its kind. */
+    /** Opens a URL in the user's preferred program. */
     virtual void openUrl(const QUrl &url) = 0;
 
-    /** A window with content of `size` pixels at `origin` (root pixels), not yet ordered in. */
+    /** A hidden window with content of `size` pixels at `origin` (root pixels). */
     virtual std::expected<std::unique_ptr<OffscreenWindow>, Error> makeOffscreenWindow(
         const QString &title, QPoint origin, QSize size)
         = 0;
 
     /**
-     * A hidden overlay. Its glass is made of what the screen shows now on the main display and at
+     * A hidden overlay. Its glass shows the screen's current content on the main display and at
      * `area` (root pixels).
      */
     virtual std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
         const QString &title, QRect area, const FrostedGlass &glass)
         = 0;
 
-    /** A layer over the whole content of the window. */
+    /** A layer that covers the window's content. */
     virtual std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer(
         const OffscreenWindow &window)
         = 0;
 
     /**
-     * Calls `pressed` with the pointer's place (root pixels) for as long as the monitor lives.
-     * Nothing where the desktop does not tell of presses.
+     * Calls `pressed` with the pointer's position (root pixels) while the monitor exists. Null if
+     * the desktop does not report presses.
      */
     virtual std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)> pressed) = 0;
 
-    /** A stream that is not started yet. */
+    /** A stream that has not been started yet. */
     virtual std::unique_ptr<CaptureStream> makeCaptureStream(
         const ContentFilter &filter, const StreamConfiguration &configuration)
         = 0;

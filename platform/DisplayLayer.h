@@ -11,32 +11,32 @@
 namespace glimmerpane
 {
 
-/** A picture that lies over the frames for a while. */
+/** A picture shown over the frames for a while. */
 struct Highlight {
-    QImage image; ///< premultiplied ARGB; a copy of one that was shown before costs nothing
+    QImage image; ///< premultiplied ARGB; an image shown before is cached
     QPoint topLeft; ///< of the image, root pixels
     double opacity = 1;
 };
 
 /**
- * Shows frames in a window: fitted into the window's bounds of the moment when the layer was made,
- * the aspect ratio kept, the window's background around. Main thread.
+ * Shows frames in a window. They are fitted into the bounds that the window had when the layer was
+ * created, keeping the aspect ratio, with the window's background around them. Main thread.
  */
 class DisplayLayer
 {
 public:
     virtual ~DisplayLayer() = default;
 
-    /** False until the X server has finished the frame before. Never waits. */
+    /** False until the X server has finished the previous frame. Never blocks. */
     virtual bool isReadyForMoreMediaData() = 0;
 
-    /** Sends the frame to the X server and returns at once. */
+    /** Sends the frame to the X server and returns immediately. */
     virtual void enqueueSampleBuffer(const SampleBuffer &sample) = 0;
 
     /**
-     * Shows these highlights, the last one uppermost, in place of those before; where one was, the
-     * picture is whole again in the same step. False as long as they are not shown, because the X
-     * server is busy or a frame is due that will show them: then call again. Never waits.
+     * Replaces the highlights, the last one on top, and restores the picture under the old ones in
+     * the same step. False if they are not shown yet, because the X server is busy or the next
+     * frame will show them: then call again. Never blocks.
      */
     virtual bool setHighlights(const std::vector<Highlight> &highlights) = 0;
 };

@@ -7,17 +7,17 @@ namespace glimmerpane
 {
 
 /**
- * Says when the next frame may be made: at once after a pause, then on a grid of one interval. A
- * frame may be up to half an interval early against the one before if that one was late, so that
- * one late frame does not delay all that follow it.
+ * Decides when the next frame may be made: immediately after a pause, then on a grid of one
+ * interval. After a late frame, the next one may come up to half an interval early, so that one
+ * late frame does not delay all that follow.
  *
- * Whatever draws on the screen at the same rate has a grid of its own. As long as it has to wait
- * for ours, ours moves towards it, by a 64th of an interval with each frame, so that it is soon
- * shown without delay. In all that is no more than one interval for each time that a frame was left
- * out, so a faster source does not get more frames by it.
+ * A program that draws at the same rate has a grid of its own. While its frames have to wait for
+ * our grid, our grid moves towards theirs by a 64th of an interval per frame, so that they are soon
+ * shown without delay. This adds up to at most one interval per skipped frame, so a faster source
+ * does not get more frames.
  *
- * While the picture moves at our rate, the pointer goes along with it: frames of its own would take
- * the places of the picture's, which come as often as they may already.
+ * While the picture changes at our rate, the pointer is updated along with it: separate frames for
+ * the pointer would displace the picture's, which already use the full rate.
  */
 class FramePacer
 {
@@ -27,13 +27,13 @@ public:
     explicit FramePacer(std::chrono::nanoseconds interval);
 
     TimePoint due() const { return due_; }
-    /** When a frame may be made that shows nothing new but the pointer. */
+    /** When a frame may be made in which only the pointer is new. */
     TimePoint pointerDue() const;
 
-    /** A frame was made `now` that could have been made at `wantedSince`. */
+    /** A frame was made at `now`, wanted since `wantedSince`. */
     void advance(TimePoint now, TimePoint wantedSince);
 
-    /** The frame of this time showed more that was new than the pointer. */
+    /** The frame made at `now` showed more changes than the pointer. */
     void pictureShown(TimePoint now);
 
 private:
@@ -41,7 +41,7 @@ private:
     std::chrono::nanoseconds slipLeft_;
     TimePoint due_;
     TimePoint lastPicture_;
-    bool isMoving_ = false; ///< the picture, at our rate
+    bool isMoving_ = false; ///< the picture changes at our rate
 };
 
 } // namespace glimmerpane

@@ -82,7 +82,7 @@ QPointF MainDisplay::pointOf(QPoint rootPixel) const
 
 QRect aspectFit(QSize picture, QRect bounds)
 {
-    // A picture that is all but a line keeps the one pixel that can be seen of it.
+    // Even an extremely narrow picture keeps at least one visible pixel.
     const QSize fitted = picture.scaled(bounds.size(), Qt::KeepAspectRatio).expandedTo({1, 1});
     return {bounds.x() + (bounds.width() - fitted.width()) / 2,
             bounds.y() + (bounds.height() - fitted.height()) / 2, fitted.width(), fitted.height()};

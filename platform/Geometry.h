@@ -10,7 +10,7 @@ namespace glimmerpane
 
 constexpr int largestWindowSide = 32767; ///< pixels; sizes and positions are 16 bits wide in X
 
-/** A half-open rectangle in points. Which way y grows is said where one is used. */
+/** A half-open rectangle in points. The direction of y depends on the use. */
 struct Rect {
     double x = 0;
     double y = 0;
@@ -28,40 +28,40 @@ struct Rect {
 };
 
 /**
- * The same rectangle with y growing the other way inside a display `height` points high. Desktop
- * coordinates (origin at the bottom-left corner of the primary display, y up) and the primary
- * display's own (origin at its top-left corner, y down) turn into each other by it.
+ * The same rectangle with the direction of y reversed, on a display `height` points high. Converts
+ * between desktop coordinates (origin at the bottom-left corner of the primary display, y up) and
+ * the primary display's own (origin at its top-left corner, y down).
  */
 Rect flipped(const Rect &rect, double height);
 
 /**
- * Points of a display (origin at its top-left corner, y down) as root pixels. `displayOrigin` is
- * the display's top-left corner in root pixels, `scale` the pixels for each point. The origin and
- * the size are rounded each for itself, so that a size in points is the same number of pixels
- * wherever it lies. Coordinates that X cannot express (16 bits) become the nearest that it can.
+ * Converts points of a display (origin at its top-left corner, y down) to root pixels.
+ * `displayOrigin` is the display's top-left corner in root pixels, `scale` is pixels per point.
+ * Origin and size are rounded separately, so that a size in points is the same number of pixels at
+ * every position. Coordinates that X cannot represent (16 bits) are clamped.
  */
 QRect toRootPixels(const Rect &points, QPoint displayOrigin, double scale);
 
-/** The way back: root pixels as points of the display. */
+/** The inverse: root pixels to points of the display. */
 Rect toDisplayPoints(QRect rootPixels, QPoint displayOrigin, double scale);
 
 /**
- * A size in points as pixels, rounded as toRootPixels() does. A size that is not finite comes out
- * as zero, one out of range as the nearest integer.
+ * Converts a size in points to pixels, rounded as in toRootPixels(). A size that is not finite
+ * becomes zero; one out of range is clamped.
  */
 QSize toPixels(double width, double height, double scale);
 
-/** The primary display, from whose bottom-left corner desktop coordinates are counted. */
+/** The primary display. Its bottom-left corner is the origin of desktop coordinates. */
 struct MainDisplay {
     QRect pixels; ///< root pixels
-    double scale = 1; ///< pixels for each point
+    double scale = 1; ///< pixels per point
 
-    /** In desktop coordinates; its origin is theirs. */
+    /** In desktop coordinates, whose origin it defines. */
     Rect frame() const;
 
-    /** An area in desktop coordinates, rounded as toRootPixels() does. */
+    /** Converts an area in desktop coordinates, rounded as in toRootPixels(). */
     QRect areaPixels(const Rect &area) const;
-    /** The way back. */
+    /** The inverse of areaPixels(). */
     Rect areaOf(QRect rootPixels) const;
     /** The top-left corner of a root pixel, in desktop coordinates. */
     QPointF pointOf(QPoint rootPixel) const;
@@ -69,7 +69,7 @@ struct MainDisplay {
     friend bool operator==(const MainDisplay &, const MainDisplay &) = default;
 };
 
-/** Where a picture goes that is scaled to fit into `bounds`, centred, its aspect ratio kept. */
+/** Scales a picture to fit into `bounds`, centred and keeping its aspect ratio. */
 QRect aspectFit(QSize picture, QRect bounds);
 
 } // namespace glimmerpane

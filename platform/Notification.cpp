@@ -21,8 +21,8 @@ void sendNotification(const QString &title, const QString &text)
         = QDBusMessage::createMethodCall(service, QStringLiteral("/org/freedesktop/Notifications"),
                                          service, QStringLiteral("Notify"));
     constexpr uint replacesNone = 0;
-    constexpr int serversChoice = -1; // of how long it stays
-    constexpr uchar critical = 2; // the one urgency that does not go by itself
+    constexpr int serversChoice = -1; // expiration timeout chosen by the server
+    constexpr uchar critical = 2; // the only urgency that does not expire
     const QString icon = QStringLiteral("io.github.glimmerpane.Glimmerpane");
     const QVariantMap hints{{QStringLiteral("urgency"), QVariant::fromValue(critical)},
                             {QStringLiteral("desktop-entry"), icon}};

@@ -7,8 +7,8 @@ namespace glimmerpane
 {
 
 /**
- * Shows a notification that stays until the person has seen it, by the desktop's notification
- * service (Desktop Notifications Specification, 1.2). Neither waits nor fails. Main thread.
+ * Shows a notification that stays until dismissed, through the desktop's notification service
+ * (Desktop Notifications Specification, 1.2). Never blocks or fails. Main thread.
  */
 void sendNotification(const QString &title, const QString &text);
 

@@ -11,13 +11,13 @@ namespace glimmerpane
 {
 
 enum class OffscreenWindowKind {
-    Unlisted, ///< no window manager touches it; not among the windows that it lists
-    Managed, ///< for programs that offer only what the window manager lists
+    Unlisted, ///< neither managed nor listed by a window manager
+    Managed, ///< for programs that offer only windows listed by the window manager
 };
 
 /**
- * A real top-level window of the desktop that other programs can capture although no display shows
- * it. Black until something is drawn into it. Destroyed with the object. Main thread.
+ * A real top-level window that other programs can capture although it is on no display. Black until
+ * something is drawn into it. Destroyed with the object. Main thread.
  */
 class OffscreenWindow
 {
@@ -27,7 +27,7 @@ public:
     virtual std::uint32_t id() const = 0; ///< the X window
     virtual QSize size() const = 0; ///< of the content, pixels
 
-    /** Whether the window is ordered in, wherever it lies. */
+    /** Whether the window is shown, even if off-screen. */
     virtual bool isVisible() const = 0;
 
     virtual void orderFront() = 0;
@@ -36,7 +36,7 @@ public:
     /** Root pixels. */
     virtual void setFrameOrigin(QPoint origin) = 0;
 
-    /** Called when somebody asks the window to close; it stays open. */
+    /** Called when the window is asked to close; it stays open. */
     std::function<void()> onCloseRequest;
 
     /** Called when the X server has lost what was drawn into the window. */

@@ -13,14 +13,14 @@
 namespace glimmerpane
 {
 
-/** What an overlay is made of: the screen behind it, blurred and tinted. */
+/** The material of an overlay: the screen behind it, blurred and tinted. */
 struct FrostedGlass {
     QColor tint;
     double strength = 0; ///< of the tint: 0 leaves the blurred screen as it is, 1 hides it
     int blurRadius = 0; ///< pixels, about
 };
 
-/** What is drawn upon the glass. All places are in pixels from the overlay's top-left corner. */
+/** What is drawn on the glass. All positions are in pixels from the overlay's top-left corner. */
 struct OverlayPicture {
     std::vector<QRect> marks; ///< filled with markColor
     QColor markColor;
@@ -30,13 +30,13 @@ struct OverlayPicture {
     friend bool operator==(const OverlayPicture &, const OverlayPicture &) = default;
 };
 
-/** What the pointer did at an overlay. */
+/** A pointer event of an overlay. */
 struct PointerEvent {
     enum class Kind {
-        Press, ///< of the left button, as all that follows until the release
+        Press, ///< of the left button, as is everything until the release
         Drag,
         Release,
-        Move, ///< with the left button up; also the pointer's coming
+        Move, ///< with the left button up; also when the pointer enters
         Leave,
     };
     Kind kind = Kind::Move;
@@ -44,19 +44,22 @@ struct PointerEvent {
 };
 
 /**
- * A window above every other, on every workspace. It takes the pointer, but never the keyboard, and
- * no window manager moves it. Only the program's own modal windows lie above it; while there is one
- * it hears nothing of the pointer, after its leaving. Hidden until it is presented. Main thread.
+ * A window above all others, on every workspace. It takes pointer input but never the keyboard, and
+ * no window manager moves it. Only the program's own modal windows lie above it; while one is open,
+ * the overlay gets a leave event and then no pointer events. Hidden until presented. Main thread.
  */
 class OverlayWindow
 {
 public:
     virtual ~OverlayWindow() = default;
 
-    /** Shows the overlay at exactly this place (root pixels) with this picture, in one step. */
+    /** Shows the overlay at exactly this position (root pixels) with this picture, in one step. */
     virtual void present(QRect frame, const OverlayPicture &picture) = 0;
 
-    /** Of the arrow, the open hand, the cross and the two that resize; any other is the arrow. */
+    /**
+     * Supports the arrow, the open hand, the cross and the two resize cursors; any other becomes
+     * the arrow.
+     */
     virtual void setCursor(Qt::CursorShape shape) = 0;
 
     virtual void hide() = 0;
@@ -64,7 +67,7 @@ public:
     // Either callback may destroy the overlay.
     std::function<void(const PointerEvent &)> onPointer;
 
-    /** The overlay is gone: destroyed from outside, or no display is left where it lies. Once. */
+    /** Called once if the overlay is gone: destroyed from outside, or no longer on any display. */
     std::function<void()> onLost;
 };
 

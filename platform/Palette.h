@@ -7,14 +7,14 @@
 namespace glimmerpane
 {
 
-/** Whether texts are lighter than what they stand on. */
+/** Whether text is lighter than its background. */
 inline bool isDark(const QPalette &palette)
 {
     return palette.color(QPalette::Active, QPalette::Window).lightness()
         < palette.color(QPalette::Active, QPalette::WindowText).lightness();
 }
 
-/** The blue of what the program draws on the desktop, by whether that is light or dark. */
+/** The blue that the program draws with on the desktop, for a light or dark one. */
 inline QColor systemBlue(const QPalette &palette)
 {
     return isDark(palette) ? QColor(10, 132, 255) : QColor(0, 122, 255);

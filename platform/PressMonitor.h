@@ -5,8 +5,8 @@ namespace glimmerpane
 {
 
 /**
- * While it exists it tells of presses of the left and the right mouse button in other programs'
- * windows. It only listens: no press is swallowed, held back or grabbed.
+ * While it exists, reports presses of the left and right mouse buttons in other programs' windows.
+ * It only listens: no press is intercepted or delayed.
  */
 class PressMonitor
 {

@@ -4,7 +4,7 @@
 namespace glimmerpane
 {
 
-/** Whether a session bus runs. Without one, asking for it could start a bus of our own. */
+/** Whether a session bus is running. Connecting without one could start a new bus. */
 bool isSessionBusThere();
 
 } // namespace glimmerpane

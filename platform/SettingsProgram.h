@@ -9,8 +9,8 @@ namespace glimmerpane
 {
 
 /**
- * Where the settings program of a desktop is, by the first name in XDG_CURRENT_DESKTOP (a list with
- * colons) that has one in PATH; nothing for a desktop that is not known.
+ * The path of the desktop's settings program, for the first name in XDG_CURRENT_DESKTOP (separated
+ * by colons) that has one in PATH; null for an unknown desktop.
  */
 std::optional<QString> settingsProgram(const QString &currentDesktop);
 

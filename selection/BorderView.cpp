@@ -9,12 +9,15 @@ namespace glimmerpane
 namespace
 {
 
-constexpr double lineWidth = 4; // centred on the edge: one half of it lies outside, unseen
+constexpr double lineWidth = 4; // centred on the edge; the outer half is not visible
 constexpr double cornerSize = 20;
 constexpr double barLength = 60;
 constexpr double barDepth = 8;
 
-/** Rounds the sides, not the size, so that what touches in points touches in pixels. */
+/**
+ * Rounds the sides rather than the size, so that rectangles that touch in points also touch in
+ * pixels.
+ */
 QRect windowPixels(const Rect &rect, int height, double scale)
 {
     const auto pixels
@@ -29,7 +32,7 @@ QRect windowPixels(const Rect &rect, int height, double scale)
 FrostedGlass BorderView::glass(double scale)
 {
     constexpr double blurRadius = 16; // points
-    constexpr double darkness = 0.55; // of the material, which itself is a little transparent
+    constexpr double darkness = 0.55; // of the material, which is slightly transparent itself
     constexpr double opacity = 0.9;
     return {.tint = QColor(24, 24, 27),
             .strength = darkness * opacity,

@@ -13,25 +13,25 @@ namespace glimmerpane
 {
 
 /**
- * The look of the selection: frosted glass, a blue outline and eight handles. In points, y up, the
- * origin in the bottom-left corner.
+ * The appearance of the selection: frosted glass, a blue outline and eight handles. In points, y
+ * up, with the origin at the bottom-left corner.
  */
 class BorderView
 {
 public:
-    /** The dark glass that the selection is made of, for a display of this scale factor. */
+    /** The dark glass of the selection, for a display with this scale factor. */
     static FrostedGlass glass(double scale);
 
-    /** The selection has a new size. */
+    /** Adapts to a new size of the selection. */
     void layout(QSizeF size);
 
-    /** The four sides of the outline, as far as they lie inside. */
+    /** The parts of the outline's four sides that lie inside. */
     const std::array<Rect, 4> &outline() const { return outline_; }
     /** The corners bottom-left, bottom-right, top-left, top-right; the sides bottom, top, left,
      * right. */
     const std::array<Rect, 8> &handles() const { return handles_; }
 
-    /** Outline and handles in pixels from the top-left corner of a window of this size. */
+    /** Outline and handles, in pixels from the top-left corner of a window of this size. */
     std::vector<QRect> marks(QSize windowPixels, double scale) const;
 
 private:

@@ -13,7 +13,7 @@ namespace glimmerpane
 namespace
 {
 
-constexpr int buttonWidth = 120; // points, as below
+constexpr int buttonWidth = 120; // in points
 constexpr int buttonHeight = 30;
 
 } // namespace
@@ -33,7 +33,7 @@ QPushButton *ButtonContainerView::addButton(const QString &title, GlassButton::E
 {
     auto *button = new GlassButton(title, emphasis, this);
     button->setGeometry(0, y, buttonWidth, buttonHeight);
-    button->show(); // within a panel that is not: else nothing is drawn of it
+    button->show(); // the panel itself stays hidden, but only shown children are drawn
     return button;
 }
 
@@ -77,7 +77,7 @@ bool ButtonContainerView::handle(PointerEvent::Kind kind, QPointF place)
     return under != nullptr && kind != Kind::Drag;
 }
 
-/** Of a button whose release somebody else got. */
+/** For when another client received the button's release. */
 void ButtonContainerView::letGo()
 {
     if (QPushButton *const button = std::exchange(pressed_, nullptr)) {

@@ -16,7 +16,7 @@ namespace glimmerpane
 
 /**
  * The panel with "Confirm" above "Cancel". It is never shown as a window: the selection draws its
- * picture and hands it the pointer, and the keyboard does not reach it.
+ * picture and forwards pointer events. It gets no keyboard input.
  */
 class ButtonContainerView : public QWidget
 {
@@ -25,22 +25,22 @@ class ButtonContainerView : public QWidget
 public:
     ButtonContainerView();
 
-    /** In the middle of a selection of this size; points, y up. */
+    /** The panel's frame, centred in a selection of this size; points, y up. */
     static Rect frameIn(QSizeF selection);
 
-    /** Premultiplied ARGB, `scale` pixels for each point, transparent beside the buttons. */
+    /** Premultiplied ARGB, `scale` pixels per point, transparent around the buttons. */
     QImage picture(double scale);
 
     /**
-     * Lets the buttons see what the pointer does at a place of the panel (points, y down). False
-     * where that is none of their concern: from outside of them, unless it began on one.
+     * Passes a pointer event at a position in the panel (points, y down) to the buttons. False if
+     * it does not concern them: it is outside, and did not start on one.
      */
     bool handle(PointerEvent::Kind kind, QPointF place);
 
 Q_SIGNALS:
     void confirmed();
     void cancelled();
-    /** The picture is another one now. */
+    /** The picture has changed. */
     void lookChanged();
 
 protected:
@@ -54,7 +54,7 @@ private:
     void send(QPushButton &button, QEvent::Type type, QPointF place);
 
     QPushButton *hovered_ = nullptr;
-    QPushButton *pressed_ = nullptr; ///< from its press to the release, wherever the pointer is
+    QPushButton *pressed_ = nullptr; ///< until the release, wherever the pointer is
 };
 
 } // namespace glimmerpane

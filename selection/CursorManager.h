@@ -8,7 +8,7 @@ namespace glimmerpane
 
 class OverlayWindow;
 
-/** Shows by the cursor what a drag would do. */
+/** Sets the cursor that shows what a drag would do. */
 class CursorManager
 {
 public:

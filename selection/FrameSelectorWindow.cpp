@@ -31,7 +31,7 @@ Rect defaultFrame(const std::optional<MainDisplay> &display)
             .height = defaultHeight};
 }
 
-/** So large that there is room for the buttons within the edges' bands, around the same middle. */
+/** Enlarged around its centre until the buttons fit between the edge bands. */
 Rect enlarged(Rect frame)
 {
     constexpr double bands = 2 * ResizeHandler::edgeThreshold;
@@ -47,7 +47,7 @@ Rect enlarged(Rect frame)
     return frame;
 }
 
-/** Moved so that it lies on the screen; what is larger keeps its bottom-left corner there. */
+/** Moved onto the screen. If it is larger than the screen, its bottom-left corner is kept there. */
 Rect movedOnto(const Rect &screen, Rect frame)
 {
     frame.x = std::max(screen.minX(), std::min(screen.maxX() - frame.width, frame.x));
@@ -55,7 +55,8 @@ Rect movedOnto(const Rect &screen, Rect frame)
     return frame;
 }
 
-/** Areas are kept in whole points, so dragging goes by these, also where a point has more pixels.
+/**
+ * Areas are stored in whole points, so dragging snaps to them, even if a point has several pixels.
  */
 QPointF wholePoint(QPointF point)
 {
@@ -84,7 +85,7 @@ FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
                                              display_.areaPixels(frame_),
                                              BorderView::glass(display_.scale));
     if (!window) {
-        qCInfo(selectionLog, "the selector cannot open: %s", qPrintable(window.error().log));
+        qCInfo(selectionLog, "cannot open the selector: %s", qPrintable(window.error().log));
         opened_ = std::unexpected(window.error());
         return;
     }
@@ -104,7 +105,7 @@ FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
 
 FrameSelectorWindowController::~FrameSelectorWindowController() = default;
 
-/** What nobody could take hold of gives way to a place where it can be seen. */
+/** An area that could not be grabbed is moved to where it is visible. */
 Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wanted) const
 {
     const auto main = desktop_.mainDisplay();
@@ -130,7 +131,7 @@ Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wan
     return usable == frame ? frame : movedOnto(display_.areaOf(shown->pixels), usable);
 }
 
-/** The window stays where it is when displays change, so its numbers become others. */
+/** When displays change, the window stays in place, so its coordinates change. */
 void FrameSelectorWindowController::lookAtDisplay()
 {
     const auto display = desktop_.mainDisplay();
@@ -239,7 +240,7 @@ Rect FrameSelectorWindowController::movedFrame(QPointF pointer, QPointF start) c
 
 Rect FrameSelectorWindowController::resizedFrame(QPoint rootPixel) const
 {
-    // The pointer cannot go past the last pixel, so there it stands for the display's very edge.
+    // The pointer cannot move past the last pixel, so there it counts as the display's edge.
     if (rootPixel.x() == display_.pixels.right()) {
         ++rootPixel.rx();
     }
@@ -249,7 +250,7 @@ Rect FrameSelectorWindowController::resizedFrame(QPoint rootPixel) const
     const Rect screen = display_.frame();
     const Rect frame = resizeHandler_.resizedFrame(
         resizeEdge_, wholePoint(display_.pointOf(rootPixel)), initialFrame_, screen);
-    // Where the side that stays lies beyond the screen, no size brings the other one onto it.
+    // If the fixed side lies beyond the screen, no size brings the other side onto it.
     const bool isPossible = frame.width >= 1 && frame.height >= 1;
     return isPossible ? frame : movedOnto(screen, initialFrame_);
 }

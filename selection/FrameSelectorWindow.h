@@ -22,28 +22,28 @@ namespace glimmerpane
 class Desktop;
 
 /**
- * The floating window on which the capture area is chosen: its frame is the area. Dragging its
- * inside moves it, dragging its edges resizes it, its buttons end it. Everything but the window
- * itself is in points and desktop coordinates. Main thread; owned by a shared pointer, because a
- * callback may let go of it.
+ * The floating window that selects the capture area: its frame is the area. Dragging its inside
+ * moves it, dragging its edges resizes it, and its buttons close it. Everything but the window
+ * itself uses points and desktop coordinates. Main thread. Owned by a shared pointer because a
+ * callback may release it.
  */
 class FrameSelectorWindowController
     : public std::enable_shared_from_this<FrameSelectorWindowController>
 {
 public:
-    /** Over this area. `desktop` must outlive the controller. */
+    /** Starts over this area. `desktop` must outlive the controller. */
     FrameSelectorWindowController(Desktop &desktop, const Rect &frame);
-    /** Over an area of 600 x 400 points in the middle of the main display. */
+    /** Starts over an area of 600 x 400 points in the middle of the main display. */
     explicit FrameSelectorWindowController(Desktop &desktop);
     ~FrameSelectorWindowController();
     Q_DISABLE_COPY_MOVE(FrameSelectorWindowController)
 
     /** Called with the area on "Confirm", before the window closes. */
     std::function<void(const Rect &)> onConfirm;
-    /** Called when the window closes, for whatever reason; once. */
+    /** Called once when the window closes, for whatever reason. */
     std::function<void()> onWillClose;
 
-    /** Fails where the desktop refused the window. */
+    /** An error if the desktop refused the window. */
     const std::expected<void, Error> &opened() const { return opened_; }
     void showWindow();
     /** Closes the window; later calls do nothing. */
@@ -68,11 +68,11 @@ private:
 
     Desktop &desktop_;
     Rect frame_;
-    MainDisplay display_; ///< of the latest look at it
+    MainDisplay display_; ///< as of the last check
     bool hasDisplay_ = false;
     std::optional<QPointF> dragStartLocation_; ///< from the frame's bottom-left corner
     ResizeHandler::ResizeEdge resizeEdge_ = ResizeHandler::ResizeEdge::none;
-    Rect initialFrame_; ///< when the button went down
+    Rect initialFrame_; ///< when the button was pressed
     const ResizeHandler resizeHandler_{};
     const CursorManager cursorManager_{};
     BorderView border_;

@@ -10,8 +10,8 @@ namespace glimmerpane
 namespace
 {
 
-// The glass is at most (140, 140, 142), over white, on which only white is seen well (3.4 : 1). A
-// white label is readable (4.5 : 1) on each of the fills.
+// The glass is at most (140, 140, 142), over white; only white stands out well against that (3.4 :
+// 1). A white label is readable (4.5 : 1) on each of the fills.
 constexpr QRgb white = 0xffffffff;
 
 struct Fills {
@@ -37,7 +37,7 @@ GlassButton::GlassButton(const QString &label, Emphasis emphasis, QWidget *paren
 void GlassButton::paintEvent(QPaintEvent *)
 {
     constexpr double radius = 6;
-    constexpr double gap = 1; // to the next button
+    constexpr double gap = 1; // to the adjacent button
     constexpr QSizeF labelMargin(8, 4);
     const double line = isDown() || underMouse() ? 2 : 1;
     const double inset = line / 2;

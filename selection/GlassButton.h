@@ -7,8 +7,8 @@ namespace glimmerpane
 {
 
 /**
- * A button for dark glass. Its look is its own, the same in light and dark desktops: it has to
- * stand out whatever is behind the glass. The label is made smaller where it does not fit.
+ * A button for dark glass. It looks the same on light and dark desktops, because it has to stand
+ * out against anything behind the glass. The label shrinks if it does not fit.
  */
 class GlassButton : public QPushButton
 {
@@ -17,7 +17,7 @@ class GlassButton : public QPushButton
 public:
     enum class Emphasis {
         Plain,
-        Accent, ///< what most people want
+        Accent, ///< the usual choice
     };
 
     GlassButton(const QString &label, Emphasis emphasis, QWidget *parent);

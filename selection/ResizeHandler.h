@@ -8,11 +8,11 @@
 namespace glimmerpane
 {
 
-/** The geometry of dragging a side or a corner of a window. All in points, y up. */
+/** Computes the drag of a window's side or corner. All in points, y up. */
 class ResizeHandler
 {
 public:
-    /** What of a window the pointer is on; `none` is its inside. */
+    /** The part of a window under the pointer; `none` is its inside. */
     enum class ResizeEdge {
         none,
         top,
@@ -27,18 +27,17 @@ public:
 
     static constexpr double minWidth = 200;
     static constexpr double minHeight = 150;
-    static constexpr double edgeThreshold = 15; ///< depth of the band inside each side
+    static constexpr double edgeThreshold = 15; ///< width of the band inside each side
 
     /**
-     * `point` is in the coordinates of the window, whose size `bounds` has. Corners win over sides,
-     * the top over the bottom and the left over the right.
+     * `point` is in the window's coordinates, and `bounds` has its size. Corners take precedence
+     * over sides, top over bottom and left over right.
      */
     ResizeEdge edgeAt(QPointF point, const Rect &bounds) const;
 
     /**
-     * The frame after the edge was dragged to `mouseLocation`; the opposite side stays. Never below
-     * the smallest size, and never past the screen, which wins where both cannot be. Desktop
-     * coordinates.
+     * The frame after dragging the edge to `mouseLocation`; the opposite side stays. Never below
+     * the minimum size and never past the screen; the screen takes precedence. Desktop coordinates.
      */
     Rect resizedFrame(ResizeEdge edge, QPointF mouseLocation, const Rect &initialFrame,
                       const Rect &screen) const;

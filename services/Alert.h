@@ -7,7 +7,7 @@
 namespace glimmerpane
 {
 
-/** A question or a message that the person must answer before going on. */
+/** A question or message that the user must answer before going on. */
 struct Alert {
     enum class Style {
         Informational,
@@ -18,7 +18,7 @@ struct Alert {
     QString informativeText;
     Style style = Style::Warning;
     QStringList buttons; ///< the first is the default
-    bool escapesToFirst = false; ///< Escape presses the first button, else the last
+    bool escapesToFirst = false; ///< Escape presses the first button instead of the last
 };
 
 /** Shows alerts. Main thread. */
@@ -27,7 +27,7 @@ class AlertPresenterProtocol
 public:
     virtual ~AlertPresenterProtocol() = default;
 
-    /** Blocks until it is answered: the index of the button, -1 if it was closed without one. */
+    /** Blocks until answered. Returns the index of the button, or -1 if closed without one. */
     virtual int runModal(const Alert &alert) = 0;
 };
 

@@ -8,7 +8,7 @@ namespace glimmerpane
  * The capture area, in points, in desktop coordinates: the origin is the bottom-left corner of the
  * primary display and y grows upwards, so (x, y) is the bottom-left corner of the area.
  *
- * Nothing is validated: a size may be zero, negative (its magnitude counts) or not finite.
+ * Values are not validated: a size may be zero, negative (its magnitude counts) or not finite.
  */
 struct CaptureFrame {
     double x = 0;

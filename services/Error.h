@@ -7,10 +7,10 @@
 namespace glimmerpane
 {
 
-/** Why the desktop could not do what it was asked. */
+/** Why a request to the desktop failed. */
 struct Error {
-    QString text; ///< for a person
-    QString log; ///< for a log: the request and the code that came back
+    QString text; ///< for the user
+    QString log; ///< for the log: the request and its error code
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::Error)
 };

@@ -10,26 +10,28 @@
 namespace glimmerpane
 {
 
-/** Keeps the one current capture area from one run to the next. Main thread. */
+/** Stores the current capture area between runs. Main thread. */
 class FrameRepositoryProtocol
 {
 public:
-    /** When a saved area goes to the disk. One that is superseded before is never written. */
+    /**
+     * When a saved area is written to disk. One that is superseded before then is never written.
+     */
     enum class Pace {
-        WhenTypingRests, ///< it may be half a number
+        WhenTypingRests, ///< it may be half-typed
         AtOnce,
-        BeforeReturn, ///< so that a crash right after loses nothing; waits for a moment at most
+        BeforeReturn, ///< so that a later crash loses nothing; blocks for a short time at most
     };
 
     virtual ~FrameRepositoryProtocol() = default;
 
-    /** The stored area, or nothing where none is stored or it cannot be read. */
+    /** The stored area; null if there is none or it cannot be read. */
     virtual std::optional<CaptureFrame> load() = 0;
 
-    /** Replaces the stored area. A failure keeps the earlier one and is silent. */
+    /** Replaces the stored area. On failure, silently keeps the previous one. */
     virtual void save(const CaptureFrame &frame, Pace pace) = 0;
 
-    /** Writes at once what still waits. Finished when nothing is left to write. */
+    /** Writes pending changes immediately. Finishes when nothing is left to write. */
     virtual QFuture<void> allWritten() = 0;
 };
 

@@ -8,10 +8,10 @@
 namespace glimmerpane
 {
 
-/** Reads text that may come from anywhere; what is no JSON gives a discarded value. */
+/** Parses untrusted text. Returns a discarded value if it is not JSON. */
 inline nlohmann::json parseJson(const QByteArray &text)
 {
-    // The parser takes a NUL for the end, whatever follows.
+    // The parser would treat a NUL as the end and ignore the rest.
     if (text.contains('\0')) {
         return nlohmann::json::value_t::discarded;
     }

@@ -29,9 +29,9 @@ public:
     virtual ~WindowCoordinatorProtocol() = default;
 
     /**
-     * Shows the area selector, over `initialFrame` or over its own default area. Later calls
-     * exactly one of the two: `onConfirm` before the selector closes, `onCancel` when it closes in
-     * any other way. Where it cannot open, `onCancel` has been called already.
+     * Shows the area selector over `initialFrame`, or over its own default area. Later calls
+     * exactly one of the handlers: `onConfirm` before the selector closes, `onCancel` if it closes
+     * in any other way. If it cannot open, `onCancel` has already been called.
      */
     virtual std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> initialFrame,
                                                          FrameHandler onConfirm, Handler onCancel)
@@ -40,13 +40,13 @@ public:
     /** Closes the selector, if one is open, without calling either handler. */
     virtual void closeFrameSelector() = 0;
 
-    /** Makes and shows the output window for an area of this size, in place of any earlier one. */
+    /** Creates and shows the output window for an area of this size, replacing any earlier one. */
     virtual std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) = 0;
 
-    /** Hides the output window and lets it go; nothing where there is none. */
+    /** Hides and releases the output window, if there is one. */
     virtual void closeSharingWindow() = 0;
 
-    /** Whether an output window is held and currently shown. */
+    /** Whether there is an output window and it is shown. */
     virtual bool isSharingWindowVisible() const = 0;
 };
 
@@ -55,7 +55,7 @@ struct CaptureFailure {
     QString description; ///< for a person
 };
 
-/** How the current session goes; zeros without one. */
+/** Statistics of the current session; zeros without one. */
 struct CaptureStatistics {
     std::int64_t framesInLastSecond = 0; ///< shown
     std::int64_t dropped = 0; ///< since the session's start
@@ -72,19 +72,19 @@ public:
 
     /**
      * Called on the main thread when the stream ends by itself, never because of stopCapture(),
-     * with the reason in words for a person. Set once, by the view model.
+     * with a reason for the user. Set once, by the view model.
      */
     virtual void setOnCaptureEnded(EndHandler handler) = 0;
 
     /**
-     * Starts showing `frame` in `window`. A start during which stopCapture() is called completes
+     * Starts showing `frame` in `window`. If stopCapture() is called meanwhile, the start completes
      * without an error and leaves nothing running.
      */
     virtual QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                                   std::shared_ptr<SharingWindow> window)
         = 0;
 
-    /** Ends the current run, or the start in flight, and returns at once. */
+    /** Ends the current run or a pending start, and returns immediately. */
     virtual void stopCapture() = 0;
 
     virtual CaptureStatistics statistics() const = 0;
@@ -92,17 +92,17 @@ public:
 
 /** What the update service answers. */
 struct UpdateInfo {
-    QString lastAppVersion; ///< only displayed, never compared
+    QString lastAppVersion; ///< for display only, never compared
     QString downloadUrl;
     bool canUpdate = false;
 };
 
-/** Why the update service gave no answer. */
+/** Why an update check failed. */
 struct UpdateFailure {
     QString description; ///< for a person
-    QString text; ///< the error's textual form, for a line that scripts read; English
+    QString text; ///< for a line that scripts read, so always English
 
-    /** Where both are the same. */
+    /** The same text for both. */
     static UpdateFailure withText(const QString &text)
     {
         return {.description = text, .text = text};
@@ -111,7 +111,7 @@ struct UpdateFailure {
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::UpdateFailure)
 };
 
-/** Asks the update service about a newer version. */
+/** Asks the update service for a newer version. */
 class UpdateRepositoryProtocol
 {
 public:

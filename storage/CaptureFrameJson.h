@@ -10,11 +10,10 @@
 namespace glimmerpane
 {
 
-/** One compact JSON object; every number reads back bit for bit. Nothing if a field is not finite.
- */
+/** One compact JSON object; every number reads back bit for bit. Null if a field is not finite. */
 std::optional<QByteArray> toJson(const CaptureFrame &frame);
 
-/** Nothing unless `json` is an object whose four members are numbers; other members are ignored. */
+/** Null unless `json` is an object whose four members are numbers; other members are ignored. */
 std::optional<CaptureFrame> captureFrameFromJson(const QByteArray &json);
 
 } // namespace glimmerpane

@@ -13,7 +13,7 @@ namespace glimmerpane
 namespace
 {
 
-/** How long a person is kept waiting; the file's lock may be another's for a second. */
+/** How long the user is kept waiting; another process may hold the file's lock for a second. */
 constexpr int longestWait = 2000; // milliseconds
 
 } // namespace
@@ -62,7 +62,7 @@ void FrameRepository::save(const CaptureFrame &frame, Pace pace)
 QFuture<void> FrameRepository::allWritten()
 {
     typingPause_.stop();
-    // One promise for each, because a future can be continued only once.
+    // One promise per caller, because a future can have only one continuation.
     QPromise<void> &asker = askers_.emplace_back();
     asker.start();
     auto future = asker.future();
@@ -73,7 +73,7 @@ QFuture<void> FrameRepository::allWritten()
 void FrameRepository::finish(int limit)
 {
     typingPause_.stop();
-    thread_.waitForDone(limit); // what is written already comes first
+    thread_.waitForDone(limit); // a write in progress comes first
     write();
     thread_.waitForDone(limit);
 }
@@ -81,7 +81,7 @@ void FrameRepository::finish(int limit)
 void FrameRepository::write()
 {
     if (!writing_.future().isFinished() || typingPause_.isActive()) {
-        return; // comes again
+        return; // called again when the write is done
     }
     if (waiting_) {
         writing_.setFuture(QtConcurrent::run(

@@ -16,35 +16,35 @@
 namespace glimmerpane
 {
 
-/** Keeps the capture area as JSON in a settings file, which it writes on a thread of its own. */
+/** Stores the capture area as JSON in a settings file, which is written on a separate thread. */
 class FrameRepository : public QObject, public FrameRepositoryProtocol
 {
     Q_OBJECT
 
 public:
-    /** Typing rests when nothing was saved for that long. */
+    /** Typing counts as paused when nothing was saved for this long. */
     explicit FrameRepository(SettingsFile file,
                              std::chrono::milliseconds typingPause
                              = std::chrono::milliseconds(300));
-    /** Writes what still waits. */
+    /** Writes anything still pending. */
     ~FrameRepository() override;
 
     std::optional<CaptureFrame> load() override;
     void save(const CaptureFrame &frame, Pace pace) override;
     QFuture<void> allWritten() override;
 
-    /** Blocks until all is written, but at most twice for the limit (milliseconds; -1 for none). */
+    /** Blocks until everything is written, at most twice the limit (milliseconds; -1 for none). */
     void finish(int limit = -1);
 
 private:
     void write();
 
     const SettingsFile file_;
-    QTimer typingPause_; ///< runs while what waits may be half a number
-    QThreadPool thread_; ///< the only one that writes
+    QTimer typingPause_; ///< runs while the pending area may be half-typed
+    QThreadPool thread_; ///< the only thread that writes
     QFutureWatcher<void> writing_;
-    std::optional<QByteArray> waiting_; ///< the newest area, unless it is being written
-    std::vector<QPromise<void>> askers_; ///< who wants to know when all is written
+    std::optional<QByteArray> waiting_; ///< the latest area, until its write begins
+    std::vector<QPromise<void>> askers_; ///< callers waiting until everything is written
 };
 
 } // namespace glimmerpane

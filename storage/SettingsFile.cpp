@@ -18,8 +18,8 @@ namespace
 {
 
 /**
- * Whether QSettings may read it: each level of nested values takes up to 500 bytes of the stack and
- * only 8 of the file.
+ * Whether QSettings can safely read it: each level of nested values takes up to 500 bytes of stack
+ * but only 8 bytes of the file.
  */
 bool isHarmless(const QFileInfo &file)
 {
@@ -27,14 +27,14 @@ bool isHarmless(const QFileInfo &file)
         return true;
     }
     const QString text = SettingsFile::tr(
-        "Settings are neither read from %1 nor saved there: it is too large, or no file.");
+        "Settings are neither read from nor saved to %1: it is too large or not a regular file.");
     std::fprintf(stderr, "glimmerpane: %s\n", qPrintable(text.arg(file.filePath())));
     return false;
 }
 
 /**
- * Whether a new settings file could be written beside the old one. QSettings does not notice when
- * the disk is full: it puts what fitted of the new file in the old one's place.
+ * Whether a new settings file can be written next to the old one. QSettings does not notice a full
+ * disk: it would replace the old file with a truncated new one.
  */
 bool hasRoomFor(const QFileInfo &file)
 {
@@ -46,12 +46,12 @@ bool hasRoomFor(const QFileInfo &file)
 }
 
 /**
- * Whether QSettings gets its lock. It would wait without end for one that a process left when it
- * was killed before it had written its name in it; so such a lock is taken away here.
+ * Whether QSettings will get its lock. It would wait forever for a lock file left by a process that
+ * was killed before writing its name into it, so such a lock is removed here.
  */
 bool isUnlocked(const QString &path)
 {
-    constexpr int oldest = 100; // milliseconds; one that is held is not taken away, however old
+    constexpr int oldest = 100; // milliseconds; a lock still held is never removed, however old
     QLockFile lock(path + QStringLiteral(".lock"));
     lock.setStaleLockTime(oldest);
     return lock.tryLock(10 * oldest);
@@ -65,7 +65,7 @@ std::optional<QByteArray> SettingsFile::read() const
         ? QSettings(path, QSettings::IniFormat).value(key)
         : QVariant();
     if (value.typeId() != QMetaType::QByteArray) {
-        qCInfo(storageLog) << "no area in" << path;
+        qCInfo(storageLog) << "no area stored in" << path;
         return std::nullopt;
     }
     return value.toByteArray();
@@ -75,15 +75,15 @@ void SettingsFile::write(const QByteArray &value) const
 {
     const QFileInfo file(path);
     if (!isHarmless(file) || !hasRoomFor(file) || !isUnlocked(path)) {
-        qCInfo(storageLog) << "cannot save an area in" << path;
+        qCInfo(storageLog) << "cannot save the area in" << path;
         return;
     }
     QSettings settings(path, QSettings::IniFormat);
-    // The new file is complete before it takes the old one's place, or there is no new file.
+    // The new file either replaces the old one when complete, or does not appear at all.
     settings.setAtomicSyncRequired(true);
     settings.setValue(key, value);
     settings.sync();
-    qCInfo(storageLog, "saves %s", value.constData());
+    qCInfo(storageLog, "saving %s", value.constData());
 }
 
 SettingsFile captureFrameFile()

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
-# The Debian packages that this project is built, shown and tested with, and how they get here.
-# Sourced by ./run, ./test and what is in tools/.
+# The Debian packages needed to build, demonstrate and test this project, and their installation.
+# Sourced by ./run, ./test and the scripts in tools/.
 
 # shellcheck disable=SC2034  # used by those who source this file
 build_packages=(
@@ -25,13 +25,13 @@ test_packages=(
 package_packages=(
     dpkg-dev file lintian debootstrap debian-archive-keyring util-linux xvfb x11-utils
 )
-# What bench/run compares the program with.
+# For bench/run: the tools that it compares the program with.
 # shellcheck disable=SC2034
 bench_packages=(
     gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
     ffmpeg obs-studio
 )
-# What tools/pictures films with.
+# For tools/pictures.
 # shellcheck disable=SC2034
 picture_packages=(
     "${demo_packages[@]}" dbus chromium chromium-driver ffmpeg fonts-inter adwaita-icon-theme
@@ -54,8 +54,8 @@ as_root() {
     fi
 }
 
-# install_packages NAME...: installs those that are missing and asks nothing. Says what it does on
-# standard error, because standard output may be somebody's data.
+# install_packages NAME...: installs missing ones without asking. Reports what it does on
+# standard error, because standard output may be in use for data.
 install_packages() {
     local package missing=()
     for package in "$@"; do

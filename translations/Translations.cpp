@@ -20,11 +20,14 @@ QString catalogue(const QString &language)
     return QStringLiteral(":/translations/glimmerpane_%1.qm").arg(language);
 }
 
-/** Nothing for English, which stands in the code: those who prefer it to German get it. */
+/**
+ * Null for English, whose texts are in the code, so that a preference for it over other languages
+ * is respected.
+ */
 std::optional<QString> languageFor(const QLocale &locale)
 {
     if (locale.language() == QLocale::C) {
-        return std::nullopt; // LC_ALL=C outweighs LANGUAGE, as it does for gettext
+        return std::nullopt; // LC_ALL=C overrides LANGUAGE, as in gettext
     }
     for (const QString &name : locale.uiLanguages()) {
         QString language = name.section(u'-', 0, 0);

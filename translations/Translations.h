@@ -7,8 +7,9 @@ namespace glimmerpane
 {
 
 /**
- * Gives texts in the person's language from now on, as long as the current application object
- * lives. Where there is no catalogue for it they stay English. Main thread, before the first text.
+ * Translates texts into the user's language from now on, for the lifetime of the current
+ * application object. They stay English if there is no catalogue for it. Main thread, before the
+ * first text.
  */
 void installTranslations(const QLocale &locale = QLocale::system());
 

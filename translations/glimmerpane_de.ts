@@ -34,20 +34,20 @@
 <context>
     <name>glimmerpane::Commands</name>
     <message>
-        <source>Glimmerpane runs with another output window. Quit it to choose the window&apos;s kind.</source>
-        <translation>Glimmerpane läuft mit einem anderen Ausgabefenster. Beenden Sie es, um die Art des Fensters zu wählen.</translation>
+        <source>Glimmerpane is already running with the other kind of output window. Quit it first.</source>
+        <translation>Glimmerpane läuft bereits mit der anderen Art von Ausgabefenster. Beenden Sie es zuerst.</translation>
     </message>
     <message>
-        <source>A message waits for its answer.</source>
-        <translation>Eine Meldung wartet auf eine Antwort.</translation>
+        <source>Glimmerpane is showing a message. Answer it first.</source>
+        <translation>Glimmerpane zeigt gerade eine Meldung an. Beantworten Sie diese zuerst.</translation>
     </message>
     <message>
-        <source>The area is just being selected.</source>
-        <translation>Der Bereich wird gerade gewählt.</translation>
+        <source>The area is being selected. Confirm or cancel the selection first.</source>
+        <translation>Der Bereich wird gerade ausgewählt. Bestätigen Sie die Auswahl zuerst oder brechen Sie sie ab.</translation>
     </message>
     <message>
-        <source>The area cannot be selected while it is shared.</source>
-        <translation>Der Bereich kann nicht gewählt werden, solange er freigegeben ist.</translation>
+        <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
+        <translation>Der Bereich kann nicht ausgewählt werden, solange er freigegeben ist. Beenden Sie zuerst die Freigabe.</translation>
     </message>
 </context>
 <context>
@@ -80,78 +80,71 @@
 <context>
     <name>glimmerpane::Error</name>
     <message>
-        <source>The captured display is gone or has changed.</source>
-        <translation>Der aufgenommene Bildschirm ist nicht mehr da oder hat sich geändert.</translation>
-    </message>
-    <message>
-        <source>The connection to the X server broke.</source>
-        <translation>Die Verbindung zum X-Server ist abgebrochen.</translation>
-    </message>
-    <message>
-        <source>The system has no file descriptor left.</source>
-        <translation>Das System hat keinen Dateideskriptor mehr frei.</translation>
-    </message>
-    <message>
-        <source>There is no X display here (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
-        <translation>Hier ist kein X-Display (DISPLAY ist „%1“). Starten Sie Glimmerpane in einer X11-Sitzung.</translation>
-    </message>
-    <message>
         <source>The X server refused a request (%1).</source>
         <translation>Der X-Server hat eine Anfrage abgelehnt (%1).</translation>
-    </message>
-    <message>
-        <source>The X server lacks the extension %1, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
-        <translation>Dem X-Server fehlt die Erweiterung %1, oder er lässt dieses Programm sie nicht benutzen. Schalten Sie sie in der Konfiguration des Servers ein; verbinden Sie sich über SSH mit ssh -Y.</translation>
-    </message>
-    <message>
-        <source>no window manager lists windows here</source>
-        <translation>kein Fensterverwalter führt hier eine Liste der Fenster</translation>
-    </message>
-    <message>
-        <source>%1 tiles the windows that it lists</source>
-        <translation>%1 ordnet die Fenster, die er auflistet, als Kacheln an</translation>
-    </message>
-    <message>
-        <source>%1 stays an unlisted window: %2.</source>
-        <translation>„%1“ bleibt ein nicht aufgelistetes Fenster: %2.</translation>
     </message>
     <message>
         <source>The window manager keeps &quot;Glimmerpane - Output&quot; on the screen, and without a compositor it cannot be hidden there. Keep it outside the area.</source>
         <translation>Der Fensterverwalter behält „Glimmerpane - Output“ auf dem Bildschirm, und ohne Compositor kann es dort nicht verborgen werden. Lassen Sie es außerhalb des Bereichs.</translation>
     </message>
     <message>
-        <source>The X server cannot draw pictures of the screen&apos;s kind.</source>
-        <translation>Der X-Server kann keine Bilder im Format des Bildschirms zeichnen.</translation>
-    </message>
-    <message>
         <source>The X server does not let this program read the screen. Over SSH, connect with ssh -Y.</source>
         <translation>Der X-Server lässt dieses Programm den Bildschirm nicht lesen. Verbinden Sie sich über SSH mit ssh -Y.</translation>
     </message>
     <message>
-        <source>This is a Wayland session, whose screen X programs cannot read. Log in to an X11 session instead.</source>
-        <translation>Dies ist eine Wayland-Sitzung, deren Bildschirm X-Programme nicht lesen können. Melden Sie sich stattdessen in einer X11-Sitzung an.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::HttpsPost</name>
-    <message>
-        <source>The answer is too long.</source>
-        <translation>Die Antwort ist zu lang.</translation>
+        <source>The connection to the X server was lost.</source>
+        <translation>Die Verbindung zum X-Server ist abgebrochen.</translation>
     </message>
     <message>
-        <source>The request timed out.</source>
-        <translation>Zeitüberschreitung bei der Anfrage.</translation>
+        <source>The system has no file descriptors left.</source>
+        <translation>Das System hat keine freien Dateideskriptoren mehr.</translation>
     </message>
     <message>
-        <source>The request was cancelled.</source>
-        <translation>Die Anfrage wurde abgebrochen.</translation>
+        <source>Cannot connect to an X server (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
+        <translation>Es kann keine Verbindung zu einem X-Server hergestellt werden (DISPLAY ist „%1“). Starten Sie Glimmerpane in einer X11-Sitzung.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the %1 extension, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
+        <translation>Dem X-Server fehlt die Erweiterung %1, oder er lässt dieses Programm sie nicht benutzen. Schalten Sie sie in der Konfiguration des Servers ein; verbinden Sie sich über SSH mit ssh -Y.</translation>
+    </message>
+    <message>
+        <source>no window manager here keeps a list of windows</source>
+        <translation>hier führt kein Fensterverwalter eine Liste der Fenster</translation>
+    </message>
+    <message>
+        <source>%1 tiles every window that it lists</source>
+        <translation>%1 ordnet alle aufgelisteten Fenster als Kacheln an</translation>
+    </message>
+    <message>
+        <source>%1 will not be listed: %2.</source>
+        <translation>„%1“ wird nicht aufgelistet: %2.</translation>
+    </message>
+    <message>
+        <source>The X server cannot draw pictures in the screen&apos;s format.</source>
+        <translation>Der X-Server kann keine Bilder im Format des Bildschirms zeichnen.</translation>
+    </message>
+    <message>
+        <source>This is a Wayland session, in which X11 programs cannot read the screen. Log in to an X11 session instead.</source>
+        <translation>Dies ist eine Wayland-Sitzung, in der X11-Programme den Bildschirm nicht lesen können. Melden Sie sich stattdessen in einer X11-Sitzung an.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
     <message>
-        <source>Glimmerpane runs but does not answer: %1</source>
+        <source>Glimmerpane is running but does not respond: %1</source>
         <translation>Glimmerpane läuft, antwortet aber nicht: %1</translation>
+    </message>
+    <message>
+        <source>Glimmerpane is running but does not respond.</source>
+        <translation>Glimmerpane läuft, antwortet aber nicht.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane is already running on display %1.</source>
+        <translation>Glimmerpane läuft bereits auf dem Display %1.</translation>
     </message>
 </context>
 <context>
@@ -169,16 +162,16 @@
         <translation>Unerwartetes Argument „%1“.</translation>
     </message>
     <message>
-        <source>Only one of --share, --stop and --select can be asked for at once.</source>
-        <translation>--share, --stop und --select schließen einander aus.</translation>
+        <source>Only one of --share, --stop and --select can be used at a time.</source>
+        <translation>Von --share, --stop und --select kann nur eines angegeben werden.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.</source>
-        <translation>„%1“ ist kein Bereich. Er muss X,Y,BREITExHÖHE sein, vier Zahlen.</translation>
+        <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
+        <translation>„%1“ ist kein Bereich. Ein Bereich besteht aus vier Zahlen: X,Y,BREITExHÖHE.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no kind of output window. It must be managed or unlisted.</source>
-        <translation>„%1“ ist keine Art von Ausgabefenster. Es muss managed oder unlisted sein.</translation>
+        <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
+        <translation>„%1“ ist keine Art von Ausgabefenster. Geben Sie managed oder unlisted an.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -191,16 +184,17 @@ Options:
                            corner of the primary display.
   --share                  Start sharing at once.
   --stop                   Stop sharing.
-  --select                 Open the selector of the area.
-  --status                 Print the area, whether it is shared, the frames of
-                           the last second and the dropped ones, as JSON.
+  --select                 Open the area selector.
+  --status                 Print the area, whether it is being shared, the
+                           frames shown in the last second and the frames
+                           dropped, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
-Where Glimmerpane runs already, it does what is asked for; without options its
-window comes forward. The exit code is 0, 1 (failed) or 2 (usage).
+If Glimmerpane is already running, it does what is asked; without options its
+window comes to the front. The exit code is 0, 1 (failed) or 2 (usage).
 </source>
         <translation>Aufruf: glimmerpane [Optionen]
 Gibt einen Teil des Bildschirms in einem Videogespräch frei: Geben Sie dort das
@@ -212,42 +206,23 @@ Optionen:
                            unteren Ecke des Hauptbildschirms.
   --share                  Die Freigabe sofort starten.
   --stop                   Die Freigabe beenden.
-  --select                 Den Bereich auf dem Bildschirm wählen.
-  --status                 Den Bereich, ob er freigegeben ist, die Bilder der
-                           letzten Sekunde und die ausgelassenen als JSON
-                           ausgeben.
+  --select                 Den Bereich auf dem Bildschirm auswählen.
+  --status                 Als JSON ausgeben: den Bereich, ob er freigegeben ist,
+                           die in der letzten Sekunde gezeigten und die
+                           ausgelassenen Bilder.
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.
-  -h, --help               Dies ausgeben und enden.
-  -v, --version            Die Version ausgeben und enden.
+  -h, --help               Diese Hilfe ausgeben und beenden.
+  -v, --version            Die Version ausgeben und beenden.
 
-Läuft Glimmerpane schon, so tut es, was verlangt wird; ohne Optionen kommt sein
-Fenster nach vorn. Der Rückgabewert ist 0, 1 (fehlgeschlagen) oder 2 (Aufruf).
+Läuft Glimmerpane bereits, führt es aus, was verlangt wird; ohne Optionen kommt
+sein Fenster nach vorn. Der Rückgabewert ist 0, 1 (Fehler) oder 2 (Aufruf).
 </translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::MainViewModel</name>
-    <message>
-        <source>The width and the height of the area must be finite numbers.</source>
-        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
-    </message>
-    <message>
-        <source>The position of the area must be two numbers.</source>
-        <translation>Die Position des Bereichs muss aus zwei Zahlen bestehen.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and its height must be at least 1.</source>
-        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. A side can have at most %n pixels.</source>
-        <translation>
-            <numerusform>Der Bereich ist zu groß. Eine Seite darf höchstens %n Pixel haben.</numerusform>
-            <numerusform>Der Bereich ist zu groß. Eine Seite darf höchstens %n Pixel haben.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Screen Capture</source>
         <translation>Bildschirmaufnahme</translation>
@@ -277,14 +252,6 @@ Fenster nach vorn. Der Rückgabewert ist 0, 1 (fehlgeschlagen) oder 2 (Aufruf).
         <translation>Abbrechen</translation>
     </message>
     <message>
-        <source>Unable to get device serial number for update check</source>
-        <translation>Die Seriennummer des Geräts für die Suche nach Updates ist nicht zu ermitteln</translation>
-    </message>
-    <message>
-        <source>Update check failed: %1</source>
-        <translation>Die Suche nach Updates ist fehlgeschlagen: %1</translation>
-    </message>
-    <message>
         <source>Update Available</source>
         <translation>Update verfügbar</translation>
     </message>
@@ -297,6 +264,69 @@ Neue Version: %2</translation>
     <message>
         <source>Download New Version</source>
         <translation>Neue Version herunterladen</translation>
+    </message>
+    <message>
+        <source>Set Area</source>
+        <translation>Bereich festlegen</translation>
+    </message>
+    <message>
+        <source>Screen Recording</source>
+        <translation>Bildschirmaufnahme</translation>
+    </message>
+    <message>
+        <source>Stop Sharing and Quit?</source>
+        <translation>Freigabe beenden und Programm schließen?</translation>
+    </message>
+    <message>
+        <source>The others in your call will no longer see the shared area.</source>
+        <translation>Die anderen im Gespräch sehen den freigegebenen Bereich dann nicht mehr.</translation>
+    </message>
+    <message>
+        <source>Keep Sharing</source>
+        <translation>Weiter freigeben</translation>
+    </message>
+    <message>
+        <source>Stop and Quit</source>
+        <translation>Beenden und schließen</translation>
+    </message>
+    <message>
+        <source>Sharing Has Ended</source>
+        <translation>Die Freigabe wurde beendet</translation>
+    </message>
+    <message>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s position must be numbers.</source>
+        <translation>Die Position des Bereichs muss aus Zahlen bestehen.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Die Freigabe wurde beendet, bevor sie begonnen hatte.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane does not know the settings program of this desktop.</source>
+        <translation>Glimmerpane kennt das Einstellungsprogramm dieses Desktops nicht.</translation>
+    </message>
+    <message>
+        <source>Others in your call no longer see the area. %1</source>
+        <translation>Die anderen im Gespräch sehen den Bereich nicht mehr. %1</translation>
     </message>
 </context>
 <context>
@@ -318,27 +348,14 @@ Neue Version: %2</translation>
     </message>
 </context>
 <context>
+    <name>glimmerpane::SettingsFile</name>
+    <message>
+        <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
+        <translation>Einstellungen werden aus %1 weder gelesen noch dort gespeichert: zu groß oder keine reguläre Datei.</translation>
+    </message>
+</context>
+<context>
     <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>The answer cannot be read: %1.</source>
-        <translation>Die Antwort ist nicht lesbar: %1.</translation>
-    </message>
-    <message>
-        <source>it is no JSON object</source>
-        <translation>sie ist kein JSON-Objekt</translation>
-    </message>
-    <message>
-        <source>&quot;lastAppVersion&quot; is no text</source>
-        <translation>„lastAppVersion“ ist kein Text</translation>
-    </message>
-    <message>
-        <source>&quot;downloadUrl&quot; is no text</source>
-        <translation>„downloadUrl“ ist kein Text</translation>
-    </message>
-    <message>
-        <source>&quot;canUpdate&quot; is neither true nor false</source>
-        <translation>„canUpdate“ ist weder wahr noch falsch</translation>
-    </message>
     <message>
         <source>HTTP error: %1</source>
         <translation>HTTP-Fehler: %1</translation>

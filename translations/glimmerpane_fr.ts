@@ -34,20 +34,20 @@
 <context>
     <name>glimmerpane::Commands</name>
     <message>
-        <source>Glimmerpane runs with another output window. Quit it to choose the window&apos;s kind.</source>
-        <translation>Glimmerpane est lancé avec un autre type de fenêtre de sortie. Quittez-le pour en choisir un.</translation>
+        <source>Glimmerpane is already running with the other kind of output window. Quit it first.</source>
+        <translation>Glimmerpane est déjà lancé avec l’autre type de fenêtre de sortie. Quittez-le d’abord.</translation>
     </message>
     <message>
-        <source>A message waits for its answer.</source>
-        <translation>Un message attend une réponse.</translation>
+        <source>Glimmerpane is showing a message. Answer it first.</source>
+        <translation>Glimmerpane affiche un message. Répondez-y d’abord.</translation>
     </message>
     <message>
-        <source>The area is just being selected.</source>
-        <translation>La zone est en cours de sélection.</translation>
+        <source>The area is being selected. Confirm or cancel the selection first.</source>
+        <translation>La zone est en cours de sélection. Confirmez ou annulez d’abord la sélection.</translation>
     </message>
     <message>
-        <source>The area cannot be selected while it is shared.</source>
-        <translation>La zone ne peut pas être sélectionnée pendant son partage.</translation>
+        <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
+        <translation>La zone ne peut pas être sélectionnée pendant qu’elle est partagée. Arrêtez d’abord le partage.</translation>
     </message>
 </context>
 <context>
@@ -80,78 +80,71 @@
 <context>
     <name>glimmerpane::Error</name>
     <message>
-        <source>The captured display is gone or has changed.</source>
-        <translation>L’écran capturé a disparu ou a changé.</translation>
-    </message>
-    <message>
-        <source>The connection to the X server broke.</source>
-        <translation>La connexion au serveur X a été rompue.</translation>
-    </message>
-    <message>
-        <source>The system has no file descriptor left.</source>
-        <translation>Le système n’a plus de descripteur de fichier disponible.</translation>
-    </message>
-    <message>
-        <source>There is no X display here (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
-        <translation>Il n’y a pas d’affichage X ici (DISPLAY vaut «&#xa0;%1&#xa0;»). Lancez Glimmerpane dans une session X11.</translation>
-    </message>
-    <message>
         <source>The X server refused a request (%1).</source>
         <translation>Le serveur X a refusé une requête (%1).</translation>
-    </message>
-    <message>
-        <source>The X server lacks the extension %1, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
-        <translation>Il manque au serveur X l’extension %1, ou il ne laisse pas ce programme s’en servir. Activez-la dans la configuration du serveur&#x202f;; par SSH, connectez-vous avec ssh -Y.</translation>
-    </message>
-    <message>
-        <source>no window manager lists windows here</source>
-        <translation>aucun gestionnaire de fenêtres ne tient ici la liste des fenêtres</translation>
-    </message>
-    <message>
-        <source>%1 tiles the windows that it lists</source>
-        <translation>%1 dispose en mosaïque les fenêtres de sa liste</translation>
-    </message>
-    <message>
-        <source>%1 stays an unlisted window: %2.</source>
-        <translation>«&#xa0;%1&#xa0;» reste une fenêtre hors liste&#xa0;: %2.</translation>
     </message>
     <message>
         <source>The window manager keeps &quot;Glimmerpane - Output&quot; on the screen, and without a compositor it cannot be hidden there. Keep it outside the area.</source>
         <translation>Le gestionnaire de fenêtres garde «&#xa0;Glimmerpane - Output&#xa0;» à l’écran, et sans compositeur elle ne peut pas y être masquée. Gardez-la hors de la zone.</translation>
     </message>
     <message>
-        <source>The X server cannot draw pictures of the screen&apos;s kind.</source>
-        <translation>Le serveur X ne peut pas dessiner d’images au format de l’écran.</translation>
-    </message>
-    <message>
         <source>The X server does not let this program read the screen. Over SSH, connect with ssh -Y.</source>
         <translation>Le serveur X ne laisse pas ce programme lire l’écran. Par SSH, connectez-vous avec ssh -Y.</translation>
     </message>
     <message>
-        <source>This is a Wayland session, whose screen X programs cannot read. Log in to an X11 session instead.</source>
-        <translation>Ceci est une session Wayland, dont les programmes X ne peuvent pas lire l’écran. Ouvrez plutôt une session X11.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::HttpsPost</name>
-    <message>
-        <source>The answer is too long.</source>
-        <translation>La réponse est trop longue.</translation>
+        <source>The connection to the X server was lost.</source>
+        <translation>La connexion au serveur X a été perdue.</translation>
     </message>
     <message>
-        <source>The request timed out.</source>
-        <translation>La requête a expiré.</translation>
+        <source>The system has no file descriptors left.</source>
+        <translation>Le système n’a plus de descripteur de fichier disponible.</translation>
     </message>
     <message>
-        <source>The request was cancelled.</source>
-        <translation>La requête a été annulée.</translation>
+        <source>Cannot connect to an X server (DISPLAY is &quot;%1&quot;). Start Glimmerpane in an X11 session.</source>
+        <translation>Impossible de se connecter à un serveur X (DISPLAY vaut «&#xa0;%1&#xa0;»). Lancez Glimmerpane dans une session X11.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the %1 extension, or does not let this program use it. Enable it in the server&apos;s configuration; over SSH, connect with ssh -Y.</source>
+        <translation>L’extension %1 manque au serveur X, ou il ne laisse pas ce programme l’utiliser. Activez-la dans la configuration du serveur&#x202f;; par SSH, connectez-vous avec ssh -Y.</translation>
+    </message>
+    <message>
+        <source>no window manager here keeps a list of windows</source>
+        <translation>aucun gestionnaire de fenêtres ne tient ici la liste des fenêtres</translation>
+    </message>
+    <message>
+        <source>%1 tiles every window that it lists</source>
+        <translation>%1 dispose en mosaïque toutes les fenêtres de sa liste</translation>
+    </message>
+    <message>
+        <source>%1 will not be listed: %2.</source>
+        <translation>«&#xa0;%1&#xa0;» ne sera pas dans la liste&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>The X server cannot draw pictures in the screen&apos;s format.</source>
+        <translation>Le serveur X ne peut pas dessiner d’images au format de l’écran.</translation>
+    </message>
+    <message>
+        <source>This is a Wayland session, in which X11 programs cannot read the screen. Log in to an X11 session instead.</source>
+        <translation>Ceci est une session Wayland, dans laquelle les programmes X11 ne peuvent pas lire l’écran. Ouvrez plutôt une session X11.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
     </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
     <message>
-        <source>Glimmerpane runs but does not answer: %1</source>
+        <source>Glimmerpane is running but does not respond: %1</source>
         <translation>Glimmerpane est lancé mais ne répond pas&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Glimmerpane is running but does not respond.</source>
+        <translation>Glimmerpane est lancé mais ne répond pas.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane is already running on display %1.</source>
+        <translation>Glimmerpane est déjà lancé sur l’affichage %1.</translation>
     </message>
 </context>
 <context>
@@ -169,16 +162,16 @@
         <translation>Argument inattendu «&#xa0;%1&#xa0;».</translation>
     </message>
     <message>
-        <source>Only one of --share, --stop and --select can be asked for at once.</source>
-        <translation>--share, --stop et --select s’excluent mutuellement.</translation>
+        <source>Only one of --share, --stop and --select can be used at a time.</source>
+        <translation>Une seule des options --share, --stop et --select peut être utilisée à la fois.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is not an area. It must be X,Y,WIDTHxHEIGHT, four numbers.</source>
-        <translation>«&#xa0;%1&#xa0;» n’est pas une zone. Elle s’écrit X,Y,LARGEURxHAUTEUR, avec quatre nombres.</translation>
+        <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas une zone. Une zone se compose de quatre nombres&#xa0;: X,Y,LARGEURxHAUTEUR.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no kind of output window. It must be managed or unlisted.</source>
-        <translation>«&#xa0;%1&#xa0;» n’est pas un type de fenêtre de sortie. Ce doit être managed ou unlisted.</translation>
+        <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un type de fenêtre de sortie. Indiquez managed ou unlisted.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -191,16 +184,17 @@ Options:
                            corner of the primary display.
   --share                  Start sharing at once.
   --stop                   Stop sharing.
-  --select                 Open the selector of the area.
-  --status                 Print the area, whether it is shared, the frames of
-                           the last second and the dropped ones, as JSON.
+  --select                 Open the area selector.
+  --status                 Print the area, whether it is being shared, the
+                           frames shown in the last second and the frames
+                           dropped, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
-Where Glimmerpane runs already, it does what is asked for; without options its
-window comes forward. The exit code is 0, 1 (failed) or 2 (usage).
+If Glimmerpane is already running, it does what is asked; without options its
+window comes to the front. The exit code is 0, 1 (failed) or 2 (usage).
 </source>
         <translation>Utilisation&#xa0;: glimmerpane [options]
 Partage une partie de l’écran dans un appel vidéo&#xa0;: partagez-y la fenêtre
@@ -213,13 +207,14 @@ Options&#xa0;:
                            inférieur gauche de l’écran principal.
   --share                  Démarrer le partage aussitôt.
   --stop                   Arrêter le partage.
-  --select                 Choisir la zone à l’écran.
-  --status                 Afficher en JSON la zone, si elle est partagée, les
-                           images de la dernière seconde et celles perdues.
+  --select                 Sélectionner la zone à l’écran.
+  --status                 Afficher en JSON la zone, si elle est partagée, le
+                           nombre d’images montrées dans la dernière seconde et
+                           celui des images perdues.
   --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
                            de sortie, pour les programmes qui ne proposent que
                            ce qu’il liste.
-  -h, --help               Afficher ceci et quitter.
+  -h, --help               Afficher cette aide et quitter.
   -v, --version            Afficher la version et quitter.
 
 Si Glimmerpane est déjà lancé, c’est lui qui fait ce qui est demandé&#x202f;; sans
@@ -230,25 +225,6 @@ option, sa fenêtre passe au premier plan. Le code de sortie est 0, 1 (échec) o
 </context>
 <context>
     <name>glimmerpane::MainViewModel</name>
-    <message>
-        <source>The width and the height of the area must be finite numbers.</source>
-        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
-    </message>
-    <message>
-        <source>The position of the area must be two numbers.</source>
-        <translation>La position de la zone doit se composer de deux nombres.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and its height must be at least 1.</source>
-        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. A side can have at most %n pixels.</source>
-        <translation>
-            <numerusform>La zone est trop grande. Un côté peut avoir au plus %n pixel.</numerusform>
-            <numerusform>La zone est trop grande. Un côté peut avoir au plus %n pixels.</numerusform>
-        </translation>
-    </message>
     <message>
         <source>Screen Capture</source>
         <translation>Capture d’écran</translation>
@@ -278,14 +254,6 @@ option, sa fenêtre passe au premier plan. Le code de sortie est 0, 1 (échec) o
         <translation>Annuler</translation>
     </message>
     <message>
-        <source>Unable to get device serial number for update check</source>
-        <translation>Impossible d’obtenir le numéro de série de l’appareil pour la recherche de mises à jour</translation>
-    </message>
-    <message>
-        <source>Update check failed: %1</source>
-        <translation>La recherche de mises à jour a échoué&#xa0;: %1</translation>
-    </message>
-    <message>
         <source>Update Available</source>
         <translation>Mise à jour disponible</translation>
     </message>
@@ -298,6 +266,69 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Download New Version</source>
         <translation>Télécharger la nouvelle version</translation>
+    </message>
+    <message>
+        <source>Set Area</source>
+        <translation>Définir la zone</translation>
+    </message>
+    <message>
+        <source>Screen Recording</source>
+        <translation>Enregistrement de l’écran</translation>
+    </message>
+    <message>
+        <source>Stop Sharing and Quit?</source>
+        <translation>Arrêter le partage et quitter&#x202f;?</translation>
+    </message>
+    <message>
+        <source>The others in your call will no longer see the shared area.</source>
+        <translation>Les autres participants à l’appel ne verront plus la zone partagée.</translation>
+    </message>
+    <message>
+        <source>Keep Sharing</source>
+        <translation>Continuer le partage</translation>
+    </message>
+    <message>
+        <source>Stop and Quit</source>
+        <translation>Arrêter et quitter</translation>
+    </message>
+    <message>
+        <source>Sharing Has Ended</source>
+        <translation>Le partage est terminé</translation>
+    </message>
+    <message>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s position must be numbers.</source>
+        <translation>La position de la zone doit être donnée par des nombres.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixel.</numerusform>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixels.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Le partage a été arrêté avant d’avoir commencé.</translation>
+    </message>
+    <message>
+        <source>Glimmerpane does not know the settings program of this desktop.</source>
+        <translation>Glimmerpane ne connaît pas le programme de paramètres de ce bureau.</translation>
+    </message>
+    <message>
+        <source>Others in your call no longer see the area. %1</source>
+        <translation>Les autres participants à l’appel ne voient plus la zone. %1</translation>
     </message>
 </context>
 <context>
@@ -319,27 +350,14 @@ Nouvelle version&#xa0;: %2</translation>
     </message>
 </context>
 <context>
+    <name>glimmerpane::SettingsFile</name>
+    <message>
+        <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
+        <translation>Les paramètres ne sont ni lus dans %1 ni enregistrés&#xa0;: il est trop volumineux ou n’est pas un fichier ordinaire.</translation>
+    </message>
+</context>
+<context>
     <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>The answer cannot be read: %1.</source>
-        <translation>La réponse est illisible&#xa0;: %1.</translation>
-    </message>
-    <message>
-        <source>it is no JSON object</source>
-        <translation>ce n’est pas un objet JSON</translation>
-    </message>
-    <message>
-        <source>&quot;lastAppVersion&quot; is no text</source>
-        <translation>«&#xa0;lastAppVersion&#xa0;» n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>&quot;downloadUrl&quot; is no text</source>
-        <translation>«&#xa0;downloadUrl&#xa0;» n’est pas un texte</translation>
-    </message>
-    <message>
-        <source>&quot;canUpdate&quot; is neither true nor false</source>
-        <translation>«&#xa0;canUpdate&#xa0;» n’est ni vrai ni faux</translation>
-    </message>
     <message>
         <source>HTTP error: %1</source>
         <translation>Erreur HTTP&#xa0;: %1</translation>

@@ -13,14 +13,14 @@ ActionButton::ActionButton(const QString &label, Emphasis emphasis)
     , emphasis_(emphasis)
 {
     setFocusPolicy(Qt::TabFocus);
-    setAutoDefault(true); // Return presses the focused button, as the space bar does
+    setAutoDefault(true); // Return presses the focused button, like the space bar
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setAttribute(Qt::WA_Hover);
 }
 
 void ActionButton::keyPressEvent(QKeyEvent *event)
 {
-    // A key that is held would press what takes this button's place as well.
+    // A held key would also press the button that replaces this one.
     if (!event->isAutoRepeat() || event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab) {
         QPushButton::keyPressEvent(event);
     }

@@ -6,7 +6,7 @@
 namespace glimmerpane
 {
 
-/** A large button as wide as its surroundings allow. Takes the focus by the keyboard only. */
+/** A large button as wide as its layout allows. Gets the focus by keyboard only. */
 class ActionButton : public QPushButton
 {
     Q_OBJECT
@@ -15,10 +15,10 @@ public:
     enum class Emphasis {
         Plain,
         Accent, ///< filled with the accent colour
-        Danger, ///< filled with red; like every button grey while it is disabled
+        Danger, ///< filled with red; grey while disabled, like every button
     };
 
-    /** The label names its mnemonic by an ampersand. */
+    /** An ampersand in the label marks its mnemonic. */
     ActionButton(const QString &label, Emphasis emphasis);
 
     Emphasis emphasis() const { return emphasis_; }

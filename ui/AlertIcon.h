@@ -10,7 +10,7 @@ namespace glimmerpane
 
 struct Theme;
 
-/** The picture beside an alert's text, for a screen with this many pixels for each point. */
+/** The icon next to an alert's text, for a screen with this many pixels per point. */
 QPixmap alertIcon(Alert::Style style, const Theme &theme, double devicePixelRatio);
 
 } // namespace glimmerpane

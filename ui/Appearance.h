@@ -9,8 +9,8 @@ namespace glimmerpane
 {
 
 /**
- * Gives the application its style and follows the desktop's choice of light or dark where Qt does
- * not. Needs the QApplication; make it before the first window.
+ * Sets the application's style and follows the desktop's light or dark preference where Qt does
+ * not. Requires a QApplication; create it before the first window.
  */
 class Appearance : public QObject
 {

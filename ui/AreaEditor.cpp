@@ -31,7 +31,7 @@ std::array<Field, 4> fieldDescriptions()
             Field{AreaEditor::tr("&Height"), QStringLiteral("heightField")}};
 }
 
-/** Half goes to the even number, and the sign of zero stays. */
+/** Rounds half to even and keeps the sign of zero. */
 QString wholeNumberText(double value)
 {
     std::array<char, 320> text{}; // the largest double has 309 digits
@@ -98,13 +98,16 @@ void AreaEditor::showFrame(const CaptureFrame &frame, std::optional<std::size_t>
     for (std::size_t i = 0; i < fields_.size(); ++i) {
         const QString text = wholeNumberText(values[i]);
         if (i != untouchedField
-            && fields_[i]->text() != text) { // setting an equal text would move the cursor
+            && fields_[i]->text() != text) { // setting the same text would move the cursor
             fields_[i]->setText(text);
         }
     }
 }
 
-/** Qt asks the parent of the field that Tab was typed in. The fields are in no other chain. */
+/**
+ * Qt calls this on the parent of the field in which Tab was pressed. The fields are in no other tab
+ * chain.
+ */
 bool AreaEditor::focusNextPrevChild(bool next)
 {
     const auto *const current = std::ranges::find(fields_, window()->focusWidget());
@@ -117,7 +120,7 @@ bool AreaEditor::focusNextPrevChild(bool next)
     return true;
 }
 
-/** What the fields leave over. */
+/** Handles keys that the fields ignore. */
 void AreaEditor::keyPressEvent(QKeyEvent *event)
 {
     const int key = event->key();

@@ -20,8 +20,8 @@ namespace glimmerpane
 struct Theme;
 
 /**
- * The four numbers of the capture area as text fields. Never disabled, reached by clicking or by
- * the mnemonics of their captions; from there Tab goes through them.
+ * The four numbers of the capture area as text fields. Never disabled. Reached by clicking or by
+ * the mnemonics of their captions; Tab then moves between them.
  */
 class AreaEditor : public QWidget
 {
@@ -34,18 +34,18 @@ public:
 
     Texts texts() const;
 
-    /** Shows the frame as whole numbers, but in `untouchedField`. Does not emit textEdited(). */
+    /** Shows the frame as whole numbers, except in `untouchedField`. Does not emit textEdited(). */
     void showFrame(const CaptureFrame &frame, std::optional<std::size_t> untouchedField = {});
 
     void setCaptionFont(const QFont &font);
     void setColors(const Theme &theme);
 
 Q_SIGNALS:
-    /** Somebody changed the text of a field, by one keystroke for instance. */
+    /** The user changed the text of a field, for instance by one keystroke. */
     void textEdited(std::size_t field);
-    /** A field was left, or Return was typed in it. */
+    /** A field was left, or Return was pressed in it. */
     void fieldFinished();
-    /** Escape or Return was typed in a field. */
+    /** Escape or Return was pressed in a field. */
     void editingEnded();
 
 protected:

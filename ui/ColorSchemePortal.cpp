@@ -51,7 +51,7 @@ QCoro::Task<> ColorSchemePortal::start()
         co_return;
     }
     const QPointer self(this);
-    // Connecting waits for the bus, so another thread does it; the connection is the same for all.
+    // Connecting waits for the bus, so another thread does it; all threads share the connection.
     auto connecting = QtConcurrent::run([] { return QDBusConnection::sessionBus().isConnected(); });
     const bool isConnected = co_await connecting;
     if (self && isConnected) {
@@ -62,8 +62,8 @@ QCoro::Task<> ColorSchemePortal::start()
 void ColorSchemePortal::follow()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    qRegisterMetaType<QDBusVariant>(); // else the slot is refused: its type has no name yet
-    // From any sender: naming the service would wait for the bus to say who that is.
+    qRegisterMetaType<QDBusVariant>(); // otherwise the slot is refused: its type has no name yet
+    // From any sender: naming the service would wait for the bus to look it up.
     bus.connect({}, path(), interface(), QStringLiteral("SettingChanged"),
                 {appearanceGroup(), colorSchemeKey()}, {}, this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
@@ -107,7 +107,7 @@ void ColorSchemePortal::tell(const QVariant &value)
     case static_cast<uint>(ColorScheme::Light):
         Q_EMIT colorSchemeTold(ColorScheme::Light);
         break;
-    default: // numbers of later versions mean no preference, too
+    default: // unknown numbers also mean no preference
         Q_EMIT colorSchemeTold(ColorScheme::NoPreference);
     }
 }

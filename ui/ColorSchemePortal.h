@@ -11,7 +11,7 @@ class QVariant;
 namespace glimmerpane
 {
 
-/** What the desktop prefers; the numbers are the portal's. */
+/** The desktop's preference; the numbers are the portal's. */
 enum class ColorScheme {
     NoPreference = 0,
     Dark = 1,
@@ -19,8 +19,8 @@ enum class ColorScheme {
 };
 
 /**
- * Reads the desktop's colour scheme from its settings portal on the session bus and follows it.
- * Nothing here blocks; where there is no bus or no portal nothing happens at all. Main thread.
+ * Reads the desktop's colour scheme from its settings portal on the session bus and follows
+ * changes. Never blocks; does nothing without a bus or portal. Main thread.
  */
 class ColorSchemePortal : public QObject
 {

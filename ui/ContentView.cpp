@@ -27,12 +27,12 @@ namespace
 constexpr int contentWidth = 320;
 constexpr int smallestHeight = 440;
 constexpr int sideMargin = 20;
-constexpr int roomBesideTitle = 128; // for the window's own buttons, on both sides
+constexpr int roomBesideTitle = 128; // for the window controls, on both sides
 
-/** Grows with fonts that are larger than what desktops have as their normal one. */
+/** Grows with fonts larger than a desktop's usual one. */
 int widthFor(const QFont &font)
 {
-    constexpr double largestNormal = 15; // pixels, which are 11 points
+    constexpr double largestNormal = 15; // pixels, that is 11 points
     const double growth = QFontInfo(font).pixelSize() / largestNormal;
     return static_cast<int>(std::lround(contentWidth * std::max(1.0, growth)));
 }
@@ -47,14 +47,14 @@ QFont scaled(QFont font, double factor)
     return font;
 }
 
-/** The font, made smaller until the text fits into the width. */
+/** The font, shrunk until the text fits the width. */
 QFont fitted(const QFont &font, const QString &text, int width)
 {
     const int needed = QFontMetrics(font).horizontalAdvance(text);
     return needed > width ? scaled(font, static_cast<double>(width) / needed) : font;
 }
 
-/** Equal by value. Not-a-number is no change from itself, or following it would never end. */
+/** Compares by value. NaN counts as equal to itself, or following the frame would never end. */
 bool isSame(const CaptureFrame &one, const CaptureFrame &other)
 {
     const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
@@ -119,7 +119,7 @@ void ContentView::layOut()
     editorRow->setContentsMargins(sideMargin, 0, sideMargin, 0);
     editorRow->addWidget(editor_);
     column->addLayout(editorRow);
-    column->addWidget(emptyArea_, 1); // with the 20 points above the next line
+    column->addWidget(emptyArea_, 1); // includes the 20 points above the next line
     column->addWidget(website_, 0, Qt::AlignHCenter);
     column->addSpacing(20 - SelectableLine::ringRoom);
 }
@@ -137,14 +137,14 @@ QVBoxLayout *ContentView::makeCommandBlock() const
 
 void ContentView::connectCommands()
 {
-    // First of all, what was typed counts; a mnemonic leaves the focus in the field.
+    // Commit what was typed first: a mnemonic leaves the focus in the field.
     for (ActionButton *button : {startButton_, setAreaButton_, resetAreaButton_, stopButton_}) {
         connect(button, &ActionButton::clicked, &viewModel_, &MainViewModel::areaWritten);
     }
     connect(editor_, &AreaEditor::fieldFinished, &viewModel_, &MainViewModel::areaWritten);
     connect(startButton_, &ActionButton::clicked, this, [this] {
         if (!viewModel_.isSharingWindowOpen()) {
-            viewModel_.startSharing(); // goes on by itself
+            viewModel_.startSharing(); // runs on as a coroutine
         }
     });
     connect(setAreaButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::openFrameSelector);
@@ -152,11 +152,11 @@ void ContentView::connectCommands()
             &MainViewModel::resetFrameSelector);
     connect(stopButton_, &ActionButton::clicked, &viewModel_, &MainViewModel::stopSharing);
     connect(editor_, &AreaEditor::textEdited, this, &ContentView::commitEdit);
-    constexpr int longestWait = 1000; // milliseconds, for a disk that does not answer
+    constexpr int longestWait = 1000; // milliseconds, in case the disk does not respond
     leaving_.setSingleShot(true);
     leaving_.setInterval(longestWait);
     connect(&leaving_, &QTimer::timeout, this, [this] { setFocus(); });
-    connect(editor_, &AreaEditor::textEdited, &leaving_, &QTimer::stop); // it goes on
+    connect(editor_, &AreaEditor::textEdited, &leaving_, &QTimer::stop); // editing continues
     connect(qApp, &QApplication::focusChanged, &leaving_, &QTimer::stop);
     connect(editor_, &AreaEditor::editingEnded, this, &ContentView::endTextEditing);
     connect(emptyArea_, &EmptyArea::clicked, this, &ContentView::endTextEditing);
@@ -175,7 +175,8 @@ void ContentView::showEvent(QShowEvent *event)
         shownFrame_ = viewModel_.currentFrame();
         editor_->showFrame(*shownFrame_);
         scheduleRefresh();
-        // The first Tab goes to a command. Not earlier: Qt puts nothing at the very end of a chain.
+        // The first Tab goes to a command. Not set earlier: Qt cannot put a widget at the very end
+        // of a chain.
         setTabOrder(website_, identity_);
     }
 }
@@ -212,7 +213,7 @@ void ContentView::applyColors()
     editor_->setColors(theme);
 }
 
-/** The divider ends at the window's border, which need not be whole points wide. */
+/** Draws the divider up to the window's border, which may be a fraction of a point wide. */
 void ContentView::paintEvent(QPaintEvent * /*event*/)
 {
     const double scale = devicePixelRatioF();
@@ -221,7 +222,10 @@ void ContentView::paintEvent(QPaintEvent * /*event*/)
                             themeFor(palette()).divider);
 }
 
-/** The view model tells before it stores, so its properties are read in the next turn. */
+/**
+ * The view model signals before it stores, so its properties are read in the next turn of the event
+ * loop.
+ */
 void ContentView::scheduleRefresh()
 {
     if (!std::exchange(isRefreshScheduled_, true)) {
@@ -248,7 +252,7 @@ void ContentView::refreshButtons()
     for (const auto &[button, enabled] : states) {
         if (!enabled && window()->focusWidget() == button) {
             leftButton_ = button;
-            setFocus(); // else it would wander to another button, ready to be pressed by mistake
+            setFocus(); // otherwise it would move to another button, easily pressed by mistake
         }
     }
     for (const auto &[button, enabled] : states) {
@@ -257,11 +261,11 @@ void ContentView::refreshButtons()
     restoreFocus();
 }
 
-/** Who works by keyboard keeps a place: the button that was left, or one that can be used now. */
+/** Keeps the keyboard focus: on the button that had it, or on one that is enabled now. */
 void ContentView::restoreFocus()
 {
     if (!leftButton_ || window()->focusWidget() != this) {
-        leftButton_ = nullptr; // the person has gone elsewhere
+        leftButton_ = nullptr; // the user has moved on
         return;
     }
     ActionButton *const button = leftButton_->isEnabled() ? leftButton_ : firstUsableButton();
@@ -281,7 +285,7 @@ ActionButton *ContentView::firstUsableButton() const
     return nullptr;
 }
 
-/** From the last number one goes on to what is done with the area. */
+/** Tab goes from the last field on to the buttons. */
 bool ContentView::focusNextPrevChild(bool next)
 {
     ActionButton *const button = firstUsableButton();
@@ -297,15 +301,15 @@ void ContentView::refreshIdentity()
     const Identity &identity = viewModel_.identity();
     const QString text
         = tr("Version: %1 | Device: %2").arg(identity.appVersion, identity.displayDeviceSerial());
-    if (identity_->text() != text) { // setting an equal text would drop a selection in it
+    if (identity_->text() != text) { // setting the same text would clear the selection
         identity_->setText(text);
     }
 }
 
 /**
- * Writes a new area into the fields, all four before the view model hears of it: else it would save
- * a mixture of the old and the new area. What the rounding changed is a new area again; this ends
- * because the text of a rounded number is the same the second time.
+ * Writes a new area into the fields, all four before telling the view model: otherwise it would
+ * save a mixture of the old and the new area. If rounding changed it, that is a new area again;
+ * this ends because a rounded number yields the same text the second time.
  */
 void ContentView::followFrame()
 {
@@ -321,7 +325,7 @@ void ContentView::followFrame()
 
 void ContentView::commitEdit(std::size_t field)
 {
-    // A new area that the fields do not show yet must not be mixed with the one that they do.
+    // Do not mix a new area that the fields do not show yet with the one that they show.
     if (shownFrame_ && !isSame(viewModel_.currentFrame(), *shownFrame_)) {
         editor_->showFrame(viewModel_.currentFrame(), field);
     }
@@ -337,7 +341,7 @@ void ContentView::commitTexts()
     }
 }
 
-/** The focus shows that a field is being edited; it goes when what was typed is on the disk. */
+/** The focus marks the field being edited; it is dropped once the input is on disk. */
 void ContentView::endTextEditing()
 {
     if (QWidget *keyWindow = QApplication::activeWindow(); keyWindow && keyWindow->focusWidget()) {
@@ -355,7 +359,7 @@ void ContentView::leaveField()
 {
     if (leaving_.isActive()) {
         leaving_.stop();
-        setFocus(); // on nothing to type into; without any focus the next activation picks a button
+        setFocus(); // away from the fields; without any focus, activation would pick a button
     }
 }
 

@@ -22,8 +22,8 @@ class MainViewModel;
 class SelectableLine;
 
 /**
- * The whole content of the main window: shows the view model and turns every command into a call.
- * Follows the view model at most once in each turn of the event loop. Main thread.
+ * The entire content of the main window: shows the view model and forwards commands to it.
+ * Refreshes at most once per turn of the event loop. Main thread.
  */
 class ContentView : public QWidget
 {
@@ -73,9 +73,9 @@ private:
     EmptyArea *emptyArea_;
     SelectableLine *website_;
 
-    std::optional<CaptureFrame> shownFrame_; ///< nothing until the view has appeared
+    std::optional<CaptureFrame> shownFrame_; ///< null until the view is shown
     AreaEditor::Texts committedTexts_; ///< what the view model was last told
-    QTimer leaving_; ///< runs from the end of the editing until the focus goes
+    QTimer leaving_; ///< runs from the end of editing until the focus is dropped
     ActionButton *leftButton_ = nullptr; ///< had the focus until it was disabled
     bool isRefreshScheduled_ = false;
 };

@@ -9,7 +9,7 @@ namespace glimmerpane
 
 EmptyArea::EmptyArea()
 {
-    constexpr int smallestHeight = 29; // room for a click even where the fonts are large
+    constexpr int smallestHeight = 29; // room for a click even with large fonts
     setMinimumHeight(smallestHeight);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }

@@ -9,7 +9,7 @@
 namespace glimmerpane
 {
 
-/** Empty room that tells a click from a drag, and leaves both to what lies behind it as well. */
+/** Empty space that distinguishes clicks from drags, and passes both on to the widget behind it. */
 class EmptyArea : public QWidget
 {
     Q_OBJECT
@@ -26,7 +26,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    std::optional<QPoint> press_; ///< of what can still become a click; screen coordinates
+    std::optional<QPoint> press_; ///< while it can still become a click; screen coordinates
 };
 
 } // namespace glimmerpane

@@ -27,7 +27,7 @@ struct ButtonColors {
     QColor fill;
     QColor border;
     QColor label;
-    QColor innerRing; ///< parts the focus ring from the fill
+    QColor innerRing; ///< separates the focus ring from the fill
 };
 
 ActionButton::Emphasis emphasisOf(const QStyleOptionButton &option, const QWidget *widget)

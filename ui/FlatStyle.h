@@ -17,7 +17,7 @@ class FlatStyle : public QProxyStyle
     Q_OBJECT
 
 public:
-    /** `baseStyle` is the key of the style that draws all the rest. */
+    /** `baseStyle` is the key of the style that draws everything else. */
     explicit FlatStyle(const QString &baseStyle);
 
     using QProxyStyle::polish;

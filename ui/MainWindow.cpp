@@ -28,7 +28,7 @@ constexpr double cornerRadius = 8;
 constexpr int controlMargin = 10;
 constexpr int controlSpacing = 4;
 
-/** Row by row, so that all four corners are alike to the pixel. */
+/** Built row by row, so that all four corners match to the pixel. */
 QRegion roundedRegion(QSize size, double radius)
 {
     const int rows = static_cast<int>(std::ceil(radius));
@@ -44,7 +44,7 @@ QRegion roundedRegion(QSize size, double radius)
     return region;
 }
 
-/** Qt takes nothing but a QMainWindow for a window, and hides the rest from screen readers. */
+/** Qt treats only a QMainWindow as a window and hides anything else from screen readers. */
 QAccessibleInterface *accessibleWindow(const QString & /*className*/, QObject *object)
 {
     auto *const window = qobject_cast<MainWindow *>(object);
@@ -66,7 +66,7 @@ MainWindow::MainWindow(MainViewModel &viewModel, Desktop &desktop)
     layout->setContentsMargins({});
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->addWidget(content);
-    content->setFocus(); // no button is ready to be pressed until somebody goes to one
+    content->setFocus(); // no button has the focus until the user moves it to one
 
     using Kind = WindowControl::Kind;
     minimizeControl_ = new WindowControl(Kind::Minimize, tr("Minimize"), this);
@@ -85,7 +85,7 @@ void MainWindow::addShortcuts()
     }
 }
 
-/** Only a person gets here: signals and the session's end leave without closing windows. */
+/** Only the user gets here: signals and the end of the session quit without closing windows. */
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(viewModel_.mayClose());
@@ -114,7 +114,7 @@ void MainWindow::drag(const QPoint &pointer)
                && (pointer - *press_).manhattanLength() >= QApplication::startDragDistance()) {
         const QPoint grabbedAt = *press_ - pos();
         press_.reset();
-        if (!windowHandle()->startSystemMove()) { // nobody manages windows here
+        if (!windowHandle()->startSystemMove()) { // no window manager
             grabOffset_ = grabbedAt;
             move(pointer - grabbedAt);
         }
@@ -129,7 +129,7 @@ void MainWindow::mouseReleaseEvent(QMouseEvent *event)
     }
 }
 
-/** As Qt rounds it. */
+/** Rounded as Qt does. */
 QSize MainWindow::sizeInPixels() const
 {
     return size() * devicePixelRatioF();
@@ -155,7 +155,8 @@ void MainWindow::paintEvent(QPaintEvent * /*event*/)
 void MainWindow::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // Round even where no compositor runs. A widget's own mask is in points, so its steps are seen.
+    // Rounded even without a compositor. A widget's own mask is in points, so its steps would be
+    // visible.
     desktop_.setShape(static_cast<std::uint32_t>(winId()),
                       roundedRegion(sizeInPixels(), cornerRadius * devicePixelRatioF()));
     closeControl_->move(width() - controlMargin - closeControl_->width(), controlMargin);

@@ -14,8 +14,8 @@ class MainViewModel;
 class WindowControl;
 
 /**
- * The main window: exactly as large as its content, without a title bar, with its own buttons at
- * the top. Moved by dragging any part of it that is no control.
+ * The main window: exactly as large as its content, without a title bar, with its own window
+ * controls at the top. Moved by dragging any part that is not a control.
  */
 class MainWindow : public QWidget
 {
@@ -42,7 +42,7 @@ private:
     Desktop &desktop_;
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;
-    std::optional<QPoint> press_; ///< screen coordinates, while a press may become a drag
+    std::optional<QPoint> press_; ///< screen coordinates, while a press may still become a drag
     std::optional<QPoint> grabOffset_; ///< the pointer in the window, while we move it ourselves
 };
 

@@ -17,7 +17,10 @@ namespace
 
 constexpr int closedWithoutAnswer = -1;
 
-/** With a border where no window manager gives it one, else it melts into the main window. */
+/**
+ * Has a border of its own if no window manager adds one; otherwise it would blend into the main
+ * window.
+ */
 class AlertBox : public QMessageBox
 {
 public:
@@ -39,7 +42,7 @@ protected:
     }
 };
 
-/** One role for all, which keeps them in their order. */
+/** The same role for all buttons, which keeps their order. */
 QList<QAbstractButton *> addButtons(QMessageBox &box, const Alert &alert)
 {
     QList<QAbstractButton *> buttons;
@@ -68,8 +71,8 @@ void styleTexts(const QMessageBox &box)
         headline->setFont(font);
     }
     if (auto *details = box.findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"))) {
-        details->setTextFormat(Qt::PlainText); // it may quote what another program has said
-        constexpr int charactersInLine = 44; // else long texts become a narrow column
+        details->setTextFormat(Qt::PlainText); // it may quote another program
+        constexpr int charactersInLine = 44; // otherwise long texts become a narrow column
         details->setMinimumWidth(details->fontMetrics().averageCharWidth() * charactersInLine);
     }
 }
@@ -78,7 +81,7 @@ void styleTexts(const QMessageBox &box)
 
 int MessageBoxAlerts::runModal(const Alert &alert)
 {
-    // On the heap and watched: the parent window takes it along if it goes while the alert is up.
+    // On the heap and tracked: the parent window deletes it if destroyed while the alert is open.
     const QPointer<QMessageBox> box(new AlertBox(parentWindow_));
     box->setWindowTitle(QStringLiteral("Glimmerpane"));
     box->setWindowModality(Qt::ApplicationModal);

@@ -9,11 +9,11 @@
 namespace glimmerpane
 {
 
-/** Shows alerts as message boxes that block the whole program, over a window where one is given. */
+/** Shows alerts as application-modal message boxes, over a parent window if one is set. */
 class MessageBoxAlerts : public AlertPresenterProtocol
 {
 public:
-    /** Alerts from now on belong to this window. */
+    /** Later alerts belong to this window. */
     void setParentWindow(QWidget *window) { parentWindow_ = window; }
 
     int runModal(const Alert &alert) override;

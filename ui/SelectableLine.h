@@ -10,8 +10,8 @@ namespace glimmerpane
 struct Theme;
 
 /**
- * A line of text to copy. Tab selects all of it, as in a text field, and shows a ring around it;
- * the copy key takes the whole line where nothing is selected.
+ * A line of text that can be copied. Tab selects all of it, as in a text field, and shows a focus
+ * ring; the copy key copies the whole line if nothing is selected.
  */
 class SelectableLine : public QLabel
 {

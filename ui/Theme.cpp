@@ -16,7 +16,7 @@ constexpr double readableContrast = 4.5;
 constexpr double seenContrast = 3;
 constexpr QRgb blue = 0xff1a6fd4;
 constexpr QRgb red = 0xffd13438;
-constexpr QRgb stockHighlight = 0xff308cc6; // what Qt has where nobody chose a colour
+constexpr QRgb stockHighlight = 0xff308cc6; // Qt's default when no colour was chosen
 
 double luminance(const QColor &color)
 {
@@ -27,7 +27,7 @@ double luminance(const QColor &color)
         + 0.0722 * linear(color.blueF());
 }
 
-/** The least emphasised colour on the way from `color` to `strongest` that can be read. */
+/** The first readable colour between `color` and `strongest`. */
 QColor readable(const QColor &color, const QColor &strongest, const QColor &background,
                 double least = readableContrast)
 {

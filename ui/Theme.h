@@ -7,8 +7,7 @@
 namespace glimmerpane
 {
 
-/** Every colour of the program's own look, worked out from a palette. Texts are readable (4.5 : 1).
- */
+/** All colours of the program's own look, derived from a palette. Text is readable (4.5 : 1). */
 struct Theme {
     bool isDark = false;
     QColor window;
@@ -24,26 +23,28 @@ struct Theme {
     QColor fieldBorder;
     QColor accent;
     QColor onAccent; ///< a label on the accent colour
-    QColor focusRing; ///< seen (3 : 1) on the window and in fields
+    QColor focusRing; ///< visible (3 : 1) on the window and in fields
     QColor danger;
     QColor onDanger;
 };
 
 Theme themeFor(const QPalette &palette);
 
-/** A window's border in whole pixels, else it would be blurred. `scale` is pixels for each point.
+/**
+ * The window border's width in points: whole pixels, so that it is not blurred. `scale` is pixels
+ * per point.
  */
 double borderWidth(double scale);
 
-/** Selected text in the theme's colours; what the platform has need not be readable. */
+/** Sets the theme's colours for selected text; the platform's own may be unreadable. */
 void setSelectionColors(QPalette &palette, const Theme &theme);
 
-/** For a desktop that wants dark colours while the platform's palette is light. */
+/** For a desktop that prefers dark colours while the platform's palette is light. */
 QPalette darkPalette();
-/** The reverse. */
+/** For the opposite case. */
 QPalette lightPalette();
 
-/** `amount` 0 is `from`, 1 is `to`. */
+/** Mixes two colours: `amount` 0 gives `from`, 1 gives `to`. */
 QColor mixed(const QColor &from, const QColor &to, double amount);
 
 /** The contrast ratio of WCAG 2, from 1 to 21. */

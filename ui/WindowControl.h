@@ -6,7 +6,7 @@
 namespace glimmerpane
 {
 
-/** A small round button of the window itself, drawn flat. */
+/** A small round, flat window button. */
 class WindowControl : public QAbstractButton
 {
     Q_OBJECT

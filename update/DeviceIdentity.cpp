@@ -36,7 +36,7 @@ Identity deviceIdentity()
 std::optional<QString> deviceSerialNumber(const QByteArray &machineId)
 {
     const QByteArray id = QByteArray::fromHex(machineId);
-    // fromHex() passes over what is no digit.
+    // fromHex() skips anything that is not a digit.
     if (machineId.size() != machineIdDigits || id.toHex() != machineId.toLower()) {
         return std::nullopt;
     }

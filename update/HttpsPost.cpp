@@ -27,9 +27,9 @@ QNetworkRequest requestFor(const HttpsPost::Options &options)
     request.setHeader(QNetworkRequest::ContentTypeHeader, QString::fromLatin1(options.contentType));
     request.setHeader(QNetworkRequest::ContentLengthHeader, options.body.size());
     request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    // Qt would tell the person's language.
+    // By default, Qt sends the user's language.
     request.setRawHeader("Accept-Language", "*");
-    // Only the service itself may answer.
+    // Only the service itself may answer, so no redirects.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::ManualRedirectPolicy);
     auto tls = QSslConfiguration::defaultConfiguration();
@@ -42,8 +42,8 @@ QNetworkRequest requestFor(const HttpsPost::Options &options)
 }
 
 /**
- * What can be read only once cannot be sent twice: Qt would repeat a request whose connection is
- * closed without an answer.
+ * A body that can be read only once cannot be sent twice: Qt would repeat a request whose
+ * connection closes without an answer.
  */
 class BodyToSendOnce : public QIODevice
 {
@@ -74,8 +74,8 @@ private:
 };
 
 /**
- * The name of an error of the network or of a proxy; nothing where an answer came. The later errors
- * only repeat what its status says, or that there is none.
+ * The name of a network or proxy error; null if an answer arrived. Qt's remaining errors only
+ * repeat its status, or say that it has none.
  */
 QString transportError(const QNetworkReply &reply)
 {
@@ -83,13 +83,13 @@ QString transportError(const QNetworkReply &reply)
     constexpr int askedByProxy = 407;
     const Error error = reply.error();
     const QVariant status = reply.attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    // Nobody but the service answers with a status; a proxy's own is not told.
+    // A status always comes from the service; a proxy's own is not reported.
     const bool isServices
         = error == Error::ProxyAuthenticationRequiredError && status.toInt() == askedByProxy;
     if (error == Error::NoError || error > Error::UnknownProxyError || isServices) {
         return {};
     }
-    qCInfo(updateLog) << "the request failed:" << reply.errorString(); // in the person's language
+    qCInfo(updateLog) << "request failed:" << reply.errorString(); // in the user's language
     return QString::fromLatin1(
         QMetaEnum::fromType<QNetworkReply::NetworkError>().valueToKey(error));
 }

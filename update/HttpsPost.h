@@ -15,8 +15,9 @@ namespace glimmerpane
 {
 
 /**
- * Sends one POST and takes the answer. All of it, from loading the TLS library on, happens on a
- * thread of its own, so that nothing here can hold up a frame. Destroying it ends the request.
+ * Sends one POST request and receives the answer. All of it, including loading the TLS library,
+ * happens on a separate thread, so that it cannot delay a frame. Destroying the object cancels the
+ * request.
  */
 class HttpsPost : private QThread
 {
@@ -25,18 +26,18 @@ public:
         QUrl url;
         QByteArray contentType;
         QByteArray body;
-        std::chrono::milliseconds limit; ///< for everything, however steadily bytes arrive
-        qsizetype largestAnswer = 0; ///< bytes; one that is longer ends the request
+        std::chrono::milliseconds limit; ///< for the whole exchange, however steadily bytes arrive
+        qsizetype largestAnswer = 0; ///< bytes; a longer one ends the request
         QByteArray authorities{}; ///< PEM; trusted instead of the system's, if not empty
     };
     struct Answer {
-        std::optional<int> status; ///< nothing if what came is not HTTP
+        std::optional<int> status; ///< null if the answer is not HTTP
         QByteArray body;
     };
-    /** The error is one of QNetworkReply::NetworkError by its name, or an English sentence. */
+    /** The error is the name of a QNetworkReply::NetworkError, or an English sentence. */
     using Result = std::expected<Answer, QString>;
 
-    /** Starts at once. */
+    /** Starts immediately. */
     explicit HttpsPost(Options options);
     ~HttpsPost() override;
     Q_DISABLE_COPY_MOVE(HttpsPost)

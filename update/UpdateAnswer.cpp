@@ -11,7 +11,7 @@ namespace glimmerpane
 namespace
 {
 
-/** Says nothing of what the answer holds: it is printed, and the answer may come from anybody. */
+/** Does not quote the answer: this text is printed, and the answer is untrusted. */
 std::unexpected<UpdateFailure> unreadable(const char *why)
 {
     return std::unexpected(UpdateFailure::withText(
@@ -39,15 +39,15 @@ UpdateRepositoryProtocol::CheckResult updateInfoFromJson(const QByteArray &json)
 {
     const auto object = parseJson(json);
     if (!object.is_object()) {
-        return unreadable("it is no JSON object");
+        return unreadable("it is not a JSON object");
     }
     const auto version = textOf(object, "lastAppVersion");
     if (!version) {
-        return unreadable("\"lastAppVersion\" is no text");
+        return unreadable("\"lastAppVersion\" is not a string");
     }
     const auto address = textOf(object, "downloadUrl");
     if (!address) {
-        return unreadable("\"downloadUrl\" is no text");
+        return unreadable("\"downloadUrl\" is not a string");
     }
     const auto canUpdate = object.find("canUpdate");
     if (canUpdate == object.end() || !canUpdate->is_boolean()) {

@@ -8,12 +8,12 @@
 namespace glimmerpane
 {
 
-/** What the update service is told, as JSON: these two texts and nothing else. */
+/** The request to the update service as JSON: these two texts and nothing else. */
 QByteArray updateQuestion(const QString &serialNumber, const QString &appVersion);
 
 /**
- * Reads the service's answer. Of a member that is there twice the last one counts; members of other
- * names are passed over.
+ * Parses the service's answer. If a member occurs twice, the last one counts; unknown members are
+ * ignored.
  */
 UpdateRepositoryProtocol::CheckResult updateInfoFromJson(const QByteArray &json);
 

@@ -8,7 +8,7 @@
 namespace glimmerpane
 {
 
-/** The update client of this build; nothing where it was built without an update check. */
+/** The update client of this build; null if built without an update check. */
 std::unique_ptr<UpdateRepositoryProtocol> makeUpdateRepository();
 
 } // namespace glimmerpane

@@ -8,7 +8,7 @@
 namespace glimmerpane
 {
 
-/** The update client's own failures, beside those of the transport and of the answer's text. */
+/** The update client's own failures, besides those of the transport and of parsing the answer. */
 struct UpdateError {
     enum class Case {
         httpError,
@@ -19,7 +19,7 @@ struct UpdateError {
     Case kind = Case::invalidResponse;
     qint64 statusCode = 0; ///< of an httpError
 
-    /** With a text for a person and one for a log. */
+    /** With a text for the user and one for the log. */
     UpdateFailure failure() const;
 };
 

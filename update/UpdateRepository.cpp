@@ -23,7 +23,7 @@ std::unexpected<UpdateFailure> failed(const UpdateError &error)
     return std::unexpected(error.failure());
 }
 
-/** Anything but https could be read and answered by anybody on the way. */
+/** Anything but https could be read or answered by third parties. */
 bool isUsable(const QUrl &url)
 {
     return url.isValid() && url.scheme() == QStringLiteral("https") && !url.host().isEmpty();
@@ -43,7 +43,7 @@ QCoro::Task<UpdateRepositoryProtocol::CheckResult> UpdateRepository::checkForUpd
     if (!isUsable(url)) {
         co_return failed({.kind = Case::invalidURL});
     }
-    qCInfo(updateLog) << "asks" << url.host();
+    qCInfo(updateLog) << "asking" << url.host();
     const HttpsPost post({.url = url,
                           .contentType = "application/json",
                           .body = updateQuestion(serialNumber, appVersion),

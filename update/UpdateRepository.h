@@ -10,7 +10,7 @@
 namespace glimmerpane
 {
 
-/** Whom the update check asks and how much it takes from there. */
+/** Where to check for updates, and the limits of an answer. */
 struct UpdateService {
     QString address; ///< an https URL, used as it stands
     std::chrono::milliseconds limit = std::chrono::seconds(60); ///< for the whole answer
@@ -18,7 +18,7 @@ struct UpdateService {
     QByteArray authorities{}; ///< PEM; trusted instead of the system's, if not empty
 };
 
-/** Asks the update service over HTTPS, once for each call; nothing is kept in between. */
+/** Asks the update service over HTTPS, once per call; nothing is kept between calls. */
 class UpdateRepository : public UpdateRepositoryProtocol
 {
 public:

@@ -41,12 +41,12 @@ void BackdropSource::note(const xcb_generic_event_t &event)
 
 void BackdropSource::noteStructure(const xcb_generic_event_t &event)
 {
-    // These events begin alike: with the window that is told, and the window that it is about.
+    // These events start with the same fields: the window notified and the window concerned.
     const auto &change = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
     switch (event.response_type & 0x7f) {
     case XCB_MAP_NOTIFY:
         if (change.window != top_) {
-            // At once, before something covers it and takes its pixels.
+            // Immediately, before something covers it and its pixels are lost.
             redirect(change.window);
             isStackOld_ = true;
         }
@@ -103,7 +103,7 @@ void BackdropSource::readStack()
 {
     isStackOld_ = false;
     const std::vector<StackedWindow> windows = windowsBelow(connection_, top_);
-    // What is alike at both ends has not changed.
+    // Layers that are equal at both ends have not changed.
     auto [oldFirst, newFirst] = std::ranges::mismatch(layers_, windows, {}, &Layer::window);
     auto oldRest = std::ranges::subrange(oldFirst, layers_.end()) | std::views::reverse;
     auto newRest = std::ranges::subrange(newFirst, windows.end()) | std::views::reverse;
@@ -127,7 +127,7 @@ void BackdropSource::readStack()
     }
 }
 
-/** The one that there is, if the window is known. */
+/** The existing layer, if the window is known. */
 BackdropSource::Layer BackdropSource::layerOf(const StackedWindow &window)
 {
     const auto known
@@ -147,7 +147,7 @@ BackdropSource::Layer BackdropSource::layerOf(const StackedWindow &window)
     xcb_render_create_picture(connection_.get(), layer.picture.get(), window.id,
                               format != formats_.end() ? format->second : 0,
                               XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
-    // What it has now is taken; the event that tells of this comes all the same.
+    // The current content is used; the event about this change still arrives.
     xcb_damage_create(connection_.get(), layer.damage.get(), window.id,
                       XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
     xcb_damage_subtract(connection_.get(), layer.damage.get(), XCB_NONE, XCB_NONE);

@@ -13,34 +13,34 @@ namespace glimmerpane::x11
 {
 
 /**
- * What the screen would show if a top-level window and all above it were not there: the root's
- * background and the windows below. Each of them is redirected, automatically, so that it also has
- * its pixels where it is covered. Follows the events of the connection; while nothing changes it
- * asks nothing. Windows may vanish at any time; the server's errors about that tell nothing.
+ * What the screen would show without a given top-level window and everything above it: the root's
+ * background and the windows below. Those are redirected automatically, so that their pixels also
+ * exist where they are covered. Follows the connection's events; sends no requests while nothing
+ * changes. Windows may vanish at any time; the server's errors about that are ignored.
  */
 class BackdropSource
 {
 public:
-    /** The root's SubstructureNotify and PropertyChange must have been selected. */
+    /** SubstructureNotify and PropertyChange must have been selected on the root. */
     BackdropSource(const Connection &connection, const Extensions &extensions,
                    const RenderFormats &formats, xcb_window_t top);
 
-    /** Every event of the connection is to come here. */
+    /** Must be given every event of the connection. */
     void note(const xcb_generic_event_t &event);
 
-    /** Whether something may have changed in this rectangle (root pixels). */
+    /** Whether anything may have changed in this rectangle (root pixels). */
     bool mayHaveChanged(QRect area) const;
 
-    /** Where in this rectangle it has, since the last call. Waits for the server. */
+    /** What has changed in this rectangle since the last call. Waits for the server. */
     QRegion takeChanges(QRect area);
 
-    /** Draws the whole of this rectangle into the top-left corner of a canvas. */
+    /** Draws this entire rectangle into the top-left corner of a canvas. */
     void draw(const Canvas &canvas, QRect area) const;
 
 private:
     struct Layer {
         StackedWindow window;
-        QRegion visible; ///< what no opaque window above it covers; root pixels
+        QRegion visible; ///< the part not covered by opaque windows above; root pixels
         Picture picture;
         Damage damage;
         bool isDamaged = false;
@@ -60,8 +60,8 @@ private:
     RootBackground background_;
     QRegion rootVisible_;
     std::map<xcb_window_t, Redirection> redirections_;
-    std::vector<Layer> layers_; ///< the lowest first
-    xcb_window_t belowTop_ = 0; ///< the window next to it
+    std::vector<Layer> layers_; ///< the bottommost first
+    xcb_window_t belowTop_ = 0; ///< the window directly below
     bool isStackOld_ = false;
     bool isBackgroundOld_ = true;
     QRegion changes_;

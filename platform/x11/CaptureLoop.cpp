@@ -20,10 +20,10 @@ namespace glimmerpane::x11
 namespace
 {
 
-// With more rectangles than this, their bounds are copied: a request for each would cost more.
+// Beyond this many rectangles, their bounds are copied: one request each would cost more.
 constexpr int mostRectangles = 64;
 
-// A change of displays comes in several steps, and in between there may be none.
+// Displays change in several steps, and in between there may be none.
 constexpr std::chrono::seconds longestAbsence(1);
 
 xcb_rectangle_t toXcb(QRect rectangle)
@@ -51,7 +51,7 @@ bool sameLook(const std::optional<PointerSprite> &a, const std::optional<Pointer
 
 Error areaGone()
 {
-    return {.text = Error::tr("The area is not on any display. Set one that is."),
+    return {.text = Error::tr("The area is not on any display. Move it onto one."),
             .log = QStringLiteral("no monitor is under the area")};
 }
 
@@ -92,8 +92,8 @@ std::expected<void, Error> CaptureLoop::watch()
     }
     changes_ = makeRegion(connection_);
     areaRegion_ = makeRegion(connection_);
-    // NonEmpty tells once and then not again before a DamageSubtract: at most one event a frame,
-    // whatever draws on the screen, and however finely.
+    // NonEmpty reports once and then not again until a DamageSubtract: at most one event per frame,
+    // however much is drawn in however many pieces.
     const auto id = connection_.newId();
     const auto request = xcb_damage_create_checked(connection_.get(), id, connection_.root(),
                                                    XCB_DAMAGE_REPORT_LEVEL_NON_EMPTY);
@@ -105,7 +105,7 @@ std::expected<void, Error> CaptureLoop::watch()
     return area_.isEmpty() ? std::unexpected(areaGone()) : std::expected<void, Error>();
 }
 
-/** Where the points are now. False if no display shows any of them. */
+/** Updates the area's position. False if it is on no display. */
 bool CaptureLoop::findArea()
 {
     const auto displays = monitors(connection_);
@@ -124,7 +124,7 @@ bool CaptureLoop::findArea()
 void CaptureLoop::run()
 {
     constexpr auto unwanted = FramePacer::TimePoint::max();
-    auto wantedSince = unwanted; // more than the pointer
+    auto wantedSince = unwanted; // a change other than the pointer's
     while (true) {
         readRedraws();
         readEvents();
@@ -150,7 +150,7 @@ void CaptureLoop::run()
     }
 }
 
-/** Until something happens that may call for a frame. */
+/** Waits until something happens that may require a frame. */
 void CaptureLoop::rest()
 {
     if (!giveUpAt_) {
@@ -207,7 +207,7 @@ void CaptureLoop::followDisplays()
 {
     if (findArea()) {
         giveUpAt_.reset();
-        qCInfo(platformLog) << "after a change of displays the area is at" << area_;
+        qCInfo(platformLog) << "displays changed; the area is now at" << area_;
     } else if (!giveUpAt_) {
         giveUpAt_ = std::chrono::steady_clock::now() + longestAbsence;
     }
@@ -216,7 +216,7 @@ void CaptureLoop::followDisplays()
 void CaptureLoop::end(Error error)
 {
     isRunning_ = false;
-    qCInfo(platformLog, "capture ends by itself: %s", qPrintable(error.log));
+    qCInfo(platformLog, "capture ended by itself: %s", qPrintable(error.log));
     handlers_.didStopWithError(std::move(error));
 }
 
@@ -272,7 +272,7 @@ QRegion CaptureLoop::readRegion(xcb_xfixes_fetch_region_cookie_t cookie) const
     QVarLengthArray<QRect, mostRectangles> rectangles;
     std::transform(begin, begin + count, std::back_inserter(rectangles),
                    [](const auto &r) { return QRect(r.x, r.y, r.width, r.height); });
-    // The server's regions are sorted and coalesced in the way that setRects() asks for.
+    // The server's regions are sorted and coalesced as setRects() requires.
     QRegion region;
     region.setRects(rectangles.constData(), count);
     return region;

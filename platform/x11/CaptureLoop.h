@@ -13,31 +13,33 @@
 namespace glimmerpane::x11
 {
 
-/** What a loop captures. */
+/** The area that a loop captures. */
 struct CaptureSource {
     Rect area; ///< points, desktop coordinates
-    double scale = 1; ///< pixels for each point
+    double scale = 1; ///< pixels per point
     bool showsCursor = false;
     std::chrono::nanoseconds minimumFrameInterval{};
 };
 
 /**
- * The work of the capture thread: waits for the X server to say that something changed, asks what,
- * and hands out a frame that says so. It reads no pixels but those of the pointer. When displays
- * change it goes on with the same points, wherever these are now; it ends by itself only once no
- * display has shown any of them for a moment.
+ * The work of the capture thread: waits for the X server to report a change, asks what changed, and
+ * passes on a frame that describes it. The only pixels it reads are the pointer's. When displays
+ * change, it continues with the same points, wherever these are now; it ends by itself only after
+ * none of them has been on a display for a moment.
  */
 class CaptureLoop
 {
 public:
     /**
-     * `redraws` is the reading end of a pipe: each QRect in it (root pixels) is shown again, its
-     * end ends the loop. Waits for the server.
+     * `redraws` is the reading end of a pipe: each QRect in it (root pixels) is shown again, and
+     * end-of-file ends the loop. Waits for the server.
      */
     static std::expected<std::unique_ptr<CaptureLoop>, Error> create(
         CaptureSource source, int redraws, CaptureStream::Handlers handlers);
 
-    /** Returns after the pipe's end, or after the stream ended by itself and the handler was told.
+    /**
+     * Returns at the end of the pipe, or once the stream has ended by itself and the handler was
+     * called.
      */
     void run();
 
@@ -66,11 +68,11 @@ private:
     FramePacer pacer_;
     Damage damage_;
     Region changes_;
-    QRect area_; ///< where the source's points are now, root pixels
+    QRect area_; ///< the source's current position, root pixels
     Region areaRegion_;
-    std::optional<FramePacer::TimePoint> giveUpAt_; ///< while the area lies on no display
+    std::optional<FramePacer::TimePoint> giveUpAt_; ///< while the area is on no display
 
-    QRegion carried_; ///< to be in the next frame, whatever the server says
+    QRegion carried_; ///< to include in the next frame in any case
     std::optional<PointerSprite> shownPointer_;
     bool isDamaged_ = false;
     bool isPointerStale_ = false;

@@ -13,7 +13,8 @@ namespace glimmerpane::x11
 namespace
 {
 
-// Where the area lies at the moment, only the loop knows. Coordinates are INT16 in the X protocol.
+// Everything: only the loop knows the area's current position. Coordinates are INT16 in the X
+// protocol.
 constexpr QRect everything(QPoint(-0x8000, -0x8000), QPoint(0x7fff, 0x7fff));
 
 CaptureSource sourceOf(const ContentFilter &filter, const StreamConfiguration &configuration)
@@ -75,7 +76,7 @@ void CaptureStreamX11::returnSampleBuffer(const SampleBuffer &sample)
     if (sample.pointer) {
         again |= QRect(sample.pointer->topLeft, sample.pointer->image.size());
     }
-    // A frame in which the pointer only left the picture names no rectangle.
+    // A frame in which the pointer merely left the picture has no rectangles.
     redraw(again.isEmpty() ? sample.source : again);
 }
 
@@ -86,8 +87,8 @@ void CaptureStreamX11::invalidate()
 
 void CaptureStreamX11::redraw(QRect rectangle) const
 {
-    // A write this small goes through a pipe whole or not at all. It can only fail when the pipe is
-    // full of thousands of rectangles that the thread has still to read.
+    // A pipe takes such a small write completely or not at all. It can only fail if the pipe is
+    // full of thousands of unread rectangles.
     [[maybe_unused]] const auto written = write(redrawWriter_.get(), &rectangle, sizeof rectangle);
 }
 

@@ -12,7 +12,7 @@
 namespace glimmerpane::x11
 {
 
-/** A capture stream: a CaptureLoop on a thread of its own, "captureQueue". */
+/** A capture stream: runs a CaptureLoop on its own thread, "captureQueue". */
 class CaptureStreamX11 final : public CaptureStream
 {
 public:

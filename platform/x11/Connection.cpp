@@ -31,10 +31,10 @@ struct Requirement {
     xcb_extension_t *extension;
     const char *name;
     Version needed;
-    Version (*announce)(xcb_connection_t *, Version); ///< answers with the server's version
+    Version (*announce)(xcb_connection_t *, Version); ///< returns the server's version
 };
 
-// The version requests of all extensions have the same shape, but types of their own.
+// The version requests of all extensions are alike, but differ in type.
 template<auto send, auto receive>
 Version announce(xcb_connection_t *connection, Version needed)
 {
@@ -46,8 +46,8 @@ Version announce(xcb_connection_t *connection, Version needed)
     return reply ? Version{reply->major_version, reply->minor_version} : Version{};
 }
 
-// Damage 1.1 and XFixes 2 have regions, RandR 1.5 has monitors; raw events under the grabs of other
-// clients are only sent to those who announced XInput 2.1 (XI2proto, "Changes in version 2.1").
+// Regions need Damage 1.1 and XFixes 2, monitors RandR 1.5. Raw events during other clients' grabs
+// are only sent to clients that announced XInput 2.1 (XI2proto, "Changes in version 2.1").
 const std::array requirements{
     Requirement{&xcb_xfixes_id,
                 "XFIXES",

@@ -37,10 +37,10 @@ public:
     std::uint32_t newId() const { return xcb_generate_id(get()); }
     void flush() const { xcb_flush(get()); }
 
-    /** Waits for the server's answer to a checked request; `name` is the request's, for the log. */
+    /** Waits for the result of a checked request; `name` is the request's name, for the log. */
     std::expected<void, Error> check(xcb_void_cookie_t request, const char *name) const;
 
-    /** Waits for the server; 0 where the connection is broken. */
+    /** Waits for the server; 0 if the connection is broken. */
     xcb_atom_t atom(const char *name) const;
 
 private:
@@ -56,7 +56,7 @@ private:
     int screenNumber_;
 };
 
-/** Where the extensions' events begin; each has been told the version that is used of it. */
+/** The extensions' first event numbers; the server has been told which version of each is used. */
 struct Extensions {
     std::uint8_t firstDamageEvent = 0;
     std::uint8_t firstXFixesEvent = 0;
@@ -64,16 +64,18 @@ struct Extensions {
     std::uint8_t xinputOpcode = 0;
 };
 
-/** Announces to the server every extension that capturing needs; fails with the one it lacks. */
+/**
+ * Negotiates the versions of all extensions that capturing needs; the error names a missing one.
+ */
 std::expected<Extensions, Error> requireExtensions(const Connection &connection);
 
-/** A connection that has been told of every extension, and where their events begin. */
+/** A connection on which all extensions are initialised, and their event numbers. */
 struct ExtendedConnection {
     Connection connection;
     Extensions extensions;
 };
 
-/** Opens a connection to the X server of $DISPLAY; fails where that lacks an extension. */
+/** Opens a connection to the X server of $DISPLAY; fails if that lacks an extension. */
 std::expected<ExtendedConnection, Error> openExtended();
 
 } // namespace glimmerpane::x11

@@ -9,7 +9,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** Most themes have the first name, the others the second; X's cursor font has the third. */
+/** Most themes use the first name, others the second; X's cursor font uses the third. */
 std::array<const char *, 3> namesOf(Qt::CursorShape shape)
 {
     switch (shape) {

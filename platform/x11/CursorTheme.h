@@ -14,14 +14,14 @@
 namespace glimmerpane::x11
 {
 
-/** The person's cursors. Each is loaded when it is first asked for. */
+/** The user's cursors. Each is loaded on first use. */
 class CursorTheme
 {
 public:
-    /** The connection must outlive the object. */
+    /** The connection must outlive this object. */
     explicit CursorTheme(const Connection &connection);
 
-    /** XCB_NONE where neither the theme nor the server has such a cursor. */
+    /** XCB_NONE if neither the theme nor the server has such a cursor. */
     xcb_cursor_t cursor(Qt::CursorShape shape);
 
 private:

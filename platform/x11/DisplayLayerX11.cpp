@@ -13,13 +13,13 @@ namespace glimmerpane::x11
 namespace
 {
 
-// As many as the capture thread remembers looks of the pointer.
+// As many pointer images as the capture thread keeps.
 constexpr std::size_t mostSprites = 128;
 
-// Frames that follow each other within that time are a moving picture.
+// Frames that follow each other within this time count as a moving picture.
 constexpr std::chrono::milliseconds flowInterval(25);
 
-// Beyond that one large copy is cheaper than a request for each part.
+// Beyond this, one large copy is cheaper than a request for each part.
 constexpr int mostParts = 16;
 
 QRect rectangleOf(const Highlight &highlight)
@@ -82,12 +82,12 @@ bool DisplayLayerX11::isPassed(Fence &fence)
         std::free(error);
         fence.reset();
     }
-    // The errors of a window that is gone are nobody's concern here.
+    // Errors about a destroyed window do not matter here.
     while (const Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_.get())}) { }
     return true;
 }
 
-/** The cheapest request that has an answer: the server gives it when all before is done. */
+/** The cheapest request with a reply; the reply means that all earlier requests are done. */
 DisplayLayerX11::Fence DisplayLayerX11::setFence() const
 {
     const auto fence = xcb_get_input_focus(connection_.get());
@@ -131,7 +131,7 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
         isHighlightDue_ = false;
         return true;
     }
-    // While frames flow, each shows the highlights as well: no need to draw twice.
+    // While frames arrive, each also shows the highlights, so there is no need to draw twice.
     const auto age = std::chrono::steady_clock::now() - lastFrame_;
     if (age < flowInterval && !std::exchange(isHighlightDue_, true)) {
         return false;
@@ -146,7 +146,9 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
     return true;
 }
 
-/** The highlights are being drawn as they are now; where that changes something. */
+/**
+ * Notes that the highlights are being drawn as they are now. Returns the region that this changes.
+ */
 QRegion DisplayLayerX11::adoptHighlights()
 {
     isHighlightDue_ = false;
@@ -154,7 +156,9 @@ QRegion DisplayLayerX11::adoptHighlights()
     return now | std::exchange(highlighted_, now);
 }
 
-/** The latest frame's pointer is the one that is shown from now on; what that changes. */
+/**
+ * Notes that the latest frame's pointer is shown from now on. Returns the region that this changes.
+ */
 QRegion DisplayLayerX11::adoptPointer()
 {
     const auto before = std::exchange(shownPointer_, std::nullopt);
@@ -194,8 +198,8 @@ void DisplayLayerX11::show(const QRegion &stale)
     if (patch.rectCount() > mostParts) {
         patch = patch.boundingRect();
     }
-    // What lies over the picture comes first: a client that reads before the rest follows may see
-    // the pointer at two places, but never misses it.
+    // What lies over the picture is drawn first: a client that reads before the rest follows may
+    // see the pointer twice, but never misses it.
     if (!patch.isEmpty()) {
         showPatch(patch);
     }
@@ -205,12 +209,12 @@ void DisplayLayerX11::show(const QRegion &stale)
     }
 }
 
-/** Puts the picture and all that lies over it together, then shows each part in one step. */
+/** Assembles the picture and everything over it, then shows each part in one step. */
 void DisplayLayerX11::showPatch(const QRegion &patch)
 {
     const QRect bounds = patch.boundingRect();
     prepareCanvas(bounds.size());
-    // A copy from beyond the screen leaves a pixmap as it was.
+    // Copying from beyond the screen would leave old pixels in the pixmap.
     const xcb_rectangle_t whole{0, 0, extent(bounds.width()), extent(bounds.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
     for (const QRect &part : patch) {

@@ -17,14 +17,14 @@ namespace glimmerpane::x11
 {
 
 /**
- * Shows frames by requests alone: what changed is copied from the screen into the window inside the
- * server. A frame that has the window's size is copied as it is; any other is scaled by RENDER.
- * The connection is read only when a frame comes, so the server's answers wake nobody.
+ * Shows frames by requests alone: changes are copied from the screen into the window inside the
+ * server. A frame of the window's size is copied as is; any other is scaled by RENDER. The
+ * connection is read only when a frame arrives, so the server's replies cause no wake-ups.
  */
 class DisplayLayerX11 : public DisplayLayer
 {
 public:
-    /** A layer over the whole of a window that is `size` pixels large. Waits for the server. */
+    /** A layer that covers a window of `size` pixels. Waits for the server. */
     static std::expected<std::unique_ptr<DisplayLayer>, Error> create(std::uint32_t window,
                                                                       QSize size);
 
@@ -68,12 +68,12 @@ private:
     const QRect bounds_; ///< in the window, pixels
     GraphicsContext graphics_;
     Picture screen_;
-    Canvas canvas_; ///< to put something together in before it is shown
+    Canvas canvas_; ///< for assembling a patch before it is shown
     std::deque<Sprite> sprites_;
     SampleBuffer frame_; ///< the latest; empty before the first
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;
-    QRegion highlighted_; ///< where highlights are in the window now, root pixels
+    QRegion highlighted_; ///< where the window shows highlights, root pixels
     bool isHighlightDue_ = false; ///< highlights_ wait for the next frame
     std::chrono::steady_clock::time_point lastFrame_;
     Fence frameFence_;

@@ -14,7 +14,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** Host, display and screen; the host of a local display is empty. */
+/** Host, display and screen; the host is empty for a local display. */
 std::tuple<std::string, int, int> parsed(const QString &name)
 {
     char *host = nullptr;

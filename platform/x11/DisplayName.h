@@ -6,7 +6,7 @@
 namespace glimmerpane::x11
 {
 
-/** Whether two values of DISPLAY name one screen, as ":0", ":0.0" and "unix:0" do. */
+/** Whether two values of DISPLAY name the same screen, as ":0", ":0.0" and "unix:0" do. */
 bool isSameDisplay(const QString &one, const QString &other);
 
 } // namespace glimmerpane::x11

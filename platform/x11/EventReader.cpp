@@ -38,7 +38,7 @@ void EventReader::read()
         }
         event = next();
         if (!event && drained) {
-            drained(); // and what it sends may bring in more
+            drained(); // which may send requests and so read more events
             if (!self) {
                 return;
             }

@@ -11,21 +11,21 @@
 namespace glimmerpane::x11
 {
 
-/** Hands on the events of a connection from the event loop. Thread of the event loop. */
+/** Delivers a connection's events from the event loop. Thread of the event loop. */
 class EventReader : public QObject
 {
 public:
-    /** The connection must outlive the reader. */
+    /** The connection must outlive this object. */
     explicit EventReader(const Connection &connection);
 
-    // Each of them may destroy the reader.
+    // Each handler may destroy this object.
     std::function<void(const xcb_generic_event_t &)> onEvent;
-    std::function<void()> onDrained; ///< after the last of the events that had arrived
+    std::function<void()> onDrained; ///< after the last of the events that have arrived
     std::function<void()> onBroken; ///< once; the connection has no more events
 
     /**
-     * Sends what has been requested. Use it instead of the connection's own flush(), and after
-     * every wait for an answer: both can read events into memory, of which no socket will tell.
+     * Sends pending requests. Use it instead of the connection's own flush(), and after every wait
+     * for a reply: both may read events into memory, for which the socket does not become readable.
      */
     void flush();
 
@@ -34,7 +34,7 @@ private:
 
     const Connection &connection_;
     QSocketNotifier notifier_;
-    bool isReading_ = false; ///< or going to, in the next turn of the event loop
+    bool isReading_ = false; ///< or will be in the next turn of the event loop
 };
 
 } // namespace glimmerpane::x11

@@ -11,8 +11,10 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** Halving mixes four pixels into one and doubling spreads each over its neighbours, so going down
- * and up again blurs by about the size that a pixel has at the bottom, which this is. */
+/**
+ * The size of a pixel at the coarsest level. Halving mixes four pixels into one and doubling
+ * spreads each over its neighbours, so going down and up again blurs by about this size.
+ */
 int coarsest(const FrostedGlass &glass)
 {
     int size = 2;
@@ -22,7 +24,10 @@ int coarsest(const FrostedGlass &glass)
     return size;
 }
 
-/** Enlarged to whole pixels of the coarsest kind: whatever is drawn, the same ones are mixed. */
+/**
+ * Enlarged to whole pixels of the coarsest level, so that the same pixels are mixed whichever part
+ * is drawn.
+ */
 QRect aligned(QRect rectangle, int grid)
 {
     const auto down = [grid](int value) { return value & -grid; };
@@ -61,7 +66,10 @@ QRect FrostedBackdrop::renew(QRect window)
     return old;
 }
 
-/** How far a pixel spreads, or how far off those are that are spread over it. */
+/**
+ * Enlarged by how far a pixel spreads, which is also how far away the pixels are that reach into
+ * it.
+ */
 QRect FrostedBackdrop::reach(QRect place) const
 {
     const int reach = 2 * coarsest(glass_);
@@ -73,7 +81,7 @@ void FrostedBackdrop::draw(QRect part)
     const int grid = coarsest(glass_);
     const auto &screen = connection_.screen();
     const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
-    const QRect wanted = aligned(reach(part), grid) & root; // begins on the grid, as the root does
+    const QRect wanted = aligned(reach(part), grid) & root; // starts on the grid, as the root does
     const auto canvas = [&](QSize size) {
         return makeSmoothCanvas(connection_, size, screen.root_depth, formats_.screen);
     };

@@ -9,13 +9,15 @@ namespace glimmerpane::x11
 {
 
 /**
- * What lies below a top-level window, seen through frosted glass. All of it is made inside the
- * server, by requests alone.
+ * Everything below a top-level window, seen through frosted glass. Made inside the server, by
+ * requests alone.
  */
 class FrostedBackdrop
 {
 public:
-    /** Of the part `area` (root pixels); what it is made of must have been selected already. */
+    /**
+     * For the rectangle `area` (root pixels). The source's root events must already be selected.
+     */
     FrostedBackdrop(const Connection &connection, const Extensions &extensions,
                     const RenderFormats &formats, xcb_window_t top, QRect area,
                     const FrostedGlass &glass);
@@ -23,13 +25,13 @@ public:
     QRect area() const { return area_; }
     const Canvas &canvas() const { return canvas_; }
 
-    /** Every event of the connection is to come here. */
+    /** Must be given every event of the connection. */
     void note(const xcb_generic_event_t &event) { source_.note(event); }
 
-    /** Whether what a window at this place (root pixels) shows may be old. */
+    /** Whether the backdrop in this rectangle (root pixels) may be outdated. */
     bool mayBeOld(QRect window) const;
 
-    /** Renews what is old there and tells where that was. Waits for the server. */
+    /** Updates what is outdated there and returns where that was. Waits for the server. */
     QRect renew(QRect window);
 
 private:

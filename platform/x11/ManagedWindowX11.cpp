@@ -31,7 +31,7 @@ constexpr std::uint32_t removeState = 0;
 constexpr std::array states{"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
                             "_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY"};
 
-/** The name of the window manager, empty where none announces itself (EWMH). */
+/** The window manager's name; empty if none announces itself (EWMH). */
 QByteArray windowManager(const Connection &connection)
 {
     const auto check = propertyOf(connection, connection.root(), "_NET_SUPPORTING_WM_CHECK",
@@ -45,14 +45,14 @@ QByteArray windowManager(const Connection &connection)
     return propertyOf(connection, window, "_NET_WM_NAME", longest);
 }
 
-/** Why a window of this kind is of no use here; nothing where it is. */
+/** Why a managed window is of no use here; null if it is. */
 std::optional<QString> hindrance(const Connection &connection)
 {
     const QByteArray manager = windowManager(connection);
     if (manager.isEmpty()) {
         return Error::tr("no window manager here keeps a list of windows");
     }
-    // It would give the window another size, and draw a frame where it is.
+    // It would resize the window, and draw a frame around it.
     if (manager == "i3") {
         return Error::tr("%1 tiles every window that it lists").arg(QString::fromUtf8(manager));
     }
@@ -67,7 +67,7 @@ void setEmptyShape(const Connection &connection, xcb_window_t window, xcb_shape_
     xcb_xfixes_set_window_shape_region(connection.get(), window, kind, 0, 0, empty.get());
 }
 
-/** The child of the root that the window is in. */
+/** The child of the root that contains the window. */
 xcb_window_t frameOf(const Connection &connection, xcb_window_t window)
 {
     while (true) {
@@ -121,7 +121,7 @@ void ManagedWindowX11::describeToManager()
             0, 0, 0, 0, 0, 0, 0, XCB_GRAVITY_STATIC});
     // ICCCM 4.1.2.4: the flag InputHint, and no input.
     set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, std::array<std::uint32_t, 9>{1});
-    // Motif's hints, which every manager knows: the flag for decorations, and none.
+    // Motif's hints, which every manager supports: the flag for decorations, and no decorations.
     const xcb_atom_t motif = connection_.atom("_MOTIF_WM_HINTS");
     set(motif, motif, std::array<std::uint32_t, 5>{2});
     std::array<xcb_atom_t, states.size()> atoms{};
@@ -155,7 +155,7 @@ void ManagedWindowX11::watchCompositor()
 
 void ManagedWindowX11::orderFront()
 {
-    // Where there is a frame to come, it is not even seen until that is there.
+    // If it will get a frame, it stays invisible until then.
     setHiddenByServer(true);
     isOrderedIn_ = true;
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
@@ -168,7 +168,7 @@ void ManagedWindowX11::orderOut()
     isOrderedIn_ = false;
     isVisible_ = false;
     xcb_unmap_window(connection_.get(), window_.get());
-    // ICCCM 4.1.4: what tells the manager of it if the window is not mapped at the moment.
+    // ICCCM 4.1.4: informs the manager even if the window is not mapped at the moment.
     xcb_unmap_notify_event_t notice{};
     notice.response_type = XCB_UNMAP_NOTIFY;
     notice.event = connection_.root();
@@ -189,8 +189,8 @@ void ManagedWindowX11::setFrameOrigin(QPoint origin)
 void ManagedWindowX11::moveAway()
 {
     OffscreenWindowX11::setFrameOrigin(origin_);
-    // kwin and fluxbox leave a window where this puts it, though not where it puts itself. EWMH:
-    // the gravity, the flags for x and y, and whose request it is.
+    // kwin and fluxbox accept a position from this message, though not from the window's own
+    // request. EWMH: the gravity, the flags for x and y, and the source of the request.
     constexpr std::uint32_t both = 3U << 8U;
     sendToManager(connection_, window_.get(), "_NET_MOVERESIZE_WINDOW",
                   {XCB_GRAVITY_STATIC | both | fromApplication << 12U,
@@ -208,7 +208,7 @@ void ManagedWindowX11::setHiddenByServer(bool hidden)
     const auto result = connection_.check(
         request(connection_.get(), window_.get(), XCB_COMPOSITE_REDIRECT_MANUAL), "RedirectWindow");
     isHiddenByServer_ = result ? hidden : isHiddenByServer_;
-    // What the server paints by itself, it would paint on the screen.
+    // The server would paint a background on the screen.
     const auto &black = connection_.screen().black_pixel;
     constexpr std::uint32_t none = XCB_BACK_PIXMAP_NONE;
     xcb_change_window_attributes(connection_.get(), window_.get(),
@@ -216,7 +216,10 @@ void ManagedWindowX11::setHiddenByServer(bool hidden)
                                  isHiddenByServer_ ? &none : &black);
 }
 
-/** Its frame would still be drawn, or keep what was on the screen, and take clicks. */
+/**
+ * Hides its frame, which would otherwise still be drawn, or keep old pixels on the screen, and take
+ * clicks.
+ */
 void ManagedWindowX11::hideFrame()
 {
     setEmptyShape(connection_, frameOf(connection_, window_.get()), XCB_SHAPE_SK_BOUNDING);
@@ -243,16 +246,16 @@ void ManagedWindowX11::hideAgain()
         return;
     }
     if (!std::exchange(isPlaced_, true)) {
-        moveAway(); // fluxbox looks at it only now
-        makeTransparent(); // and marco at this
+        moveAway(); // fluxbox only heeds it now
+        makeTransparent(); // and marco only heeds this now
     }
-    // A child of the root must not keep a compositor that starts later from its work.
+    // A manually redirected child of the root would block a compositor that starts later.
     setHiddenByServer(isFramed_);
     if (isFramed_) {
         hideFrame();
     }
     if (isSeen()) {
-        moveAway(); // nobody prevents it if the manager has ended
+        moveAway(); // nothing prevents it if the manager has quit
         if (isSeen()) {
             show();
         }
@@ -284,7 +287,7 @@ void ManagedWindowX11::handle(const xcb_generic_event_t &event)
     OffscreenWindowX11::handle(event);
     const int type = event.response_type & 0x7f;
     switch (type) {
-    case XCB_MAP_NOTIFY: // also after a manager has come or gone, which unmaps it for a moment
+    case XCB_MAP_NOTIFY: // also after a manager starts or quits, which unmaps it briefly
         isVisible_ = isOrderedIn_;
         break;
     case XCB_REPARENT_NOTIFY:

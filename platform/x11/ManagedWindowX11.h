@@ -7,14 +7,14 @@ namespace glimmerpane::x11
 {
 
 /**
- * One that the window manager manages and lists. Most managers pull it back onto the screen, so
- * it is hidden there: by an empty shape of the frame that they give it, else by having no opacity.
+ * An offscreen window that the window manager manages and lists. Most managers pull it back onto
+ * the screen, so it is hidden there: by giving its frame an empty shape, or else by zero opacity.
  * It takes no input, lies below everything, and is on every desktop.
  */
 class ManagedWindowX11 : public OffscreenWindowX11
 {
 public:
-    /** An unlisted one, with a line of warning, where no manager lists windows or it tiles them. */
+    /** Creates an unlisted window, with a warning, if no manager lists windows or it tiles them. */
     static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
                                                                          QPoint origin, QSize size);
 
@@ -42,10 +42,10 @@ private:
     xcb_atom_t wmState_ = XCB_ATOM_NONE;
     bool isOrderedIn_ = false;
     bool isManaged_ = false;
-    bool isPlaced_ = false; ///< and the manager has been asked to place it
-    bool isFramed_ = false; ///< the manager has put a window of its own around it
-    bool isHiddenByServer_ = false; ///< nobody but us is to draw it, and we do not
-    bool isShown_ = false; ///< as a window like others, because it cannot be hidden
+    bool isPlaced_ = false; ///< and the manager was asked to place it
+    bool isFramed_ = false; ///< the manager has put a frame window around it
+    bool isHiddenByServer_ = false; ///< redirected manually, and we do not draw it
+    bool isShown_ = false; ///< as an ordinary window, because it cannot be hidden
 };
 
 } // namespace glimmerpane::x11

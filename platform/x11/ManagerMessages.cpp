@@ -24,7 +24,8 @@ void sendToManager(const Connection &connection, xcb_window_t window, const char
 
 void endStartupNotification(const Connection &connection, const QByteArray &startupId)
 {
-    // The text goes out in events of 20 bytes with its end, which the window's id holds together.
+    // The text and its terminating NUL are split into events of 20 bytes, which share the window's
+    // id.
     const auto sender = connection.newId();
     xcb_create_window(connection.get(), 0, sender, connection.root(), -1, -1, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);

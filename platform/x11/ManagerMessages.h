@@ -10,11 +10,11 @@
 namespace glimmerpane::x11
 {
 
-/** A client message about `window` to who manages windows, as EWMH sends them. */
+/** Sends a client message about `window` to the window manager, as EWMH specifies. */
 void sendToManager(const Connection &connection, xcb_window_t window, const char *type,
                    const std::array<std::uint32_t, 5> &data);
 
-/** Tells everyone who shows that a program is starting, by this id, that it has started. */
+/** Announces that the launch with this id is complete (startup notification protocol). */
 void endStartupNotification(const Connection &connection, const QByteArray &startupId);
 
 } // namespace glimmerpane::x11

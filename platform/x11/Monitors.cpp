@@ -50,7 +50,7 @@ std::vector<Display> monitors(const Connection &connection)
 
 void watchMonitors(const Connection &connection, std::uint32_t rootEvents)
 {
-    // The root's ConfigureNotify tells of a new size of the screen, RandR of the monitors on it.
+    // The root's ConfigureNotify reports a new screen size, RandR the monitors on it.
     const std::uint32_t events = rootEvents | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &events);
     xcb_randr_select_input(connection.get(), connection.root(),

@@ -12,10 +12,10 @@ namespace glimmerpane::x11
 /** RandR's active monitors, the primary one first. Waits for the server. */
 std::vector<Display> monitors(const Connection &connection);
 
-/** Asks for the events that tell of other monitors, and for `rootEvents` of the root besides. */
+/** Selects the events that report changed monitors, and also `rootEvents` on the root. */
 void watchMonitors(const Connection &connection, std::uint32_t rootEvents = 0);
 
-/** Whether the event is one of those that tell of other monitors. */
+/** Whether the event reports changed monitors. */
 bool tellsOfMonitors(const xcb_generic_event_t &event, const Connection &connection,
                      const Extensions &extensions);
 

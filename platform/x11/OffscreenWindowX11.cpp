@@ -32,7 +32,7 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::creat
     }
     window->describe(title);
     // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
-    // none manages this window.
+    // this window is unmanaged.
     const Connection &connection = window->connection_;
     const xcb_atom_t wmState = connection.atom("WM_STATE");
     const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
@@ -99,7 +99,7 @@ void OffscreenWindowX11::orderOut()
 
 void OffscreenWindowX11::setFrameOrigin(QPoint origin)
 {
-    // The protocol takes positions as 32-bit values with the sign kept.
+    // The protocol takes positions as sign-extended 32-bit values.
     const std::array<std::uint32_t, 2> position{static_cast<std::uint32_t>(origin.x()),
                                                 static_cast<std::uint32_t>(origin.y())};
     xcb_configure_window(connection_.get(), window_.get(),

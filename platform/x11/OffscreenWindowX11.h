@@ -13,9 +13,9 @@ namespace glimmerpane::x11
 {
 
 /**
- * An override-redirect window, which no window manager moves or lists, but which has what those who
- * look for capturable windows ask for: WM_STATE, a title and the type "normal". Redirected
- * automatically through Composite, so that its picture exists although it is off every display.
+ * An override-redirect window, which no window manager moves or lists, but which has what window
+ * pickers look for: WM_STATE, a title and the type "normal". Redirected automatically through
+ * Composite, so that its picture exists although it is on no display.
  */
 class OffscreenWindowX11 : public OffscreenWindow
 {
@@ -35,7 +35,7 @@ public:
 
 protected:
     std::expected<void, Error> createWindow(QPoint origin, bool isManaged);
-    /** Its title and type, and that it wants to be asked to close. */
+    /** Sets its title and type, and that it handles close requests itself. */
     void describe(const QString &title);
     virtual void handle(const xcb_generic_event_t &event);
 

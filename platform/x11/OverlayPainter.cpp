@@ -10,7 +10,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** As far as they lie in the window, pixels from its top-left corner. */
+/** Clipped to the window; pixels from its top-left corner. */
 std::vector<QRect> marksOf(const OverlayScene &scene)
 {
     std::vector<QRect> inside;
@@ -106,7 +106,7 @@ bool OverlayPainter::isOnlyMoved(const OverlayScene &from, const OverlayScene &t
         && (isTranslucent() || (backdrop_ && backdrop_->area().contains(to.window)));
 }
 
-/** Within `part`, which is in root pixels. */
+/** Restricted to `part`, in root pixels. */
 void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene, QRect part)
 {
     if (!backdrop_) {
@@ -134,7 +134,7 @@ void OverlayPainter::paintGlass(xcb_window_t window, const OverlayScene &scene, 
                   coordinate(panel.y()), extent(panel.width()), extent(panel.height()));
 }
 
-/** Where the backdrop does not reach, nothing is copied. */
+/** Copies nothing where the backdrop does not reach. */
 void OverlayPainter::copyGlass(QRect rootRectangle, std::uint32_t drawable, QPoint place) const
 {
     const QRect seen = backdrop_ ? rootRectangle & backdrop_->area() : QRect();

@@ -11,7 +11,7 @@
 namespace glimmerpane::x11
 {
 
-/** What an overlay's window shows, and where. */
+/** An overlay's position and content. */
 struct OverlayScene {
     QRect window; ///< root pixels
     OverlayPicture picture;
@@ -19,8 +19,8 @@ struct OverlayScene {
 };
 
 /**
- * Draws overlays inside the X server. Where a compositor offers to blur what is behind a window,
- * the glass is translucent; else it is a frosted picture of what lies below, renewed when asked.
+ * Draws overlays inside the X server. If a compositor blurs behind windows, the glass is
+ * translucent; otherwise it is a frosted picture of what lies below, updated on request.
  */
 class OverlayPainter
 {
@@ -29,13 +29,13 @@ public:
                    const FrostedGlass &glass);
 
     /**
-     * To be called once, before the window is first painted: makes the picture of what lies below
-     * it on the main display and at `area` (root pixels), where one is needed. The root's
-     * SubstructureNotify and PropertyChange must have been selected.
+     * Call once, before the window is first painted. Creates the picture of what lies below it on
+     * the main display and at `area` (root pixels), if one is needed. SubstructureNotify and
+     * PropertyChange must have been selected on the root.
      */
     void takeBackdrop(const Extensions &extensions, xcb_window_t window, QRect area);
 
-    /** Every event of the connection is to come here. */
+    /** Must be given every event of the connection. */
     void note(const xcb_generic_event_t &event);
 
     bool isTranslucent() const { return visual_ != connection_.screen().root_visual; }
@@ -44,13 +44,13 @@ public:
 
     Canvas makeCanvas(QSize size) const;
 
-    /** Draws all of the scene. */
+    /** Draws the whole scene. */
     void paint(const Canvas &canvas, const OverlayScene &scene);
 
-    /** Whether a window that shows the one scene can be moved to the other one by paintGlass(). */
+    /** Whether paintGlass() is enough to move a window from one scene to the other. */
     bool isOnlyMoved(const OverlayScene &from, const OverlayScene &to) const;
 
-    /** Draws the glass between what is drawn upon it. */
+    /** Draws only the glass, around what is drawn on it. */
     void paintGlass(xcb_window_t window, const OverlayScene &scene)
     {
         paintGlass(window, scene, scene.window);
@@ -59,14 +59,14 @@ public:
     /** Whether the screen behind the glass may have changed. */
     bool mayBeOld(const OverlayScene &scene) const;
 
-    /** Draws the glass where it has; false where nothing had. Waits for the server. */
+    /** Redraws the glass where it has changed; false if it has not. Waits for the server. */
     bool renewGlass(xcb_window_t window, const OverlayScene &scene);
 
 private:
     struct Panel {
         qint64 key = 0; ///< of the image
         Canvas image;
-        Canvas onGlass; ///< to put the two together in
+        Canvas onGlass; ///< for combining the two
     };
 
     void paintGlass(xcb_window_t window, const OverlayScene &scene, QRect part);
@@ -80,10 +80,10 @@ private:
     std::uint8_t depth_;
     xcb_visualid_t visual_;
     xcb_render_pictformat_t format_;
-    xcb_render_color_t glassColor_; ///< where there is no backdrop
+    xcb_render_color_t glassColor_; ///< used without a backdrop
     GraphicsContext graphics_;
     const FrostedGlass glass_;
-    std::optional<FrostedBackdrop> backdrop_; ///< none where the glass is translucent
+    std::optional<FrostedBackdrop> backdrop_; ///< null if the glass is translucent
     Panel panel_;
 };
 

@@ -18,7 +18,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** 0 where there is none. */
+/** 0 if there is none. */
 xcb_window_t alertFrame(const Connection &connection)
 {
     const QWindow *alert = QGuiApplication::modalWindow();
@@ -75,7 +75,7 @@ void OverlayStacking::yield(xcb_window_t overlay, QRect place)
     hasHole_ = true;
 }
 
-/** In root pixels; empty where there is none. */
+/** In root pixels; empty if there is none. */
 QRegion OverlayStacking::alertShape() const
 {
     if (const xcb_window_t frame = alertFrame(connection_)) {

@@ -9,23 +9,23 @@
 namespace glimmerpane::x11
 {
 
-/** Keeps an overlay above every other window but the alert that the program shows. */
+/** Keeps an overlay above all other windows except the program's own alert. */
 class OverlayStacking
 {
 public:
-    /** The connection must outlive the object. */
+    /** The connection must outlive this object. */
     explicit OverlayStacking(const Connection &connection);
 
-    /** Whether there is one, which has to be answered before anything else. */
+    /** Whether an alert is open, which must be answered first. */
     static bool hasAlert();
 
-    /** Waits for the server while there is an alert. */
+    /** Raises the overlay, or keeps it below an open alert. Waits for the server then. */
     void restack(xcb_window_t overlay) const;
 
     /**
-     * Gives the overlay a hole where the alert is, or takes it away. Mutter puts the overlay back
-     * above all that it manages, and KWin draws it there. `place` is the overlay's, in root pixels.
-     * Waits for the server while there is an alert.
+     * Cuts a hole into the overlay where the alert is, or closes it again: Mutter puts the overlay
+     * back above all managed windows, and KWin draws it there. `place` is the overlay's, in root
+     * pixels. Waits for the server while an alert is open.
      */
     void yield(xcb_window_t overlay, QRect place);
 

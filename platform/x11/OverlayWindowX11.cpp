@@ -68,7 +68,7 @@ std::expected<void, Error> OverlayWindowX11::createWindow()
     xcb_create_colormap(connection_.get(), XCB_COLORMAP_ALLOC_NONE, colormap, connection_.root(),
                         painter_.visual());
     colormap_ = Colormap(connection_, colormap);
-    // A window of another depth than its parent's needs a border and colours of its own.
+    // A window whose depth differs from its parent's needs its own border and colormap.
     const std::array<std::uint32_t, 4> values{
         0, 1,
         XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION
@@ -95,14 +95,14 @@ void OverlayWindowX11::describe(const QString &title)
     const std::array<std::uint32_t, 9> hints{1};
     setProperty(connection_, window_.get(), XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),
                 hints.data());
-    // No compositor is to cast a shadow on what lies beside the area; picom looks at the first,
-    // mutter at the second, which says that the window draws its shadow, of no width, by itself.
+    // Keeps compositors from drawing a shadow around the area. picom uses the first property,
+    // mutter the second, which says that the window draws its own shadow, with zero width.
     const std::array<std::uint32_t, 4> none{};
     setProperty(connection_, window_.get(), connection_.atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL,
                 32, 1, none.data());
     setProperty(connection_, window_.get(), connection_.atom("_GTK_FRAME_EXTENTS"),
                 XCB_ATOM_CARDINAL, 32, none.size(), none.data());
-    if (painter_.isTranslucent()) { // an empty list stands for the whole window
+    if (painter_.isTranslucent()) { // an empty list means the whole window
         setProperty(connection_, window_.get(), connection_.atom(blurBehindProperty),
                     XCB_ATOM_CARDINAL, 32, 0, nullptr);
     }
@@ -111,8 +111,8 @@ void OverlayWindowX11::describe(const QString &title)
 void OverlayWindowX11::watchDesktop()
 {
     watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    // EWMH: the window manager changes these when it restacks the windows that it manages. Menus
-    // and screen lockers are not among them; those may well come above the overlay.
+    // EWMH: the window manager changes these when it restacks its managed windows. Menus and screen
+    // lockers are not managed and may well be above the overlay.
     for (const char *name :
          {"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW"}) {
         restackSigns_.push_back(connection_.atom(name));
@@ -134,7 +134,7 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
         if (!before) {
             restack();
             xcb_map_window(connection_.get(), window_.get());
-        } else if (before->window.size() == place.size()) { // a new size has been painted already
+        } else if (before->window.size() == place.size()) { // a new size has already been painted
             xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
         }
     }
@@ -142,7 +142,7 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
     events_.flush();
 }
 
-/** Where nothing has changed, no timer runs. */
+/** No timer runs unless something has changed. */
 void OverlayWindowX11::renewSoon()
 {
     if (shown_ && !renewTimer_.isActive() && painter_.mayBeOld(*shown_)) {
@@ -160,7 +160,7 @@ void OverlayWindowX11::renewGlass()
 
 OverlayScene OverlayWindowX11::sceneOf(QRect frame, const OverlayPicture &picture) const
 {
-    // A window far larger than the screen would only cost the server memory.
+    // A window far larger than the screen would only waste server memory.
     constexpr int margin = 100;
     const auto &screen = connection_.screen();
     const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
@@ -184,7 +184,7 @@ void OverlayWindowX11::configure(QRect place) const
                          geometry.data());
 }
 
-/** A pixmap that is the background must not be drawn into (X11 protocol, CreateWindow). */
+/** A pixmap in use as a background must not be drawn into (X11 protocol, CreateWindow). */
 void OverlayWindowX11::replaceBackground(const OverlayScene &scene)
 {
     std::swap(backgrounds_[0], backgrounds_[1]);
@@ -230,7 +230,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
         }
     } else if (type == XCB_EXPOSE && isBackgroundOld_ && shown_) {
         painter_.paintGlass(window_.get(),
-                            *shown_); // the server has painted what came to light with the old one
+                            *shown_); // the server painted uncovered parts with the old one
         events_.flush();
     } else if (type == XCB_PROPERTY_NOTIFY) {
         const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
@@ -247,7 +247,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
 std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_event_t &event)
 {
     using Kind = PointerEvent::Kind;
-    // These events begin alike; XCB_BUTTON_INDEX_1 is the left button.
+    // These events share their first fields; XCB_BUTTON_INDEX_1 is the left button.
     const auto &pointer = reinterpret_cast<const xcb_button_press_event_t &>(event);
     const auto at = [&](Kind kind) {
         return PointerEvent{.kind = kind, .position = {pointer.root_x, pointer.root_y}};
@@ -267,7 +267,7 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
         break;
     case XCB_MOTION_NOTIFY:
     case XCB_ENTER_NOTIFY:
-        // Another client's grab can swallow the release.
+        // Another client's grab can intercept the release.
         isPressed_ = isPressed_ && (pointer.state & XCB_BUTTON_MASK_1) != 0;
         return at(isPressed_ ? Kind::Drag : Kind::Move);
     case XCB_LEAVE_NOTIFY:
@@ -281,7 +281,7 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
     return std::nullopt;
 }
 
-/** Of moves that have arrived together only the last one counts. */
+/** Of moves that arrived together, only the last one counts. */
 void OverlayWindowX11::deliver(const PointerEvent &event)
 {
     using Kind = PointerEvent::Kind;
@@ -306,7 +306,7 @@ void OverlayWindowX11::deliverMotion()
     }
 }
 
-/** At once, and again a little later: some managers tell before they restack. */
+/** Immediately, and again a little later: some managers notify before they restack. */
 void OverlayWindowX11::stayOnTop()
 {
     if (shown_ && !raiseTimer_.isActive()) {
@@ -321,14 +321,14 @@ void OverlayWindowX11::restack()
     events_.flush();
 }
 
-/** While there is one, the overlay is deaf; a drag ends where it is. */
+/** While an alert is open, the overlay ignores the pointer; a drag ends where it is. */
 void OverlayWindowX11::lookForAlert(bool mayBeNew)
 {
     const bool hasAlert = OverlayStacking::hasAlert();
     if (!shown_ || (!hasAlert && !hasAlert_)) {
         return;
     }
-    if (mayBeNew) { // it, or its frame, which comes later; a manager that puts us back may have won
+    if (mayBeNew) { // the alert, its later frame, or a manager that has put us back on top
         stayOnTop();
     }
     stacking_.yield(window_.get(), shown_->window);

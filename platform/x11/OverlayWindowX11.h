@@ -20,12 +20,12 @@ namespace glimmerpane::x11
 {
 
 /**
- * An override-redirect window on a connection of its own, so that killing it does not end the
+ * An override-redirect window on its own connection, so that killing its client does not end the
  * program.
  *
- * What it shows is its background pixmap: the server itself paints that in the same step in which
- * the window changes its size or comes to light, so no state in between can be seen. A window that
- * only moves takes its marks with it; then nothing but the glass between them is renewed.
+ * Its content is its background pixmap: the server paints that in the same step in which the window
+ * is resized or uncovered, so no intermediate state is visible. When the window only moves, its
+ * marks move with it, and just the glass between them is redrawn.
  */
 class OverlayWindowX11 : public OverlayWindow
 {
@@ -68,13 +68,13 @@ private:
     OverlayStacking stacking_;
     Colormap colormap_;
     Window window_;
-    std::optional<OverlayScene> shown_; ///< while the window is mapped
-    std::array<Canvas, 2> backgrounds_; ///< the first is the window's; as large as ever needed
-    bool isBackgroundOld_ = false; ///< its glass is that of a place which the window has left
+    std::optional<OverlayScene> shown_; ///< set while the window is mapped
+    std::array<Canvas, 2> backgrounds_; ///< the first is the window's; they never shrink
+    bool isBackgroundOld_ = false; ///< its glass is from a previous position
     bool isPressed_ = false;
-    bool hasAlert_ = false; ///< the program, when last looked
-    std::optional<PointerEvent> motion_; ///< the latest one, until all that has arrived is read
-    std::vector<xcb_atom_t> restackSigns_; ///< properties of the root
+    bool hasAlert_ = false; ///< as of the last check
+    std::optional<PointerEvent> motion_; ///< the latest move, until all arrived events are read
+    std::vector<xcb_atom_t> restackSigns_; ///< root properties that hint at restacking
     QTimer raiseTimer_;
     QTimer renewTimer_;
     EventReader events_;

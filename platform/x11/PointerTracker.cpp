@@ -14,7 +14,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-// An animated cursor has a serial for each of its pictures, up to 60 for a second of it.
+// An animated cursor has one serial per picture, up to 60 for each second of animation.
 constexpr std::size_t mostLooks = 128;
 
 } // namespace

@@ -13,20 +13,22 @@
 namespace glimmerpane::x11
 {
 
-/** Follows the pointer's place and look on a connection of a capture thread. */
+/** Tracks the pointer's position and image on a capture thread's connection. */
 class PointerTracker
 {
 public:
-    /** Asks for the events that tell of moves and of new looks. */
+    /** Selects the events for pointer moves and new images. */
     PointerTracker(const Connection &connection, const Extensions &extensions);
 
-    /** Whether the event says that the pointer may have moved or changed its look. */
+    /** Whether the event means that the pointer may have moved or changed its image. */
     bool concerns(const xcb_generic_event_t &event);
 
-    /** Sends the questions; the answers are read by sprite(), in one round trip. */
+    /** Sends the requests; sprite() reads their replies, in one round trip. */
     void query();
 
-    /** Where and how the pointer is drawn, if it touches `source` (root pixels). After query(). */
+    /**
+     * The pointer's image and position, if it touches `source` (root pixels). Call after query().
+     */
     std::optional<PointerSprite> sprite(QRect source);
 
 private:

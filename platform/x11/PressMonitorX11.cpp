@@ -22,7 +22,7 @@ using Property = Reply<xcb_get_property_reply_t>;
 xcb_get_property_cookie_t requestProperty(const Connection &connection, xcb_window_t window,
                                           xcb_atom_t property)
 {
-    constexpr std::uint32_t longest = 64; // units of four bytes
+    constexpr std::uint32_t longest = 64; // in units of four bytes
     return xcb_get_property(connection.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
                             longest);
 }
@@ -77,7 +77,7 @@ void PressMonitorX11::count(const xcb_generic_event_t &event)
     }
 }
 
-/** Presses that have arrived together are at one place: the server knows only the latest. */
+/** Presses that arrived together get one position: the server knows only the latest. */
 void PressMonitorX11::look()
 {
     if (presses_ == 0 || isLooking_) {
@@ -95,11 +95,11 @@ void PressMonitorX11::tell()
     for (int i = 0; place && i < lookedFor_; ++i) {
         pressed_(*place);
     }
-    events_.flush(); // waiting for answers has read events
+    events_.flush(); // waiting for replies may have read events
     look();
 }
 
-/** Nothing if it was on a window of this program. */
+/** Null if it was on one of this program's windows. */
 std::optional<QPoint> PressMonitorX11::placeOfPress() const
 {
     const Reply<xcb_query_pointer_reply_t> pointer(xcb_query_pointer_reply(
@@ -111,7 +111,7 @@ std::optional<QPoint> PressMonitorX11::placeOfPress() const
     return isOurs(pointer->child, place) ? std::nullopt : std::optional(place);
 }
 
-/** Whether the window at that place, or one that it lies in, is of this program. */
+/** Whether the window there, or one of its ancestors, belongs to this program. */
 bool PressMonitorX11::isOurs(xcb_window_t topLevel, QPoint place) const
 {
     for (xcb_window_t window = topLevel; window != XCB_WINDOW_NONE;) {
@@ -129,7 +129,7 @@ bool PressMonitorX11::isOurs(xcb_window_t topLevel, QPoint place) const
     return false;
 }
 
-/** EWMH: a process number counts only together with the machine. */
+/** EWMH: a process id is only meaningful together with the machine. */
 bool PressMonitorX11::belongsToUs(xcb_window_t window) const
 {
     const auto pidRequest = requestProperty(connection_, window, pidProperty_);

@@ -17,14 +17,14 @@ namespace glimmerpane::x11
 {
 
 /**
- * Raw button events of XInput 2. They come from every device, and while other clients hold the
- * pointer in a grab, but say neither where nor over which window. The server is asked for that, in
- * the background: its answers can be late while it draws.
+ * Uses raw button events of XInput 2. They arrive from every device, even while another client has
+ * grabbed the pointer, but contain neither position nor window. The server is asked for those in
+ * the background, as its replies may be slow while it draws.
  */
 class PressMonitorX11 : public PressMonitor
 {
 public:
-    /** `pressed` gets the pointer's place, root pixels. Nothing where the server lacks XInput. */
+    /** `pressed` gets the pointer's position, root pixels. Null if the server lacks XInput. */
     static std::unique_ptr<PressMonitor> create(std::function<void(QPoint)> pressed);
     ~PressMonitorX11() override;
     Q_DISABLE_COPY_MOVE(PressMonitorX11)
@@ -44,8 +44,8 @@ private:
     const std::function<void(QPoint)> pressed_;
     const xcb_atom_t pidProperty_;
     const QByteArray host_;
-    int presses_ = 0; ///< that nobody has looked after yet
-    int lookedFor_ = 0; ///< whose place is being asked for
+    int presses_ = 0; ///< not yet handled
+    int lookedFor_ = 0; ///< whose position is being requested
     bool isLooking_ = false;
     QFutureWatcher<std::optional<QPoint>> looking_;
     EventReader events_;

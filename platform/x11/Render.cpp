@@ -18,7 +18,7 @@ std::expected<RenderFormats, Error> renderFormats(const Connection &connection)
     if (screen != nullptr && argb != nullptr) {
         formats = {.screen = screen->format, .argb = argb->id};
     }
-    // The library keeps the reply for each connection until it is told to forget it.
+    // The library caches the reply for each connection until told otherwise.
     xcb_render_util_disconnect(connection.get());
     if (formats.screen == 0) {
         return std::unexpected(

@@ -17,16 +17,16 @@
 namespace glimmerpane::x11
 {
 
-/** The kinds of pixels that RENDER draws with here. */
+/** The RENDER pixel formats in use. */
 struct RenderFormats {
     xcb_render_pictformat_t screen = 0; ///< of the root's visual
     xcb_render_pictformat_t argb = 0; ///< 32 bits, premultiplied alpha
 };
 
-/** Waits for the server; fails where it cannot draw pixels of the screen's kind. */
+/** Waits for the server; fails if it cannot draw in the screen's format. */
 std::expected<RenderFormats, Error> renderFormats(const Connection &connection);
 
-/** The kind of each visual's pixels. Waits for the server. */
+/** The pixel format of each visual. Waits for the server. */
 std::map<xcb_visualid_t, xcb_render_pictformat_t> visualFormats(const Connection &connection);
 
 /** A pixmap that RENDER can draw into and from. */
@@ -36,31 +36,31 @@ struct Canvas {
     Picture picture;
 };
 
-/** What a new canvas holds is not defined. */
+/** A new canvas has undefined content. */
 Canvas makeCanvas(const Connection &connection, QSize size, std::uint8_t depth,
                   xcb_render_pictformat_t format);
 
-/** A canvas of format ARGB with the pixels of a premultiplied ARGB image. */
+/** An ARGB canvas with the pixels of a premultiplied ARGB image. */
 Canvas uploadImage(const Connection &connection, const RenderFormats &formats, const QImage &image);
 
-/** Draws a rectangle of one picture, under its transform, to a place of another. */
+/** Draws a rectangle of one picture, with its transform applied, into another. */
 void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
                QRect fromRect, const Picture &to, QPoint toPoint);
 
-/** The same with the whole picture's opacity lessened, over what is there. */
+/** The same with reduced opacity, over the existing content. */
 void compositeFaded(const Connection &connection, const Picture &from, QRect fromRect,
                     double opacity, const Picture &to, QPoint toPoint);
 
-/** A colour as RENDER takes it: premultiplied, 16 bits a channel. `alpha` is from 0 to 1. */
+/** A colour in RENDER's form: premultiplied, 16 bits per channel. `alpha` is from 0 to 1. */
 xcb_render_color_t renderColor(const QColor &color, double alpha);
 
-/** RENDER's transforms lead from the destination back to the source, in 16.16 fixed point. */
+/** RENDER's transforms map the destination to the source, in 16.16 fixed point. */
 xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset);
 
-/** Scaling reads between the pixels from now on. */
+/** From now on, scaling interpolates between pixels. */
 void setBilinear(const Connection &connection, const Picture &picture);
 
-// Coordinates and sizes as the protocol has them, 16 bits wide.
+// Coordinates and sizes as in the protocol, 16 bits wide.
 inline std::int16_t coordinate(int value)
 {
     return static_cast<std::int16_t>(value);

@@ -19,7 +19,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-// Who sets a wallpaper leaves its pixmap here; the first is the newer one.
+// Programs that set a wallpaper store its pixmap here; the first is the newer property.
 constexpr std::array pixmapProperties{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
 constexpr std::uint8_t argbDepth = 32;
 
@@ -73,7 +73,7 @@ Picture RootBackground::namedPixmap() const
     return {};
 }
 
-/** The server paints a window with the root's background, which can be had in no other way. */
+/** Lets the server paint a window with the root's background, the only way to obtain it. */
 void RootBackground::paintOwn()
 {
     const Window window(connection_, connection_.newId());
@@ -82,7 +82,7 @@ void RootBackground::paintOwn()
                       0, extent(size_.width()), extent(size_.height()), 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT, values.data());
-    // Nobody sees it, below all others and with a manual redirection, and it is gone at once.
+    // It is not visible, being below all others and redirected manually, and is destroyed at once.
     const std::uint32_t below = XCB_STACK_MODE_BELOW;
     xcb_configure_window(connection_.get(), window.get(), XCB_CONFIG_WINDOW_STACK_MODE, &below);
     xcb_composite_redirect_window(connection_.get(), window.get(), XCB_COMPOSITE_REDIRECT_MANUAL);
@@ -96,10 +96,10 @@ void RootBackground::paintOwn()
     isGuessed_ = false;
 }
 
-/** The holes that windows leave are filled from around them, with ever coarser pixels. */
+/** Fills the holes left by windows from their surroundings, with ever coarser pixels. */
 void RootBackground::guess(const QRegion &uncovered)
 {
-    constexpr int coarseness = 8; // fine enough for what is going to be blurred
+    constexpr int coarseness = 8; // fine enough for something that will be blurred
     Canvas picture = screenshot(connection_, formats_, {QPoint(), size_});
     for (int step = 1; step < coarseness; step *= 2) {
         picture = halved(picture);

@@ -10,19 +10,19 @@
 namespace glimmerpane::x11
 {
 
-/** What lies behind all windows. */
+/** The background behind all windows. */
 class RootBackground
 {
 public:
-    /** The connection must outlive the object. */
+    /** The connection must outlive this object. */
     RootBackground(const Connection &connection, const RenderFormats &formats);
 
-    /** Whether the property of this name says which background there is. */
+    /** Whether the property with this name defines the background. */
     bool isNamedBy(xcb_atom_t property) const;
 
     /**
-     * Looks at what there is. `uncovered` (root pixels) is where no window lies: where nothing but
-     * a compositor knows the background, that much of it is taken from the screen, once, and the
+     * Fetches the current background. `uncovered` (root pixels) is the region without windows: if
+     * only a compositor knows the background, that part is taken from the screen, once, and the
      * rest is guessed. Waits for the server.
      */
     void renew(const QRegion &uncovered);
@@ -40,7 +40,7 @@ private:
     const RenderFormats formats_;
     const QSize size_;
     std::array<xcb_atom_t, 2> names_{};
-    Canvas canvas_; ///< what the picture shows unless somebody else has it
+    Canvas canvas_; ///< holds the picture unless another client does
     bool isGuessed_ = false;
     Picture picture_;
 };

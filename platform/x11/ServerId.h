@@ -14,14 +14,14 @@
 namespace glimmerpane::x11
 {
 
-/** Owns one resource of the X server; `destroy` is the request that ends it. Move-only. */
+/** Owns one X server resource; `destroy` is the request that frees it. Move-only. */
 template<auto destroy>
 class ServerId
 {
 public:
     ServerId() = default;
 
-    /** Takes a resource of this connection, which must outlive the handle. */
+    /** Takes ownership of a resource of this connection, which must outlive the handle. */
     ServerId(const Connection &connection, std::uint32_t id)
         : ServerId(connection.get(), id)
     {
@@ -59,7 +59,7 @@ private:
     std::uint32_t id_ = 0;
 };
 
-/** Ends what xcb_composite_redirect_window() began with automatic updates. */
+/** Ends an automatic redirection by xcb_composite_redirect_window(). */
 inline void endRedirection(xcb_connection_t *connection, xcb_window_t window)
 {
     xcb_composite_unredirect_window(connection, window, XCB_COMPOSITE_REDIRECT_AUTOMATIC);
@@ -71,7 +71,7 @@ using Damage = ServerId<xcb_damage_destroy>;
 using GraphicsContext = ServerId<xcb_free_gc>;
 using Picture = ServerId<xcb_render_free_picture>;
 using Pixmap = ServerId<xcb_free_pixmap>;
-using Redirection = ServerId<endRedirection>; ///< of the window with this id
+using Redirection = ServerId<endRedirection>; ///< the id is the redirected window's
 using Region = ServerId<xcb_xfixes_destroy_region>;
 using Window = ServerId<xcb_destroy_window>;
 

@@ -53,7 +53,7 @@ void describeWindow(const Connection &connection, xcb_window_t window, const QSt
     setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title.toLatin1());
     setText(connection.atom("_NET_WM_NAME"), connection.atom("UTF8_STRING"), title.toUtf8());
     set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, resourceClass.size(), resourceClass.data());
-    // One type and no more: some pickers read a list of two as one number.
+    // Only one type: some pickers misread a list of two as one number.
     const xcb_atom_t typeAtom = connection.atom(type);
     set(connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &typeAtom);
     // EWMH: _NET_WM_PID is only valid together with WM_CLIENT_MACHINE.

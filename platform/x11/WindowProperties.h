@@ -11,20 +11,19 @@
 namespace glimmerpane::x11
 {
 
-/** Replaces a property by `length` items of `format` bits. */
+/** Sets a property to `length` items of `format` bits. */
 void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t property,
                  xcb_atom_t type, std::uint8_t format, std::size_t length, const void *data);
 
 /**
- * At most `longest` bytes of a property of any type; empty where there is none. Waits for the
- * server.
+ * At most `longest` bytes of a property of any type; empty if it is not set. Waits for the server.
  */
 QByteArray propertyOf(const Connection &connection, xcb_window_t window, const char *property,
                       std::uint32_t longest);
 
 /**
- * Gives the window its title, its type ("_NET_WM_WINDOW_TYPE_...") and the program and machine
- * that it belongs to. Waits for the server.
+ * Sets the window's title, its type ("_NET_WM_WINDOW_TYPE_...") and the program and machine that it
+ * belongs to. Waits for the server.
  */
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
                     const char *type);

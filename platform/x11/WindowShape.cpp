@@ -24,7 +24,7 @@ xcb_rectangle_t rectangleOf(const QRect &rect)
             .height = static_cast<std::uint16_t>(rect.height())};
 }
 
-/** None where Qt does not use an X server, or one without XFixes. */
+/** Null if Qt does not use an X server, or one without XFixes. */
 xcb_connection_t *qtConnection()
 {
     const auto *const qt = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -37,7 +37,7 @@ xcb_connection_t *qtConnection()
 
 void setWindowShape(xcb_window_t window, const QRegion &pixels)
 {
-    // On a connection of our own the request could overtake the window's creation.
+    // On a separate connection, the request could overtake the window's creation.
     xcb_connection_t *const connection = qtConnection();
     if (connection == nullptr) {
         return;

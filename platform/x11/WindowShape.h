@@ -8,7 +8,7 @@
 namespace glimmerpane::x11
 {
 
-/** Cuts a window of Qt's to a region of its pixels; not where the X server lacks XFixes. */
+/** Limits a Qt window to a region of its pixels; does nothing if the X server lacks XFixes. */
 void setWindowShape(xcb_window_t window, const QRegion &pixels);
 
 } // namespace glimmerpane::x11

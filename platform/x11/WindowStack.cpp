@@ -25,8 +25,8 @@ Tree treeOf(const Connection &connection, xcb_window_t window)
 }
 
 /**
- * Mutter and its kin leave windows that are minimised or on another workspace mapped, below a
- * window without pixels that catches the pointer. Nobody else tells which those are.
+ * Mutter and its derivatives keep windows mapped that are minimised or on another workspace, below
+ * an input-only window. That window is the only way to tell which those are.
  */
 bool isGuard(const Connection &connection, xcb_window_t window)
 {
@@ -34,7 +34,7 @@ bool isGuard(const Connection &connection, xcb_window_t window)
     return propertyOf(connection, window, "WM_NAME", longest).endsWith(" guard window");
 }
 
-/** Those below `top` that are mapped and have pixels, as yet without a shape. */
+/** The mapped windows with pixels below `top`; their shapes are not set yet. */
 std::vector<StackedWindow> mappedWindows(const Connection &connection, xcb_window_t top)
 {
     const Tree tree = treeOf(connection, connection.root());
@@ -67,7 +67,7 @@ std::vector<StackedWindow> mappedWindows(const Connection &connection, xcb_windo
     return mapped;
 }
 
-/** What has been asked about a window. */
+/** Pending requests about a window. */
 struct Question {
     Question(const Connection &connection, xcb_window_t window)
         : connection_(connection.get())
@@ -93,7 +93,7 @@ struct Question {
         window.origin = QPoint(geometry->x + border, geometry->y + border);
         window.hasAlpha = geometry->depth == argbDepth;
         window.shape = regionOf(*shape);
-        window.shape &= QRect(0, 0, geometry->width, geometry->height); // borders do not matter
+        window.shape &= QRect(0, 0, geometry->width, geometry->height); // borders are ignored
         window.shape.translate(window.origin);
     }
 
@@ -113,7 +113,7 @@ std::vector<xcb_window_t> managedClients(const Connection &connection)
     return clients;
 }
 
-/** Sets what windows, or those within their frames, ask of the compositor. */
+/** Sets what windows, or the clients in their frames, request of the compositor. */
 void setOpacities(const Connection &connection, std::vector<StackedWindow> &windows)
 {
     std::vector<xcb_window_t> candidates = managedClients(connection);
@@ -158,7 +158,7 @@ std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window
     }
     if (isComposited(connection)) {
         setOpacities(connection, windows);
-    } else { // what the server shows of a window is opaque
+    } else { // without a compositor, windows are opaque
         for (StackedWindow &window : windows) {
             window.hasAlpha = false;
         }

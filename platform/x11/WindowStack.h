@@ -13,13 +13,13 @@
 namespace glimmerpane::x11
 {
 
-/** A top-level window of which something is to be seen. */
+/** A top-level window that is at least partly visible. */
 struct StackedWindow {
     xcb_window_t id = 0;
     QPoint origin; ///< root pixels
     QRegion shape; ///< root pixels
     xcb_visualid_t visual = 0;
-    bool hasAlpha = false; ///< and somebody heeds it
+    bool hasAlpha = false; ///< and a compositor honours it
     double opacity = 1; ///< above 0
 
     bool isOpaque() const { return !hasAlpha && opacity >= 1; }
@@ -27,15 +27,15 @@ struct StackedWindow {
     friend bool operator==(const StackedWindow &, const StackedWindow &) = default;
 };
 
-/** The windows below this top-level one, or all, the lowest first. Waits for the server. */
+/** The windows below this top-level one, or all, from bottom to top. Waits for the server. */
 std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window_t top);
 
-/** The rectangles of a region that the server holds. */
+/** The rectangles of a region in the server. */
 QRegion regionOf(const xcb_xfixes_fetch_region_reply_t &reply);
 
 /**
- * The window below the root that holds this one: itself, or the manager's frame around it. 0 where
- * it is gone. Waits for the server.
+ * The top-level window that contains this one: itself, or the manager's frame around it. 0 if it is
+ * gone. Waits for the server.
  */
 xcb_window_t topLevelOf(const Connection &connection, xcb_window_t window);
 

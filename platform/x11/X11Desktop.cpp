@@ -28,7 +28,7 @@ namespace glimmerpane::x11
 namespace
 {
 
-/** Fails where this client may not read the screen. */
+/** Fails if this client may not read the screen. */
 std::expected<void, Error> readOnePixel(const Connection &connection)
 {
     xcb_generic_error_t *error = nullptr;
@@ -46,7 +46,7 @@ std::expected<void, Error> readOnePixel(const Connection &connection)
                          .arg(refusal ? refusal->error_code : 0)});
 }
 
-/** An X server inside a Wayland session has the extension XWAYLAND, or outputs of that name. */
+/** Xwayland has the extension XWAYLAND, or outputs of that name. */
 bool isXwayland(const Connection &connection, const std::vector<Display> &displays)
 {
     constexpr std::string_view name = "XWAYLAND";
@@ -110,8 +110,8 @@ void X11Desktop::activateWindow(std::uint32_t window, const QString &startupId)
     if (!connection) {
         return;
     }
-    // A program that asks for itself may be refused; a direct wish of the person (EWMH's source
-    // indication 2) is not.
+    // A program's own request may be refused; a direct user action (EWMH's source indication 2) is
+    // not.
     sendToManager(*connection, window, "_NET_ACTIVE_WINDOW", {2, XCB_CURRENT_TIME});
     if (!startupId.isEmpty()) {
         endStartupNotification(*connection, startupId.toUtf8());

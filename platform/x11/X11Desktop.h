@@ -6,14 +6,14 @@
 namespace glimmerpane::x11
 {
 
-/** Whether there is an X server to talk to. Needs no application object. */
+/** Whether an X server can be reached. Needs no application object. */
 std::expected<void, Error> checkDisplay();
 
 /** The desktop of the X server that $DISPLAY names. Needs a QGuiApplication. */
 class X11Desktop : public Desktop
 {
 public:
-    /** Its offscreen windows will be of this kind, where that is possible. */
+    /** Its offscreen windows are of this kind if possible. */
     explicit X11Desktop(OffscreenWindowKind kind = OffscreenWindowKind::Unlisted);
 
     double scaleFactor() const override;

@@ -20,7 +20,7 @@ namespace
 
 constexpr CaptureFrame frame{.x = 10, .y = 20, .width = 100, .height = 50};
 
-/** What the services did to the platform, and how it answers. */
+/** The calls that the service made to the platform, and its results. */
 struct Log {
     int shown = 0; ///< frames
     std::vector<std::uint32_t> returned;
@@ -213,7 +213,7 @@ private Q_SLOTS:
         oldHandlers.didStopWithError({});
         QCoreApplication::processEvents();
         QCOMPARE(fixture.ends, 1);
-        fixture.service.reset(); // Nobody is there any more to be told.
+        fixture.service.reset(); // No service is left to be notified.
         fixture.deliver(SampleType::Screen);
         QCOMPARE(log.shown, 1);
     }

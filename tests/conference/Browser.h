@@ -11,13 +11,13 @@
 namespace glimmerpane::testing
 {
 
-/** A real browser with one page, in which a window is shared as if a person had picked it. */
+/** A real browser with one page, in which a window is shared as if a user had picked it. */
 class Browser
 {
 public:
     virtual ~Browser() = default;
 
-    /** What an expression of the page's own scripts, such as "state()", gives. */
+    /** The value of an expression of the page's scripts, such as "state()". */
     virtual QJsonValue ask(const QString &expression) = 0;
 
     /** Presses the page's button, and picks the window where the browser asks. */

@@ -101,7 +101,7 @@ public:
     }
 
 private:
-    /** The "value" of the answer; ends the tests where there is none. */
+    /** The "value" of the answer; aborts the tests if there is none. */
     QJsonValue send(const QByteArray &method, const QString &path, const QJsonObject &body = {})
     {
         QNetworkRequest request(QUrl(address_ + session_ + path));

@@ -17,7 +17,7 @@ namespace glimmerpane::testing
 namespace
 {
 
-/** The proxy of all but loopback addresses is a port where nobody listens. */
+/** The proxy for all but loopback addresses is a port on which nothing listens. */
 const char *const preferences = R"(
 user_pref("marionette.port", %1);
 user_pref("network.proxy.type", 1);
@@ -30,7 +30,7 @@ user_pref("datareporting.policy.dataSubmissionEnabled", false);
 user_pref("browser.shell.checkDefaultBrowser", false);
 )";
 
-// The picker is a panel of the browser's own window, whose scripts say what a person would do.
+// The picker is a panel of the browser's own window, whose scripts do what a user would.
 const QString listsWindow = QStringLiteral(
     "return [...document.querySelectorAll('#webRTC-selectWindow-menupopup menuitem')]"
     ".some(item => item.label === '%1')");

@@ -52,7 +52,7 @@ inline QVariant askOverBus(const QDBusConnection &bus, const AccessibleReference
     return bus.call(message).arguments().value(0);
 }
 
-/** One thing that a program shows, as a screen reader gets it. What has gone is empty. */
+/** One element of a program's interface, as a screen reader sees it. Empty once it is gone. */
 class AccessibleObject
 {
 public:
@@ -149,7 +149,7 @@ public:
         const auto session = QDBusConnection::connectToBus(address(), sessionName_);
         const AccessibleReference launcher{QStringLiteral("org.a11y.Bus"),
                                            QDBusObjectPath(QStringLiteral("/org/a11y/bus"))};
-        // What a screen reader does, so that programs show themselves.
+        // Screen readers do this, so that programs expose their interface.
         askOverBus(session, launcher, QStringLiteral("org.freedesktop.DBus.Properties"), "Set",
                    {QStringLiteral("org.a11y.Status"), QStringLiteral("IsEnabled"),
                     QVariant::fromValue(QDBusVariant(true))});

@@ -60,7 +60,7 @@ QImage CaptureFixture::expected() const
         const QImage pixels = required(client.screenshot(onRoot));
         QPainter(&picture).drawImage(onRoot.topLeft() - area_.topLeft(), pixels);
     }
-    // There is no pointer where the window manager that gave the root one has gone.
+    // There is no pointer if the window manager that gave the root one has quit.
     const auto cursor = currentCursor(client);
     return cursor ? withCursor(picture, area_.topLeft(), *cursor) : picture;
 }

@@ -46,9 +46,9 @@ public:
     /** The area is expected to be at another place from now on. */
     void follow(QRect area) { area_ = area; }
 
-    /** What is to be seen in the output: the area's pixels with the pointer over them. */
+    /** The expected output: the area's pixels with the pointer over them. */
     QImage expected() const;
-    /** What a capturing client reads from the output window; null where it cannot be read. */
+    /** What a capturing client reads from the output window; null if it cannot be read. */
     QImage actual();
     /** Whether the two become the same; saves both where they do not. */
     bool showsArea();

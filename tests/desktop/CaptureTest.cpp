@@ -93,8 +93,7 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea());
         }
         QVERIFY(fixture.actual() != without);
-        // What changes under a pointer that stays is seen around and through it, and so is a new
-        // look.
+        // Changes under a still pointer are visible around and through it, and so is a new look.
         const auto window = required(ColorWindow::show(
             fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
         QVERIFY(fixture.showsArea());

@@ -68,8 +68,7 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea());
             fixture.input.click(place, static_cast<std::uint8_t>(button));
             if (!isShown) {
-                // The server tells of presses in their order: with the second one's ring comes
-                // none.
+                // The server reports presses in order: with the second one's ring comes none.
                 const QPoint second = area.topLeft() + QPoint(90, 90);
                 fixture.input.click(second);
                 QVERIFY(fixture.showsRing(second));

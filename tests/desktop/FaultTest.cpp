@@ -75,7 +75,7 @@ private:
     const QString name = QStringLiteral("org.freedesktop.Notifications");
 };
 
-/** What happens to the screen; each step is a list of xrandr's options. */
+/** Changes of the screen; each step is a list of xrandr options. */
 struct ScreenChange {
     QStringList before{};
     QStringList change{};
@@ -158,7 +158,8 @@ private Q_SLOTS:
             SharingFixture fixture;
             const ChildProcess::Options options{.program = QLatin1String(program),
                                                 .environment = fixture.server.environment()};
-            // Nobody but who has read it before can see a killed manager's pointer, which stays.
+            // The pointer of a killed manager stays, but only clients that have read it before can
+            // see it.
             fixture.input.moveTo(besidesEverything);
             QVERIFY(fixture.launch(shareArea));
             QVERIFY(fixture.showsChange(area));

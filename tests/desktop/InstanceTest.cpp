@@ -27,7 +27,7 @@ struct InstanceFixture : SelectorFixture {
 
 } // namespace
 
-/** What a second launch does to the program that runs. */
+/** What a second launch does to the running program. */
 class InstanceTest : public QObject
 {
     Q_OBJECT
@@ -69,7 +69,7 @@ private Q_SLOTS:
         fixture.command("--area=0,0,0x0 --share", 1, "glimmerpane: The area is empty.");
         fixture.command("--share", 1, "is showing a message");
 
-        // Who launches it again sees the alert, though no window manager keeps it on top.
+        // Launching it again shows the alert, though no window manager keeps it on top.
         const auto main = fixture.mainWindow();
         constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
         xcb_configure_window(fixture.client.connection(), *main, XCB_CONFIG_WINDOW_STACK_MODE,
@@ -93,14 +93,14 @@ private Q_SLOTS:
         QVERIFY(fixture.launch({areaOption, QStringLiteral("--share")}));
         QVERIFY(fixture.showsArea(area));
         fixture.program.sendSignal(SIGSTOP);
-        fixture.command("--stop", 1, "glimmerpane: Glimmerpane runs but does not answer.\n");
+        fixture.command("--stop", 1, "glimmerpane: Glimmerpane is running but does not respond.\n");
         fixture.program.sendSignal(SIGCONT);
         const QString name = QStringLiteral("DISPLAY");
         const QString display = fixture.environment.value(name);
         for (const QString &other :
              {display + u'9', display + QStringLiteral(".1"), QStringLiteral("host") + display}) {
             fixture.environment.insert(name, other);
-            fixture.command("--stop", 1, ("runs on display " + display.toLatin1()).constData());
+            fixture.command("--stop", 1, ("running on display " + display.toLatin1()).constData());
         }
         for (const QString &same :
              {display + QStringLiteral(".0"), QStringLiteral("unix") + display, QString()}) {

@@ -20,11 +20,11 @@ constexpr int smallest = 100; ///< coordinate that a round chooses
 constexpr int largest = 600; ///< the whole area is on the screen then
 constexpr std::chrono::minutes diskPatience(1); ///< others may keep the disk busy
 
-/** A person confirms an area. Nothing is sent before an input is called. */
+/** The user confirms an area. Nothing is sent before an input is called. */
 struct Confirmation {
     std::vector<std::function<void()>> inputs;
     std::vector<CaptureFrame> areas; ///< that it stores, one after the other
-    std::function<bool()> isSeen; ///< whether the person sees that it has been done
+    std::function<bool()> isSeen; ///< whether the user can see that it is done
 };
 
 /** Sends the inputs. How long it took until it was seen; nothing if the limit came first. */

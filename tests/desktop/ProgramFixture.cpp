@@ -194,8 +194,9 @@ bool ProgramFixture::typeArea(const CaptureFrame &area) const
 
 bool ProgramFixture::type(QPoint field, const QByteArray &text) const
 {
-    // Without a window manager nobody gives the window the keyboard. With one, a click is held back
-    // while the manager decides on the focus, and keys typed at machine speed would overtake it.
+    // Without a window manager, nothing gives the window the keyboard focus. With one, a click is
+    // held back while the manager decides on the focus, and keys typed at machine speed would
+    // overtake it.
     input.setFocus(*mainWindow());
     click(field);
     if (!waitFor([&] { return isFocused(field); }, patience)) {

@@ -20,7 +20,7 @@ namespace glimmerpane::testing
 
 constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
 
-/** The built program as a person uses it, on a private display. */
+/** The built program on a private display, operated as by a user. */
 class ProgramFixture
 {
 public:
@@ -63,7 +63,7 @@ public:
     /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
     bool startAgain() const;
 
-    /** Clicks on "Stop sharing" until there is no output: an alert may only just have gone. */
+    /** Clicks on "Stop sharing" until there is no output: an alert may have just closed. */
     bool stopSharing() const;
 
     /** A click at a place of the main window, in its points. */

@@ -92,7 +92,10 @@ struct SelectorFixture : ProgramFixture {
         input.moveTo(place);
         return required(currentCursor(client)).image;
     }
-    /** What the person's theme, or else the server, has by the first of these names that exists. */
+    /**
+     * The cursor that the user's theme, or else the server, has for the first of these names that
+     * exists.
+     */
     QImage themeCursor(const QList<const char *> &names) const
     {
         xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection())).data;
@@ -164,7 +167,7 @@ inline bool showsWholeSelector(const QImage &image)
     return marked == markedPixels(bounds.size());
 }
 
-/** What is to be seen of an even colour through the glass. */
+/** How a uniform colour should look through the glass. */
 inline QColor throughGlass(const QColor &color)
 {
     const auto channel

@@ -70,7 +70,7 @@ private Q_SLOTS:
         QTRY_COMPARE(fixture.cursorAt(frame.center()), arrow);
         QVERIFY(fixture.cursorAt(besidesEverything) != cross);
         const QImage all[] = {hand, vertical, horizontal, cross, arrow};
-        for (const QImage &one : all) { // else the comparisons above say nothing
+        for (const QImage &one : all) { // otherwise the comparisons above prove nothing
             QCOMPARE(std::ranges::count(all, one), 1);
         }
 

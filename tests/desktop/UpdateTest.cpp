@@ -114,7 +114,7 @@ private Q_SLOTS:
         const QString gone = HttpsServer(trusted_, {}).address();
         for (const auto &[address, says] :
              {std::pair(server.address(),
-                        "The answer cannot be read: \"lastAppVersion\" is no text."),
+                        "The answer cannot be read: \"lastAppVersion\" is not a string."),
               {gone, "ConnectionRefusedError"}}) {
             auto fixture = asking(address);
             fixture.environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));

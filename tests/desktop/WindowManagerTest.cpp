@@ -64,7 +64,7 @@ struct ManagerFixture : SelectorFixture {
         return waitFor([&] { return numberOf(client, window, "WM_STATE") == state; }, patience);
     }
 
-    /** Unseen, unlisted and without the keyboard: nothing that a person could stumble over. */
+    /** Invisible, unlisted and without the keyboard: nothing that gets in the user's way. */
     void checkUnlistedOutput() const
     {
         const xcb_window_t output = *outputWindow();
@@ -77,7 +77,7 @@ struct ManagerFixture : SelectorFixture {
 
     QImage cornerPicture() const { return required(client.screenshot(visibleCorner)); }
 
-    /** What nobody else draws, the server draws again. */
+    /** What no compositor draws, the server draws again. */
     void paintRoot(std::uint32_t color) const
     {
         xcb_change_window_attributes(client.connection(), client.root(), XCB_CW_BACK_PIXEL, &color);
@@ -140,7 +140,7 @@ private Q_SLOTS:
         ManagerFixture fixture(manager);
         const XClient &client = fixture.client;
         fixture.startBus();
-        // i3 has no such state, and gnome-shell lets only a person bring a window back from it.
+        // i3 has no such state, and in gnome-shell only the user can restore a window from it.
         const bool canMinimise
             = manager != WindowManager::I3 && manager != WindowManager::GnomeShell;
         fixture.start({areaOption, QStringLiteral("--share")});
@@ -149,7 +149,7 @@ private Q_SLOTS:
         const auto main = *fixture.mainWindow();
         fixture.checkUnlistedOutput();
 
-        // Who switches windows does not meet it; what comes and goes is followed.
+        // Window switchers skip it, and it follows windows that open and close.
         QVERIFY(fixture.input.pressKey(alt) && fixture.input.typeKey(keys::tab)
                 && fixture.input.releaseKey(alt));
         {
@@ -166,7 +166,7 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea(area));
             fixture.checkUnlistedOutput();
         }
-        // Who starts the program again wants to see it.
+        // Starting the program again raises it.
         const auto wall
             = ColorWindow::show(client, {.rectangle = screen, .kind = ColorWindow::Kind::Managed});
         QVERIFY(waitFor([&] { return isViewable(client, wall->id()); }, patience));

@@ -25,7 +25,7 @@ enum class WindowManager {
 
 struct ManagerProgram {
     WindowManager manager;
-    const char *name; ///< for a person, in one word
+    const char *name; ///< for the log, in one word
     const char *command; ///< of a shell
 };
 

@@ -25,7 +25,7 @@ struct Session : FakeApplication {
     }
 };
 
-/** What is printed on standard output meanwhile. */
+/** Captures what is printed on standard output. */
 struct StandardOutput {
     const x11::FileDescriptor own{dup(STDOUT_FILENO)};
     const x11::FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
@@ -167,8 +167,9 @@ private Q_SLOTS:
             "in "
             "System Settings > Privacy & Security > Screen Recording\n\ndenied|Open System "
             "Settings|Cancel");
-        const QString ending = QStringLiteral("notify Sharing Has Ended, warning|Sharing Has "
-                                              "Ended|The call no longer sees the area. why|OK");
+        const QString ending
+            = QStringLiteral("notify Sharing Has Ended, warning|Sharing Has "
+                             "Ended|Others in your call no longer see the area. why|OK");
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
         const QString question
@@ -220,8 +221,8 @@ private Q_SLOTS:
             "*, #, stays, close, stop, told, stays, quits");
         row("denied", {deny, start, answer}, "?, settings");
         row("denied, without a settings program", {deny, loseSettings, start, answer},
-            "?, settings, warning|Screen Recording|Glimmerpane knows no settings program for this "
-            "desktop.\n\ndenied|OK");
+            "?, settings, warning|Screen Recording|Glimmerpane does not know the settings program "
+            "of this desktop.\n\ndenied|OK");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
         row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",

@@ -23,7 +23,7 @@ const QString key = QStringLiteral("captureFrame");
 constexpr auto now = FrameRepository::Pace::BeforeReturn;
 constexpr auto typed = FrameRepository::Pace::WhenTypingRests;
 
-/** What a new process would load: QSettings keeps what it knows of a path, so under another. */
+/** What a new process would load. QSettings caches by path, so this uses another path. */
 std::optional<CaptureFrame> loadAfresh(const QString &path)
 {
     const QTemporaryDir elsewhere;

@@ -10,7 +10,7 @@ namespace glimmerpane::testing
 
 enum class PictureOf {
     Composite, ///< the pixmap, which shows the window wherever it is
-    Screen, ///< what is seen of the window, for one that nobody redirects and nothing covers
+    Screen, ///< the window on the screen, if it is neither redirected nor covered
 };
 
 /**

@@ -26,7 +26,7 @@ void prepare(pid_t parent)
     if (getppid() != parent) {
         _exit(127);
     }
-    // What the parent blocks would stay blocked in the program.
+    // Signals blocked in the parent would stay blocked in the program.
     sigset_t none;
     sigemptyset(&none);
     pthread_sigmask(SIG_SETMASK, &none, nullptr);
@@ -45,7 +45,7 @@ Result<ChildProcess> ChildProcess::start(const Options &options)
     ChildProcess child;
     QProcess &process = *child.process_;
     process.setProcessEnvironment(options.environment);
-    // A file takes everything without anybody who reads it meanwhile; a pipe fills up.
+    // A file takes everything without a reader; a pipe would fill up.
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.setStandardOutputFile(pathOf(child.output_));
     process.setChildProcessModifier([parent = getpid()] { prepare(parent); });

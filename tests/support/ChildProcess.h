@@ -15,7 +15,7 @@
 namespace glimmerpane::testing
 {
 
-/** What was written to a file that memfd_create() made, by whomever. */
+/** The content of a file created by memfd_create(). */
 QByteArray contentOf(const x11::FileDescriptor &memoryFile);
 
 /**
@@ -60,7 +60,7 @@ public:
     void kill();
     void sendSignal(int signal);
 
-    /** What it has printed so far on both of its output channels. */
+    /** Everything printed so far to standard output and standard error. */
     QByteArray output() const { return contentOf(output_); }
 
 private:

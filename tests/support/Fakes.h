@@ -14,7 +14,7 @@
 namespace glimmerpane
 {
 
-/** What a journal says of an event and the area it is about. */
+/** A journal's entry for an event and its area. */
 inline QString entry(const char *name, const CaptureFrame &area)
 {
     std::ostringstream text; // unlike QString, it tells zeros by their sign
@@ -145,7 +145,7 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     bool isSharingWindowVisible() const override { return isVisible; }
 };
 
-/** A call that somebody awaits. One that is dropped completes with the result of success. */
+/** A call that is being awaited. If dropped, it completes successfully. */
 template<typename Result>
 struct PendingCall {
     std::coroutine_handle<> caller = nullptr;

@@ -17,7 +17,7 @@ class CertificateAuthority
 public:
     CertificateAuthority();
 
-    /** PEM, for who shall trust it. */
+    /** PEM, for clients that should trust it. */
     QByteArray certificate() const;
     /** A server that proves to be `name`, such as "IP:127.0.0.1" or "DNS:x.example". */
     QSslConfiguration serverNamed(const QString &name) const;

@@ -20,8 +20,8 @@ inline constexpr uint32_t alt = 0xffe9;
 } // namespace keys
 
 /**
- * Plays a person's mouse and keyboard through XTEST. Positions are root pixels. Every call
- * returns after the server has handled it.
+ * Simulates mouse and keyboard through XTEST. Positions are root pixels. Every call returns after
+ * the server has handled it.
  */
 class InputInjector
 {

@@ -9,7 +9,7 @@
 namespace glimmerpane::testing
 {
 
-/** A value, or one line for a person that says what could not be done. */
+/** A value, or one line that says what failed. */
 template<typename T>
 using Result = std::expected<T, QString>;
 

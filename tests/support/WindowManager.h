@@ -35,7 +35,7 @@ inline bool managesNewWindow(const XClient &client)
         && waitFor([&] { return propertyOf(client, probe->id(), "WM_STATE").has_value(); }, limit);
 }
 
-/** Whether somebody owns a selection, as a manager does while it runs. */
+/** Whether a selection has an owner, as it does while a manager is running. */
 inline bool isOwned(const XClient &client, const QByteArray &selection)
 {
     const auto reply = ask<xcb_get_selection_owner, xcb_get_selection_owner_reply>(

@@ -60,7 +60,7 @@ public:
         return failure(QStringLiteral("%1 (X error %2)").arg(text).arg(code));
     }
 
-    /** What is seen at this place of the display, without the pointer. */
+    /** The visible content of this rectangle, without the pointer. */
     Result<QImage> screenshot(const QRect &rectangle) const { return image(root(), rectangle); }
     Result<QImage> screenshot() const { return screenshot({QPoint(), rootSize()}); }
 

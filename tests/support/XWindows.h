@@ -55,7 +55,7 @@ inline QString titleOf(const XClient &client, xcb_window_t window)
     return title ? QString::fromUtf8(title->bytes) : QString();
 }
 
-/** Without the border, in root pixels; empty when there is no such window. */
+/** Without the border, in root pixels; empty if there is no such window. */
 inline std::optional<QRect> geometryOf(const XClient &client, xcb_window_t window)
 {
     constexpr int16_t zero = 0;
@@ -150,7 +150,7 @@ inline void sendMessage(const XClient &client, xcb_window_t window, const char *
     client.sync();
 }
 
-/** What a window manager sends when a person closes a window. */
+/** Sends what a window manager sends when the user closes a window. */
 inline void askToClose(const XClient &client, xcb_window_t window)
 {
     sendMessage(client, window, "WM_PROTOCOLS", client.atom("WM_DELETE_WINDOW"), window);

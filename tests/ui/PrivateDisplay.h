@@ -23,7 +23,7 @@ int runOnPrivateDisplay(int argc, char **argv)
     }
     qputenv("DISPLAY", server->displayName().toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "xcb");
-    // Neither the person's own session bus nor one that is started for want of it.
+    // Neither the user's session bus nor one that is started because there is none.
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
     QApplication application(argc, argv);
     QApplication::setStyle(new FlatStyle(QStringLiteral("fusion")));

@@ -117,17 +117,17 @@ private Q_SLOTS:
         };
         const auto edited
             = [](const char *from, const char *to) { return QByteArray(good).replace(from, to); };
-        const char *const noObject = "it is no JSON object";
+        const char *const noObject = "it is not a JSON object";
         const char *const noFlag = "\"canUpdate\" is neither true nor false";
         body("no update", edited("true", "false"), "1.5.0 https://x 0");
         body("older, without a place", edited("1.5.0", "0").replace("https://x", ""), "0  1");
         body("other members", edited("{", R"({"a":[{}],"b":null,)"), "1.5.0 https://x 1");
         body("twice", edited("}", R"(,"canUpdate":false})"), "1.5.0 https://x 0");
         body("escapes", edited("1.5.0", R"(\u0031\n)"), "1\n https://x 1");
-        body("no version", edited("lastApp", "lastapp"), "\"lastAppVersion\" is no text");
-        body("number for a text", edited("\"1.5.0\"", "1.5"), "\"lastAppVersion\" is no text");
-        body("no place", edited("downloadUrl", "url"), "\"downloadUrl\" is no text");
-        body("null for a text", edited("\"https://x\"", "null"), "\"downloadUrl\" is no text");
+        body("no version", edited("lastApp", "lastapp"), "\"lastAppVersion\" is not a string");
+        body("number for a text", edited("\"1.5.0\"", "1.5"), "\"lastAppVersion\" is not a string");
+        body("no place", edited("downloadUrl", "url"), "\"downloadUrl\" is not a string");
+        body("null for a text", edited("\"https://x\"", "null"), "\"downloadUrl\" is not a string");
         body("no flag", edited("canUpdate", "x"), noFlag);
         body("number for a flag", edited("true", "1"), noFlag);
         body("text for a flag", edited("true", "\"true\""), noFlag);
