@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
 #include "bench/NumberedAnimation.h"
-#include "bench/OutputReader.h"
-#include "bench/ProcessUsage.h"
-#include "bench/Statistics.h"
-#include "tests/support/DamageWatch.h"
-#include "tests/support/InputInjector.h"
+#include "rig/DamageWatch.h"
+#include "rig/InputInjector.h"
+#include "rig/OutputReader.h"
+#include "rig/ProcessUsage.h"
+#include "rig/Statistics.h"
 
 #include <thread>
 
@@ -15,7 +15,6 @@ namespace glimmerpane::bench
 namespace
 {
 
-using testing::failure;
 using Clock = std::chrono::steady_clock;
 
 constexpr double rateTarget = 59;

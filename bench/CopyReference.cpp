@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/CopyReference.h"
 
-#include "bench/Statistics.h"
+#include "rig/Statistics.h"
 
 #include <cstring>
 #include <ctime>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "bench/Held.h"
 #include "bench/Measurement.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
+#include "rig/Held.h"
+#include "rig/Statistics.h"
 
 #include <algorithm>
 
@@ -11,8 +11,6 @@ namespace glimmerpane::bench
 
 namespace
 {
-
-using testing::failure;
 
 constexpr int warmUpCycles = 20; ///< after these everything that is kept on purpose exists
 constexpr int averagedCycles = 5;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
-#include "bench/PatternAnimation.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
-#include "tests/support/InputInjector.h"
-#include "tests/support/XWindows.h"
+#include "rig/InputInjector.h"
+#include "rig/PatternAnimation.h"
+#include "rig/Statistics.h"
+#include "rig/XWindows.h"
 
 #include <QDeadlineTimer>
 
@@ -16,8 +16,6 @@ namespace glimmerpane::bench
 namespace
 {
 
-using testing::failure;
-using testing::Reply;
 using Clock = std::chrono::steady_clock;
 
 constexpr double medianTarget = 2; ///< milliseconds

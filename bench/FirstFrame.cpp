@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
-#include "bench/OutputReader.h"
-#include "bench/PatternWindow.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
-#include "tests/support/InputInjector.h"
+#include "rig/InputInjector.h"
+#include "rig/OutputReader.h"
+#include "rig/PatternWindow.h"
+#include "rig/Statistics.h"
 
 namespace glimmerpane::bench
 {
 
 namespace
 {
-
-using testing::failure;
 
 constexpr double target = 100; ///< milliseconds
 constexpr std::chrono::seconds buttonLimit{10};

@@ -2,18 +2,16 @@
 #include "bench/CopyReference.h"
 #include "bench/Measurement.h"
 #include "bench/NumberedAnimation.h"
-#include "bench/OutputReader.h"
 #include "bench/ProcessorTime.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
+#include "rig/OutputReader.h"
+#include "rig/Statistics.h"
 
 namespace glimmerpane::bench
 {
 
 namespace
 {
-
-using testing::failure;
 
 constexpr double costTarget = 2.2;
 constexpr double rateTarget = 59;

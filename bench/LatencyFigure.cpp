@@ -1,16 +1,14 @@
 // SPDX-License-Identifier: MIT
-#include "bench/ChangeLatency.h"
 #include "bench/Measurement.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
+#include "rig/ChangeLatency.h"
+#include "rig/Statistics.h"
 
 namespace glimmerpane::bench
 {
 
 namespace
 {
-
-using testing::failure;
 
 constexpr QRect patch(1000, 400, 240, 120);
 constexpr double medianTarget = 1; ///< milliseconds

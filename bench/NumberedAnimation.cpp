@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "bench/NumberedAnimation.h"
 
-#include "bench/FrameNumber.h"
+#include "rig/FrameNumber.h"
 
 #include <QCoreApplication>
 
 namespace glimmerpane::bench
 {
-
-using testing::failure;
 
 namespace
 {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "bench/OutputReader.h"
 #include "bench/SharedDesktop.h"
-#include "tests/support/ChildProcess.h"
+#include "rig/ChildProcess.h"
+#include "rig/OutputReader.h"
 
 namespace glimmerpane::bench
 {

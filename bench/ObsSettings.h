@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "bench/Desktop.h"
+#include "rig/Desktop.h"
 
 #include <QRect>
 

@@ -2,13 +2,11 @@
 #include "bench/PeerTools.h"
 
 #include "bench/ObsSettings.h"
-#include "tests/support/InputInjector.h"
-#include "tests/support/XWindows.h"
+#include "rig/InputInjector.h"
+#include "rig/XWindows.h"
 
 namespace glimmerpane::bench
 {
-
-using testing::failure;
 
 namespace
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "bench/Program.h"
-#include "tests/support/CapturedWindow.h"
+#include "rig/CapturedWindow.h"
+#include "rig/Program.h"
 
 #include <array>
 

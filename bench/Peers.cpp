@@ -1,20 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Peers.h"
 
-#include "bench/ChangeLatency.h"
 #include "bench/Measurement.h"
 #include "bench/NumberedAnimation.h"
-#include "bench/ProcessUsage.h"
 #include "bench/ProcessorTime.h"
 #include "bench/StolenTime.h"
+#include "rig/ChangeLatency.h"
+#include "rig/ProcessUsage.h"
 
 #include <csignal>
 #include <utility>
 
 namespace glimmerpane::bench
 {
-
-using testing::failure;
 
 namespace
 {

@@ -3,7 +3,7 @@
 
 #include "bench/PeerTools.h"
 #include "bench/Report.h"
-#include "bench/Statistics.h"
+#include "rig/Statistics.h"
 
 #include <vector>
 

@@ -2,12 +2,10 @@
 #include "bench/ProcessorTime.h"
 
 #include "bench/NumberedAnimation.h"
-#include "bench/ProcessUsage.h"
+#include "rig/ProcessUsage.h"
 
 namespace glimmerpane::bench
 {
-
-using testing::failure;
 
 namespace
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/Result.h"
+#include "rig/Result.h"
 
 #include <QDir>
 
@@ -10,6 +10,8 @@
 
 namespace glimmerpane::bench
 {
+
+using namespace testing;
 
 enum class Verdict { None, Met, Missed };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/SharedDesktop.h"
 
-#include "tests/support/InputInjector.h"
+#include "rig/InputInjector.h"
 
 namespace glimmerpane::bench
 {

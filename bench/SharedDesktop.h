@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bench/Measurement.h"
-#include "bench/Program.h"
+#include "rig/Program.h"
 
 namespace glimmerpane::bench
 {

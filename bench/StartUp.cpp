@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
-#include "tests/support/XWindows.h"
+#include "rig/Statistics.h"
+#include "rig/XWindows.h"
 
 #include <QCoreApplication>
 
@@ -11,8 +11,6 @@ namespace glimmerpane::bench
 
 namespace
 {
-
-using testing::failure;
 
 constexpr double target = 150; ///< milliseconds
 

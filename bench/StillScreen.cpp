@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
-#include "bench/ProcessUsage.h"
 #include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
-#include "tests/support/DamageWatch.h"
+#include "rig/DamageWatch.h"
+#include "rig/ProcessUsage.h"
+#include "rig/Statistics.h"
 
 #include <map>
 
@@ -12,8 +12,6 @@ namespace glimmerpane::bench
 
 namespace
 {
-
-using testing::failure;
 
 constexpr double watchesPerSecond = 2; ///< the program looks every half second
 

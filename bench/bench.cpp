@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
-#include "bench/Program.h"
-#include "bench/StopSignals.h"
+#include "rig/Program.h"
+#include "rig/StopSignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

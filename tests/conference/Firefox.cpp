@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/Browser.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/WaitFor.h"
+#include "tests/conference/Firefox.h"
+
+#include "rig/ChildProcess.h"
+#include "rig/WaitFor.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/desktop/ProgramFixture.h"
-#include "tests/support/CursorPicture.h"
-#include "tests/support/WaitFor.h"
-#include "tests/support/XWindows.h"
+#include "rig/CursorPicture.h"
+#include "rig/ProgramFixture.h"
+#include "rig/WaitFor.h"
+#include "rig/XWindows.h"
 
 #include <QColor>
 #include <QRegion>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tests/desktop/ProgramFixture.h"
-#include "tests/support/ColorWindow.h"
+#include "rig/ColorWindow.h"
+#include "rig/ProgramFixture.h"
+#include "rig/WaitFor.h"
 #include "tests/support/HttpsServer.h"
-#include "tests/support/WaitFor.h"
 
 #include <QFile>
 #include <QTest>

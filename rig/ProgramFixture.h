@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "rig/ChildProcess.h"
+#include "rig/InputInjector.h"
+#include "rig/SessionBus.h"
+#include "rig/WindowManagers.h"
+#include "rig/XClient.h"
+#include "rig/XvfbServer.h"
+#include "storage/CaptureFrame.h"
+
+#include <QImage>
+#include <QRect>
+#include <QTemporaryDir>
+
+#include <optional>
+
+namespace glimmerpane::testing
+{
+
+constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
+
+/** The built program as a person uses it, on a private display. */
+class ProgramFixture
+{
+public:
+    using WindowManager = testing::WindowManager;
+
+    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1);
+
+    XvfbServer server;
+    XClient client;
+    InputInjector input;
+    const int scaleFactor; ///< pixels for each point
+    QTemporaryDir configuration; ///< XDG_CONFIG_HOME
+    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
+    QProcessEnvironment environment; ///< of programs that are started from now on
+    QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
+    bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
+    ChildProcess program;
+    std::optional<SessionBus> bus; ///< none unless startBus()
+
+    /** From now on programs have a session bus. */
+    void startBus();
+    /** Starts the program; a running one is ended first. */
+    void start(const QStringList &arguments = {});
+    /** Starts another one beside it and waits for its end: its exit code, -1 if it goes on. */
+    int launchAgain(const QStringList &arguments = {}, QByteArray *says = nullptr) const;
+    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
+     */
+    int waitForExit();
+
+    std::optional<xcb_window_t> mainWindow() const;
+    std::optional<xcb_window_t> outputWindow() const;
+    /** How many windows of the program are shown that are not the output: main window, alerts. */
+    int shownWindows() const;
+
+    bool waitForMainWindow() const;
+    /** Whether the output window comes to show the pixels of this rectangle of the root. */
+    bool showsArea(QRect rootRectangle);
+    bool waitForNoOutput() const;
+
+    /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
+    bool startAgain() const;
+
+    /** Clicks on "Stop sharing" until there is no output: an alert may only just have gone. */
+    bool stopSharing() const;
+
+    /** A click at a place of the main window, in its points. */
+    void click(QPoint place) const;
+    /** Types the key until the alert, which needs the keyboard first, goes. */
+    bool answerAlert(std::uint32_t key) const;
+    /** Types an area into the four fields; false if it does not become the saved one. */
+    bool typeArea(const CaptureFrame &area) const;
+    /** Replaces the text of one field. */
+    bool type(QPoint field, const QByteArray &text) const;
+    bool isFocused(QPoint field) const;
+
+    QString settingsFile() const;
+    std::optional<CaptureFrame> savedArea() const;
+
+private:
+    mutable std::optional<xcb_window_t> latestMain_; ///< saves a search of all windows
+    ChildProcess windowManager_;
+    ChildProcess compositor_;
+};
+
+/** Where the main window has its controls, in its points; seen in a screenshot. */
+namespace places
+{
+constexpr QPoint startSharing(160, 98);
+constexpr QPoint setArea(160, 142);
+constexpr QPoint resetArea(160, 186);
+constexpr QPoint stopSharing(160, 230);
+constexpr QPoint nothing(160, 400);
+constexpr QPoint fields[] = {{87, 301}, {233, 301}, {87, 362}, {233, 362}};
+} // namespace places
+
+} // namespace glimmerpane::testing
