@@ -101,7 +101,7 @@ QImage drawBackdrop(QSize screen, const QRect &area, bool outlined)
 
 testing::Result<void> setBackground(const testing::XClient &client, const QImage &picture)
 {
-    auto shared = SharedPicture::create(client, picture.size());
+    auto shared = testing::SharedPicture::create(client, picture.size());
     if (!shared) {
         return testing::failure(shared.error());
     }

@@ -6,8 +6,6 @@
 namespace glimmerpane::demo
 {
 
-using namespace testing;
-
 /**
  * A desktop as a person may have it: wallpaper, a bar and some documents, laid out for an
  * area that is shared and, if `outlined`, with a fine line around it. Needs a QGuiApplication.

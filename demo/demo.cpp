@@ -4,18 +4,19 @@
 #include "rig/StopSignals.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <QTextStream>
 
+using namespace glimmerpane;
+using testing::median;
+using testing::quantile;
+
 namespace
 {
 
-using glimmerpane::demo::Demonstration;
-using glimmerpane::testing::median;
-using glimmerpane::testing::quantile;
-
-void print(const Demonstration::Outcome &outcome, const QDir &folder)
+void print(const demo::Outcome &outcome, const QString &folder)
 {
     const auto &frames = outcome.frames;
     QTextStream out(stdout);
@@ -29,15 +30,15 @@ void print(const Demonstration::Outcome &outcome, const QDir &folder)
         << median(outcome.latencies) << " ms, 95 % within " << quantile(outcome.latencies, 0.95)
         << " ms, longest " << quantile(outcome.latencies, 1) << " ms (" << outcome.latencies.size()
         << " changes).\n"
-        << "Pictures: desktop.png, main-window.png, output.png and selector.png in "
-        << folder.path() << "\n";
+        << "Pictures: desktop.png, main-window.png, output.png and selector.png in " << folder
+        << "\n";
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const glimmerpane::testing::StopSignals signals;
+    const testing::StopSignals signals;
     // It draws pictures and never shows a window, nor has it business on anybody's session bus.
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
@@ -53,27 +54,22 @@ int main(int argc, char **argv)
                                     QStringLiteral("folder"), QStringLiteral("build/demo"));
     const QCommandLineOption program(QStringLiteral("program"),
                                      QStringLiteral("Glimmerpane's executable."),
-                                     QStringLiteral("path"));
+                                     QStringLiteral("path"), QStringLiteral(GLIMMERPANE_PROGRAM));
     parser.addOptions({output, program});
     parser.process(application);
 
-    const QDir folder(parser.value(output));
-    if (!folder.mkpath(QStringLiteral("."))) {
-        QTextStream(stderr) << "glimmerpane_demo: cannot create " << folder.path() << "\n";
+    const QString folder = parser.value(output);
+    const QString executable = QFileInfo(parser.value(program)).absoluteFilePath();
+    QTextStream problems(stderr);
+    if (!QDir().mkpath(folder) || !QDir::setCurrent(folder)) {
+        problems << "glimmerpane_demo: cannot create " << folder << "\n";
         return 1;
     }
-    const auto outcome = Demonstration::run(
-        {.executable = glimmerpane::testing::executableOr(parser.value(program)),
-         .output = folder,
-         .stop = signals.token()});
-    if (signals.token().stop_requested()) {
-        QTextStream(stderr) << "glimmerpane_demo: stopped\n";
-        return 130;
+    try {
+        print(demo::demonstrate(executable, signals.token()), folder);
+    } catch (const testing::Failure &problem) {
+        problems << "glimmerpane_demo: " << problem.what() << "\n";
+        return signals.token().stop_requested() ? 130 : 1;
     }
-    if (!outcome) {
-        QTextStream(stderr) << "glimmerpane_demo: " << outcome.error() << "\n";
-        return 1;
-    }
-    print(*outcome, folder);
     return 0;
 }

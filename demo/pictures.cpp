@@ -2,10 +2,9 @@
 #include "demo/Backdrop.h"
 #include "rig/Browser.h"
 #include "rig/CursorPicture.h"
-#include "rig/InputInjector.h"
-#include "rig/Program.h"
-#include "rig/SessionBus.h"
+#include "rig/ProgramFixture.h"
 #include "rig/SettingsPortal.h"
+#include "rig/WaitFor.h"
 #include "rig/XWindows.h"
 
 #include <QDir>
@@ -15,8 +14,8 @@
 
 using namespace glimmerpane;
 using namespace glimmerpane::demo;
+using namespace glimmerpane::testing;
 using namespace std::chrono_literals;
-using testing::required;
 
 namespace
 {
@@ -36,14 +35,6 @@ constexpr QPoint chooserSteps[] = {{1039, 153}, {947, 253}, {1190, 554}}; ///< "
 constexpr QPoint inSelector(70, 60); ///< away from its edges and buttons
 constexpr QPoint besideConfirm(30, -10); ///< from the selector's middle
 constexpr auto tourLength = 20s;
-constexpr auto patience = 15s;
-
-void require(bool holds, const char *what)
-{
-    if (!holds) {
-        qFatal("%s", what);
-    }
-}
 
 void save(const QImage &picture, const QDir &folder, const QString &name)
 {
@@ -59,9 +50,8 @@ QUrl page(const char *name)
 class Hand
 {
 public:
-    explicit Hand(const Desktop &desktop)
-        : desktop_(desktop)
-        , input_(desktop.client())
+    explicit Hand(const InputInjector &input)
+        : input_(input)
     {
         input_.moveTo(place_);
     }
@@ -71,7 +61,7 @@ public:
         const QPoint from = place_;
         const auto begin = std::chrono::steady_clock::now();
         for (double part = 0; part < 1;) {
-            desktop_.rest(12ms);
+            std::this_thread::sleep_for(12ms);
             part = std::min(1.0, (std::chrono::steady_clock::now() - begin) / (time * 1.0));
             const double eased = part * part * (3 - 2 * part);
             place_ = (QPointF(from) + QPointF(to - from) * eased).toPoint();
@@ -82,9 +72,9 @@ public:
     {
         glide(at, time);
         input_.press();
-        desktop_.rest(100ms);
+        std::this_thread::sleep_for(100ms);
         input_.release();
-        desktop_.rest(150ms);
+        std::this_thread::sleep_for(150ms);
     }
     void drag(QPoint from, QPoint to)
     {
@@ -98,139 +88,113 @@ public:
         for (const char letter : text) {
             const auto keysym = static_cast<uint32_t>(letter);
             const bool isUpper = std::isupper(letter) != 0;
-            require((!isUpper || input_.pressKey(testing::keys::shift)) && input_.typeKey(keysym)
-                        && (!isUpper || input_.releaseKey(testing::keys::shift)),
+            require((!isUpper || input_.pressKey(keys::shift)) && input_.typeKey(keysym)
+                        && (!isUpper || input_.releaseKey(keys::shift)),
                     "the keyboard lacks a letter");
-            desktop_.rest(130ms);
+            std::this_thread::sleep_for(130ms);
         }
     }
 
 private:
-    const Desktop &desktop_;
-    testing::InputInjector input_;
+    const InputInjector &input_;
     QPoint place_{330, 600};
 };
 
 /** The main window alone, light and dark, in which what its round corners leave is transparent. */
 void takeMainWindow(const QDir &folder)
 {
-    const auto bus = required(testing::SessionBus::start());
-    testing::SettingsPortal portal(bus.address());
+    ProgramFixture fixture(WindowManager::Openbox, 1, screen);
+    fixture.startBus();
+    SettingsPortal portal(fixture.bus->address());
     require(portal.isThere(), "cannot be the desktop's portal");
-    const auto desktop = required(Desktop::start({.screen = screen, .bus = bus.address()}));
     constexpr QRgb key = 0xffff00ff;
     QImage background(screen, QImage::Format_RGB32);
     background.fill(key);
-    required(setBackground(desktop->client(), background));
-    auto program = required(Program::start(
-        *desktop, {.executable = executableOr({}), .area = sharedArea, .share = true}));
-    required(program.outputWindow());
-    required(program.placeMainWindow(mainWindowPlace, sharedArea));
-    const auto window = required(program.mainWindow());
+    required(setBackground(fixture.client, background));
+    fixture.startWith(sharedArea, mainWindowPlace, true);
 
     for (const auto &[scheme, name] :
-         {std::pair(testing::SettingsPortal::light, QStringLiteral("main-window.png")),
-          std::pair(testing::SettingsPortal::dark, QStringLiteral("main-window-dark.png"))}) {
+         {std::pair(SettingsPortal::light, QStringLiteral("main-window.png")),
+          std::pair(SettingsPortal::dark, QStringLiteral("main-window-dark.png"))}) {
         portal.change(scheme);
-        const bool isDark = scheme == testing::SettingsPortal::dark;
+        const bool isDark = scheme == SettingsPortal::dark;
         QImage picture;
         const auto isPainted = [&] {
-            const auto place = testing::geometryOf(desktop->client(), window);
-            picture = required(desktop->client().screenshot(place.value_or(QRect(0, 0, 1, 1))));
+            const auto place = geometryOf(fixture.client, fixture.mainWindow().value()).value();
+            picture = required(fixture.client.screenshot(place));
             return (qGray(picture.pixel(picture.rect().center().x(), 8)) < 128) == isDark
-                && program.stopButton();
+                && fixture.canPress(places::stopSharing);
         };
-        require(desktop->waitFor(isPainted, patience), "the main window does not change");
+        require(waitFor(isPainted, patience), "the main window does not change");
         picture.setAlphaChannel(picture.createMaskFromColor(key, Qt::MaskOutColor));
         save(picture, folder, name);
     }
-    required(program.end());
-}
-
-xcb_window_t await(const Desktop &desktop, const QString &title)
-{
-    std::optional<xcb_window_t> window;
-    const auto isThere = [&] {
-        window = testing::findWindow(desktop.client(), title);
-        return window.has_value();
-    };
-    require(desktop.waitFor(isThere, testing::browserPatience), "a browser's window is missing");
-    return *window;
+    fixture.end();
 }
 
 /** Puts a browser's window at a place, without the window manager's frame. */
-void place(const Desktop &desktop, const QString &title, const QRect &rectangle)
+void place(const XClient &client, const QString &title, const QRect &rectangle)
 {
-    const auto &client = desktop.client();
-    const auto window = await(desktop, title);
-    constexpr uint32_t noFrame[] = {2, 0, 0, 0, 0}; // the decorations, which are none
-    const auto hints = client.atom("_MOTIF_WM_HINTS");
-    xcb_change_property(client.connection(), XCB_PROP_MODE_REPLACE, window, hints, hints, 32, 5,
-                        noFrame);
+    std::optional<xcb_window_t> window;
+    require(
+        waitFor([&] { return (window = findWindow(client, title)).has_value(); }, browserPatience),
+        "a browser's window is missing");
+    removeFrame(client, *window);
     const auto isThere = [&] {
-        const int values[] = {rectangle.x(), rectangle.y(), rectangle.width(), rectangle.height()};
-        xcb_configure_window(client.connection(), window, 0xf, values); // place and size
-        return testing::geometryOf(client, window) == rectangle;
+        setGeometry(client, *window, rectangle);
+        return geometryOf(client, *window) == rectangle;
     };
-    require(desktop.waitFor(isThere, patience), "a browser's window does not go to its place");
+    require(waitFor(isThere, patience), "a browser's window does not go to its place");
 }
 
 /** The document, the call beside it and the program, whose main window is minimised. */
-class Scene
-{
-public:
+struct Scene : ProgramFixture {
     Scene();
 
-    const Desktop &desktop() const { return *desktop_; }
-    Program &program() { return *program_; }
     void awaitCall();
-    void openMainWindow();
-    QImage screenshot() const;
+    void openMainWindow() const;
+    QImage picture() const;
 
 private:
     QTemporaryDir home_;
-    std::unique_ptr<Desktop> desktop_ = required(Desktop::start({.screen = screen}));
-    std::unique_ptr<testing::Browser> call_;
-    testing::ChildProcess document_;
-    std::optional<Program> program_;
+    std::unique_ptr<Browser> call_;
+    ChildProcess document_;
     xcb_window_t mainWindow_ = XCB_WINDOW_NONE;
 };
 
 Scene::Scene()
+    : ProgramFixture(WindowManager::Openbox, 1, screen)
 {
-    required(setBackground(desktop_->client(), drawWallpaper(screen)));
-    auto environment = desktop_->environment();
-    environment.insert(QStringLiteral("HOME"), home_.path());
-    call_ = testing::startChromium({.environment = environment,
-                                    .home = home_.path(),
-                                    .page = page("call.html"),
-                                    .place = callPlace,
-                                    .isBare = true});
-    place(*desktop_, QStringLiteral("Weekly call"), callPlace);
+    required(setBackground(client, drawWallpaper(screen)));
+    auto browsers = environment;
+    browsers.insert(QStringLiteral("HOME"), home_.path());
+    call_ = startChromium({.environment = browsers,
+                           .home = home_.path(),
+                           .page = page("call.html"),
+                           .place = callPlace,
+                           .isBare = true});
+    place(client, QStringLiteral("Weekly call"), callPlace);
     // A second window of the browser that runs, with all that has been said to that one.
-    document_ = required(testing::ChildProcess::start(
+    document_ = required(ChildProcess::start(
         {.program = QStringLiteral("chromium"),
          .arguments = {QStringLiteral("--no-sandbox"), QStringLiteral("--test-type"),
                        QStringLiteral("--user-data-dir=%1/chromium").arg(home_.path()),
                        QStringLiteral("--app=") + page("document.html").toString()},
-         .environment = environment}));
-    place(*desktop_, QStringLiteral("Spring report"), documentPlace);
-    program_
-        = required(Program::start(*desktop_, {.executable = executableOr({}), .area = firstArea}));
-    required(program_->placeMainWindow(mainWindowPlace, firstArea));
+         .environment = browsers}));
+    place(client, QStringLiteral("Spring report"), documentPlace);
+    startWith(firstArea, mainWindowPlace, false);
     constexpr uint32_t iconicState = 3; // ICCCM 4.1.4
-    mainWindow_ = required(program_->mainWindow());
-    testing::sendMessage(desktop_->client(), mainWindow_, "WM_CHANGE_STATE", iconicState,
-                         desktop_->client().root());
-    const auto isAway = [&] { return !testing::isViewable(desktop_->client(), mainWindow_); };
-    require(desktop_->waitFor(isAway, patience), "the main window cannot be minimised");
+    mainWindow_ = mainWindow().value();
+    sendMessage(client, mainWindow_, "WM_CHANGE_STATE", iconicState, client.root());
+    require(waitFor([&] { return !isViewable(client, mainWindow_); }, patience),
+            "the main window cannot be minimised");
 }
 
-void Scene::openMainWindow()
+void Scene::openMainWindow() const
 {
     constexpr uint32_t fromPager = 2; // as EWMH has it
-    testing::sendMessage(desktop_->client(), mainWindow_, "_NET_ACTIVE_WINDOW", fromPager,
-                         desktop_->client().root());
+    sendMessage(client, mainWindow_, "_NET_ACTIVE_WINDOW", fromPager, client.root());
+    require(waitForMainWindow(), "the main window does not come back");
 }
 
 /** Returns once the others see the shared window. */
@@ -238,30 +202,29 @@ void Scene::awaitCall()
 {
     const auto isLive
         = [&] { return call_->ask(QStringLiteral("shownWidth()")).toInt() == sharedArea.width(); };
-    require(desktop_->waitFor(isLive, patience), "the call does not show the window");
+    require(waitFor(isLive, patience), "the call does not show the window");
 }
 
-QImage Scene::screenshot() const
+QImage Scene::picture() const
 {
-    const auto cursor = required(testing::currentCursor(desktop_->client()));
-    const auto picture = required(desktop_->client().screenshot({QPoint(), filmed}));
-    return testing::withCursor(picture, {}, cursor);
+    const auto cursor = required(currentCursor(client));
+    return withCursor(required(client.screenshot({QPoint(), filmed})), {}, cursor);
 }
 
 /** Films the display until the tour has its length. */
-testing::ChildProcess startFilm(const Desktop &desktop, const QString &path)
+ChildProcess startFilm(const XvfbServer &server, const QString &path)
 {
-    auto film = required(testing::ChildProcess::start(
+    auto film = required(ChildProcess::start(
         {.program = QStringLiteral("ffmpeg"),
          .arguments = QStringLiteral("-y -nostdin -f x11grab -framerate 20 -video_size %1x%2 -i %3 "
                                      "-t %4 -c:v libx264rgb -preset ultrafast -qp 0")
                           .arg(filmed.width())
                           .arg(filmed.height())
-                          .arg(desktop.displayName())
+                          .arg(server.displayName())
                           .arg(tourLength.count())
                           .split(u' ')
              << path}));
-    require(desktop.waitFor([&] { return film.output().contains("frame="); }, patience),
+    require(waitFor([&] { return film.output().contains("frame="); }, patience),
             "ffmpeg does not film");
     return film;
 }
@@ -270,42 +233,40 @@ testing::ChildProcess startFilm(const Desktop &desktop, const QString &path)
 void takeTour(const QDir &folder)
 {
     Scene scene;
-    Program &program = scene.program();
-    Hand hand(scene.desktop());
-    auto camera = startFilm(scene.desktop(), folder.filePath(QStringLiteral("tour.mkv")));
+    Hand hand(scene.input);
+    auto camera = startFilm(scene.server, folder.filePath(QStringLiteral("tour.mkv")));
     const auto begin = std::chrono::steady_clock::now();
-    const auto until = [&](std::chrono::milliseconds time) {
-        const auto left = begin + time - std::chrono::steady_clock::now();
-        scene.desktop().rest(std::chrono::duration_cast<std::chrono::milliseconds>(left));
-    };
+    const auto until
+        = [&](std::chrono::milliseconds time) { std::this_thread::sleep_until(begin + time); };
 
     until(500ms);
     scene.openMainWindow();
-    hand.glide(required(program.awaitSetArea()), 1000ms);
-    required(program.openSelector());
+    const QPoint start = scene.awaitButton(places::startSharing);
+    hand.click(start + places::setArea - places::startSharing, 1000ms);
+    require(waitFor([&] { return scene.selector().has_value(); }, patience),
+            "the selector does not come");
     const QRect moved(sharedArea.topLeft(), firstArea.size());
     hand.drag(firstArea.topLeft() + inSelector, moved.topLeft() + inSelector);
     hand.drag(moved.bottomRight(), sharedArea.bottomRight() + QPoint(1, 1));
     hand.glide(sharedArea.center() + besideConfirm, 700ms);
-    save(scene.screenshot(), folder, QStringLiteral("selector.png"));
+    save(scene.picture(), folder, QStringLiteral("selector.png"));
     hand.click(sharedArea.center() + besideConfirm, 200ms);
-    required(program.awaitSetArea()); // which can be pressed with "Start sharing"
-    hand.click(program.startButton().value(), 700ms);
-    required(program.outputWindow());
+    hand.click(scene.awaitButton(places::startSharing), 700ms);
+    scene.awaitOutputWindow();
     hand.click(callButton, 900ms);
-    scene.desktop().rest(200ms);
+    std::this_thread::sleep_for(200ms);
     for (const QPoint step : chooserSteps) {
         hand.click(step, 600ms);
-        scene.desktop().rest(150ms);
+        std::this_thread::sleep_for(150ms);
     }
     scene.awaitCall();
     hand.click(firstBar, 900ms);
     hand.click(emptyStep, 900ms);
     hand.type("Publish on Friday");
     hand.click(lastBar, 900ms);
-    save(scene.screenshot(), folder, QStringLiteral("call.png"));
+    save(scene.picture(), folder, QStringLiteral("call.png"));
     until(17s);
-    hand.click(program.stopButton().value(), 800ms);
+    hand.click(scene.awaitButton(places::stopSharing), 800ms);
     require(std::chrono::steady_clock::now() - begin < tourLength, "too slow for the film");
     require(camera.waitForEnd(tourLength) && camera.exitCode() == 0, "ffmpeg failed");
 }
@@ -319,9 +280,14 @@ int main(int argc, char **argv)
     const QTemporaryDir runtimeFolder; // else Qt leaves one behind where the session has none
     qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
     const QGuiApplication application(argc, argv);
-    require(argc == 2, "Usage: glimmerpane_pictures FOLDER");
-    const QDir folder(QString::fromLocal8Bit(argv[1]));
-    takeMainWindow(folder);
-    takeTour(folder);
+    try {
+        require(argc == 2, "Usage: glimmerpane_pictures FOLDER");
+        const QDir folder(QString::fromLocal8Bit(argv[1]));
+        takeMainWindow(folder);
+        takeTour(folder);
+    } catch (const Failure &problem) {
+        qCritical("%s", problem.what());
+        return 1;
+    }
     return 0;
 }

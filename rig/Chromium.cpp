@@ -69,7 +69,8 @@ public:
             return match.hasMatch();
         };
         if (!waitFor(isListening, browserPatience)) {
-            qFatal("chromedriver: %s", driver_.output().constData());
+            throw Failure(QStringLiteral("chromedriver: ")
+                          + QString::fromLocal8Bit(driver_.output()));
         }
         address_ = QStringLiteral("http://127.0.0.1:%1/session").arg(match.captured(1));
         const auto session = send("POST", {}, capabilities(options_));
@@ -78,8 +79,9 @@ public:
     }
     ~Chromium() override
     {
-        if (!session_.isEmpty()) {
+        try {
             send("DELETE", {});
+        } catch (const Failure &) { // then it ends with its driver
         }
     }
     Q_DISABLE_COPY_MOVE(Chromium)
@@ -101,7 +103,7 @@ public:
     }
 
 private:
-    /** The "value" of the answer; ends the tests where there is none. */
+    /** The "value" of the answer; fails where there is none. */
     QJsonValue send(const QByteArray &method, const QString &path, const QJsonObject &body = {})
     {
         QNetworkRequest request(QUrl(address_ + session_ + path));
@@ -111,8 +113,8 @@ private:
         waitFor([&] { return reply->isFinished(); }, browserPatience);
         const QByteArray answer = reply->readAll();
         if (!reply->isFinished() || reply->error() != QNetworkReply::NoError) {
-            qFatal("%s %s: %s %s", method.constData(), qPrintable(path),
-                   qPrintable(reply->errorString()), answer.constData());
+            throw Failure(QStringLiteral("%1: %2 %3")
+                              .arg(path, reply->errorString(), QString::fromUtf8(answer)));
         }
         return QJsonDocument::fromJson(answer).object().value(QStringLiteral("value"));
     }

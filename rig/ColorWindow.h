@@ -37,11 +37,7 @@ public:
         if (!window) {
             return failure(window.error());
         }
-        // A manager places a window itself unless its hints say that the user chose the place.
-        constexpr int words = 18;
-        const int hints[words] = {1, options.rectangle.x(), options.rectangle.y()};
-        xcb_change_property(client.connection(), XCB_PROP_MODE_REPLACE, *window,
-                            XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 32, words, hints);
+        setPlaceHints(client, *window, options.rectangle.topLeft());
         xcb_map_window(client.connection(), *window);
         client.sync();
         ColorWindow result;
@@ -67,11 +63,7 @@ public:
     }
     void setGeometry(const QRect &rectangle) const
     {
-        constexpr uint16_t place = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
-        constexpr uint16_t size = XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
-        const int values[] = {rectangle.x(), rectangle.y(), rectangle.width(), rectangle.height()};
-        xcb_configure_window(window_->connection(), id(), place | size, values);
-        window_->sync();
+        testing::setGeometry(*window_, id(), rectangle);
     }
 
 private:

@@ -32,7 +32,6 @@ void fill(QImage &picture, const QRect &rectangle, QRgb color)
 }
 
 struct DigitLayout {
-    QPoint origin;
     QSize digit;
     int stroke;
     int pitch;
@@ -43,10 +42,7 @@ DigitLayout layoutFor(QSize picture)
     const int height = std::clamp(picture.height() / 6, 14, 84);
     const int stroke = std::max(2, height / 9);
     const QSize digit(height / 2, height);
-    return {.origin = QPoint(margin, stripSize.height() + margin),
-            .digit = digit,
-            .stroke = stroke,
-            .pitch = digit.width() + 2 * stroke};
+    return {.digit = digit, .stroke = stroke, .pitch = digit.width() + 2 * stroke};
 }
 
 /** Segments: top, top right, bottom right, bottom, bottom left, top left, middle. */
@@ -94,19 +90,20 @@ void draw(QImage &picture, uint32_t number)
     }
     uint32_t rest = number % limit;
     for (int place = digitCount - 1; place >= 0; --place, rest /= 10) {
-        drawDigit(picture, layout.origin + QPoint(place * layout.pitch, 0), layout, rest % 10);
+        const QPoint at(margin + place * layout.pitch, stripSize.height() + margin);
+        drawDigit(picture, at, layout, rest % 10);
     }
 }
 
-std::optional<uint32_t> read(const QImage &picture, QPoint origin)
+std::optional<uint32_t> read(const QImage &picture)
 {
-    if (!picture.rect().contains(QRect(origin, stripSize))) {
+    if (!picture.rect().contains(QRect(QPoint(), stripSize))) {
         return std::nullopt;
     }
     uint32_t bits = 0;
     for (int block = 0; block < 32; ++block) {
         const QPoint middle(block * blockSize + blockSize / 2, blockSize / 2);
-        const int level = qGray(picture.pixel(origin + middle));
+        const int level = qGray(picture.pixel(middle));
         if (level > 64 && level < 192) {
             return std::nullopt;
         }

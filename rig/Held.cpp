@@ -15,12 +15,7 @@ Result<Held> heldBy(const XClient &client, pid_t program)
     constexpr std::chrono::seconds limit{10};
     // The server refuses to tell of a connection that is closed between two questions.
     Result<ServerResources> onServer;
-    waitFor(
-        [&] {
-            onServer = serverResourcesOf(client, program);
-            return onServer.has_value();
-        },
-        limit);
+    waitFor([&] { return (onServer = ServerResources::of(client, program)).has_value(); }, limit);
     const auto usage = ProcessUsage::of(program);
     if (!usage || !onServer) {
         return failure(usage ? onServer.error() : usage.error());
@@ -31,7 +26,7 @@ Result<Held> heldBy(const XClient &client, pid_t program)
     return Held{.memory = static_cast<double>(usage->residentBytes) / 1024,
                 .descriptors = usage->descriptors - pooled,
                 .threads = static_cast<double>(usage->threads.size()) - pooled,
-                .resources = static_cast<double>(onServer->total()),
+                .resources = static_cast<double>(onServer->count),
                 .pixmapBytes = static_cast<double>(onServer->pixmapBytes)};
 }
 

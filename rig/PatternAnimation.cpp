@@ -21,14 +21,14 @@ PatternAnimation::~PatternAnimation()
 
 void PatternAnimation::start()
 {
-    if (!isRunning()) {
+    if (!thread_.joinable()) {
         thread_ = std::jthread([this](const std::stop_token &stop) { play(stop); });
     }
 }
 
 void PatternAnimation::freeze()
 {
-    if (!isRunning()) {
+    if (!thread_.joinable()) {
         return;
     }
     thread_.request_stop();

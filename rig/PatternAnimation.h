@@ -4,7 +4,6 @@
 #include "rig/PatternWindow.h"
 
 #include <atomic>
-#include <memory>
 #include <thread>
 
 namespace glimmerpane::testing
@@ -17,8 +16,7 @@ namespace glimmerpane::testing
 class PatternAnimation
 {
 public:
-    /** Frames a second. */
-    static constexpr int defaultRate = 60;
+    static constexpr int defaultRate = 60; ///< frames a second
 
     explicit PatternAnimation(PatternWindow window, int rate = defaultRate);
     ~PatternAnimation();
@@ -27,7 +25,6 @@ public:
     void start();
     /** Returns after the server has drawn the last frame, which then stays. */
     void freeze();
-    bool isRunning() const { return thread_.joinable(); }
 
     /** The number of the frame sent last. */
     uint32_t lastFrame() const { return lastFrame_; }
@@ -35,9 +32,6 @@ public:
     uint32_t missedDeadlines() const { return missed_; }
     /** Deadlines at which the server had not drawn the frame before yet, though one was sent. */
     uint32_t lateFrames() const { return late_; }
-
-    /** Only while frozen. */
-    PatternWindow &window() { return window_; }
 
 private:
     void play(const std::stop_token &stop);

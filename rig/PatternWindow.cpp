@@ -2,7 +2,6 @@
 #include "rig/PatternWindow.h"
 
 #include "rig/FrameNumber.h"
-#include "rig/PatternPainter.h"
 #include "rig/XWindows.h"
 
 #include <algorithm>
@@ -13,35 +12,49 @@ namespace glimmerpane::testing
 namespace
 {
 
+constexpr int phases = 8; ///< pictures before they repeat
+
+/** Coloured bands; every pixel differs from that of the next phase. */
+void draw(QImage &picture, uint32_t phase)
+{
+    const uint32_t shift = phase * (256 / phases);
+    for (int row = 0; row < picture.height(); ++row) {
+        auto *line = reinterpret_cast<QRgb *>(picture.scanLine(row));
+        const auto y = static_cast<uint32_t>(row);
+        for (uint32_t x = 0; x < static_cast<uint32_t>(picture.width()); ++x) {
+            const uint32_t red = (x / 2 + shift) & 0xff;
+            const uint32_t green = (y / 2 + shift) & 0xff;
+            const uint32_t blue = ((x + y) / 4 + shift) & 0xff;
+            line[x] = 0xff000000U | red << 16 | green << 8 | blue;
+        }
+    }
+}
+
 /** Back and forth between 0 and the limit, a few pixels a frame. */
 int bounce(uint32_t number, int step, int limit)
 {
-    if (limit <= 0) {
-        return 0;
-    }
-    const int position = static_cast<int>(number % 100000U) * step % (2 * limit);
-    return position < limit ? position : 2 * limit - position;
+    const int position = static_cast<int>(number % 100000U) * step % std::max(1, 2 * limit);
+    return std::min(position, 2 * limit - position);
 }
 
 } // namespace
 
-PatternWindow::PatternWindow(XClient client, const QRect &rectangle, PatternMode mode)
+PatternWindow::PatternWindow(XClient client, const Options &options)
     : client_(std::move(client))
-    , mode_(mode)
-    , size_(rectangle.size())
+    , mode_(options.mode)
+    , size_(options.rectangle.size())
     , context_(client_.newId())
 {
 }
 
-Result<PatternWindow> PatternWindow::open(const QString &displayName, const QRect &rectangle,
-                                          PatternMode mode)
+Result<PatternWindow> PatternWindow::open(const QString &displayName, const Options &options)
 {
     auto client = XClient::connect(displayName);
     if (!client) {
         return failure(client.error());
     }
-    PatternWindow window(std::move(*client), rectangle, mode);
-    if (const auto created = window.create(rectangle); !created) {
+    PatternWindow window(std::move(*client), options);
+    if (const auto created = window.create(options); !created) {
         return failure(created.error());
     }
     window.show(0);
@@ -49,7 +62,7 @@ Result<PatternWindow> PatternWindow::open(const QString &displayName, const QRec
     return window;
 }
 
-Result<void> PatternWindow::create(const QRect &rectangle)
+Result<void> PatternWindow::create(const Options &options)
 {
     const auto *shm = xcb_get_extension_data(client_.connection(), &xcb_shm_id);
     if (!shm || !shm->present) {
@@ -57,42 +70,41 @@ Result<void> PatternWindow::create(const QRect &rectangle)
     }
     completionEvent_ = static_cast<uint8_t>(shm->first_event + XCB_SHM_COMPLETION);
     // Without a background, mapping the window paints nothing before the first frame.
-    const uint32_t values[] = {XCB_BACK_PIXMAP_NONE, 1};
-    const auto window
-        = createWindow(client_, rectangle, XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT, values);
+    const uint32_t values[] = {XCB_BACK_PIXMAP_NONE, options.title.isEmpty() ? 1U : 0U};
+    const auto window = createWindow(client_, options.rectangle,
+                                     XCB_CW_BACK_PIXMAP | XCB_CW_OVERRIDE_REDIRECT, values);
     if (!window) {
         return failure(window.error());
     }
     window_ = *window;
     const uint32_t noExposures = 0;
     xcb_create_gc(client_.connection(), context_, window_, XCB_GC_GRAPHICS_EXPOSURES, &noExposures);
+    setPlaceHints(client_, window_, options.rectangle.topLeft());
+    removeFrame(client_, window_);
+    setTitle(client_, window_, options.title);
     xcb_map_window(client_.connection(), window_);
-    if (mode_ == PatternMode::FullMotion) {
-        return addPictures(size_, patternPainter::phases);
+    Result<void> done;
+    const QSize block = mode_ == PatternMode::FullMotion ? size_
+        : mode_ == PatternMode::Cursor                   ? QSize(32, 32)
+                                                         : QSize(12, 20);
+    for (int phase = 0; phase < phases && done; ++phase) {
+        done = addPicture(block.boundedTo(size_));
     }
-    auto still = SharedPicture::create(client_, size_);
-    if (!still) {
-        return failure(still.error());
-    }
-    patternPainter::drawStill(still->image());
-    frameNumber::draw(still->image(), 0);
-    still_.push_back(std::move(*still));
-    if (mode_ == PatternMode::Still) {
-        return {};
-    }
-    return addPictures(blockSize().boundedTo(size_), patternPainter::phases);
+    return done && mode_ != PatternMode::FullMotion ? addPicture(size_) : done;
 }
 
-Result<void> PatternWindow::addPictures(QSize size, uint32_t count)
+Result<void> PatternWindow::addPicture(QSize size)
 {
-    for (uint32_t phase = 0; phase < count; ++phase) {
-        auto picture = SharedPicture::create(client_, size);
-        if (!picture) {
-            return failure(picture.error());
-        }
-        patternPainter::drawBackdrop(picture->image(), phase);
-        pictures_.push_back(std::move(*picture));
+    auto picture = SharedPicture::create(client_, size);
+    if (!picture) {
+        return failure(picture.error());
     }
+    if (pictures_.size() < phases) {
+        draw(picture->image(), static_cast<uint32_t>(pictures_.size()));
+    } else {
+        picture->image().fill(0xff2b3a4d);
+    }
+    pictures_.push_back(std::move(*picture));
     return {};
 }
 
@@ -120,52 +132,25 @@ bool PatternWindow::isDrawn()
 bool PatternWindow::show(uint32_t number)
 {
     constexpr int requestsPerFrame = 3;
-    constexpr int framesAhead = static_cast<int>(patternPainter::phases) - 2;
-    const int limit = mode_ == PatternMode::FullMotion ? framesAhead : requestsPerFrame;
-    if (!isDrawn() && unfinished_ > limit) {
+    const bool isFull = mode_ == PatternMode::FullMotion;
+    if (!isDrawn() && unfinished_ > (isFull ? phases - 2 : requestsPerFrame)) {
         return false;
     }
-    switch (mode_) {
-    case PatternMode::FullMotion:
-        showFull(number);
-        break;
-    case PatternMode::SmallChange:
-    case PatternMode::Cursor:
-    case PatternMode::Typing:
+    if (isFull) {
+        auto &picture = pictures_[number % phases];
+        frameNumber::draw(picture.image(), number);
+        put(picture, picture.image().rect(), {});
+    } else {
         showSmall(number);
-        break;
-    case PatternMode::Still:
-        if (number == 0) {
-            put(still_.front(), QRect(QPoint(), size_), {});
-        }
-        break;
     }
     client_.flush();
     return true;
 }
 
-void PatternWindow::showFull(uint32_t number)
-{
-    auto &picture = pictures_[number % pictures_.size()];
-    frameNumber::draw(picture.image(), number);
-    put(picture, QRect(QPoint(), size_), {});
-}
-
-QSize PatternWindow::blockSize() const
-{
-    switch (mode_) {
-    case PatternMode::Cursor:
-        return {32, 32};
-    case PatternMode::Typing:
-        return {12, 20};
-    default:
-        return {320, 180};
-    }
-}
-
 /** Below the number, which it must not cover. */
-QPoint PatternWindow::blockPlace(uint32_t number, QSize block) const
+QPoint PatternWindow::blockPlace(uint32_t number) const
 {
+    const QSize block = pictures_.front().size();
     const QSize room = size_ - block;
     const int top = frameNumber::drawnArea(size_).height();
     if (mode_ == PatternMode::Typing) {
@@ -177,19 +162,17 @@ QPoint PatternWindow::blockPlace(uint32_t number, QSize block) const
 
 void PatternWindow::showSmall(uint32_t number)
 {
-    auto &still = still_.front();
-    auto &block = pictures_[number % pictures_.size()];
-    const QRect numberArea = frameNumber::drawnArea(size_);
+    auto &still = pictures_.back();
+    auto &block = pictures_[number % phases];
     frameNumber::draw(still.image(), number);
     if (number == 0) {
-        put(still, QRect(QPoint(), size_), {});
-    } else if (mode_ != PatternMode::Typing) {
-        put(still, QRect(block_, block.image().size()), block_);
+        put(still, still.image().rect(), {});
+    } else if (mode_ == PatternMode::Cursor) {
+        put(still, QRect(block_, block.size()), block_);
     }
-    block_ = blockPlace(number, block.image().size());
+    block_ = blockPlace(number);
     put(block, block.image().rect(), block_);
-    const bool withDigits = mode_ == PatternMode::SmallChange;
-    put(still, withDigits ? numberArea : QRect(QPoint(), frameNumber::stripSize), {});
+    put(still, QRect(QPoint(), frameNumber::stripSize), {});
 }
 
 void PatternWindow::sync()

@@ -10,25 +10,25 @@ namespace glimmerpane::testing
 
 enum class PatternMode {
     FullMotion, ///< every pixel of the window changes from frame to frame
-    SmallChange, ///< a still picture, a moving block of 320x180 and the number
     Cursor, ///< a still picture, a moving block of 32x32 and the number's strip
     Typing, ///< the same with letters of 12x20, each beside the one before
-    Still, ///< one picture; a frame changes nothing
 };
 
 /**
- * An override-redirect window that shows numbered frames through shared memory, on a connection
- * of its own. The pictures lie ready; a frame costs the number and one request.
+ * A window that shows numbered frames through shared memory, on a connection of its own. The
+ * pictures lie ready; a frame costs the number and one request, or three where little moves.
  */
 class PatternWindow
 {
 public:
-    /** Mapped, on top of everything there is, showing frame 0. Root pixels. */
-    static Result<PatternWindow> open(const QString &displayName, const QRect &rectangle,
-                                      PatternMode mode = PatternMode::FullMotion);
+    struct Options {
+        QRect rectangle; ///< root pixels
+        PatternMode mode = PatternMode::FullMotion;
+        QString title{}; ///< of an ordinary window; without one no window manager knows of it
+    };
 
-    xcb_window_t id() const { return window_; }
-    PatternMode mode() const { return mode_; }
+    /** Mapped, on top of everything there is, showing frame 0. */
+    static Result<PatternWindow> open(const QString &displayName, const Options &options);
 
     /**
      * Sends one frame. False, with nothing shown, while the server is too far behind to have a
@@ -44,23 +44,20 @@ public:
     bool isBroken() const { return client_.isBroken(); }
 
 private:
-    PatternWindow(XClient client, const QRect &rectangle, PatternMode mode);
-    Result<void> create(const QRect &rectangle);
-    Result<void> addPictures(QSize size, uint32_t count);
-    void countFinished(const Reply<xcb_generic_event_t> &event);
+    PatternWindow(XClient client, const Options &options);
+    Result<void> create(const Options &options);
+    Result<void> addPicture(QSize size);
     void put(SharedPicture &picture, const QRect &part, QPoint at);
-    void showFull(uint32_t number);
     void showSmall(uint32_t number);
-    QSize blockSize() const;
-    QPoint blockPlace(uint32_t number, QSize block) const;
+    QPoint blockPlace(uint32_t number) const;
+    void countFinished(const Reply<xcb_generic_event_t> &event);
 
     XClient client_;
     PatternMode mode_;
     QSize size_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_gcontext_t context_;
-    std::vector<SharedPicture> pictures_; ///< the moving ones
-    std::vector<SharedPicture> still_; ///< none, or the one still picture
+    std::vector<SharedPicture> pictures_; ///< of the whole window or, first, of the moving block
     QPoint block_; ///< where the moving block is
     uint8_t completionEvent_ = 0;
     int unfinished_ = 0; ///< requests that the server has not read yet

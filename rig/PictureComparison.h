@@ -12,7 +12,7 @@ namespace glimmerpane::testing
 /**
  * Takes the two pictures again and again until they have the same pixels or the limit has passed.
  * Returns whether they did; where not, it saves the last two beside the running test, named after
- * the test function.
+ * the test function, or in the current folder.
  */
 inline bool becomeEqual(const std::function<QImage()> &actual,
                         const std::function<QImage()> &expected, std::chrono::milliseconds limit)
@@ -28,8 +28,9 @@ inline bool becomeEqual(const std::function<QImage()> &actual,
         return true;
     }
     const QString test = QString::fromLatin1(QTest::currentTestFunction());
-    seen.save(test + QStringLiteral("-actual.png"));
-    wanted.save(test + QStringLiteral("-expected.png"));
+    const QString name = test.isEmpty() ? test : test + u'-';
+    seen.save(name + QStringLiteral("actual.png"));
+    wanted.save(name + QStringLiteral("expected.png"));
     return false;
 }
 

@@ -14,6 +14,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 
 namespace glimmerpane::testing
 {
@@ -23,19 +24,22 @@ namespace
 
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 const QString mainTitle = QStringLiteral("Glimmerpane");
+const QString selectorTitle = QStringLiteral("Glimmerpane - Area");
 
 } // namespace
 
-ProgramFixture::ProgramFixture(WindowManager manager, int scale)
-    : server(required(XvfbServer::start()))
+ProgramFixture::ProgramFixture(WindowManager manager, int scale, QSize screen)
+    : server(required(XvfbServer::start({.screen = screen})))
     , client(required(XClient::connect(server.displayName())))
     , input(client)
     , scaleFactor(scale)
     , environment(server.environment())
 {
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), configuration.path());
+    for (const char *name : {"XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+        environment.insert(QString::fromLatin1(name), scratch_.path());
+    }
     environment.insert(QStringLiteral("QT_SCALE_FACTOR"), QString::number(scale));
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
     const auto *const found = std::ranges::find(managerPrograms, manager, &ManagerProgram::manager);
     if (found != managerPrograms.end()) {
         windowManager_ = required(startWindowManager(
@@ -61,6 +65,24 @@ void ProgramFixture::start(const QStringList &arguments)
     const QString first = command.takeFirst();
     program = required(
         ChildProcess::start({.program = first, .arguments = command, .environment = environment}));
+}
+
+void ProgramFixture::startWith(const QRect &area, QPoint mainWindowPlace, bool share)
+{
+    // Points count from the bottom-left corner, y up.
+    QStringList arguments{QStringLiteral("--area=%1,%2,%3x%4")
+                              .arg(area.x())
+                              .arg(client.rootSize().height() - area.y() - area.height())
+                              .arg(area.width())
+                              .arg(area.height())};
+    if (share) {
+        arguments << QStringLiteral("--share");
+    }
+    start(arguments);
+    moveMainWindow(mainWindowPlace);
+    if (share) {
+        awaitOutputWindow();
+    }
 }
 
 void ProgramFixture::startBus()
@@ -90,6 +112,12 @@ int ProgramFixture::waitForExit()
     return code;
 }
 
+void ProgramFixture::end()
+{
+    program.sendSignal(SIGTERM);
+    requireOf(waitForExit() == 0, "does not end as it should");
+}
+
 std::optional<xcb_window_t> ProgramFixture::mainWindow() const
 {
     const auto isMain = [this](xcb_window_t window) {
@@ -108,6 +136,14 @@ std::optional<xcb_window_t> ProgramFixture::outputWindow() const
     return findWindow(client, outputTitle);
 }
 
+std::optional<xcb_window_t> ProgramFixture::selector() const
+{
+    if (!latestSelector_ || !isViewable(client, *latestSelector_)) {
+        latestSelector_ = findWindow(client, selectorTitle, Listing::All);
+    }
+    return latestSelector_ && isViewable(client, *latestSelector_) ? latestSelector_ : std::nullopt;
+}
+
 int ProgramFixture::shownWindows() const
 {
     const auto windows = listWindows(client, Listing::All);
@@ -120,6 +156,31 @@ int ProgramFixture::shownWindows() const
 bool ProgramFixture::waitForMainWindow() const
 {
     return waitFor([this] { return mainWindow().has_value(); }, patience);
+}
+
+void ProgramFixture::moveMainWindow(QPoint place) const
+{
+    requireOf(waitForMainWindow(), "shows no main window");
+    const QSize size = geometryOf(client, *mainWindow())->size();
+    setGeometry(client, *mainWindow(), QRect(place, size));
+    const auto isThere = [&] { return geometryOf(client, *mainWindow())->topLeft() == place; };
+    requireOf(waitFor(isThere, patience), "does not take its main window where asked");
+}
+
+xcb_window_t ProgramFixture::awaitOutputWindow()
+{
+    const auto hasAnswered = [this] { return outputWindow() || !program.isRunning(); };
+    requireOf(waitFor(hasAnswered, patience) && outputWindow(), "shares nothing");
+    return *outputWindow();
+}
+
+void ProgramFixture::requireOf(bool holds, const char *otherwise) const
+{
+    if (!holds) {
+        throw Failure(QStringLiteral("the program %1; it said: %2")
+                          .arg(QString::fromLatin1(otherwise),
+                               QString::fromLocal8Bit(program.output()).trimmed()));
+    }
 }
 
 bool ProgramFixture::showsArea(QRect rootRectangle)
@@ -163,10 +224,26 @@ bool ProgramFixture::stopSharing() const
 
 void ProgramFixture::click(QPoint place) const
 {
-    const auto window = mainWindow();
-    const auto geometry = window ? geometryOf(client, *window) : std::nullopt;
-    QVERIFY(geometry);
-    input.click(geometry->topLeft() + place * scaleFactor);
+    QVERIFY(mainWindow());
+    input.click(placeOf(place));
+}
+
+QPoint ProgramFixture::placeOf(QPoint place) const
+{
+    return geometryOf(client, mainWindow().value()).value().topLeft() + place * scaleFactor;
+}
+
+bool ProgramFixture::canPress(QPoint button) const
+{
+    constexpr QPoint besideLabel(-120, 0);
+    const auto pixel = client.screenshot(QRect(placeOf(button + besideLabel), QSize(1, 1)));
+    return pixel && QColor(pixel->pixel(0, 0)).hsvSaturation() > 110;
+}
+
+QPoint ProgramFixture::awaitButton(QPoint button) const
+{
+    requireOf(waitFor([&] { return canPress(button); }, patience), "keeps a button disabled");
+    return placeOf(button);
 }
 
 bool ProgramFixture::answerAlert(std::uint32_t key) const
@@ -210,7 +287,7 @@ bool ProgramFixture::type(QPoint field, const QByteArray &text) const
 bool ProgramFixture::isFocused(QPoint field) const
 {
     // A focused field has a blue border; everything else around the fields is grey.
-    const QPoint center = geometryOf(client, *mainWindow())->topLeft() + field * scaleFactor;
+    const QPoint center = placeOf(field);
     const QSize around = QSize(4, 40) * scaleFactor;
     const QImage picture = required(
         client.screenshot(QRect(center - QPoint(around.width(), around.height()) / 2, around)));

@@ -20,13 +20,17 @@ namespace glimmerpane::testing
 
 constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
 
-/** The built program as a person uses it, on a private display. */
+/**
+ * The built program as a person uses it, on a private display that no other session's settings,
+ * bus or clients reach.
+ */
 class ProgramFixture
 {
 public:
     using WindowManager = testing::WindowManager;
 
-    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1);
+    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1,
+                            QSize screen = {1280, 1024});
 
     XvfbServer server;
     XClient client;
@@ -44,18 +48,29 @@ public:
     void startBus();
     /** Starts the program; a running one is ended first. */
     void start(const QStringList &arguments = {});
+    /**
+     * The same with an area, in root pixels, at a scale of 1. Returns once the main window is at
+     * its place and the output is there, if it shares from the start.
+     */
+    void startWith(const QRect &area, QPoint mainWindowPlace, bool share);
     /** Starts another one beside it and waits for its end: its exit code, -1 if it goes on. */
     int launchAgain(const QStringList &arguments = {}, QByteArray *says = nullptr) const;
     /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
      */
     int waitForExit();
+    /** Ends it as a session does, which has to succeed. */
+    void end();
 
     std::optional<xcb_window_t> mainWindow() const;
     std::optional<xcb_window_t> outputWindow() const;
+    /** The one on which the area is chosen. */
+    std::optional<xcb_window_t> selector() const;
     /** How many windows of the program are shown that are not the output: main window, alerts. */
     int shownWindows() const;
 
     bool waitForMainWindow() const;
+    void moveMainWindow(QPoint place) const;
+    xcb_window_t awaitOutputWindow();
     /** Whether the output window comes to show the pixels of this rectangle of the root. */
     bool showsArea(QRect rootRectangle);
     bool waitForNoOutput() const;
@@ -68,6 +83,10 @@ public:
 
     /** A click at a place of the main window, in its points. */
     void click(QPoint place) const;
+    /** Whether the button is filled with its colour: disabled ones are grey. */
+    bool canPress(QPoint button) const;
+    /** Where to click on "Start sharing" or "Stop sharing" once that can be done; root pixels. */
+    QPoint awaitButton(QPoint button) const;
     /** Types the key until the alert, which needs the keyboard first, goes. */
     bool answerAlert(std::uint32_t key) const;
     /** Types an area into the four fields; false if it does not become the saved one. */
@@ -80,7 +99,12 @@ public:
     std::optional<CaptureFrame> savedArea() const;
 
 private:
+    QPoint placeOf(QPoint place) const;
+    void requireOf(bool holds, const char *otherwise) const;
+
+    QTemporaryDir scratch_;
     mutable std::optional<xcb_window_t> latestMain_; ///< saves a search of all windows
+    mutable std::optional<xcb_window_t> latestSelector_;
     ChildProcess windowManager_;
     ChildProcess compositor_;
 };

@@ -3,20 +3,15 @@
 
 #include "rig/XClient.h"
 
-#include <map>
-
 namespace glimmerpane::testing
 {
 
 /** What the X server keeps for one process, over all of its connections. */
 struct ServerResources {
-    int connections = 0;
-    std::map<QString, uint32_t> counts; ///< by the resource type's name, such as "PIXMAP"
+    uint32_t count = 0; ///< of windows, pixmaps and all else that has an id
     uint64_t pixmapBytes = 0;
 
-    uint32_t total() const;
+    static Result<ServerResources> of(const XClient &client, pid_t pid);
 };
-
-Result<ServerResources> serverResourcesOf(const XClient &client, pid_t pid);
 
 } // namespace glimmerpane::testing

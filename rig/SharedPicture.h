@@ -22,6 +22,7 @@ public:
     SharedPicture &operator=(const SharedPicture &) = delete;
     ~SharedPicture();
 
+    QSize size() const { return image_.size(); }
     /** 32 bits per pixel. Do not write while the server reads. */
     QImage &image() { return image_; }
 

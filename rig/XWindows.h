@@ -131,6 +131,44 @@ inline Result<xcb_window_t> createWindow(const XClient &client, const QRect &rec
     return created ? Result<xcb_window_t>(window) : failure(created.error());
 }
 
+/** A manager places a window itself unless its hints say that the user chose the place. */
+inline void setPlaceHints(const XClient &client, xcb_window_t window, QPoint place)
+{
+    constexpr int words = 18;
+    const int hints[words] = {1, place.x(), place.y()};
+    xcb_change_property(client.connection(), XCB_PROP_MODE_REPLACE, window,
+                        XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, 32, words, hints);
+}
+
+/** Asks the window manager to add no frame. */
+inline void removeFrame(const XClient &client, xcb_window_t window)
+{
+    constexpr uint32_t noFrame[] = {2, 0, 0, 0, 0}; // the decorations, which are none
+    const auto hints = client.atom("_MOTIF_WM_HINTS");
+    xcb_change_property(client.connection(), XCB_PROP_MODE_REPLACE, window, hints, hints, 32, 5,
+                        noFrame);
+}
+
+inline void setTitle(const XClient &client, xcb_window_t window, const QString &title)
+{
+    const QByteArray text = title.toUtf8();
+    for (const char *name : {"WM_NAME", "_NET_WM_NAME"}) { // browsers read the old one
+        xcb_change_property(client.connection(), XCB_PROP_MODE_REPLACE, window, client.atom(name),
+                            client.atom("UTF8_STRING"), 8, static_cast<uint32_t>(text.size()),
+                            text.constData());
+    }
+}
+
+/** Asks for a place and a size; a window manager may see to it later, or not at all. */
+inline void setGeometry(const XClient &client, xcb_window_t window, const QRect &rectangle)
+{
+    constexpr uint16_t place = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;
+    constexpr uint16_t size = XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+    const int values[] = {rectangle.x(), rectangle.y(), rectangle.width(), rectangle.height()};
+    xcb_configure_window(client.connection(), window, place | size, values);
+    client.sync();
+}
+
 /** Sends a client message to a window, or about it to the root. */
 inline void sendMessage(const XClient &client, xcb_window_t window, const char *type,
                         uint32_t value, xcb_window_t receiver, uint32_t second = 0)

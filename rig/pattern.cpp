@@ -1,90 +1,41 @@
 // SPDX-License-Identifier: MIT
+// Plays a numbered animation on the display until it is stopped.
 #include "rig/PatternAnimation.h"
 #include "rig/StopSignals.h"
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QRegularExpression>
-#include <QTextStream>
 
 #include <condition_variable>
-#include <map>
 #include <mutex>
 
-using glimmerpane::testing::PatternAnimation;
-using glimmerpane::testing::PatternMode;
-using glimmerpane::testing::PatternWindow;
-
-namespace
-{
-
-/** WIDTHxHEIGHT+X+Y; empty if it is anything else. */
-QRect rectangleOf(const QString &text)
-{
-    static const QRegularExpression form(QStringLiteral("^(\\d+)x(\\d+)\\+(\\d+)\\+(\\d+)$"));
-    const auto match = form.match(text);
-    if (!match.hasMatch()) {
-        return {};
-    }
-    return {match.captured(3).toInt(), match.captured(4).toInt(), match.captured(1).toInt(),
-            match.captured(2).toInt()};
-}
-
-void waitForStop(const std::stop_token &stop)
-{
-    std::mutex mutex;
-    std::condition_variable_any condition;
-    std::unique_lock lock(mutex);
-    condition.wait(lock, stop, [] { return false; });
-}
-
-int fail(const QString &text)
-{
-    QTextStream(stderr) << "glimmerpane_pattern: " << text << "\n";
-    return 1;
-}
-
-} // namespace
+using namespace glimmerpane::testing;
 
 int main(int argc, char **argv)
 {
-    const glimmerpane::testing::StopSignals signals;
+    const StopSignals signals;
     const QCoreApplication application(argc, argv);
-    const std::map<QString, PatternMode> modes{{QStringLiteral("full"), PatternMode::FullMotion},
-                                               {QStringLiteral("small"), PatternMode::SmallChange},
-                                               {QStringLiteral("cursor"), PatternMode::Cursor},
-                                               {QStringLiteral("typing"), PatternMode::Typing},
-                                               {QStringLiteral("still"), PatternMode::Still}};
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Plays a numbered animation until stopped."));
-    parser.addHelpOption();
-    const QCommandLineOption geometry(QStringLiteral("geometry"), QStringLiteral("Root pixels."),
-                                      QStringLiteral("WxH+X+Y"), QStringLiteral("1280x720+0+0"));
-    const QCommandLineOption mode(QStringLiteral("mode"),
-                                  QStringLiteral("full, small, cursor, typing or still."),
-                                  QStringLiteral("mode"), QStringLiteral("full"));
-    const QCommandLineOption rate(QStringLiteral("rate"), QStringLiteral("Frames a second."),
-                                  QStringLiteral("number"), QStringLiteral("60"));
-    parser.addOptions({geometry, mode, rate});
-    parser.process(application);
-
-    const QRect rectangle = rectangleOf(parser.value(geometry));
-    const auto chosen = modes.find(parser.value(mode));
-    const int frames = parser.value(rate).toInt();
-    if (rectangle.isEmpty() || chosen == modes.end() || frames <= 0) {
-        return fail(QStringLiteral("bad value, see --help"));
+    const QStringList given = QCoreApplication::arguments();
+    const QString modes[] = {QStringLiteral("full"), QStringLiteral("cursor"),
+                             QStringLiteral("typing")}; // in the order of PatternMode
+    const auto *const mode = std::ranges::find(modes, given.value(5));
+    if (given.size() != 8 || mode == std::end(modes) || given[6].toInt() <= 0) {
+        qCritical("Usage: %s X Y WIDTH HEIGHT full|cursor|typing RATE TITLE", argv[0]);
+        return 1;
     }
-    auto window = PatternWindow::open(qEnvironmentVariable("DISPLAY"), rectangle, chosen->second);
+    auto window = PatternWindow::open(
+        qEnvironmentVariable("DISPLAY"),
+        {.rectangle = {given[1].toInt(), given[2].toInt(), given[3].toInt(), given[4].toInt()},
+         .mode = static_cast<PatternMode>(mode - modes),
+         .title = given[7]});
     if (!window) {
-        return fail(window.error());
+        qCritical("%s", qPrintable(window.error()));
+        return 1;
     }
-    PatternAnimation animation(std::move(*window), frames);
-    if (chosen->second != PatternMode::Still) {
-        animation.start();
-    }
-    waitForStop(signals.token());
-    animation.freeze();
-    QTextStream(stdout) << animation.lastFrame() << " frames sent, " << animation.missedDeadlines()
-                        << " deadlines missed\n";
+    PatternAnimation animation(std::move(*window), given[6].toInt());
+    animation.start();
+    std::mutex mutex;
+    std::condition_variable_any condition;
+    std::unique_lock lock(mutex);
+    condition.wait(lock, signals.token(), [] { return false; });
     return 0;
 }

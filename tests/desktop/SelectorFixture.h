@@ -29,19 +29,8 @@ struct SelectorFixture : ProgramFixture {
         if (!waitForMainWindow()) {
             return false;
         }
-        const std::uint32_t place[] = {20, 300};
-        xcb_configure_window(client.connection(), *mainWindow(),
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
-        return waitFor(
-            [&] { return geometryOf(client, *mainWindow())->topLeft() == QPoint(20, 300); },
-            patience);
-    }
-    std::optional<xcb_window_t> selector() const
-    {
-        if (!latest || !isViewable(client, *latest)) {
-            latest = findWindow(client, QStringLiteral("Glimmerpane - Area"), Listing::All);
-        }
-        return latest && isViewable(client, *latest) ? latest : std::nullopt;
+        moveMainWindow({20, 300});
+        return true;
     }
     std::optional<QRect> frame() const
     {
@@ -89,8 +78,6 @@ struct SelectorFixture : ProgramFixture {
         input.moveTo(place);
         return required(currentCursor(client)).name;
     }
-
-    mutable std::optional<xcb_window_t> latest; ///< saves a search of all windows
 };
 
 /** Where the sides of a frame are after those in `edges` were dragged to the pointer. */

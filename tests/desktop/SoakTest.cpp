@@ -137,8 +137,9 @@ private Q_SLOTS:
         const int chosen = qEnvironmentVariableIntValue("GLIMMERPANE_SOAK_MINUTES", &isChosen);
         const std::chrono::minutes time(isChosen ? chosen : 10);
         SoakFixture fixture;
-        PatternAnimation pattern(required(PatternWindow::open(fixture.server.displayName(), area)),
-                                 frameRate);
+        PatternAnimation pattern(
+            required(PatternWindow::open(fixture.server.displayName(), {.rectangle = area})),
+            frameRate);
         pattern.start();
         QVERIFY(fixture.launch());
 
