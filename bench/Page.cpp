@@ -18,6 +18,8 @@ constexpr QSize sizes[] = {{1280, 720}, {1920, 1080}, {3840, 2160}};
 constexpr const char *sources[]
     = {"Glimmerpane's output", "the animation's own window", "GStreamer's window"};
 
+constexpr int mainWindowHeight = 480; ///< and some room
+
 /** A second, of those that come to a page with which the window of this title is shared. */
 double framesInPage(const MeasuredDesktop &desktop, const QString &title, const QRect &place)
 {
@@ -43,16 +45,17 @@ double framesInPage(const MeasuredDesktop &desktop, const QString &title, const 
 std::vector<double> measureSize(const Measurement &measurement, QSize size)
 {
     const auto layout = StageLayout::of(size);
+    const QRect browser = layout.beside.translated(0, mainWindowHeight);
     MeasuredDesktop desktop(measurement, WindowManager::Openbox, layout.screen);
     const auto animation = desktop.animate({.area = layout.area, .title = animationTitle});
     const auto through = [&](Tool kind) {
         const auto tool = startTool(desktop, kind, layout);
         awaitMotion(tool.view);
-        return framesInPage(desktop, titleOf(desktop.client, tool.view.window()), layout.beside);
+        return framesInPage(desktop, titleOf(desktop.client, tool.view.window()), browser);
     };
     const double own = through(Tool::Glimmerpane);
     desktop.end();
-    const double plain = framesInPage(desktop, animationTitle, layout.beside);
+    const double plain = framesInPage(desktop, animationTitle, browser);
     return {own, plain, through(Tool::GStreamer)};
 }
 

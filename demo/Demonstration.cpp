@@ -76,6 +76,21 @@ void saveSelector(const ProgramFixture &fixture, PatternAnimation &animation)
     save(screenshot(fixture.client), "selector.png");
 }
 
+/** Looks for frames as they move and, once they stand still, for each pixel. */
+SeenFrames compare(ProgramFixture &fixture, const CapturedWindow &output,
+                   PatternAnimation &animation)
+{
+    awaitMotion(output, numberPlace);
+    const auto frames
+        = countFrames(fixture.server.displayName(), output, numberPlace, countingTime);
+    animation.freeze();
+    require(fixture.showsArea(area),
+            "pixels of the output differ from the area's, see expected.png and actual.png");
+    require(shownNumber(output, numberPlace) == animation.lastFrame(),
+            "the output does not show the last frame");
+    return frames;
+}
+
 } // namespace
 
 Outcome demonstrate(const QString &program, const std::stop_token &stop)
@@ -95,31 +110,21 @@ Outcome demonstrate(const QString &program, const std::stop_token &stop)
     fixture.startWith(area, mainWindowPlace, true);
     fixture.input.moveTo(pointerPlace);
     goOn();
-
     const auto output
         = required(CapturedWindow::open(fixture.client, fixture.outputWindow().value()));
-    awaitMotion(output, numberPlace);
-    const auto frames
-        = countFrames(fixture.server.displayName(), output, numberPlace, countingTime);
-    animation.freeze();
-    goOn();
-    require(fixture.showsArea(area),
-            "pixels of the output differ from the area's, see expected.png and "
-            "actual.png");
-    require(shownNumber(output, numberPlace) == animation.lastFrame(),
-            "the output does not show the last frame");
+    Outcome outcome{.frames = compare(fixture, output, animation), .latencies = {}};
     savePictures(fixture);
     goOn();
-    const auto latencies = measureLatency(fixture.client,
-                                          {.output = output.window(),
-                                           .area = area,
-                                           .patch = latencyPatch,
-                                           .changes = latencyChanges});
+    outcome.latencies = measureLatency(fixture.client,
+                                       {.output = output.window(),
+                                        .area = area,
+                                        .patch = latencyPatch,
+                                        .changes = latencyChanges});
     goOn();
     chooseArea(fixture);
     saveSelector(fixture, animation);
     fixture.end();
-    return {.frames = frames, .latencies = latencies};
+    return outcome;
 }
 
 } // namespace glimmerpane::demo

@@ -74,13 +74,14 @@ public:
         return environment;
     }
 
-    /** Runs a program of this display to its end; ends the tests if it does not succeed. */
+    /** Runs a program of this display to its end; which has to succeed. */
     void run(const QString &program, const QStringList &arguments) const
     {
         auto process = required(ChildProcess::start(
             {.program = program, .arguments = arguments, .environment = environment()}));
         if (!process.waitForEnd(std::chrono::seconds(10)) || process.exitCode() != 0) {
-            qFatal("%s failed: %s", qPrintable(program), process.output().constData());
+            throw Failure(QStringLiteral("%1 failed: %2")
+                              .arg(program, QString::fromLocal8Bit(process.output())));
         }
     }
 
