@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "bench/CopyReference.h"
 #include "bench/Measurement.h"
-#include "bench/NumberedAnimation.h"
-#include "bench/OutputReader.h"
-#include "bench/ProcessorTime.h"
-#include "bench/SharedDesktop.h"
-#include "bench/Statistics.h"
+
+#include <cstring>
+#include <ctime>
 
 namespace glimmerpane::bench
 {
@@ -13,146 +10,87 @@ namespace glimmerpane::bench
 namespace
 {
 
-using testing::failure;
+constexpr std::size_t bytes = std::size_t{4} * measuredArea.width() * measuredArea.height();
 
-constexpr double costTarget = 2.2;
-constexpr double rateTarget = 59;
-
-/** The results of one run; times are in milliseconds. */
-struct Run {
-    SeenFrames frames;
-    double copy = 0;
-    double program = 0; ///< processor time for each frame shown
-    double server = 0; ///< the same of the X server, without what the animation itself costs it
-
-    double cost() const { return program + server; }
-    double ratio() const { return cost() / copy; }
-};
-
-Result<Run> measureRun(const Measurement &measurement)
+double threadMilliseconds()
 {
-    auto desktop = startDesktop(measurement);
-    if (!desktop) {
-        return failure(desktop.error());
-    }
-    constexpr QPoint corner = measuredArea.topLeft();
-    Run run;
-    run.copy = copyMilliseconds(size_t{4} * measuredArea.width() * measuredArea.height());
-    SharedDesktop shared{.desktop = std::move(*desktop)};
-    const auto animation = startAnimation(*shared.desktop);
-    if (!animation) {
-        return failure(animation.error());
-    }
-    const auto alone = spend(*shared.desktop, 0, corner, measurement.extent.phase);
-    if (!alone) {
-        return failure(alone.error());
-    }
-    const auto shares = startProgram(measurement, true, shared);
-    const auto view = shares ? outputPicture(shared) : failure(shares.error());
-    if (!view) {
-        return failure(view.error());
-    }
-    const auto sharing
-        = spend(*shared.desktop, shared.program->pid(), corner, measurement.extent.phase);
-    if (!sharing) {
-        return failure(sharing.error());
-    }
-    const auto seen = countFrames(*shared.desktop, *view, {}, measurement.extent.phase);
-    if (!seen || seen->sent == 0) {
-        return failure(seen ? QStringLiteral("no frame was shown") : seen.error());
-    }
-    run.frames = *seen;
-    if (const auto ended = shared.program->end(); !ended) {
-        return failure(ended.error());
-    }
-    const auto aloneAgain = spend(*shared.desktop, 0, corner, measurement.extent.phase);
-    if (!aloneAgain) {
-        return failure(aloneAgain.error());
-    }
-    const double shownShare = static_cast<double>(seen->shown) / seen->sent;
-    const double shown = sharing->sourceFrames * shownShare;
-    run.program = sharing->program / shown;
-    run.server = serverBeyond(*sharing, *alone, *aloneAgain) / shown;
-    return run;
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-template<typename Value>
-double medianOf(const std::vector<Run> &runs, Value value)
+/** The least that moving a frame can cost here, through buffers that exceed every cache. */
+double copyMilliseconds()
 {
-    std::vector<double> values;
-    for (const Run &run : runs) {
-        values.push_back(static_cast<double>(value(run)));
+    constexpr std::size_t bufferCount = 16; // of each kind
+    using Buffers = std::vector<std::vector<unsigned char>>;
+    const Buffers sources(bufferCount, std::vector<unsigned char>(bytes, 1));
+    Buffers destinations(bufferCount, std::vector<unsigned char>(bytes, 2));
+    std::vector<double> times;
+    for (std::size_t i = 0; i < 20 * bufferCount; ++i) {
+        auto &destination = destinations[i % bufferCount];
+        const double begin = threadMilliseconds();
+        std::memcpy(destination.data(), sources[i % bufferCount].data(), bytes);
+        // The copied bytes are used, so that the compiler cannot leave the copy out.
+        asm volatile("" : : "r"(destination.data()) : "memory");
+        times.push_back(threadMilliseconds() - begin);
     }
-    return median(values);
+    return median(times);
 }
 
-QString frameText()
+std::vector<double> measureRun(const Measurement &measurement)
 {
-    return QStringLiteral("different frame numbers that a second client read from the output's "
-                          "Composite pixmap, once for each damage event; 1280x720, source 60 Hz, "
-                          "every pixel changes");
-}
-
-std::vector<Figure> figuresOf(const std::vector<Run> &runs, const QString &times)
-{
-    const double rate = medianOf(runs, [](const Run &run) { return run.frames.rate(); });
-    const double sent = medianOf(runs, [](const Run &run) { return run.frames.sent; });
-    const double dropped = medianOf(runs, [](const Run &run) { return run.frames.dropped(); });
-    const double copy = medianOf(runs, [](const Run &run) { return run.copy; });
-    const double program = medianOf(runs, [](const Run &run) { return run.program; });
-    const double server = medianOf(runs, [](const Run &run) { return run.server; });
-    const double ratio = medianOf(runs, [](const Run &run) { return run.ratio(); });
-    const QString shownFrames = QStringLiteral("for each frame shown, from /proc schedstat, while "
-                                               "nobody reads the output, pointer in the area; ");
-    return {
-        {.name = QStringLiteral("Frames a second, full motion"),
-         .measured = number(rate, 1),
-         .target = QStringLiteral("at least ") + QString::number(rateTarget),
-         .verdict = rate >= rateTarget ? Verdict::Met : Verdict::Missed,
-         .counted = frameText() + times,
-         .partOfTarget = rate > 0 ? std::optional(rateTarget / rate) : std::nullopt},
-        boundedFigure(QStringLiteral("Frames dropped, full motion"), dropped, 0, {},
-                      QStringLiteral("source numbers that never were in the output, of %1")
-                              .arg(number(sent, 0))
-                          + times),
-        {.name = QStringLiteral("Copy of a frame's bytes in memory"),
-         .measured = number(copy, 3) + QStringLiteral(" ms"),
-         .counted = QStringLiteral("processor time of one memcpy of 3.69 MB, through 16 source and "
-                                   "16 destination buffers, median of 320")
-             + times},
-        {.name = QStringLiteral("Processor time per frame, program"),
-         .measured = number(program, 3) + QStringLiteral(" ms"),
-         .counted = shownFrames + QStringLiteral("all threads of the program") + times},
-        {.name = QStringLiteral("Processor time per frame, X server"),
-         .measured = number(server, 3) + QStringLiteral(" ms"),
-         .counted = shownFrames
-             + QStringLiteral("the server while sharing, less the server with only the animation "
-                              "before and after")
-             + times},
-        boundedFigure(QStringLiteral("Processor time per frame, in copies of its bytes"), ratio,
-                      costTarget, {},
-                      QStringLiteral("program and server together, divided by the memcpy of the "
-                                     "same run")
-                          + times)};
+    const auto time = measurement.extent.phase;
+    const double copy = copyMilliseconds();
+    MeasuredDesktop desktop(measurement);
+    const auto animation = desktop.animate();
+    const auto alone = desktop.spend(0, time);
+    desktop.startProgram();
+    const auto output = desktop.movingOutput();
+    const auto sharing = desktop.spend(desktop.program.pid(), time);
+    const auto seen = countFrames(desktop.server.displayName(), output, {}, time);
+    desktop.end();
+    const auto cost = costOf(sharing, seen, alone, desktop.spend(0, time));
+    return {seen.rate(), static_cast<double>(seen.dropped()), copy, cost.program,
+            cost.server, (cost.program + cost.server) / copy};
 }
 
 } // namespace
 
-Figures measureFullMotion(const Measurement &measurement)
+std::vector<Figure> measureFullMotion(const Measurement &measurement)
 {
-    const auto runs = repeat(measurement, measureRun, [](int i, const Run &run) {
-        return QStringLiteral("full motion %1: %2 frames/s, %3 dropped, program %4 ms, server %5 "
-                              "ms, memcpy %6 ms, ratio %7")
-            .arg(i)
-            .arg(number(run.frames.rate(), 1))
-            .arg(run.frames.dropped())
-            .arg(number(run.program, 3), number(run.server, 3), number(run.copy, 3),
-                 number(run.ratio()));
-    });
-    if (!runs) {
-        return failure(runs.error());
-    }
-    return figuresOf(*runs, QStringLiteral("; median of %1 runs").arg(runs->size()));
+    const QString perFrame = u"for each frame shown, from /proc schedstat, while nobody reads the "
+                             "output, pointer in the area; "_s;
+    return measurement.repeat(
+        {{.name = u"Frames a second, full motion"_s,
+          .counted = u"different frame numbers that a second client read from the output's "
+                     "Composite pixmap, once for each damage event; 1280x720, source 60 Hz, every "
+                     "pixel changes"_s,
+          .decimals = 1,
+          .atLeast = 59},
+         {.name = u"Frames dropped, full motion"_s,
+          .counted = u"source numbers that never were in the output"_s,
+          .decimals = 0,
+          .atMost = 0},
+         {.name = u"Copy of a frame's bytes in memory"_s,
+          .unit = u" ms"_s,
+          .counted = u"processor time of one memcpy of 3.69 MB, through 16 source and 16 "
+                     "destination buffers, median of 320"_s,
+          .decimals = 3},
+         {.name = u"Processor time per frame, program"_s,
+          .unit = u" ms"_s,
+          .counted = perFrame + u"all threads of the program"_s,
+          .decimals = 3},
+         {.name = u"Processor time per frame, X server"_s,
+          .unit = u" ms"_s,
+          .counted = perFrame
+              + u"the server while sharing, less the server with only the animation before and "
+                "after"_s,
+          .decimals = 3},
+         {.name = u"Processor time per frame, in copies of its bytes"_s,
+          .counted = u"program and server together, divided by the memcpy of the same run"_s,
+          .atMost = 2.2}},
+        [&] { return measureRun(measurement); });
 }
 
 } // namespace glimmerpane::bench

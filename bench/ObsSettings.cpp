@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bench/ObsSettings.h"
 
-#include "bench/Report.h"
-
 namespace glimmerpane::bench::obsSettings
 {
 
@@ -11,25 +9,23 @@ namespace
 
 QString globalSettings()
 {
-    return QStringLiteral("[General]\nFirstRun=true\nEnableAutoUpdates=false\n"
-                          "[Basic]\nProfile=Bench\nProfileDir=Bench\nSceneCollection=Bench\n"
-                          "SceneCollectionFile=Bench\n"
-                          "[BasicWindow]\nPreviewEnabled=false\nSaveProjectors=true\n");
+    return u"[General]\nFirstRun=true\nEnableAutoUpdates=false\n"
+           "[Basic]\nProfile=Bench\nProfileDir=Bench\nSceneCollection=Bench\n"
+           "SceneCollectionFile=Bench\n"
+           "[BasicWindow]\nPreviewEnabled=false\nSaveProjectors=true\n"_s;
 }
 
 QString profile(QSize size)
 {
-    return QStringLiteral("[General]\nName=Bench\n[Video]\nBaseCX=%1\nBaseCY=%2\nOutputCX=%1\n"
-                          "OutputCY=%2\nFPSType=0\nFPSCommon=60\n")
-        .arg(size.width())
-        .arg(size.height());
+    return u"[General]\nName=Bench\n[Video]\nBaseCX=%1\nBaseCY=%2\nOutputCX=%1\n"
+           "OutputCY=%2\nFPSType=0\nFPSCommon=60\n"_s.arg(size.width())
+               .arg(size.height());
 }
 
 /** A projector's monitor of -1 is a window, its type 1 a scene; an alignment of 5 is top left. */
 QString sceneCollection(QSize screen, const QRect &area)
 {
-    return QStringLiteral(
-               R"({"name": "Bench", "current_scene": "Scene", "current_program_scene": "Scene",
+    return uR"({"name": "Bench", "current_scene": "Scene", "current_program_scene": "Scene",
     "scene_order": [{"name": "Scene"}],
     "saved_projectors": [{"monitor": -1, "type": 1, "name": "Scene"}],
     "sources": [
@@ -39,8 +35,7 @@ QString sceneCollection(QSize screen, const QRect &area)
             {"name": "Screen", "id": 1, "visible": true, "align": 5,
                 "pos": {"x": 0.0, "y": 0.0}, "scale": {"x": 1.0, "y": 1.0}}]}}
     ]}
-)")
-        .arg(area.left())
+)"_s.arg(area.left())
         .arg(area.top())
         .arg(screen.width() - area.right() - 1)
         .arg(screen.height() - area.bottom() - 1);
@@ -48,30 +43,26 @@ QString sceneCollection(QSize screen, const QRect &area)
 
 } // namespace
 
-Result<QProcessEnvironment> write(const Desktop &desktop, const QRect &area)
+QProcessEnvironment write(const MeasuredDesktop &desktop, const QRect &area)
 {
-    auto environment = desktop.environment();
-    const QDir home(environment.value(QStringLiteral("XDG_RUNTIME_DIR")));
-    const QDir folder(environment.value(QStringLiteral("XDG_CONFIG_HOME"))
-                      + QStringLiteral("/obs-studio"));
-    const std::pair<QString, QString> files[] = {
-        {QStringLiteral("global.ini"), globalSettings()},
-        {QStringLiteral("basic/profiles/Bench/basic.ini"), profile(area.size())},
-        {QStringLiteral("basic/scenes/Bench.json"), sceneCollection(desktop.screenSize(), area)}};
+    auto environment = desktop.environment;
+    const QDir folder(environment.value(u"XDG_CONFIG_HOME"_s) + u"/obs-studio"_s);
+    const std::pair<QString, QString> files[]
+        = {{u"global.ini"_s, globalSettings()},
+           {u"basic/profiles/Bench/basic.ini"_s, profile(area.size())},
+           {u"basic/scenes/Bench.json"_s, sceneCollection(desktop.client.rootSize(), area)}};
     for (const auto &[name, content] : files) {
         const QString path = folder.filePath(name);
         QDir().mkpath(QFileInfo(path).path());
-        if (const auto written = writeText(path, content); !written) {
-            return testing::failure(written.error());
-        }
+        writeText(path, content);
     }
-    environment.insert(QStringLiteral("HOME"), home.path());
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
-    environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("none"));
-    // One of its plugins requests a newer list of servers at every start: prevent that.
+    environment.insert(u"HOME"_s, environment.value(u"XDG_RUNTIME_DIR"_s));
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
+    environment.insert(u"LIBGL_ALWAYS_SOFTWARE"_s, u"1"_s);
+    environment.insert(u"PULSE_SERVER"_s, u"none"_s);
+    // One of its plugins asks for a newer list of servers at every start: let it ask nobody.
     for (const char *name : {"http_proxy", "https_proxy", "all_proxy"}) {
-        environment.insert(QString::fromLatin1(name), QStringLiteral("http://127.0.0.1:9"));
+        environment.insert(QString::fromLatin1(name), u"http://127.0.0.1:9"_s);
     }
     return environment;
 }

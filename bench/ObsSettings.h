@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "bench/Desktop.h"
-
-#include <QRect>
+#include "bench/Measurement.h"
 
 namespace glimmerpane::bench::obsSettings
 {
@@ -15,6 +13,6 @@ inline constexpr QSize mainWindowSize(1080, 730);
  * at 60 frames a second and at the area's own size. Its preview is off, as it would draw the same
  * a second time. Returns the environment to start it in.
  */
-Result<QProcessEnvironment> write(const Desktop &desktop, const QRect &area);
+QProcessEnvironment write(const MeasuredDesktop &desktop, const QRect &area);
 
 } // namespace glimmerpane::bench::obsSettings

@@ -2,13 +2,11 @@
 #include "bench/PeerTools.h"
 
 #include "bench/ObsSettings.h"
-#include "tests/support/InputInjector.h"
-#include "tests/support/XWindows.h"
+#include "rig/WaitFor.h"
+#include "rig/XWindows.h"
 
 namespace glimmerpane::bench
 {
-
-using testing::failure;
 
 namespace
 {
@@ -16,58 +14,58 @@ namespace
 constexpr std::chrono::seconds windowLimit{20};
 constexpr int gap = 60; ///< pixels, more than a window's title bar
 
-testing::ChildProcess::Options gstreamer(const StageLayout &layout)
+ChildProcess::Options gstreamer(const QRect &area)
 {
-    const QRect area = layout.area;
-    return {.program = QStringLiteral("gst-launch-1.0"),
-            .arguments
-            = QStringLiteral("-q ximagesrc startx=%1 starty=%2 endx=%3 endy=%4 use-damage=0 "
-                             "show-pointer=true ! video/x-raw,framerate=60/1 ! "
-                             "ximagesink sync=false")
-                  .arg(area.left())
-                  .arg(area.top())
-                  .arg(area.right())
-                  .arg(area.bottom())
-                  .split(u' ')};
+    return {.program = u"gst-launch-1.0"_s,
+            .arguments = u"-q ximagesrc startx=%1 starty=%2 endx=%3 endy=%4 use-damage=0 "
+                         "show-pointer=true ! video/x-raw,framerate=60/1 ! "
+                         "ximagesink sync=false"_s.arg(area.left())
+                             .arg(area.top())
+                             .arg(area.right())
+                             .arg(area.bottom())
+                             .split(u' ')};
 }
 
-testing::ChildProcess::Options ffplay(const Desktop &desktop, const StageLayout &layout)
+ChildProcess::Options ffplay(const QString &displayName, const StageLayout &layout)
 {
-    return {.program = QStringLiteral("ffplay"),
+    return {.program = u"ffplay"_s,
             .arguments
-            = QStringLiteral("-hide_banner -loglevel error -window_title Player -noborder -left %1 "
-                             "-top %2 -an -fflags nobuffer -flags low_delay -framedrop -probesize "
-                             "32 -analyzeduration 0 -sync ext -f x11grab -framerate 60 "
-                             "-video_size %3x%4 -draw_mouse 1 -i %5+%6,%7")
+            = u"-hide_banner -loglevel error -window_title Player -noborder -left %1 -top %2 -an "
+              "-fflags nobuffer -flags low_delay -framedrop -probesize 32 -analyzeduration 0 "
+              "-sync ext -f x11grab -framerate 60 -video_size %3x%4 -draw_mouse 1 -i %5+%6,%7"_s
                   .arg(layout.player.x())
                   .arg(layout.player.y())
                   .arg(layout.area.width())
                   .arg(layout.area.height())
-                  .arg(desktop.displayName())
+                  .arg(displayName)
                   .arg(layout.area.x())
                   .arg(layout.area.y())
                   .split(u' ')};
 }
 
-std::optional<xcb_window_t> windowTitled(const testing::XClient &client, const QString &beginning)
+/** Without a dialog about another instance or an update. */
+ChildProcess::Options obs()
 {
-    for (const auto window : testing::listWindows(client, testing::Listing::Picker)) {
-        if (testing::titleOf(client, window).startsWith(beginning)) {
-            return window;
-        }
-    }
-    return std::nullopt;
+    return {.program = u"obs"_s, .arguments = {u"--multi"_s, u"--disable-updater"_s}};
+}
+
+std::optional<xcb_window_t> windowTitled(const XClient &client, const QString &beginning)
+{
+    const auto windows = listWindows(client, Listing::Picker);
+    const auto found = std::ranges::find_if(windows, [&](xcb_window_t window) {
+        return titleOf(client, window).startsWith(beginning);
+    });
+    return found == windows.end() ? std::nullopt : std::optional(*found);
 }
 
 /** Asks again and again, because a program that has just started moves its windows itself. */
-Result<xcb_window_t> awaitWindow(const Desktop &desktop, testing::ChildProcess &process,
-                                 const QString &beginning, const QRect &place)
+xcb_window_t awaitWindow(const MeasuredDesktop &desktop, ChildProcess &process,
+                         const QString &beginning, const QRect &place)
 {
-    const auto &client = desktop.client();
     std::optional<xcb_window_t> window;
     const auto isThere = [&] {
-        window = windowTitled(client, beginning);
-        const auto seen = window ? testing::geometryOf(client, *window) : std::nullopt;
+        window = windowTitled(desktop.client, beginning);
+        const auto seen = window ? geometryOf(desktop.client, *window) : std::nullopt;
         if (!seen) {
             return !process.isRunning();
         }
@@ -75,135 +73,69 @@ Result<xcb_window_t> awaitWindow(const Desktop &desktop, testing::ChildProcess &
             && (seen->topLeft() - place.topLeft()).manhattanLength() < gap) {
             return true;
         }
-        const uint32_t values[]
-            = {static_cast<uint32_t>(place.x()), static_cast<uint32_t>(place.y()),
-               static_cast<uint32_t>(place.width()), static_cast<uint32_t>(place.height())};
-        xcb_configure_window(client.connection(), *window,
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                                 | XCB_CONFIG_WINDOW_HEIGHT,
-                             values);
-        client.flush();
-        desktop.rest(std::chrono::milliseconds(100));
+        setGeometry(desktop.client, *window, place);
+        desktop.measurement.rest(std::chrono::milliseconds(100));
         return false;
     };
-    if (!desktop.waitFor(isThere, windowLimit) || !window) {
-        return failure(
-            QStringLiteral("its window \"%1\" does not come to its place; it said: %2")
-                .arg(beginning, QString::fromLocal8Bit(process.output().right(300)).simplified()));
+    if (!waitFor(isThere, windowLimit) || !window) {
+        throw Failure(u"its window \"%1\" does not come to its place; it said: %2"_s.arg(
+            beginning, QString::fromLocal8Bit(process.output().right(300)).simplified()));
     }
     return *window;
-}
-
-Result<RunningTool> running(const Desktop &desktop, xcb_window_t window, testing::PictureOf source)
-{
-    auto view = testing::CapturedWindow::open(desktop.client(), window, source);
-    return view ? Result<RunningTool>(RunningTool{.view = std::move(*view), .source = source})
-                : failure(view.error());
-}
-
-Result<RunningTool> startGlimmerpane(const Desktop &desktop, const ToolOptions &options)
-{
-    auto program = Program::start(
-        desktop, {.executable = options.glimmerpane, .area = options.layout.area, .share = true});
-    if (!program) {
-        return failure(program.error());
-    }
-    const auto placed = program->placeMainWindow(options.layout.beside, options.layout.area);
-    const auto output = placed ? program->outputWindow() : failure(placed.error());
-    auto tool = output ? running(desktop, *output, testing::PictureOf::Composite)
-                       : failure(output.error());
-    if (tool) {
-        tool->glimmerpane.emplace(std::move(*program));
-    }
-    return tool;
-}
-
-Result<RunningTool> startPlayer(const Desktop &desktop, testing::ChildProcess::Options command,
-                                const StageLayout &layout, const QString &title)
-{
-    if (command.environment == QProcessEnvironment::systemEnvironment()) {
-        command.environment = desktop.environment();
-    }
-    auto process = testing::ChildProcess::start(command);
-    if (!process) {
-        return failure(process.error());
-    }
-    const auto window = awaitWindow(desktop, *process, title, layout.player);
-    auto tool
-        = window ? running(desktop, *window, testing::PictureOf::Screen) : failure(window.error());
-    if (tool) {
-        tool->process = std::move(*process);
-    }
-    return tool;
-}
-
-Result<RunningTool> startObs(const Desktop &desktop, const StageLayout &layout)
-{
-    const auto environment = obsSettings::write(desktop, layout.area);
-    if (!environment) {
-        return failure(environment.error());
-    }
-    // Without a dialog about another instance or an update.
-    auto tool = startPlayer(
-        desktop,
-        {.program = QStringLiteral("obs"),
-         .arguments = {QStringLiteral("--multi"), QStringLiteral("--disable-updater")},
-         .environment = *environment},
-        layout, QStringLiteral("Windowed Projector"));
-    if (!tool) {
-        return tool;
-    }
-    const auto main = awaitWindow(desktop, tool->process, QStringLiteral("OBS"),
-                                  QRect(layout.beside, obsSettings::mainWindowSize));
-    return main ? std::move(tool) : failure(main.error());
 }
 
 } // namespace
 
 QString toolName(Tool tool)
 {
-    switch (tool) {
-    case Tool::Glimmerpane:
-        return QStringLiteral("Glimmerpane");
-    case Tool::GStreamer:
-        return QStringLiteral("GStreamer");
-    case Tool::Ffplay:
-        return QStringLiteral("ffplay");
-    case Tool::Obs:
-        break;
-    }
-    return QStringLiteral("OBS Studio");
+    static const std::array names{u"Glimmerpane"_s, u"GStreamer"_s, u"ffplay"_s, u"OBS Studio"_s};
+    return names[static_cast<size_t>(tool)];
+}
+
+QString toolTitle(Tool tool)
+{
+    static const std::array titles{u"Glimmerpane - Output"_s, u"gst-launch"_s, u"Player"_s,
+                                   u"Windowed Projector"_s};
+    return titles[static_cast<size_t>(tool)];
 }
 
 StageLayout StageLayout::of(QSize areaSize)
 {
     const QRect area(QPoint(gap, gap), areaSize);
     const QRect player = area.translated(0, areaSize.height() + gap);
-    const QPoint beside(area.right() + gap, gap);
+    const QRect beside({area.right() + gap, gap}, obsSettings::mainWindowSize);
     return {.area = area,
             .player = player,
             .beside = beside,
-            .screen = {beside.x() + obsSettings::mainWindowSize.width() + gap,
-                       std::max(player.bottom(), obsSettings::mainWindowSize.height()) + 2 * gap}};
+            .screen = {beside.right() + gap, std::max(player.bottom(), beside.bottom()) + 2 * gap}};
 }
 
-Result<RunningTool> startTool(const Desktop &desktop, const ToolOptions &options)
+RunningTool startTool(MeasuredDesktop &desktop, Tool tool, const StageLayout &layout)
 {
     constexpr QPoint inside(40, 40);
-    testing::InputInjector(desktop.client()).moveTo(options.layout.area.bottomRight() - inside);
-    switch (options.tool) {
-    case Tool::Glimmerpane:
-        return startGlimmerpane(desktop, options);
-    case Tool::GStreamer:
-        return startPlayer(desktop, gstreamer(options.layout), options.layout,
-                           QStringLiteral("gst-launch"));
-    case Tool::Ffplay:
-        return startPlayer(desktop, ffplay(desktop, options.layout), options.layout,
-                           QStringLiteral("Player"));
-    case Tool::Obs:
-        break;
+    desktop.input.moveTo(layout.area.bottomRight() - inside);
+    if (tool == Tool::Glimmerpane) {
+        desktop.startWith(layout.area, layout.beside.topLeft(), true);
+        return {.process = {},
+                .view
+                = required(CapturedWindow::open(desktop.client, desktop.outputWindow().value())),
+                .source = PictureOf::Composite,
+                .pid = desktop.program.pid()};
     }
-    return startObs(desktop, options.layout);
+    auto command = tool == Tool::GStreamer ? gstreamer(layout.area)
+        : tool == Tool::Ffplay             ? ffplay(desktop.server.displayName(), layout)
+                                           : obs();
+    command.environment
+        = tool == Tool::Obs ? obsSettings::write(desktop, layout.area) : desktop.environment;
+    auto process = required(ChildProcess::start(command));
+    const auto window = awaitWindow(desktop, process, toolTitle(tool), layout.player);
+    if (tool == Tool::Obs) {
+        awaitWindow(desktop, process, u"OBS"_s, layout.beside);
+    }
+    const pid_t pid = process.pid();
+    return {.process = std::move(process),
+            .view = required(CapturedWindow::open(desktop.client, window, PictureOf::Screen)),
+            .pid = pid};
 }
 
 } // namespace glimmerpane::bench

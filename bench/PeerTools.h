@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "bench/Program.h"
-#include "tests/support/CapturedWindow.h"
+#include "bench/Measurement.h"
 
 #include <array>
 
@@ -15,12 +14,14 @@ enum class Tool { Glimmerpane, GStreamer, Ffplay, Obs };
 inline constexpr std::array tools{Tool::Glimmerpane, Tool::GStreamer, Tool::Ffplay, Tool::Obs};
 
 QString toolName(Tool tool);
+/** The beginning of the title of its window. */
+QString toolTitle(Tool tool);
 
 /** The place of everything on a display, so that nothing covers anything. Root pixels. */
 struct StageLayout {
     QRect area; ///< to be shown
     QRect player; ///< the tool's window, below the area
-    QPoint beside; ///< the tool's other window, right of the area
+    QRect beside; ///< another window, right of the area
     QSize screen;
 
     static StageLayout of(QSize areaSize);
@@ -28,21 +29,13 @@ struct StageLayout {
 
 /** A tool that shows the area, ended with the object. */
 struct RunningTool {
-    std::optional<Program> glimmerpane{};
-    testing::ChildProcess process{}; ///< any other
-    testing::CapturedWindow view; ///< of its window
-    testing::PictureOf source = testing::PictureOf::Screen;
-
-    pid_t pid() const { return glimmerpane ? glimmerpane->pid() : process.pid(); }
-};
-
-struct ToolOptions {
-    Tool tool = Tool::Glimmerpane;
-    QString glimmerpane; ///< its executable
-    StageLayout layout;
+    ChildProcess process; ///< Glimmerpane is the desktop's own
+    CapturedWindow view; ///< of its window
+    PictureOf source = PictureOf::Screen;
+    pid_t pid = 0;
 };
 
 /** Returns once its window stands where it should; the desktop must outlive the tool. */
-Result<RunningTool> startTool(const Desktop &desktop, const ToolOptions &options);
+RunningTool startTool(MeasuredDesktop &desktop, Tool tool, const StageLayout &layout);
 
 } // namespace glimmerpane::bench

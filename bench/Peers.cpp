@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Peers.h"
 
-#include "bench/ChangeLatency.h"
-#include "bench/Measurement.h"
-#include "bench/NumberedAnimation.h"
-#include "bench/ProcessUsage.h"
-#include "bench/ProcessorTime.h"
-#include "bench/StolenTime.h"
+#include "rig/ProcessUsage.h"
+
+#include <QFile>
 
 #include <csignal>
 #include <utility>
@@ -14,249 +11,171 @@
 namespace glimmerpane::bench
 {
 
-using testing::failure;
-
 namespace
 {
 
-/** A display with the animation on it. */
-struct Stage {
-    const Measurement &measurement;
-    const PeerScene &scene;
-    StageLayout layout;
-    std::unique_ptr<Desktop> desktop;
-    testing::ChildProcess animation;
-
-    Result<Spent> spendFor(pid_t tool) const
-    {
-        return spend(*desktop, tool, layout.area.topLeft(), measurement.extent.phase * 3 / 4);
-    }
-    Result<Spent> spendAlone() const
-    {
-        return spend(*desktop, 0, layout.area.topLeft(), measurement.extent.phase / 2);
-    }
-};
-
-std::vector<PeerScene> scenes()
+std::vector<PeerComparison> comparisonsToMake()
 {
     const QSize usual(1280, 720);
-    std::vector<PeerScene> all;
+    std::vector<PeerComparison> all;
     for (const QSize size : {QSize(640, 360), usual, QSize(1920, 1080), QSize(3840, 2160)}) {
-        all.push_back({.name = QStringLiteral("full motion"), .size = size});
+        all.push_back({.scene = {.name = u"full motion"_s, .size = size}, .results = {}});
     }
-    all.push_back({.name = QStringLiteral("moving 32x32"),
-                   .size = usual,
-                   .mode = QStringLiteral("cursor"),
-                   .withStill = false});
-    all.push_back({.name = QStringLiteral("typing"),
-                   .size = usual,
-                   .mode = QStringLiteral("typing"),
-                   .rate = 10,
-                   .withStill = false});
+    all.push_back(
+        {.scene = {.name = u"moving 32x32"_s, .size = usual, .mode = u"cursor"_s}, .results = {}});
+    all.push_back({.scene = {.name = u"typing"_s, .size = usual, .mode = u"typing"_s, .rate = 10},
+                   .results = {}});
+    for (PeerComparison &comparison : all) {
+        for (const Tool tool : tools) {
+            comparison.results.push_back({.tool = tool});
+        }
+    }
     return all;
 }
 
-Result<Stage> setStage(const Measurement &measurement, const PeerScene &scene)
-{
-    const auto layout = StageLayout::of(scene.size);
-    auto desktop = Desktop::start({.screen = layout.screen, .stop = measurement.stop});
-    if (!desktop) {
-        return failure(desktop.error());
-    }
-    auto animation
-        = startAnimation(**desktop, {.area = layout.area, .mode = scene.mode, .rate = scene.rate});
-    if (!animation) {
-        return failure(animation.error());
-    }
-    return Stage{measurement, scene, layout, std::move(*desktop), std::move(*animation)};
-}
+/** How much of its processors' time a virtual machine lost to its host, in clock ticks. */
+struct StolenTime {
+    double stolen = 0;
+    double all = 0;
 
-/** While the animation stands still. */
-Result<void> measureStill(const Stage &stage, const RunningTool &tool, PeerRun &run)
-{
-    constexpr QSize patchSize(160, 80);
-    constexpr std::chrono::microseconds pause{250};
-    const QRect patch(stage.layout.area.center(), patchSize);
-    // A fourth of the changes of the measure that has only one program to look at.
-    const auto latencies = measureLatency(*stage.desktop,
-                                          {.output = tool.view.window(),
-                                           .area = stage.layout.area,
-                                           .patch = patch,
-                                           .changes = stage.measurement.extent.changes / 4,
-                                           .pause = pause,
-                                           .source = tool.source});
-    if (!latencies) {
-        return failure(latencies.error());
+    static StolenTime now()
+    {
+        // proc_stat(5): user nice system idle iowait irq softirq steal; the guests' are in user.
+        constexpr int stealField = 8;
+        QFile file(u"/proc/stat"_s);
+        const bool isOpen = file.open(QIODevice::ReadOnly);
+        const auto fields = (isOpen ? file.readLine() : QByteArray()).simplified().split(' ');
+        StolenTime time{.stolen = fields.value(stealField).toDouble()};
+        for (int i = 1; i <= stealField; ++i) {
+            time.all += fields.value(i).toDouble();
+        }
+        return time;
     }
-    run.latency = median(*latencies);
-    run.highLatency = quantile(*latencies, 0.95);
-    if (!stage.desktop->rest(std::chrono::seconds(1))) {
-        return failure(QStringLiteral("stopped"));
+    double percentUntil(const StolenTime &end) const
+    {
+        return end.all > all ? (end.stolen - stolen) / (end.all - all) * 100 : 0;
     }
-    const auto spent = stage.spendFor(tool.pid());
-    if (!spent) {
-        return failure(spent.error());
-    }
-    run.idle = (spent->program + spent->server) / spent->seconds;
-    run.wakeUps = static_cast<double>(spent->wakeUps) / spent->seconds;
-    return {};
-}
-
-struct Motion {
-    Spent spent;
-    SeenFrames seen;
 };
 
-Result<Motion> measureMotion(const Stage &stage, const RunningTool &tool)
+/** A display with the animation on it. */
+struct Stage : MeasuredDesktop {
+    Stage(const Measurement &given, const PeerScene &shown)
+        : MeasuredDesktop(given, WindowManager::Openbox, StageLayout::of(shown.size).screen)
+        , scene(shown)
+        , animation(animate({.area = layout.area, .mode = scene.mode, .rate = scene.rate}))
+    {
+    }
+
+    Spent spendFor(pid_t tool) const
+    {
+        return spend(tool, measurement.extent.phase * 3 / 4, layout.area.topLeft());
+    }
+    Spent spendAlone() const
+    {
+        return spend(0, measurement.extent.phase / 2, layout.area.topLeft());
+    }
+    void measureStill(const RunningTool &tool, PeerRun &run) const;
+    PeerRun measureRunning(Tool kind, const Spent &before);
+
+    const PeerScene scene;
+    const StageLayout layout = StageLayout::of(scene.size);
+    ChildProcess animation;
+};
+
+/** While the animation stands still. */
+void Stage::measureStill(const RunningTool &tool, PeerRun &run) const
 {
-    if (const auto live = awaitOutput(*stage.desktop, tool.view); !live) {
-        return failure(live.error());
-    }
-    // Buffers fill and queues run full in the first moment.
-    stage.desktop->rest(std::chrono::seconds(1));
-    const auto spent = stage.spendFor(tool.pid());
-    const auto seen
-        = countFrames(*stage.desktop, tool.view, {}, stage.measurement.extent.phase / 2);
-    if (!spent || !seen) {
-        return failure(spent ? seen.error() : spent.error());
-    }
-    if (seen->sent == 0) {
-        return failure(QStringLiteral("it showed no frame"));
-    }
-    return Motion{.spent = *spent, .seen = *seen};
+    constexpr QSize patchSize(160, 80);
+    // A fourth of the changes of the measure that has only one program to look at.
+    const auto latencies = measureLatency(client,
+                                          {.output = tool.view.window(),
+                                           .area = layout.area,
+                                           .patch = QRect(layout.area.center(), patchSize),
+                                           .changes = measurement.extent.changes / 4,
+                                           .pause = std::chrono::microseconds(250),
+                                           .source = tool.source});
+    run.latency = median(latencies);
+    run.highLatency = quantile(latencies, 0.95);
+    measurement.rest(std::chrono::seconds(1));
+    const auto spent = spendFor(tool.pid);
+    run.idle = (spent.program + spent.server) / spent.seconds;
+    run.wakeUps = spent.wakeUps / spent.seconds;
 }
 
-void addMotion(const Motion &motion, const Spent &aloneBefore, const Spent &aloneAfter,
-               PeerRun &run)
+/** `before` is the animation's own share. */
+PeerRun Stage::measureRunning(Tool kind, const Spent &before)
 {
-    const Spent &spent = motion.spent;
-    const double shown
-        = static_cast<double>(spent.sourceFrames) * motion.seen.shown / motion.seen.sent;
-    const double server = serverBeyond(spent, aloneBefore, aloneAfter);
-    run.sourceRate = spent.sourceFrames / spent.seconds;
-    run.shownRate = shown / spent.seconds;
-    run.tool = spent.program / shown;
-    run.server = server / shown;
-    run.motion = (spent.program + server) / spent.seconds;
-}
-
-/** Everything that is measured while the tool runs. */
-Result<Motion> measureRunning(Stage &stage, Tool kind, PeerRun &run)
-{
-    const auto tool = startTool(
-        *stage.desktop,
-        {.tool = kind, .glimmerpane = stage.measurement.executable, .layout = stage.layout});
-    if (!tool) {
-        return failure(tool.error());
-    }
-    auto motion = measureMotion(stage, *tool);
-    const auto usage = ProcessUsage::of(tool->pid());
-    if (!motion || !usage) {
-        return failure(motion ? usage.error() : motion.error());
-    }
-    run.memory = static_cast<double>(usage->residentBytes) / 1e6;
-    if (!stage.scene.withStill) {
-        return motion;
-    }
-    stage.animation.sendSignal(SIGSTOP);
-    const auto still = measureStill(stage, *tool, run);
-    stage.animation.sendSignal(SIGCONT);
-    return still ? motion : failure(still.error());
-}
-
-/** `alone` is the animation's own share just before, and afterwards the one just after. */
-Result<PeerRun> measureTool(Stage &stage, Tool kind, Spent &alone)
-{
-    const StolenTime stolen;
+    const auto stolen = StolenTime::now();
     PeerRun run;
-    const auto motion = measureRunning(stage, kind, run);
-    const auto after = stage.spendAlone();
-    if (!after) {
-        return failure(after.error());
+    Spent spent;
+    SeenFrames seen;
+    {
+        const auto tool = startTool(*this, kind, layout);
+        awaitMotion(tool.view);
+        // Buffers fill and queues run full in the first moment.
+        measurement.rest(std::chrono::seconds(1));
+        spent = spendFor(tool.pid);
+        seen = countFrames(server.displayName(), tool.view, {}, measurement.extent.phase / 2);
+        run.memory = static_cast<double>(required(ProcessUsage::of(tool.pid)).residentBytes) / 1e6;
+        if (scene.isFullMotion()) {
+            animation.sendSignal(SIGSTOP);
+            measureStill(tool, run);
+            animation.sendSignal(SIGCONT);
+        }
+        program = {}; // Glimmerpane, if it is that
     }
-    const Spent before = std::exchange(alone, *after);
-    if (!motion) {
-        return failure(motion.error());
-    }
-    addMotion(*motion, before, *after, run);
-    run.stolen = stolen.percent();
+    const auto cost = costOf(spent, seen, before, spendAlone());
+    run.sourceRate = spent.sourceFrames / spent.seconds;
+    run.shownRate = cost.shown / spent.seconds;
+    run.tool = cost.program;
+    run.server = cost.server;
+    run.cost = cost.program + cost.server;
+    run.motion = run.cost * run.shownRate;
+    run.stolen = stolen.percentUntil(StolenTime::now());
     return run;
 }
 
 QString wordsFor(const PeerRun &run)
 {
-    return QStringLiteral("source %1/s, shown %2/s, %3 + %4 ms a frame, %5 ms/s, latency %6 (%7) "
-                          "ms, idle %8 ms/s, %9 wake-ups/s, %10 MB, stolen %11 %")
-        .arg(number(run.sourceRate, 1), number(run.shownRate, 1), number(run.tool, 3),
-             number(run.server, 3), number(run.motion, 1), number(run.latency),
-             number(run.highLatency), number(run.idle), number(run.wakeUps, 1))
-        .arg(number(run.memory, 0), number(run.stolen, 1));
+    return u"source %1/s, shown %2/s, %3 + %4 ms a frame, %5 ms/s, latency %6 (%7) ms, idle %8 "
+           "ms/s, %9 wake-ups/s, "_s.arg(
+               number(run.sourceRate, 1), number(run.shownRate, 1), number(run.tool, 3),
+               number(run.server, 3), number(run.motion, 1), number(run.latency),
+               number(run.highLatency), number(run.idle), number(run.wakeUps, 1))
+        + u"%1 MB, stolen %2 %"_s.arg(number(run.memory, 0), number(run.stolen, 1));
 }
 
 /** One run of every tool, one after the other on the same display. */
-Result<void> measureScene(const Measurement &measurement, PeerComparison &comparison)
+void measureScene(const Measurement &measurement, PeerComparison &comparison)
 {
-    auto stage = setStage(measurement, comparison.scene);
-    if (!stage) {
-        return failure(stage.error());
-    }
-    auto alone = stage->spendAlone();
-    if (!alone) {
-        return failure(alone.error());
-    }
+    Stage stage(measurement, comparison.scene);
     for (PeerResult &result : comparison.results) {
-        const auto run = measureTool(*stage, result.tool, *alone);
-        if (measurement.stop.stop_requested()) {
-            return failure(QStringLiteral("stopped"));
+        QString words;
+        try {
+            result.runs.push_back(stage.measureRunning(result.tool, stage.spendAlone()));
+            words = wordsFor(result.runs.back());
+        } catch (const Failure &problem) { // it does not run here
+            stage.animation.sendSignal(SIGCONT);
+            words = result.problem = QString::fromStdString(problem.what());
         }
-        measurement.progress(QStringLiteral("%1 %2x%3, %4: %5")
-                                 .arg(comparison.scene.name)
-                                 .arg(comparison.scene.size.width())
-                                 .arg(comparison.scene.size.height())
-                                 .arg(toolName(result.tool), run ? wordsFor(*run) : run.error()));
-        if (run) {
-            result.runs.push_back(*run);
-        } else {
-            result.problem = run.error();
-        }
+        require(!measurement.stop.stop_requested(), "stopped");
+        measurement.tell(u"%1 %2, %3: %4"_s.arg(comparison.scene.name, comparison.scene.sizeText(),
+                                                toolName(result.tool), words));
     }
-    return {};
-}
-
-Result<void> writeReport(const Measurement &measurement,
-                         const std::vector<PeerComparison> &comparisons)
-{
-    const QDir &folder = measurement.folder;
-    folder.mkpath(QStringLiteral("."));
-    const QString mode = QStringLiteral("medians of %1 runs").arg(measurement.extent.runs);
-    const auto table
-        = writeText(folder.filePath(QStringLiteral("peers.md")), peerTable(comparisons, mode));
-    return table ? writeText(folder.filePath(QStringLiteral("peers.svg")), peerPlot(comparisons))
-                 : table;
 }
 
 } // namespace
 
-Figures measurePeers(const Measurement &measurement)
+std::vector<Figure> measurePeers(const Measurement &measurement)
 {
-    std::vector<PeerComparison> comparisons;
-    for (const PeerScene &scene : scenes()) {
-        comparisons.push_back({.scene = scene, .results = {}});
-        for (const Tool tool : tools) {
-            comparisons.back().results.push_back({.tool = tool, .runs = {}, .problem = {}});
-        }
-    }
+    auto comparisons = comparisonsToMake();
     // Run by run, so that an hour in which the machine is slow favours no scene.
     for (int i = 0; i < measurement.extent.runs; ++i) {
         for (PeerComparison &comparison : comparisons) {
-            if (const auto done = measureScene(measurement, comparison); !done) {
-                return failure(done.error());
-            }
+            measureScene(measurement, comparison);
         }
     }
-    if (const auto written = writeReport(measurement, comparisons); !written) {
-        return failure(written.error());
-    }
+    writePeers(measurement.folder, comparisons, measurement.extent.runs);
     return peerFigures(comparisons);
 }
 

@@ -2,10 +2,6 @@
 #pragma once
 
 #include "bench/PeerTools.h"
-#include "bench/Report.h"
-#include "bench/Statistics.h"
-
-#include <vector>
 
 namespace glimmerpane::bench
 {
@@ -14,12 +10,11 @@ namespace glimmerpane::bench
 struct PeerScene {
     QString name;
     QSize size; ///< of the area
-    QString mode = QStringLiteral("full"); ///< as glimmerpane_pattern knows it
+    QString mode = u"full"_s; ///< as glimmerpane_pattern knows it
     int rate = 60; ///< frames a second
-    bool withStill = true; ///< whether the unchanging screen and the latency are measured, too
 
-    bool isFullMotion() const { return withStill; }
-    double pixels() const { return static_cast<double>(size.width()) * size.height(); }
+    bool isFullMotion() const { return mode == u"full"_s; }
+    QString sizeText() const { return u"%1x%2"_s.arg(size.width()).arg(size.height()); }
 };
 
 /**
@@ -30,6 +25,7 @@ struct PeerRun {
     double shownRate = 0; ///< frames a second that the tool's window showed
     double tool = 0; ///< milliseconds for each frame shown
     double server = 0;
+    double cost = 0; ///< both
     double motion = 0; ///< milliseconds a second while it moves, tool and server
     double latency = 0; ///< milliseconds from a change to the tool's window, median
     double highLatency = 0; ///< 95 %
@@ -37,23 +33,18 @@ struct PeerRun {
     double wakeUps = 0; ///< a second, the same
     double memory = 0; ///< resident, MB
     double stolen = 0; ///< percent of the processors' time that the host took meanwhile
-
-    double cost() const { return tool + server; }
 };
 
 /** All runs of one tool in one scene. */
 struct PeerResult {
     Tool tool = Tool::Glimmerpane;
-    std::vector<PeerRun> runs;
-    QString problem; ///< why a run failed, if one did
+    std::vector<PeerRun> runs{};
+    QString problem{}; ///< why a run failed, if one did
 
-    template<typename Value>
-    double medianOf(Value value) const
+    double medianOf(double PeerRun::*member) const
     {
-        std::vector<double> values;
-        for (const PeerRun &run : runs) {
-            values.push_back(std::invoke(value, run));
-        }
+        std::vector<double> values(runs.size());
+        std::ranges::transform(runs, values.begin(), member);
         return median(values);
     }
 };
@@ -63,11 +54,8 @@ struct PeerComparison {
     std::vector<PeerResult> results; ///< Glimmerpane's first
 };
 
-/** Markdown: a row for each scene and tool. */
-QString peerTable(const std::vector<PeerComparison> &comparisons, const QString &mode);
-
-/** An SVG picture of the same. */
-QString peerPlot(const std::vector<PeerComparison> &comparisons);
+/** peers.md, a row for each scene and tool, and peers.dat to plot. */
+void writePeers(const QDir &folder, const std::vector<PeerComparison> &comparisons, int runs);
 
 /** How Glimmerpane stands against the cheapest other tool. */
 std::vector<Figure> peerFigures(const std::vector<PeerComparison> &comparisons);

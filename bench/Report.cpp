@@ -2,12 +2,11 @@
 #include "bench/Report.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QSaveFile>
 #include <QSysInfo>
+#include <QTextStream>
 #include <QThread>
 
-#include <algorithm>
 #include <array>
 #include <cstdlib>
 
@@ -17,79 +16,45 @@ namespace glimmerpane::bench
 namespace
 {
 
+constexpr double allOfTarget = 1.7; ///< what is shown for anything above
+
 QString processorName()
 {
-    QFile file(QStringLiteral("/proc/cpuinfo"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        return QStringLiteral("unknown processor");
-    }
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith("model name")) {
-            return QString::fromUtf8(line.mid(line.indexOf(':') + 1).trimmed());
-        }
-    }
-    return QStringLiteral("unknown processor");
+    QFile file(u"/proc/cpuinfo"_s);
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    const auto begin = text.indexOf(':', text.indexOf("model name")) + 1;
+    return QString::fromUtf8(text.mid(begin, text.indexOf('\n', begin) - begin)).trimmed();
 }
 
-/** Work of others on the machine blurs every figure; a reader should be able to tell. */
-QString loadText()
+QString targetText(const Figure &figure)
 {
-    std::array<double, 3> loads{};
-    if (getloadavg(loads.data(), static_cast<int>(loads.size())) < 1) {
-        return QStringLiteral("load unknown");
+    if (figure.atMost) {
+        return u"at most %1%2"_s.arg(*figure.atMost).arg(figure.unit);
     }
-    return QStringLiteral("load at the end %1 (1 min), %2 (5 min)")
-        .arg(number(loads[0], 1), number(loads[1], 1));
+    return figure.atLeast ? u"at least %1%2"_s.arg(*figure.atLeast).arg(figure.unit) : u"-"_s;
 }
 
-QString verdictText(Verdict verdict)
+QString verdictText(const Figure &figure)
 {
-    switch (verdict) {
-    case Verdict::Met:
-        return QStringLiteral("met");
-    case Verdict::Missed:
-        return QStringLiteral("**MISSED**");
-    case Verdict::None:
-        break;
-    }
-    return QStringLiteral("-");
-}
-
-constexpr int rowHeight = 34;
-constexpr int labelWidth = 430;
-constexpr int targetX = 780; ///< where the target's line stands
-constexpr double largestPart = 1.7; ///< longer bars are cut
-constexpr int valueX = 1040; ///< right of the longest bar
-constexpr int plotWidth = 1360;
-
-QString bar(const Figure &figure, int top)
-{
-    const double part = std::clamp(*figure.partOfTarget, 0.0, largestPart);
-    const int width = std::max(2, static_cast<int>(part * (targetX - labelWidth)));
-    const bool missed = figure.verdict == Verdict::Missed;
-    return QStringLiteral("<text x=\"%1\" y=\"%2\" text-anchor=\"end\">%3</text>\n"
-                          "<rect x=\"%4\" y=\"%5\" width=\"%6\" height=\"20\" fill=\"%7\"/>\n"
-                          "<text x=\"%8\" y=\"%2\">%9</text>\n")
-        .arg(labelWidth - 12)
-        .arg(top + 21)
-        .arg(figure.name.toHtmlEscaped())
-        .arg(labelWidth)
-        .arg(top + 6)
-        .arg(width)
-        .arg(missed ? QStringLiteral("#d13438") : QStringLiteral("#1a6fd4"))
-        .arg(valueX)
-        .arg(QStringLiteral("%1 (target %2)").arg(figure.measured, figure.target).toHtmlEscaped());
+    const auto part = figure.partOfTarget();
+    return !part ? u"-"_s : *part <= 1 ? u"met"_s : u"**MISSED**"_s;
 }
 
 } // namespace
 
-QString machineText(const QString &mode)
+QString Figure::measured() const
 {
-    return QStringLiteral("%1, %2 x %3, %4, kernel %5, Xvfb (software rendering), Qt %6; %7; %8.")
-        .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
-        .arg(QThread::idealThreadCount())
-        .arg(processorName(), QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
-             QString::fromLatin1(qVersion()), mode, loadText());
+    return problem.isEmpty() ? number(value, decimals) + unit : u"could not be measured"_s;
+}
+
+std::optional<double> Figure::partOfTarget() const
+{
+    if (!problem.isEmpty() || (!atMost && !atLeast)) {
+        return std::nullopt;
+    }
+    const double above = atMost ? value : *atLeast;
+    const double below = atMost ? *atMost : value;
+    return below > 0 ? above / below : above > 0 ? allOfTarget : 0;
 }
 
 QString number(double value, int decimals)
@@ -97,64 +62,46 @@ QString number(double value, int decimals)
     return QString::number(value, 'f', decimals);
 }
 
-Figure boundedFigure(const QString &name, double measured, double target, const QString &unit,
-                     const QString &counted)
+QString machineText(const QString &mode)
 {
-    return {.name = name,
-            .measured = number(measured) + unit,
-            .target = QStringLiteral("at most ") + QString::number(target) + unit,
-            .verdict = measured <= target ? Verdict::Met : Verdict::Missed,
-            .counted = counted,
-            .partOfTarget = target > 0 ? measured / target : (measured > 0 ? largestPart : 0)};
+    // Work of others on the machine blurs every figure; a reader should be able to tell.
+    std::array<double, 2> loads{};
+    getloadavg(loads.data(), static_cast<int>(loads.size()));
+    return u"%1, %2 x %3, %4, kernel %5, Xvfb (software rendering), Qt %6; %7; load at the end %8 "
+           "(1 min), %9 (5 min)."_s.arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
+               .arg(QThread::idealThreadCount())
+               .arg(processorName(), QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
+                    QString::fromLatin1(qVersion()), mode, number(loads[0], 1),
+                    number(loads[1], 1));
 }
 
-QString table(const std::vector<Figure> &figures, const QString &mode)
+void writeResults(const QDir &folder, const std::vector<Figure> &figures, const QString &mode)
 {
-    QString text = QStringLiteral("# What Glimmerpane costs\n\n") + machineText(mode)
-        + QStringLiteral("\n\n| Figure | Measured | Target | | What was counted |\n"
-                         "|---|---|---|---|---|\n");
+    QString text = u"# What Glimmerpane costs\n\n%1\n\n| Figure | Measured | Target | | What was "
+                   "counted |\n|---|---|---|---|---|\n"_s.arg(machineText(mode));
+    QString data;
     for (const Figure &figure : figures) {
-        text += QStringLiteral("| %1 | %2 | %3 | %4 | %5 |\n")
-                    .arg(figure.name, figure.measured,
-                         figure.target.isEmpty() ? QStringLiteral("-") : figure.target,
-                         verdictText(figure.verdict), figure.counted);
-    }
-    return text;
-}
-
-QString plot(const std::vector<Figure> &figures)
-{
-    constexpr int head = 50;
-    QString bars;
-    int top = head;
-    for (const Figure &figure : figures) {
-        if (!figure.partOfTarget) {
-            continue;
+        text += u"| %1 | %2 | %3 | %4 | %5 |\n"_s.arg(
+            figure.name, figure.measured(), targetText(figure), verdictText(figure),
+            figure.problem.isEmpty() ? figure.counted : figure.problem);
+        if (const auto part = figure.partOfTarget()) {
+            data += u"%1\t%2\t%3 (target: %4)\t%5\n"_s.arg(figure.name)
+                        .arg(std::min(*part, allOfTarget))
+                        .arg(figure.measured(), targetText(figure))
+                        .arg(*part > 1 ? 1 : 0);
         }
-        bars += bar(figure, top);
-        top += rowHeight;
     }
-    return QStringLiteral("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%1\" height=\"%2\" "
-                          "font-family=\"DejaVu Sans, sans-serif\" font-size=\"14\">\n"
-                          "<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n"
-                          "<text x=\"%3\" y=\"28\" text-anchor=\"middle\">target</text>\n%4"
-                          "<line x1=\"%3\" y1=\"38\" x2=\"%3\" y2=\"%5\" stroke=\"#222222\" "
-                          "stroke-dasharray=\"4 3\"/>\n</svg>\n")
-        .arg(plotWidth)
-        .arg(top + 16)
-        .arg(targetX)
-        .arg(bars)
-        .arg(top + 6);
+    QTextStream(stdout) << text;
+    writeText(folder.filePath(u"results.md"_s), text);
+    writeText(folder.filePath(u"results.dat"_s), data);
 }
 
-testing::Result<void> writeText(const QString &path, const QString &text)
+void writeText(const QString &path, const QString &text)
 {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit()) {
-        return testing::failure(
-            QStringLiteral("cannot write %1: %2").arg(path, file.errorString()));
+        throw Failure(u"cannot write %1: %2"_s.arg(path, file.errorString()));
     }
-    return {};
 }
 
 } // namespace glimmerpane::bench

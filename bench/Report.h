@@ -1,43 +1,58 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/Result.h"
+#include "rig/Result.h"
+#include "rig/Statistics.h"
 
 #include <QDir>
 
+#include <numeric>
 #include <optional>
-#include <vector>
 
 namespace glimmerpane::bench
 {
 
-enum class Verdict { None, Met, Missed };
+using namespace testing;
+using namespace Qt::StringLiterals;
+
+/** How the values of several runs become one. */
+struct Pick {
+    const char *name;
+    double (*of)(const std::vector<double> &);
+};
+
+inline constexpr Pick medianOf{"median", &median};
+inline constexpr Pick sumOf{"sum", [](const std::vector<double> &values) {
+                                return std::accumulate(values.begin(), values.end(), 0.0);
+                            }};
+inline constexpr Pick longestOf{
+    "longest", [](const std::vector<double> &values) { return quantile(values, 1); }};
 
 /** One line of the table. */
 struct Figure {
     QString name;
-    QString measured; ///< with its unit
-    QString target{}; ///< empty if there is none
-    Verdict verdict = Verdict::None;
-    QString counted; ///< what exactly was counted, and how often
-    std::optional<double> partOfTarget{}; ///< for the plot; 1 is exactly the target
+    QString unit{}; ///< after the number
+    QString counted{}; ///< what exactly was counted
+    int decimals = 2;
+    std::optional<double> atMost{}; ///< the target, if there is one
+    std::optional<double> atLeast{}; ///< the same
+    Pick pick = medianOf;
+    double value = 0;
+    QString problem{}; ///< why it could not be measured, if so
+
+    QString measured() const;
+    /** 1 is exactly the target, more has missed it. */
+    std::optional<double> partOfTarget() const;
 };
 
-/** A figure with an upper bound, `unit` after both numbers. */
-Figure boundedFigure(const QString &name, double measured, double target, const QString &unit,
-                     const QString &counted);
+QString number(double value, int decimals = 2);
 
 /** The machine, the time, its load and how it was measured, in one sentence. */
 QString machineText(const QString &mode);
 
-QString number(double value, int decimals = 2);
+/** results.md with a head that says on what machine it was measured, and results.dat to plot. */
+void writeResults(const QDir &folder, const std::vector<Figure> &figures, const QString &mode);
 
-/** Markdown, with a head that says on what machine it was measured. */
-QString table(const std::vector<Figure> &figures, const QString &mode);
-
-/** A bar for each figure that has a target, as an SVG picture. */
-QString plot(const std::vector<Figure> &figures);
-
-testing::Result<void> writeText(const QString &path, const QString &text);
+void writeText(const QString &path, const QString &text);
 
 } // namespace glimmerpane::bench

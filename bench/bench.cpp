@@ -1,28 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "bench/Measurement.h"
-#include "bench/Program.h"
-#include "bench/StopSignals.h"
+#include "rig/StopSignals.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QTextStream>
 
-#include <utility>
+using namespace glimmerpane::bench;
 
 namespace
 {
 
-using namespace glimmerpane::bench;
-
 struct Named {
     const char *name;
-    Figures (*measure)(const Measurement &);
+    std::vector<Figure> (*measure)(const Measurement &);
 };
 
 constexpr Named measurements[] = {
+    {"page", &measurePage},
     {"full-motion", &measureFullMotion},
     {"still-screen", &measureStillScreen},
-    {"latency", &measureChangeLatency},
+    {"latency", &measureLatencies},
     {"first-frame", &measureFirstFrame},
     {"start-up", &measureStartUp},
     {"cycles", &measureCycles},
@@ -31,60 +28,32 @@ constexpr Named measurements[] = {
     {"peers", &measurePeers},
 };
 
-void tell(const QString &text)
-{
-    QTextStream(stderr) << text << "\n";
-}
+constexpr Extent quick{.runs = 2,
+                       .phase = std::chrono::milliseconds(1500),
+                       .stillPhase = std::chrono::milliseconds(4000),
+                       .changes = 30,
+                       .cycles = 40};
 
-Extent quickExtent()
-{
-    return {.runs = 2,
-            .phase = std::chrono::milliseconds(1500),
-            .stillPhase = std::chrono::milliseconds(4000),
-            .changes = 30,
-            .cycles = 40};
-}
-
-/** Every measurement is tried; what failed is told and counted. */
-std::pair<std::vector<Figure>, int> measureAll(const Measurement &measurement, const QString &only)
+/** Every measurement is tried; what failed is told. */
+std::vector<Figure> measureAll(const Measurement &measurement, const QString &only)
 {
     std::vector<Figure> figures;
-    int failures = 0;
     for (const Named &named : measurements) {
         const QString name = QString::fromLatin1(named.name);
-        if ((!only.isEmpty() && only != name) || measurement.stop.stop_requested()) {
+        if (!only.isEmpty() && only != name) {
             continue;
         }
-        const auto result = named.measure(measurement);
-        if (result) {
-            figures.insert(figures.end(), result->begin(), result->end());
-            continue;
+        try {
+            std::ranges::copy(named.measure(measurement), std::back_inserter(figures));
+        } catch (const Failure &problem) {
+            figures.push_back({.name = name, .problem = QString::fromStdString(problem.what())});
+            measurement.tell(u"%1: %2"_s.arg(name, figures.back().problem));
         }
-        ++failures;
-        tell(QStringLiteral("glimmerpane_bench: %1: %2").arg(name, result.error()));
-        figures.push_back({.name = name,
-                           .measured = QStringLiteral("could not be measured"),
-                           .counted = result.error()});
-    }
-    return {std::move(figures), failures};
-}
-
-bool writeResults(const QDir &folder, const std::vector<Figure> &figures, const QString &mode)
-{
-    const QString text = table(figures, mode);
-    QTextStream(stdout) << text;
-    if (!folder.mkpath(QStringLiteral("."))) {
-        return false;
-    }
-    const std::pair<QString, QString> files[]
-        = {{QStringLiteral("results.md"), text}, {QStringLiteral("results.svg"), plot(figures)}};
-    for (const auto &[name, content] : files) {
-        if (const auto written = writeText(folder.filePath(name), content); !written) {
-            tell(QStringLiteral("glimmerpane_bench: %1").arg(written.error()));
-            return false;
+        if (measurement.stop.stop_requested()) {
+            break;
         }
     }
-    return true;
+    return figures;
 }
 
 } // namespace
@@ -94,37 +63,41 @@ int main(int argc, char **argv)
     const StopSignals signals;
     const QCoreApplication application(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Measures what Glimmerpane costs."));
+    parser.setApplicationDescription(u"Measures what Glimmerpane costs."_s);
     parser.addHelpOption();
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("For the results."),
-                                    QStringLiteral("folder"), QStringLiteral("build/bench"));
-    const QCommandLineOption program(QStringLiteral("program"),
-                                     QStringLiteral("Glimmerpane's executable."),
-                                     QStringLiteral("path"));
-    const QCommandLineOption quick(QStringLiteral("quick"), QStringLiteral("Measure less."));
-    const QCommandLineOption only(QStringLiteral("only"),
-                                  QStringLiteral("full-motion, still-screen, latency, first-frame, "
-                                                 "start-up, cycles, drag, clicks or peers."),
-                                  QStringLiteral("figure"));
-    parser.addOptions({output, program, quick, only});
+    const QCommandLineOption output(u"output"_s, u"For the results."_s, u"folder"_s,
+                                    u"build/bench"_s);
+    const QCommandLineOption program(u"program"_s, u"Glimmerpane's executable."_s, u"path"_s,
+                                     QStringLiteral(GLIMMERPANE_PROGRAM));
+    const QCommandLineOption isQuick(u"quick"_s, u"Measure less."_s);
+    QStringList names;
+    for (const Named &named : measurements) {
+        names << QString::fromLatin1(named.name);
+    }
+    const QCommandLineOption only(u"only"_s, u"One of: "_s + names.join(u", "_s), u"figure"_s);
+    parser.addOptions({output, program, isQuick, only});
     parser.process(application);
 
-    const bool isQuick = parser.isSet(quick);
-    const Measurement measurement{.executable = executableOr(parser.value(program)),
-                                  .extent = isQuick ? quickExtent() : Extent(),
+    const Measurement measurement{.executable = QFileInfo(parser.value(program)).absoluteFilePath(),
+                                  .extent = parser.isSet(isQuick) ? quick : Extent(),
                                   .folder = QDir(parser.value(output)),
-                                  .stop = signals.token(),
-                                  .progress = tell};
-    const auto [figures, failures] = measureAll(measurement, parser.value(only));
-    if (signals.token().stop_requested()) {
-        tell(QStringLiteral("glimmerpane_bench: stopped"));
-        return 130;
-    }
-    if (figures.empty()) {
-        tell(QStringLiteral("glimmerpane_bench: there is no such figure, see --help"));
+                                  .stop = signals.token()};
+    if (parser.isSet(only) && !names.contains(parser.value(only))) {
+        measurement.tell(u"There is no such figure, see --help."_s);
         return 2;
     }
-    const QString mode = isQuick ? QStringLiteral("quick: fewer and shorter runs")
-                                 : QStringLiteral("full measurement");
-    return writeResults(QDir(parser.value(output)), figures, mode) && failures == 0 ? 0 : 1;
+    measurement.folder.mkpath(u"."_s);
+    const auto figures = measureAll(measurement, parser.value(only));
+    if (measurement.stop.stop_requested()) {
+        return 130;
+    }
+    try {
+        writeResults(measurement.folder, figures,
+                     parser.isSet(isQuick) ? u"quick: fewer and shorter runs"_s
+                                           : u"full measurement"_s);
+    } catch (const Failure &problem) {
+        measurement.tell(QString::fromStdString(problem.what()));
+        return 1;
+    }
+    return std::ranges::all_of(figures, &QString::isEmpty, &Figure::problem) ? 0 : 1;
 }

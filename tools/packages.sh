@@ -29,7 +29,7 @@ package_packages=(
 # shellcheck disable=SC2034
 bench_packages=(
     gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
-    ffmpeg obs-studio
+    ffmpeg obs-studio gnuplot-nox
 )
 # For tools/pictures.
 # shellcheck disable=SC2034

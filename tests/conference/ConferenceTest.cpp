@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/Browser.h"
-#include "tests/desktop/ProgramFixture.h"
-#include "tests/support/CapturedWindow.h"
-#include "tests/support/ColorWindow.h"
-#include "tests/support/WaitFor.h"
-#include "tests/support/XWindows.h"
+#include "rig/CapturedWindow.h"
+#include "rig/ColorWindow.h"
+#include "rig/NumberedAnimation.h"
+#include "rig/ProgramFixture.h"
+#include "rig/WaitFor.h"
+#include "rig/XWindows.h"
+#include "tests/conference/Firefox.h"
 
 #include <QColor>
 #include <QJsonArray>
@@ -101,14 +102,7 @@ private Q_SLOTS:
         // Last, so that they are over the browser's window, wherever the manager has put that.
         background_
             = required(ColorWindow::show(fixture_.client, {.rectangle = area, .color = green}));
-        animation_ = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PATTERN),
-                                                   .arguments = {QStringLiteral("--geometry"),
-                                                                 QStringLiteral("%1x%2+%3+%4")
-                                                                     .arg(pattern.width())
-                                                                     .arg(pattern.height())
-                                                                     .arg(pattern.x())
-                                                                     .arg(pattern.y())},
-                                                   .environment = fixture_.environment}));
+        animation_ = startAnimation(fixture_.environment, {.area = pattern});
         QVERIFY2(waitFor([&] { return state() == QStringLiteral("live"); }, callPatience),
                  qPrintable(state()));
     }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/Browser.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/WaitFor.h"
+#include "tests/conference/Firefox.h"
+
+#include "rig/ChildProcess.h"
+#include "rig/WaitFor.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -63,7 +64,7 @@ public:
         QFile file(options.home + QStringLiteral("/user.js"));
         if (!file.open(QIODevice::WriteOnly)
             || file.write(QString::fromLatin1(preferences).arg(port).toLatin1()) < 0) {
-            qFatal("cannot write %s", qPrintable(file.fileName()));
+            throw Failure(QStringLiteral("cannot write ") + file.fileName());
         }
         file.close();
         process_ = required(ChildProcess::start(
@@ -81,7 +82,7 @@ public:
             return socket_.state() == QAbstractSocket::ConnectedState;
         };
         if (!waitFor(connects, browserPatience)) {
-            qFatal("firefox: %s", process_.output().constData());
+            fail(QStringLiteral("does not start"));
         }
         receive(); // its greeting
         send(QStringLiteral("WebDriver:NewSession"));
@@ -105,13 +106,19 @@ public:
         const QString chrome = QStringLiteral("chrome");
         const auto isListed = [&] { return run(chrome, listsWindow.arg(window_)).toBool(); };
         if (!waitFor(isListed, browserPatience)) {
-            qFatal("firefox does not list %s", qPrintable(window_));
+            fail(QStringLiteral("does not list ") + window_);
         }
         run(chrome, pickWindow.arg(window_));
         waitFor([&] { return run(chrome, pressAllow).toBool(); }, browserPatience);
     }
 
 private:
+    [[noreturn]] void fail(const QString &what) const
+    {
+        throw Failure(QStringLiteral("firefox %1; it said: %2")
+                          .arg(what, QString::fromLocal8Bit(process_.output())));
+    }
+
     void setContext(const QString &context)
     {
         send(QStringLiteral("Marionette:SetContext"), {{QStringLiteral("value"), context}});
@@ -133,7 +140,7 @@ private:
         socket_.write(QByteArray::number(message.size()) + ':' + message);
         const QJsonDocument answer = receive();
         if (!answer[2].isNull()) {
-            qFatal("%s: %s", qPrintable(command), answer.toJson().constData());
+            fail(QStringLiteral("%1: %2").arg(command, QString::fromUtf8(answer.toJson())));
         }
         return answer[3];
     }
@@ -149,7 +156,7 @@ private:
             return colon > 0 && received_.size() > colon + size;
         };
         if (!waitFor(isWhole, browserPatience)) {
-            qFatal("firefox does not answer: %s", process_.output().constData());
+            fail(QStringLiteral("does not answer"));
         }
         const auto message = QJsonDocument::fromJson(received_.mid(colon + 1, size));
         received_.remove(0, colon + 1 + size);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/SessionBus.h"
-#include "tests/support/XvfbServer.h"
+#include "rig/SessionBus.h"
+#include "rig/XvfbServer.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "rig/ProgramFixture.h"
 #include "tests/desktop/AccessibilityBus.h"
-#include "tests/desktop/ProgramFixture.h"
 
 #include <QTest>
 

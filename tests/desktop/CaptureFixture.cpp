@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/CaptureFixture.h"
 
-#include "tests/support/CursorPicture.h"
-#include "tests/support/PictureComparison.h"
+#include "rig/CursorPicture.h"
+#include "rig/PictureComparison.h"
 
 #include <QCoroTask>
 #include <QDir>

@@ -4,14 +4,14 @@
 #include "app/AppCoordinator.h"
 #include "capture/ScreenCaptureService.h"
 #include "platform/x11/X11Desktop.h"
-#include "tests/support/CapturedWindow.h"
-#include "tests/support/ChildProcess.h"
-#include "tests/support/ColorWindow.h"
-#include "tests/support/DamageWatch.h"
-#include "tests/support/InputInjector.h"
-#include "tests/support/XClient.h"
-#include "tests/support/XWindows.h"
-#include "tests/support/XvfbServer.h"
+#include "rig/CapturedWindow.h"
+#include "rig/ChildProcess.h"
+#include "rig/ColorWindow.h"
+#include "rig/DamageWatch.h"
+#include "rig/InputInjector.h"
+#include "rig/XClient.h"
+#include "rig/XWindows.h"
+#include "rig/XvfbServer.h"
 
 #include <QRect>
 

@@ -2,7 +2,7 @@
 #include "tests/desktop/CaptureFixture.h"
 
 #include "capture/SharingWindow.h"
-#include "tests/support/WaitFor.h"
+#include "rig/WaitFor.h"
 
 #include <QCoroTask>
 #include <QTest>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "capture/SharingWindow.h"
+#include "rig/WaitFor.h"
 #include "tests/desktop/CaptureFixture.h"
-#include "tests/support/WaitFor.h"
 
 #include <QCoroTask>
 #include <QTest>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "rig/WaitFor.h"
 #include "tests/desktop/CaptureFixture.h"
-#include "tests/support/WaitFor.h"
 
 #include <QTest>
 

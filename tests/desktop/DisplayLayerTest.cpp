@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/CaptureFixture.h"
 
-#include "tests/support/WaitFor.h"
+#include "rig/WaitFor.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "rig/ColorWindow.h"
+#include "rig/WindowManager.h"
 #include "tests/desktop/SelectorFixture.h"
-#include "tests/support/ColorWindow.h"
-#include "tests/support/WindowManager.h"
 
 #include <QDBusConnection>
 #include <QDir>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "tests/desktop/ProgramFixture.h"
-#include "tests/support/CapturedWindow.h"
-#include "tests/support/ColorWindow.h"
-#include "tests/support/WaitFor.h"
-#include "tests/support/XWindows.h"
+#include "rig/CapturedWindow.h"
+#include "rig/ColorWindow.h"
+#include "rig/ProgramFixture.h"
+#include "rig/WaitFor.h"
+#include "rig/XWindows.h"
 
 #include <QTest>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/desktop/ProgramFixture.h"
-#include "tests/support/ColorWindow.h"
-#include "tests/support/CursorPicture.h"
-#include "tests/support/WaitFor.h"
-#include "tests/support/XWindows.h"
+#include "rig/ColorWindow.h"
+#include "rig/CursorPicture.h"
+#include "rig/ProgramFixture.h"
+#include "rig/WaitFor.h"
+#include "rig/XWindows.h"
 
 #include <QColor>
 #include <QRegion>
@@ -32,19 +32,8 @@ struct SelectorFixture : ProgramFixture {
         if (!waitForMainWindow()) {
             return false;
         }
-        const std::uint32_t place[] = {20, 300};
-        xcb_configure_window(client.connection(), *mainWindow(),
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
-        return waitFor(
-            [&] { return geometryOf(client, *mainWindow())->topLeft() == QPoint(20, 300); },
-            patience);
-    }
-    std::optional<xcb_window_t> selector() const
-    {
-        if (!latest || !isViewable(client, *latest)) {
-            latest = findWindow(client, QStringLiteral("Glimmerpane - Area"), Listing::All);
-        }
-        return latest && isViewable(client, *latest) ? latest : std::nullopt;
+        moveMainWindow({20, 300});
+        return true;
     }
     std::optional<QRect> frame() const
     {
@@ -119,8 +108,6 @@ struct SelectorFixture : ProgramFixture {
         client.sync();
         return required(currentCursor(client)).image;
     }
-
-    mutable std::optional<xcb_window_t> latest; ///< saves a search of all windows
 };
 
 /** Where the sides of a frame are after those in `edges` were dragged to the pointer. */

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "rig/ColorWindow.h"
 #include "tests/desktop/SelectorFixture.h"
-#include "tests/support/ColorWindow.h"
 
 #include <QPainter>
 #include <QTest>

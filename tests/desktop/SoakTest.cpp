@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "bench/Held.h"
-#include "bench/PatternAnimation.h"
-#include "bench/ProcessUsage.h"
+#include "rig/Held.h"
+#include "rig/PatternAnimation.h"
+#include "rig/ProcessUsage.h"
 #include "tests/desktop/SelectorFixture.h"
 
 #include <QDeadlineTimer>
@@ -14,7 +14,6 @@
 
 using namespace glimmerpane;
 using namespace glimmerpane::testing;
-using bench::Held;
 
 namespace
 {
@@ -75,8 +74,8 @@ struct SoakFixture : SelectorFixture {
 
     bool isIdle() const
     {
-        const auto usage = bench::ProcessUsage::of(program.pid());
-        return usage && std::ranges::none_of(usage->threads, [](const bench::ThreadUsage &thread) {
+        const auto usage = ProcessUsage::of(program.pid());
+        return usage && std::ranges::none_of(usage->threads, [](const ThreadUsage &thread) {
                    return thread.name == u"captureQueue";
                });
     }
@@ -87,7 +86,7 @@ struct SoakFixture : SelectorFixture {
         return stopSharing() && waitFor([this] { return isIdle(); }, patience);
     }
 
-    Held held() const { return required(bench::heldBy(client, program.pid())); }
+    Held held() const { return required(heldBy(client, program.pid())); }
 
     QPoint placeIn(const QRect &rectangle)
     {
@@ -138,8 +137,9 @@ private Q_SLOTS:
         const int chosen = qEnvironmentVariableIntValue("GLIMMERPANE_SOAK_MINUTES", &isChosen);
         const std::chrono::minutes time(isChosen ? chosen : 10);
         SoakFixture fixture;
-        bench::PatternAnimation pattern(
-            required(bench::PatternWindow::open(fixture.server.displayName(), area)), frameRate);
+        PatternAnimation pattern(
+            required(PatternWindow::open(fixture.server.displayName(), {.rectangle = area})),
+            frameRate);
         pattern.start();
         QVERIFY(fixture.launch());
 

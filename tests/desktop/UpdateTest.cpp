@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include "rig/ColorWindow.h"
+#include "rig/WaitFor.h"
 #include "tests/desktop/SelectorFixture.h"
-#include "tests/support/ColorWindow.h"
 #include "tests/support/HttpsServer.h"
-#include "tests/support/WaitFor.h"
 
 #include <QFile>
 #include <QPointer>

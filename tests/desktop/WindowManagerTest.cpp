@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/WindowManager.h"
+#include "rig/WindowManager.h"
+#include "rig/ColorWindow.h"
 #include "tests/desktop/SelectorFixture.h"
-#include "tests/support/ColorWindow.h"
 
 #include <QTest>
 

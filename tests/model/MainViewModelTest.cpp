@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/support/ChildProcess.h"
+#include "rig/ChildProcess.h"
 #include "tests/support/Fakes.h"
 
 #include <QTest>

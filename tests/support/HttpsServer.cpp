@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/HttpsServer.h"
 
-#include "tests/support/ChildProcess.h"
+#include "rig/ChildProcess.h"
 
 #include <QFile>
 #include <QSslKey>

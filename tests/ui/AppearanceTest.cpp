@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/Appearance.h"
 #include "platform/Palette.h"
-#include "tests/support/SessionBus.h"
-#include "tests/support/SettingsPortal.h"
+#include "rig/SessionBus.h"
+#include "rig/SettingsPortal.h"
 #include "tests/ui/PrivateDisplay.h"
 #include "ui/Theme.h"
 

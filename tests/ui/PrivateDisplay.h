@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/support/XvfbServer.h"
+#include "rig/XvfbServer.h"
 #include "ui/FlatStyle.h"
 
 #include <QApplication>

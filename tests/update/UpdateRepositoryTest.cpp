@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "update/UpdateRepository.h"
+#include "rig/WaitFor.h"
 #include "tests/support/HttpsServer.h"
-#include "tests/support/WaitFor.h"
 #include "update/HttpsPost.h"
 
 #include <QCoroTask>

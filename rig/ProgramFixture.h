@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "rig/ChildProcess.h"
+#include "rig/InputInjector.h"
+#include "rig/SessionBus.h"
+#include "rig/WindowManagers.h"
+#include "rig/XClient.h"
+#include "rig/XvfbServer.h"
+#include "services/CaptureFrame.h"
+
+#include <QImage>
+#include <QRect>
+#include <QTemporaryDir>
+
+#include <optional>
+
+namespace glimmerpane::testing
+{
+
+constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
+
+/**
+ * The built program on a private display, operated as by a user. Settings, bus and clients of other
+ * sessions cannot reach it.
+ */
+class ProgramFixture
+{
+public:
+    using WindowManager = testing::WindowManager;
+
+    explicit ProgramFixture(WindowManager manager = WindowManager::None, int scale = 1,
+                            QSize screen = {1280, 1024});
+
+    XvfbServer server;
+    XClient client;
+    InputInjector input;
+    const int scaleFactor; ///< pixels for each point
+    QTemporaryDir configuration; ///< XDG_CONFIG_HOME
+    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
+    QProcessEnvironment environment; ///< of programs that are started from now on
+    QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
+    bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
+    ChildProcess program;
+    std::optional<SessionBus> bus; ///< none unless startBus()
+
+    /** From now on programs have a session bus. */
+    void startBus();
+    /** Starts the program; a running one is ended first. */
+    void start(const QStringList &arguments = {});
+    /**
+     * The same with an area, in root pixels, at a scale of 1. Returns once the main window is at
+     * its place and the output is there, if it shares from the start.
+     */
+    void startWith(const QRect &area, QPoint mainWindowPlace, bool share);
+    /** Starts another one beside it and waits for its end: its exit code, -1 if it goes on. */
+    int launchAgain(const QStringList &arguments = {}, QByteArray *says = nullptr) const;
+    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
+     */
+    int waitForExit();
+    /** Ends it as a session does, which has to succeed. */
+    void end();
+
+    std::optional<xcb_window_t> mainWindow() const;
+    std::optional<xcb_window_t> outputWindow() const;
+    /** The one on which the area is chosen. */
+    std::optional<xcb_window_t> selector() const;
+    /** How many windows of the program are shown that are not the output: main window, alerts. */
+    int shownWindows() const;
+
+    bool waitForMainWindow() const;
+    void moveMainWindow(QPoint place) const;
+    xcb_window_t awaitOutputWindow();
+    /** Whether the output window comes to show the pixels of this rectangle of the root. */
+    bool showsArea(QRect rootRectangle);
+    bool waitForNoOutput() const;
+
+    /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
+    bool startAgain() const;
+
+    /** Clicks on "Stop sharing" until there is no output: an alert may have just closed. */
+    bool stopSharing() const;
+
+    /** A click at a place of the main window, in its points. */
+    void click(QPoint place) const;
+    /** Whether the button is filled with its colour: disabled ones are grey. */
+    bool canPress(QPoint button) const;
+    /** Where to click on "Start sharing" or "Stop sharing" once that can be done; root pixels. */
+    QPoint awaitButton(QPoint button) const;
+    /** Types the key until the alert, which needs the keyboard first, goes. */
+    bool answerAlert(std::uint32_t key) const;
+    /** Types an area into the four fields; false if it does not become the saved one. */
+    bool typeArea(const CaptureFrame &area) const;
+    /** Replaces the text of one field. */
+    bool type(QPoint field, const QByteArray &text) const;
+    bool isFocused(QPoint field) const;
+
+    QString settingsFile() const;
+    std::optional<CaptureFrame> savedArea() const;
+
+private:
+    QPoint placeOf(QPoint place) const;
+    void requireOf(bool holds, const char *otherwise) const;
+
+    QTemporaryDir scratch_;
+    mutable std::optional<xcb_window_t> latestMain_; ///< saves a search of all windows
+    mutable std::optional<xcb_window_t> latestSelector_;
+    ChildProcess windowManager_;
+    ChildProcess compositor_;
+};
+
+/** Where the main window has its controls, in its points; seen in a screenshot. */
+namespace places
+{
+constexpr QPoint startSharing(160, 98);
+constexpr QPoint setArea(160, 142);
+constexpr QPoint resetArea(160, 186);
+constexpr QPoint stopSharing(160, 230);
+constexpr QPoint nothing(160, 400);
+constexpr QPoint fields[] = {{87, 301}, {233, 301}, {87, 362}, {233, 362}};
+} // namespace places
+
+} // namespace glimmerpane::testing
