@@ -3,7 +3,6 @@
 
 #include "app/WindowLifecycleDelegate.h"
 #include "capture/SharingWindow.h"
-#include "platform/Desktop.h"
 #include "selection/FrameSelectorWindow.h"
 
 #include <QPointer>
@@ -14,8 +13,8 @@
 namespace glimmerpane
 {
 
-AppCoordinator::AppCoordinator(Desktop &desktop)
-    : desktop_(desktop)
+AppCoordinator::AppCoordinator(Backend backend)
+    : backend_(std::move(backend))
 {
 }
 
@@ -26,12 +25,12 @@ std::expected<void, Error> AppCoordinator::showFrameSelector(
 {
     using Controller = FrameSelectorWindowController;
     const auto controller = initialFrame
-        ? std::make_shared<Controller>(desktop_,
+        ? std::make_shared<Controller>(backend_,
                                        Rect{.x = initialFrame->x,
                                             .y = initialFrame->y,
                                             .width = initialFrame->width,
                                             .height = initialFrame->height})
-        : std::make_shared<Controller>(desktop_);
+        : std::make_shared<Controller>(backend_);
     const QPointer self(this);
     const auto delegate = std::make_shared<WindowLifecycleDelegate>([self, onCancel] {
         if (self) {
@@ -72,8 +71,8 @@ void AppCoordinator::closeFrameSelector()
 std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFrame &frame)
 {
     const QSize size
-        = toPixels(std::abs(frame.width), std::abs(frame.height), desktop_.scaleFactor());
-    auto window = std::make_shared<SharingWindow>(desktop_, size);
+        = toPixels(std::abs(frame.width), std::abs(frame.height), backend_.displays->scaleFactor());
+    auto window = std::make_shared<SharingWindow>(*backend_.outputWindows, size);
     window->onCloseRequest = [weak = std::weak_ptr(window)] {
         if (const auto asked = weak.lock()) {
             asked->orderOut();
@@ -81,7 +80,6 @@ std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFr
     };
     sharingWindow_ = window;
     window->orderFront();
-    window->setFrameOrigin(unseenOrigin(size));
     return window;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Backend.h"
 #include "services/ServiceInterfaces.h"
 
 #include <QObject>
@@ -10,7 +11,6 @@
 namespace glimmerpane
 {
 
-class Desktop;
 class FrameSelectorWindowController;
 class WindowLifecycleDelegate;
 
@@ -18,8 +18,7 @@ class WindowLifecycleDelegate;
 class AppCoordinator : public QObject, public WindowCoordinatorProtocol
 {
 public:
-    /** `desktop` must outlive the coordinator and its windows. */
-    explicit AppCoordinator(Desktop &desktop);
+    explicit AppCoordinator(Backend backend);
     ~AppCoordinator() override;
 
     std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> initialFrame,
@@ -30,7 +29,7 @@ public:
     bool isSharingWindowVisible() const override;
 
 private:
-    Desktop &desktop_;
+    const Backend backend_;
     std::shared_ptr<FrameSelectorWindowController> frameSelectorController_; ///< while it is open
     std::shared_ptr<WindowLifecycleDelegate> frameSelectorDelegate_;
     std::shared_ptr<SharingWindow> sharingWindow_; ///< may be hidden

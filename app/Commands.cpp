@@ -10,10 +10,10 @@
 namespace glimmerpane
 {
 
-Commands::Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
+Commands::Commands(MainViewModel &model, BackendRequest running,
                    std::function<void(const QString &)> bringForward)
     : model_(model)
-    , outputWindow_(outputWindow)
+    , running_(std::move(running))
     , bringForward_(std::move(bringForward))
 {
 }
@@ -39,9 +39,14 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
         reply(CommandResult::failure(options.error(), ExitCode::Misused));
         return;
     }
-    if (options->outputWindow.value_or(outputWindow_) != outputWindow_) {
+    if (options->listsOutput.value_or(running_.listsOutput) != running_.listsOutput) {
         reply(CommandResult::failure(tr("Glimmerpane is already running with the other kind of "
                                         "output window. Quit it first.")));
+        return;
+    }
+    if (options->backend.value_or(running_.name) != running_.name) {
+        reply(CommandResult::failure(
+            tr("Glimmerpane is already running with another back end. Quit it first.")));
         return;
     }
     if (!options->asksForSomething()) {

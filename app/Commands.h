@@ -4,6 +4,8 @@
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
 
+#include "platform/Backend.h"
+
 #include <QObject>
 
 #include <functional>
@@ -21,8 +23,9 @@ class Commands : public QObject
 public:
     using Reply = InstanceBus::Reply;
 
-    /** `bringForward` raises the main window. The model must outlive this object. */
-    Commands(MainViewModel &model, OffscreenWindowKind outputWindow,
+    /** `running` is what this program was started with; `bringForward` raises the main window. The
+     * model must outlive this object. */
+    Commands(MainViewModel &model, BackendRequest running,
              std::function<void(const QString &startupId)> bringForward);
 
     /** Carries out a command line from another launch. */
@@ -40,7 +43,7 @@ private:
     CommandResult status() const;
 
     MainViewModel &model_;
-    const OffscreenWindowKind outputWindow_;
+    const BackendRequest running_;
     const std::function<void(const QString &)> bringForward_;
 };
 

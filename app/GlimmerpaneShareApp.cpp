@@ -5,7 +5,7 @@
 #include "app/Log.h"
 #include "app/UnixSignals.h"
 #include "capture/ScreenCaptureService.h"
-#include "platform/x11/X11Desktop.h"
+#include "platform/backends/Backends.h"
 #include "storage/FrameRepository.h"
 #include "translations/Translations.h"
 #include "update/DeviceIdentity.h"
@@ -13,9 +13,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QPointer>
-#include <QThreadPool>
 #include <QTimer>
-#include <QtConcurrent>
 
 #include <chrono>
 #include <cstdio>
@@ -80,7 +78,7 @@ QStringList argumentsOf(int argc, char **argv)
 }
 
 /**
- * Qt calls exit() when the X server is gone, so this program's destructors never run. Call this
+ * Qt calls exit() when the display server is gone, so this program's destructors never run. Call this
  * after the repository has loaded: static destruction runs in reverse order, and Qt's cache of
  * settings files must still exist.
  */
@@ -96,17 +94,17 @@ void finishAtExit(FrameRepository *repository)
 }
 
 std::unique_ptr<MainViewModel> makeViewModel(
-    Desktop &desktop, AlertPresenterProtocol &alerts,
+    const Backend &backend, AlertPresenterProtocol &alerts,
     GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
     auto repository = std::make_unique<FrameRepository>(captureFrameFile());
     FrameRepository *const saves = repository.get();
     auto updateRepository = makeUpdateRepository();
-    auto captureService = std::make_unique<ScreenCaptureService>(desktop);
-    auto coordinator = std::make_unique<AppCoordinator>(desktop);
+    auto captureService = std::make_unique<ScreenCaptureService>(backend);
+    auto coordinator = std::make_unique<AppCoordinator>(backend);
     auto model = std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
                                                  std::move(coordinator), std::move(captureService),
-                                                 desktop, alerts, deviceIdentity());
+                                                 backend, alerts, deviceIdentity());
     finishAtExit(saves);
     return model;
 }
@@ -124,8 +122,14 @@ QIcon windowIcon()
 std::optional<int> runEventLoop(const LaunchOptions &options,
                                 GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    auto glimmerpane = std::make_unique<GlimmerpaneShareApp>(
-        makeUpdateRepository, options.outputWindow.value_or(OffscreenWindowKind::Unlisted));
+    const BackendRequest request{.name = options.backend.value_or(QString()),
+                                 .listsOutput = options.listsOutput.value_or(false)};
+    auto backend = makeBackend(request);
+    if (!backend) {
+        return print(CommandResult::failure(backend.error().text));
+    }
+    auto glimmerpane
+        = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository, std::move(*backend), request);
     if (!glimmerpane->becomeTheInstance()) {
         return std::nullopt;
     }
@@ -162,8 +166,8 @@ std::expected<LaunchOptions, CommandResult> settle(const CommandLine &commandLin
         return std::unexpected(
             CommandResult::failure(LaunchOptions::tr("Glimmerpane is not running.")));
     }
-    if (const auto display = x11::checkDisplay(); !display) {
-        return std::unexpected(CommandResult::failure(display.error().text));
+    if (const auto ready = prepareDesktop(); !ready) {
+        return std::unexpected(CommandResult::failure(ready.error().text));
     }
     return options;
 }
@@ -172,9 +176,6 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
                    const CommandLine &commandLine,
                    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
-        qputenv("QT_QPA_PLATFORM", "xcb");
-    }
     QCoreApplication::setApplicationName(QStringLiteral("glimmerpane"));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(version));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Glimmerpane"));
@@ -195,23 +196,17 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
 } // namespace
 
 GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
-                                         OffscreenWindowKind outputWindow)
-    : desktop_(std::make_unique<x11::X11Desktop>(outputWindow))
-    , viewModel_(makeViewModel(*desktop_, alerts_, makeUpdateRepository))
-    , window_(*viewModel_, *desktop_)
-    , commands_(*viewModel_, outputWindow,
+                                         Backend backend, BackendRequest request)
+    : shell_(backend.shell)
+    , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository))
+    , window_(*viewModel_, shell_)
+    , commands_(*viewModel_, std::move(request),
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);
     })
 {
     alerts_.setParentWindow(&window_);
-}
-
-GlimmerpaneShareApp::~GlimmerpaneShareApp()
-{
-    // Background tasks still use the desktop.
-    QThreadPool::globalInstance()->waitForDone();
 }
 
 void GlimmerpaneShareApp::launch(const LaunchOptions &options)
@@ -235,7 +230,7 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
     window_.show();
     window_.raise();
     window_.activateWindow(); // for when no window manager is running
-    desktop_->activateWindow(static_cast<std::uint32_t>(window_.winId()), startupId);
+    shell_->activateWindow(*window_.windowHandle(), startupId);
     if (QWidget *const alert = QApplication::activeModalWidget()) {
         alert->raise(); // otherwise the main window would cover it
         alert->activateWindow();

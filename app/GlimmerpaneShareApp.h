@@ -5,7 +5,7 @@
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
 #include "model/MainViewModel.h"
-#include "platform/Desktop.h"
+#include "platform/Backend.h"
 #include "ui/Appearance.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBoxAlerts.h"
@@ -22,9 +22,8 @@ public:
     using UpdateRepositoryMaker = std::unique_ptr<UpdateRepositoryProtocol> (*)();
 
     /** Without an update client there is no update check. */
-    GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
-                        OffscreenWindowKind outputWindow);
-    ~GlimmerpaneShareApp();
+    GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository, Backend backend,
+                        BackendRequest request);
     Q_DISABLE_COPY_MOVE(GlimmerpaneShareApp)
 
     /** Shows the main window and carries out the command line. */
@@ -41,7 +40,7 @@ private:
     void scheduleUpdateCheck();
 
     Appearance appearance_;
-    const std::unique_ptr<Desktop> desktop_;
+    const std::shared_ptr<Shell> shell_;
     MessageBoxAlerts alerts_;
     const std::unique_ptr<MainViewModel> viewModel_;
     MainWindow window_;

@@ -2,7 +2,7 @@
 #include "app/InstanceBus.h"
 
 #include "platform/SessionBus.h"
-#include "platform/x11/DisplayName.h"
+#include "platform/backends/Backends.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -69,8 +69,8 @@ std::optional<CommandResult> objection(const QDBusMessage &answer)
     // Older versions lack the method.
     const bool isReply = answer.type() == QDBusMessage::ReplyMessage;
     const QString theirs = isReply ? answer.arguments().value(0).toString() : QString();
-    const QString ours = qEnvironmentVariable("DISPLAY");
-    if (theirs.isEmpty() || ours.isEmpty() || x11::isSameDisplay(theirs, ours)) {
+    const QString ours = displayName();
+    if (theirs.isEmpty() || ours.isEmpty() || isSameDisplay(theirs, ours)) {
         return std::nullopt;
     }
     return CommandResult::failure(
@@ -132,6 +132,11 @@ bool InstanceBus::claimName()
     bus.registerObject(path(), this, QDBusConnection::ExportAllSlots);
     const auto answer = bus.interface()->registerService(name());
     return !answer.isValid() || answer.value() == QDBusConnectionInterface::ServiceRegistered;
+}
+
+QString InstanceBus::Display() const
+{
+    return displayName();
 }
 
 int InstanceBus::Command(const QStringList &arguments, const QString &startupId,

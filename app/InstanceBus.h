@@ -50,9 +50,9 @@ public Q_SLOTS:
     int Command(const QStringList &arguments, const QString &startupId, QString &output,
                 QString &error);
 
-    /** D-Bus method. Returns the value of DISPLAY in this program. */
+    /** D-Bus method. Names the display of this program's windows. */
     // NOLINTNEXTLINE(readability-identifier-naming)
-    QString Display() const { return qEnvironmentVariable("DISPLAY"); }
+    QString Display() const;
 
 private:
     const Handler handler_;

@@ -55,10 +55,11 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
     const QCommandLineOption status(QStringLiteral("status"));
     const QCommandLineOption outputWindow(QStringLiteral("output-window"), {},
                                           QStringLiteral("kind"));
+    const QCommandLineOption backend(QStringLiteral("backend"), {}, QStringLiteral("name"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({area, share, stop, select, status, outputWindow, help, version});
+    parser.addOptions({area, share, stop, select, status, outputWindow, backend, help, version});
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -75,7 +76,9 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                           .stop = parser.isSet(stop),
                           .select = parser.isSet(select),
                           .status = parser.isSet(status),
-                          .outputWindow = std::nullopt,
+                          .backend = parser.isSet(backend) ? std::optional(parser.value(backend))
+                                                           : std::nullopt,
+                          .listsOutput = std::nullopt,
                           .help = parser.isSet(help),
                           .version = parser.isSet(version)};
     if (parser.isSet(area)) {
@@ -89,9 +92,9 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
     if (parser.isSet(outputWindow)) {
         const QString kind = parser.value(outputWindow);
         if (kind == u"managed") {
-            options.outputWindow = OffscreenWindowKind::Managed;
+            options.listsOutput = true;
         } else if (kind == u"unlisted") {
-            options.outputWindow = OffscreenWindowKind::Unlisted;
+            options.listsOutput = false;
         } else {
             return oneLine(
                 LaunchOptions::tr("'%1' is not a kind of output window. Use managed or unlisted.")

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/OffscreenWindow.h"
-
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
@@ -22,7 +20,8 @@ struct LaunchOptions {
     bool stop = false;
     bool select = false;
     bool status = false;
-    std::optional<OffscreenWindowKind> outputWindow;
+    std::optional<QString> backend;
+    std::optional<bool> listsOutput; ///< whether the window manager is to list the output window
     bool help = false;
     bool version = false;
 

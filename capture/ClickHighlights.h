@@ -25,13 +25,13 @@ public:
     /** The layer must outlive this object. */
     explicit ClickHighlights(DisplayLayer &layer);
 
-    /** Shows the image centred on a position (root pixels) and fades it out. */
+    /** Shows the image centred on a position (desktop pixels) and fades it out. */
     void add(const QImage &image, QPoint centre);
 
 private:
     struct Ring {
         QImage image;
-        QPoint topLeft; ///< root pixels
+        QPoint topLeft; ///< desktop pixels
         Clock::time_point start;
     };
 

@@ -6,14 +6,10 @@
 #include "platform/Palette.h"
 
 #include <QCoreApplication>
-#include <QCoroFuture>
 #include <QGuiApplication>
 #include <QPointer>
-#include <QThreadPool>
-#include <QtConcurrent>
 
 #include <cmath>
-#include <tuple>
 #include <utility>
 
 namespace glimmerpane
@@ -24,11 +20,6 @@ namespace
 
 using StartResult = CaptureServiceProtocol::StartResult;
 
-StartResult failure(const Error &error)
-{
-    return std::unexpected(CaptureFailure{.description = error.text});
-}
-
 /** Makes a negative size positive. */
 Rect rectOf(const CaptureFrame &frame)
 {
@@ -36,12 +27,6 @@ Rect rectOf(const CaptureFrame &frame)
             .y = frame.y,
             .width = std::abs(frame.width),
             .height = std::abs(frame.height)};
-}
-
-/** Stopping waits for the stream's thread, so it is done on the thread pool. */
-void stopInBackground(std::shared_ptr<CaptureStream> stream)
-{
-    std::ignore = QtConcurrent::run([stream = std::move(stream)] { stream->stopCapture(); });
 }
 
 } // namespace
@@ -64,16 +49,14 @@ StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displa
             .capturesAudio = false};
 }
 
-ScreenCaptureService::ScreenCaptureService(Desktop &desktop)
-    : desktop_(desktop)
+ScreenCaptureService::ScreenCaptureService(Backend backend)
+    : backend_(std::move(backend))
 {
 }
 
 ScreenCaptureService::~ScreenCaptureService()
 {
-    // Pending starts and stops still use the desktop, and an abandoned start leaves its stream
-    // running.
-    QThreadPool::globalInstance()->waitForDone();
+    // A start that nobody awaits any more would leave its stream running.
     for (const auto &stream : starting_) {
         stream->stopCapture();
     }
@@ -94,31 +77,29 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     captureFrame_ = frame;
     frames_ = {};
     if (auto ready = setupPreviewLayer(*window); !ready) {
-        co_return failure(ready.error());
+        co_return std::unexpected(ready.error());
     }
 
-    const auto display = desktop_.mainDisplay();
+    const auto display = backend_.displays->mainDisplay();
     if (!display) {
-        co_return std::unexpected(CaptureFailure{describe(CaptureError::noDisplayFound)});
+        co_return std::unexpected(Error{.text = describe(CaptureError::noDisplayFound), .log = {}});
     }
     source_ = display->areaPixels(rectOf(frame));
     scale_ = display->scale;
     ring_ = {};
     const std::shared_ptr stream = makeStream(*display);
     starting_.push_back(stream);
-    auto start = QtConcurrent::run(
-        [stream, handlers = handlers(stream)] { return stream->startCapture(handlers); });
-    const auto started = co_await start;
+    const auto started = co_await stream->startCapture(handlers(stream));
     if (!self) {
         co_return StartResult();
     }
     std::erase(starting_, stream);
     if (run != run_) {
-        stopInBackground(stream);
+        stream->stopCapture();
         co_return StartResult();
     }
     if (!started) {
-        co_return failure(started.error());
+        co_return std::unexpected(started.error());
     }
     qCInfo(captureLog) << "capturing" << frame.width << "x" << frame.height << "points at"
                        << frame.x << frame.y;
@@ -133,7 +114,7 @@ std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow
     if (!content) {
         return std::unexpected(content.error());
     }
-    auto layer = desktop_.makeDisplayLayer(**content);
+    auto layer = (*content)->makeDisplayLayer();
     if (!layer) {
         return std::unexpected(layer.error());
     }
@@ -150,8 +131,8 @@ std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow
 
 std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const MainDisplay &display) const
 {
-    return desktop_.makeCaptureStream({.display = display},
-                                      streamConfiguration(captureFrame_, display.frame().height));
+    return backend_.screen->makeCaptureStream(
+        {.display = display}, streamConfiguration(captureFrame_, display.frame().height));
 }
 
 CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)
@@ -166,11 +147,11 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
     const Run run = run_;
     const std::weak_ptr weakStream(stream);
     return {.didOutputSampleBuffer =
-                [=](SampleBuffer sample, SampleType type) {
+                [=](SampleBuffer sample) {
                     onMainThread([=, sample = std::move(sample)] {
                         const auto sender = weakStream.lock();
                         if (self && self->run_ == run && sender) {
-                            self->show(sample, type, *sender);
+                            self->show(sample, *sender);
                         }
                     });
                 },
@@ -185,9 +166,9 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
                 }};
 }
 
-void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, CaptureStream &stream)
+void ScreenCaptureService::show(const SampleBuffer &sample, CaptureStream &stream)
 {
-    if (type != SampleType::Screen || !previewLayer_) {
+    if (!previewLayer_) {
         return;
     }
     source_ = sample.source;
@@ -197,24 +178,27 @@ void ScreenCaptureService::show(const SampleBuffer &sample, SampleType type, Cap
     } else {
         frames_.drop();
         qCDebug(captureLog,
-                "the server is still busy with the previous frame, so this one is dropped");
+                "the display server is still busy with the previous frame, so this one is dropped");
         stream.returnSampleBuffer(sample);
     }
 }
 
 void ScreenCaptureService::installClickMonitor()
 {
-    clickMonitor_ = desktop_.monitorPresses([self = QPointer(this)](QPoint rootPixel) {
+    if (!backend_.presses) {
+        return;
+    }
+    clickMonitor_ = backend_.presses->monitor([self = QPointer(this)](QPoint desktopPixel) {
         if (self) {
-            self->handleGlobalClick(rootPixel);
+            self->handleGlobalClick(desktopPixel);
         }
     });
 }
 
-void ScreenCaptureService::handleGlobalClick(QPoint rootPixel)
+void ScreenCaptureService::handleGlobalClick(QPoint desktopPixel)
 {
-    if (source_.contains(rootPixel) && highlights_ && !window_.expired()) {
-        highlights_->add(ring(), rootPixel);
+    if (source_.contains(desktopPixel) && highlights_ && !window_.expired()) {
+        highlights_->add(ring(), desktopPixel);
     }
 }
 
@@ -247,7 +231,7 @@ void ScreenCaptureService::stopCapture()
     frames_ = {};
     if (stream_) {
         qCInfo(captureLog, "stopping the capture");
-        stopInBackground(std::exchange(stream_, nullptr));
+        std::exchange(stream_, nullptr)->stopCapture();
     }
 }
 

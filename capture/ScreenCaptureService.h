@@ -3,7 +3,7 @@
 
 #include "capture/ClickHighlights.h"
 #include "capture/FrameCounter.h"
-#include "platform/Desktop.h"
+#include "platform/Backend.h"
 #include "services/ServiceInterfaces.h"
 
 #include <QObject>
@@ -27,15 +27,14 @@ StreamConfiguration streamConfiguration(const CaptureFrame &frame, double displa
 
 /**
  * Shows one rectangle of the primary display live inside a window. All fields belong to the main
- * thread; only blocking calls to the desktop run elsewhere and are awaited.
+ * thread.
  */
 class ScreenCaptureService : public QObject, public CaptureServiceProtocol
 {
     Q_OBJECT
 
 public:
-    /** `desktop` must outlive the service. */
-    explicit ScreenCaptureService(Desktop &desktop);
+    explicit ScreenCaptureService(Backend backend);
     ~ScreenCaptureService() override;
     Q_DISABLE_COPY_MOVE(ScreenCaptureService)
 
@@ -52,12 +51,12 @@ private:
     std::expected<void, Error> setupPreviewLayer(SharingWindow &window);
     std::unique_ptr<CaptureStream> makeStream(const MainDisplay &display) const;
     CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
-    void show(const SampleBuffer &sample, SampleType type, CaptureStream &stream);
+    void show(const SampleBuffer &sample, CaptureStream &stream);
     void installClickMonitor();
-    void handleGlobalClick(QPoint rootPixel);
+    void handleGlobalClick(QPoint desktopPixel);
     const QImage &ring();
 
-    Desktop &desktop_;
+    const Backend backend_;
     EndHandler onCaptureEnded_;
     std::shared_ptr<CaptureStream> stream_; ///< set once it has started
     std::unique_ptr<DisplayLayer> previewLayer_;
@@ -66,7 +65,7 @@ private:
     std::weak_ptr<SharingWindow> window_;
     CaptureFrame captureFrame_;
     FrameCounter frames_; ///< of this run
-    QRect source_; ///< the area's current position, root pixels
+    QRect source_; ///< the area's current position, desktop pixels
     double scale_ = 1; ///< pixels per point
     QImage ring_; ///< of clicks
     QColor ringColor_;

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/OffscreenWindow.h"
+#include "platform/OutputWindow.h"
 #include "services/Error.h"
 
-#include <QPoint>
 #include <QSize>
 
 #include <expected>
@@ -14,8 +13,6 @@
 namespace glimmerpane
 {
 
-class Desktop;
-
 /**
  * The window "Glimmerpane - Output" that people share in a call. The capture service draws its
  * content. Closing it only notifies its owner. Main thread.
@@ -24,10 +21,10 @@ class SharingWindow
 {
 public:
     /**
-     * Creates a hidden, black window with content of `size` pixels. If the X server refuses, the
+     * Creates a hidden, black window with content of `size` pixels. If the desktop refuses, the
      * window never becomes visible and content() returns the error.
      */
-    SharingWindow(Desktop &desktop, QSize size);
+    SharingWindow(OutputWindows &windows, QSize size);
 
     /** Called instead of closing the window. */
     std::function<void()> onCloseRequest;
@@ -39,17 +36,11 @@ public:
     void orderOut();
     bool isVisible() const;
 
-    /** Root pixels. */
-    void setFrameOrigin(QPoint origin);
-
     /** The window to draw into; lives as long as this object. */
-    std::expected<OffscreenWindow *, Error> content() const;
+    std::expected<OutputWindow *, Error> content() const;
 
 private:
-    std::expected<std::unique_ptr<OffscreenWindow>, Error> content_;
+    std::expected<std::unique_ptr<OutputWindow>, Error> content_;
 };
-
-/** An off-screen position for a window with content of `size` pixels; root pixels. */
-QPoint unseenOrigin(QSize size);
 
 } // namespace glimmerpane

@@ -10,7 +10,7 @@ find_package(nlohmann_json 3.11 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
-                  xcb-randr xcb-xinput xcb-cursor)
+                  xcb-randr xcb-shm xcb-xinput xcb-cursor)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     qcoro_enable_coroutines() # adds an option that clang no longer knows or needs
 endif()

@@ -3,12 +3,9 @@
 
 #include "model/Log.h"
 #include "model/NumberText.h"
-#include "platform/Desktop.h"
 
-#include <QCoroFuture>
 #include <QPointer>
 #include <QScopeGuard>
-#include <QtConcurrent>
 
 #include <algorithm>
 #include <chrono>
@@ -29,23 +26,28 @@ constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 10
 constexpr auto windowCheckInterval = 500ms;
 constexpr qsizetype longestVersionShown = 60; ///< characters; the text comes from the service
 
-bool isOnDisplay(const CaptureFrame &frame, const Desktop &desktop)
+Rect rectOf(const CaptureFrame &frame)
+{
+    return {.x = frame.x,
+            .y = frame.y,
+            .width = std::abs(frame.width),
+            .height = std::abs(frame.height)};
+}
+
+bool isOnDisplay(const CaptureFrame &frame, const Displays &desktop)
 {
     const auto displays = desktop.displays();
     if (displays.empty()) {
         return true; // the capture reports that itself
     }
     const MainDisplay main{.pixels = displays.front().pixels, .scale = desktop.scaleFactor()};
-    const QRect area = main.areaPixels({.x = frame.x,
-                                        .y = frame.y,
-                                        .width = std::abs(frame.width),
-                                        .height = std::abs(frame.height)});
+    const QRect area = main.areaPixels(rectOf(frame));
     return std::ranges::any_of(
         displays, [area](const Display &display) { return display.pixels.intersects(area); });
 }
 
 /** Why the area cannot be shared; null if it can. */
-std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
+std::optional<QString> flawOf(const CaptureFrame &frame, const Displays &desktop)
 {
     if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
         return MainViewModel::tr("The area's width and height must be finite numbers.");
@@ -58,9 +60,9 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Desktop &desktop)
     if (size.isEmpty()) {
         return MainViewModel::tr("The area is empty. Its width and height must be at least 1.");
     }
-    if (std::max(size.width(), size.height()) > largestWindowSide) {
+    if (std::max(size.width(), size.height()) > desktop.largestWindowSide()) {
         return MainViewModel::tr("The area is too large. Each side can be at most %n pixels.",
-                                 nullptr, largestWindowSide);
+                                 nullptr, desktop.largestWindowSide());
     }
     if (!isOnDisplay(frame, desktop)) {
         return MainViewModel::tr("The area is not on any display. Move it onto one.");
@@ -81,12 +83,12 @@ MainViewModel::MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepos
                              std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
                              std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
                              std::unique_ptr<CaptureServiceProtocol> captureService,
-                             Desktop &desktop, AlertPresenterProtocol &alerts, Identity identity)
+                             Backend backend, AlertPresenterProtocol &alerts, Identity identity)
     : frameRepository_(std::move(frameRepository))
     , updateRepository_(std::move(updateRepository))
     , windowCoordinator_(std::move(windowCoordinator))
     , captureService_(std::move(captureService))
-    , desktop_(desktop)
+    , backend_(std::move(backend))
     , alerts_(alerts)
     , identity_(std::move(identity))
 {
@@ -99,7 +101,7 @@ CaptureFrame MainViewModel::initialFrame() const
     if (const auto stored = frameRepository_->load()) {
         return *stored;
     }
-    if (const auto display = desktop_.mainDisplay()) {
+    if (const auto display = backend_.displays->mainDisplay()) {
         const Rect screen = display->frame();
         return {.x = screen.x, .y = screen.y, .width = screen.width, .height = screen.height};
     }
@@ -193,8 +195,7 @@ QCoro::Task<> MainViewModel::startSharing()
     isCheckingPermission_ = true;
     const QPointer self(this);
     // The content itself is not used: the request fails if the screen may not be read.
-    auto request = QtConcurrent::run([&desktop = desktop_] { return desktop.shareableContent(); });
-    const auto content = co_await request;
+    const auto content = co_await backend_.screen->shareableContent(rectOf(currentFrame_));
     if (!self) {
         co_return;
     }
@@ -211,8 +212,8 @@ QCoro::Task<> MainViewModel::startSharing()
 
 void MainViewModel::openSharingWindow()
 {
-    if (const auto flaw = flawOf(currentFrame_, desktop_)) {
-        captureStartFailed({.description = *flaw});
+    if (const auto flaw = flawOf(currentFrame_, *backend_.displays)) {
+        captureStartFailed(*flaw);
         return;
     }
     publish(isSharingWindowOpen_, true);
@@ -229,16 +230,16 @@ QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
     if (result) {
         Q_EMIT startEnded({});
     } else {
-        captureStartFailed(result.error());
+        captureStartFailed(result.error().text);
         windowCoordinator_->closeSharingWindow();
     }
 }
 
-void MainViewModel::captureStartFailed(const CaptureFailure &failure)
+void MainViewModel::captureStartFailed(const QString &reason)
 {
-    Q_EMIT startEnded(failure.description);
+    Q_EMIT startEnded(reason);
     runModal({.messageText = tr("Screen Capture"),
-              .informativeText = tr("Failed to start capture: %1").arg(failure.description),
+              .informativeText = tr("Failed to start capture: %1").arg(reason),
               .style = Alert::Style::Warning,
               .buttons = {tr("OK")}});
     publish(isSharingWindowOpen_, false);
@@ -253,7 +254,7 @@ void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
              + QStringLiteral("\n\n") + reason.text,
          .style = Alert::Style::Warning,
          .buttons = {tr("Open System Settings"), tr("Cancel")}});
-    if (answer == firstAlertButton && !desktop_.openPrivacySettings()) {
+    if (answer == firstAlertButton && !backend_.shell->openPrivacySettings()) {
         runModal({.messageText = tr("Screen Recording"),
                   .informativeText
                   = tr("Glimmerpane does not know the settings program of this desktop.")
@@ -310,7 +311,7 @@ QCoro::Task<> MainViewModel::checkForUpdates()
     }
     isCheckingForUpdates_ = false;
     if (!answer) {
-        printLine(QStringLiteral("Update check failed: ") + answer.error().text);
+        printLine(QStringLiteral("Update check failed: ") + answer.error().log);
     } else if (answer->canUpdate) {
         showUpdateAlert(*answer, identity_.appVersion);
     }
@@ -326,7 +327,7 @@ void MainViewModel::showUpdateAlert(const UpdateInfo &info, const QString &curre
          .buttons = {tr("Download New Version"), tr("Cancel")}});
     const QUrl url(info.downloadUrl, QUrl::StrictMode);
     if (answer == firstAlertButton && url.isValid() && !url.isRelative()) {
-        desktop_.openUrl(url);
+        backend_.shell->openUrl(url);
     }
 }
 
@@ -339,7 +340,9 @@ void MainViewModel::stopSharing()
 
 void MainViewModel::endSharing()
 {
-    isCheckingPermission_ = false;
+    if (std::exchange(isCheckingPermission_, false)) {
+        backend_.screen->withdrawRequest();
+    }
     if (isSharingWindowOpen_) {
         windowCoordinator_->closeSharingWindow();
         captureService_->stopCapture();
@@ -373,7 +376,7 @@ void MainViewModel::tellThatSharingEnded(const QString &reason)
 {
     const QString title = tr("Sharing Has Ended");
     const QString text = tr("Others in your call no longer see the area. %1").arg(reason);
-    desktop_.notify(title, text);
+    backend_.shell->notify(title, text);
     runModal({.messageText = title,
               .informativeText = text,
               .style = Alert::Style::Warning,

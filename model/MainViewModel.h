@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/Backend.h"
 #include "services/Alert.h"
 #include "services/FrameRepositoryProtocol.h"
 #include "services/Identity.h"
@@ -15,9 +16,6 @@
 namespace glimmerpane
 {
 
-class Desktop;
-struct Error;
-
 /**
  * The program's observable state: the capture area, and whether the selector and a sharing session
  * are open. Owns the services and uses them only through their interfaces. Main thread.
@@ -28,13 +26,13 @@ class MainViewModel : public QObject
 
 public:
     /**
-     * Loads the saved area. Without an update client there is no update check. `desktop` and
-     * `alerts` must outlive the view model.
+     * Loads the saved area. Without an update client there is no update check. `alerts` must
+     * outlive the view model.
      */
     MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepository,
                   std::unique_ptr<UpdateRepositoryProtocol> updateRepository,
                   std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator,
-                  std::unique_ptr<CaptureServiceProtocol> captureService, Desktop &desktop,
+                  std::unique_ptr<CaptureServiceProtocol> captureService, Backend backend,
                   AlertPresenterProtocol &alerts, Identity identity);
 
     const Identity &identity() const { return identity_; }
@@ -106,7 +104,7 @@ private:
     void installSessionWatch();
     void openSharingWindow();
     QCoro::Task<> runCapture(std::shared_ptr<SharingWindow> window);
-    void captureStartFailed(const CaptureFailure &failure);
+    void captureStartFailed(const QString &reason);
     void checkSharingWindow();
     void handleCaptureEnded(const QString &reason);
     void tellThatSharingEnded(const QString &reason);
@@ -122,7 +120,7 @@ private:
     const std::unique_ptr<UpdateRepositoryProtocol> updateRepository_;
     const std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator_;
     const std::unique_ptr<CaptureServiceProtocol> captureService_;
-    Desktop &desktop_;
+    const Backend backend_;
     AlertPresenterProtocol &alerts_;
     const Identity identity_;
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/CaptureStream.h"
+#include "platform/Frame.h"
 
 #include <QImage>
 #include <QPoint>
@@ -14,7 +14,7 @@ namespace glimmerpane
 /** A picture shown over the frames for a while. */
 struct Highlight {
     QImage image; ///< premultiplied ARGB; an image shown before is cached
-    QPoint topLeft; ///< of the image, root pixels
+    QPoint topLeft; ///< of the image, desktop pixels
     double opacity = 1;
 };
 
@@ -27,16 +27,16 @@ class DisplayLayer
 public:
     virtual ~DisplayLayer() = default;
 
-    /** False until the X server has finished the previous frame. Never blocks. */
+    /** False until the display server has finished the previous frame. Never blocks. */
     virtual bool isReadyForMoreMediaData() = 0;
 
-    /** Sends the frame to the X server and returns immediately. */
+    /** Sends the frame to the display server and returns immediately. */
     virtual void enqueueSampleBuffer(const SampleBuffer &sample) = 0;
 
     /**
      * Replaces the highlights, the last one on top, and restores the picture under the old ones in
-     * the same step. False if they are not shown yet, because the X server is busy or the next
-     * frame will show them: then call again. Never blocks.
+     * the same step. False if they are not shown yet, because the display server is busy or the
+     * next frame will show them: then call again. Never blocks.
      */
     virtual bool setHighlights(const std::vector<Highlight> &highlights) = 0;
 };

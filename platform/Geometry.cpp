@@ -19,8 +19,8 @@ int rounded(double value, int lowest, int highest)
     return static_cast<int>(std::clamp(std::round(value), double(lowest), double(highest)));
 }
 
-// Coordinates are INT16 in the X protocol.
-int rootCoordinate(double value)
+// X keeps coordinates in 16 bits (INT16), and no desktop is larger.
+int desktopCoordinate(double value)
 {
     return rounded(value, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
 }
@@ -35,19 +35,19 @@ Rect flipped(const Rect &rect, double height)
             .height = rect.height};
 }
 
-QRect toRootPixels(const Rect &points, QPoint displayOrigin, double scale)
+QRect toDesktopPixels(const Rect &points, QPoint displayOrigin, double scale)
 {
-    const QPoint origin(rootCoordinate(displayOrigin.x() + points.x * scale),
-                        rootCoordinate(displayOrigin.y() + points.y * scale));
+    const QPoint origin(desktopCoordinate(displayOrigin.x() + points.x * scale),
+                        desktopCoordinate(displayOrigin.y() + points.y * scale));
     return {origin, toPixels(points.width, points.height, scale)};
 }
 
-Rect toDisplayPoints(QRect rootPixels, QPoint displayOrigin, double scale)
+Rect toDisplayPoints(QRect desktopPixels, QPoint displayOrigin, double scale)
 {
-    return {.x = (rootPixels.x() - displayOrigin.x()) / scale,
-            .y = (rootPixels.y() - displayOrigin.y()) / scale,
-            .width = rootPixels.width() / scale,
-            .height = rootPixels.height() / scale};
+    return {.x = (desktopPixels.x() - displayOrigin.x()) / scale,
+            .y = (desktopPixels.y() - displayOrigin.y()) / scale,
+            .width = desktopPixels.width() / scale,
+            .height = desktopPixels.height() / scale};
 }
 
 QSize toPixels(double width, double height, double scale)
@@ -66,18 +66,18 @@ Rect MainDisplay::frame() const
 
 QRect MainDisplay::areaPixels(const Rect &area) const
 {
-    return toRootPixels(flipped(area, frame().height), pixels.topLeft(), scale);
+    return toDesktopPixels(flipped(area, frame().height), pixels.topLeft(), scale);
 }
 
-Rect MainDisplay::areaOf(QRect rootPixels) const
+Rect MainDisplay::areaOf(QRect desktopPixels) const
 {
-    return flipped(toDisplayPoints(rootPixels, pixels.topLeft(), scale), frame().height);
+    return flipped(toDisplayPoints(desktopPixels, pixels.topLeft(), scale), frame().height);
 }
 
-QPointF MainDisplay::pointOf(QPoint rootPixel) const
+Point MainDisplay::pointOf(QPoint desktopPixel) const
 {
-    const Rect corner = areaOf({rootPixel, QSize(0, 0)});
-    return {corner.x, corner.y};
+    const Rect corner = areaOf({desktopPixel, QSize(0, 0)});
+    return corner.origin();
 }
 
 QRect aspectFit(QSize picture, QRect bounds)

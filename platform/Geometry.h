@@ -1,14 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QPointF>
+#include <QPoint>
 #include <QRect>
 #include <QSize>
 
 namespace glimmerpane
 {
 
-constexpr int largestWindowSide = 32767; ///< pixels; sizes and positions are 16 bits wide in X
+// Points are Point and Rect, fractions of the desktop's own unit; pixels are QPoint, QSize and
+// QRect. Only the functions and MainDisplay below convert between them.
+
+/** A position in points. The direction of y depends on the use. */
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    friend Point operator-(Point a, Point b) { return {.x = a.x - b.x, .y = a.y - b.y}; }
+    friend bool operator==(Point, Point) = default;
+};
 
 /** A half-open rectangle in points. The direction of y depends on the use. */
 struct Rect {
@@ -17,6 +27,7 @@ struct Rect {
     double width = 0;
     double height = 0;
 
+    Point origin() const { return {.x = x, .y = y}; }
     double minX() const { return x; }
     double maxX() const { return x + width; }
     double midX() const { return x + width / 2; }
@@ -35,36 +46,36 @@ struct Rect {
 Rect flipped(const Rect &rect, double height);
 
 /**
- * Converts points of a display (origin at its top-left corner, y down) to root pixels.
- * `displayOrigin` is the display's top-left corner in root pixels, `scale` is pixels per point.
+ * Converts points of a display (origin at its top-left corner, y down) to desktop pixels.
+ * `displayOrigin` is the display's top-left corner in desktop pixels, `scale` is pixels per point.
  * Origin and size are rounded separately, so that a size in points is the same number of pixels at
  * every position. Coordinates that X cannot represent (16 bits) are clamped.
  */
-QRect toRootPixels(const Rect &points, QPoint displayOrigin, double scale);
+QRect toDesktopPixels(const Rect &points, QPoint displayOrigin, double scale);
 
-/** The inverse: root pixels to points of the display. */
-Rect toDisplayPoints(QRect rootPixels, QPoint displayOrigin, double scale);
+/** The inverse: desktop pixels to points of the display. */
+Rect toDisplayPoints(QRect desktopPixels, QPoint displayOrigin, double scale);
 
 /**
- * Converts a size in points to pixels, rounded as in toRootPixels(). A size that is not finite
+ * Converts a size in points to pixels, rounded as in toDesktopPixels(). A size that is not finite
  * becomes zero; one out of range is clamped.
  */
 QSize toPixels(double width, double height, double scale);
 
 /** The primary display. Its bottom-left corner is the origin of desktop coordinates. */
 struct MainDisplay {
-    QRect pixels; ///< root pixels
+    QRect pixels; ///< desktop pixels
     double scale = 1; ///< pixels per point
 
     /** In desktop coordinates, whose origin it defines. */
     Rect frame() const;
 
-    /** Converts an area in desktop coordinates, rounded as in toRootPixels(). */
+    /** Converts an area in desktop coordinates, rounded as in toDesktopPixels(). */
     QRect areaPixels(const Rect &area) const;
     /** The inverse of areaPixels(). */
-    Rect areaOf(QRect rootPixels) const;
-    /** The top-left corner of a root pixel, in desktop coordinates. */
-    QPointF pointOf(QPoint rootPixel) const;
+    Rect areaOf(QRect desktopPixels) const;
+    /** The top-left corner of a desktop pixel, in desktop coordinates. */
+    Point pointOf(QPoint desktopPixel) const;
 
     friend bool operator==(const MainDisplay &, const MainDisplay &) = default;
 };

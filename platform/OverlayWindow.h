@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "services/Error.h"
+
 #include <QColor>
 #include <QImage>
 #include <QPoint>
 #include <QRect>
+#include <QString>
 #include <Qt>
 
+#include <expected>
 #include <functional>
+#include <memory>
 #include <vector>
 
 namespace glimmerpane
@@ -40,7 +45,7 @@ struct PointerEvent {
         Leave,
     };
     Kind kind = Kind::Move;
-    QPoint position; ///< root pixels; while the button is down it may lie outside
+    QPoint position; ///< desktop pixels; while the button is down it may lie outside
 };
 
 /**
@@ -53,7 +58,8 @@ class OverlayWindow
 public:
     virtual ~OverlayWindow() = default;
 
-    /** Shows the overlay at exactly this position (root pixels) with this picture, in one step. */
+    /** Shows the overlay at exactly this position (desktop pixels) with this picture, in one step.
+     */
     virtual void present(QRect frame, const OverlayPicture &picture) = 0;
 
     /**
@@ -69,6 +75,22 @@ public:
 
     /** Called once if the overlay is gone: destroyed from outside, or no longer on any display. */
     std::function<void()> onLost;
+};
+
+/** Makes overlays. Main thread. */
+class Overlays
+{
+public:
+    virtual ~Overlays() = default;
+
+    /**
+     * A hidden overlay. Its glass shows the screen's current content on the main display and at
+     * `area` (desktop pixels).
+     */
+    virtual std::expected<std::unique_ptr<OverlayWindow>, Error> make(const QString &title,
+                                                                      QRect area,
+                                                                      const FrostedGlass &glass)
+        = 0;
 };
 
 } // namespace glimmerpane

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QPoint>
+
+#include <functional>
+#include <memory>
+
 namespace glimmerpane
 {
 
@@ -12,6 +17,19 @@ class PressMonitor
 {
 public:
     virtual ~PressMonitor() = default;
+};
+
+/** Makes press monitors. Main thread. */
+class Presses
+{
+public:
+    virtual ~Presses() = default;
+
+    /**
+     * Calls `pressed` with the pointer's position (desktop pixels) while the monitor exists. Null
+     * if that is not possible.
+     */
+    virtual std::unique_ptr<PressMonitor> monitor(std::function<void(QPoint)> pressed) = 0;
 };
 
 } // namespace glimmerpane

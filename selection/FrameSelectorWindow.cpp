@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "selection/FrameSelectorWindow.h"
 
-#include "platform/Desktop.h"
 #include "platform/Palette.h"
 #include "selection/Log.h"
 
@@ -58,38 +57,39 @@ Rect movedOnto(const Rect &screen, Rect frame)
 /**
  * Areas are stored in whole points, so dragging snaps to them, even if a point has several pixels.
  */
-QPointF wholePoint(QPointF point)
+Point wholePoint(Point point)
 {
-    return {std::round(point.x()), std::round(point.y())};
+    return {.x = std::round(point.x), .y = std::round(point.y)};
 }
 
 } // namespace
 
-FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop, const Rect &frame)
-    : FrameSelectorWindowController(desktop, std::optional(frame))
+FrameSelectorWindowController::FrameSelectorWindowController(const Backend &backend,
+                                                             const Rect &frame)
+    : FrameSelectorWindowController(backend, std::optional(frame))
 {
 }
 
-FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop)
-    : FrameSelectorWindowController(desktop, std::nullopt)
+FrameSelectorWindowController::FrameSelectorWindowController(const Backend &backend)
+    : FrameSelectorWindowController(backend, std::nullopt)
 {
 }
 
-FrameSelectorWindowController::FrameSelectorWindowController(Desktop &desktop,
+FrameSelectorWindowController::FrameSelectorWindowController(const Backend &backend,
                                                              std::optional<Rect> frame)
-    : desktop_(desktop)
+    : displays_(backend.displays)
 {
     lookAtDisplay();
     frame_ = startingFrame(frame);
-    auto window = desktop_.makeOverlayWindow(QStringLiteral("Glimmerpane - Area"),
-                                             display_.areaPixels(frame_),
-                                             BorderView::glass(display_.scale));
+    auto window
+        = backend.overlays->make(QStringLiteral("Glimmerpane - Area"), display_.areaPixels(frame_),
+                                 BorderView::glass(display_.scale));
     if (!window) {
         qCInfo(selectionLog, "cannot open the selector: %s", qPrintable(window.error().log));
         opened_ = std::unexpected(window.error());
         return;
     }
-    qCInfo(selectionLog) << "selector over" << display_.areaPixels(frame_) << "root pixels";
+    qCInfo(selectionLog) << "selector over" << display_.areaPixels(frame_) << "desktop pixels";
     window_ = std::move(*window);
     window_->onPointer = [this](const PointerEvent &event) { handle(event); };
     window_->onLost = [this] { close(); };
@@ -108,7 +108,7 @@ FrameSelectorWindowController::~FrameSelectorWindowController() = default;
 /** An area that could not be grabbed is moved to where it is visible. */
 Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wanted) const
 {
-    const auto main = desktop_.mainDisplay();
+    const auto main = displays_->mainDisplay();
     if (!wanted || !(std::isfinite(wanted->x) && std::isfinite(wanted->y))) {
         return defaultFrame(main);
     }
@@ -117,10 +117,10 @@ Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wan
                      .width = std::abs(wanted->width),
                      .height = std::abs(wanted->height)};
     const QSize size = toPixels(frame.width, frame.height, display_.scale);
-    if (size.isEmpty() || std::max(size.width(), size.height()) > largestWindowSide) {
+    if (size.isEmpty() || std::max(size.width(), size.height()) > displays_->largestWindowSide()) {
         return defaultFrame(main);
     }
-    const auto displays = desktop_.displays();
+    const auto displays = displays_->displays();
     const QRect pixels = display_.areaPixels(frame);
     const auto shown = std::ranges::find_if(
         displays, [&](const Display &display) { return display.pixels.intersects(pixels); });
@@ -134,7 +134,7 @@ Rect FrameSelectorWindowController::startingFrame(const std::optional<Rect> &wan
 /** When displays change, the window stays in place, so its coordinates change. */
 void FrameSelectorWindowController::lookAtDisplay()
 {
-    const auto display = desktop_.mainDisplay();
+    const auto display = displays_->mainDisplay();
     hasDisplay_ = display.has_value();
     if (display && *display != display_) {
         const QRect pixels = display_.areaPixels(frame_);
@@ -203,53 +203,53 @@ void FrameSelectorWindowController::handle(const PointerEvent &event)
 
 bool FrameSelectorWindowController::offerToButtons(const PointerEvent &event)
 {
-    const QPointF place = display_.pointOf(event.position) - QPointF(frame_.x, frame_.y);
+    const Point place = display_.pointOf(event.position) - frame_.origin();
     const Rect panel = ButtonContainerView::frameIn({frame_.width, frame_.height});
-    return buttons_.handle(event.kind, {place.x() - panel.minX(), panel.maxY() - place.y()});
+    return buttons_.handle(event.kind, {place.x - panel.minX(), panel.maxY() - place.y});
 }
 
-ResizeHandler::ResizeEdge FrameSelectorWindowController::edgeAt(QPointF pointer) const
+ResizeHandler::ResizeEdge FrameSelectorWindowController::edgeAt(Point pointer) const
 {
-    return resizeHandler_.edgeAt(pointer - QPointF(frame_.x, frame_.y), frame_);
+    return resizeHandler_.edgeAt(pointer - frame_.origin(), frame_);
 }
 
-void FrameSelectorWindowController::mouseDown(QPointF pointer)
+void FrameSelectorWindowController::mouseDown(Point pointer)
 {
-    dragStartLocation_ = wholePoint(pointer) - QPointF(frame_.x, frame_.y);
+    dragStartLocation_ = wholePoint(pointer) - frame_.origin();
     resizeEdge_ = edgeAt(pointer);
     initialFrame_ = frame_;
 }
 
-void FrameSelectorWindowController::mouseDragged(QPoint rootPixel)
+void FrameSelectorWindowController::mouseDragged(QPoint desktopPixel)
 {
     if (!hasDisplay_ || !dragStartLocation_) {
         return;
     }
     const bool isMove = resizeEdge_ == ResizeHandler::ResizeEdge::none;
-    setFrame(isMove ? movedFrame(display_.pointOf(rootPixel), *dragStartLocation_)
-                    : resizedFrame(rootPixel));
+    setFrame(isMove ? movedFrame(display_.pointOf(desktopPixel), *dragStartLocation_)
+                    : resizedFrame(desktopPixel));
 }
 
-Rect FrameSelectorWindowController::movedFrame(QPointF pointer, QPointF start) const
+Rect FrameSelectorWindowController::movedFrame(Point pointer, Point start) const
 {
-    const QPointF origin = wholePoint(pointer) - start;
+    const Point origin = wholePoint(pointer) - start;
     return movedOnto(
         display_.frame(),
-        {.x = origin.x(), .y = origin.y(), .width = frame_.width, .height = frame_.height});
+        {.x = origin.x, .y = origin.y, .width = frame_.width, .height = frame_.height});
 }
 
-Rect FrameSelectorWindowController::resizedFrame(QPoint rootPixel) const
+Rect FrameSelectorWindowController::resizedFrame(QPoint desktopPixel) const
 {
     // The pointer cannot move past the last pixel, so there it counts as the display's edge.
-    if (rootPixel.x() == display_.pixels.right()) {
-        ++rootPixel.rx();
+    if (desktopPixel.x() == display_.pixels.right()) {
+        ++desktopPixel.rx();
     }
-    if (rootPixel.y() == display_.pixels.bottom()) {
-        ++rootPixel.ry();
+    if (desktopPixel.y() == display_.pixels.bottom()) {
+        ++desktopPixel.ry();
     }
     const Rect screen = display_.frame();
     const Rect frame = resizeHandler_.resizedFrame(
-        resizeEdge_, wholePoint(display_.pointOf(rootPixel)), initialFrame_, screen);
+        resizeEdge_, wholePoint(display_.pointOf(desktopPixel)), initialFrame_, screen);
     // If the fixed side lies beyond the screen, no size brings the other side onto it.
     const bool isPossible = frame.width >= 1 && frame.height >= 1;
     return isPossible ? frame : movedOnto(screen, initialFrame_);
@@ -263,7 +263,7 @@ void FrameSelectorWindowController::setFrame(const Rect &frame)
     }
 }
 
-void FrameSelectorWindowController::showCursor(QPointF pointer)
+void FrameSelectorWindowController::showCursor(Point pointer)
 {
     cursorManager_.setCursor(edgeAt(pointer), *window_);
 }

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/Geometry.h"
-#include "platform/OverlayWindow.h"
+#include "platform/Backend.h"
 #include "selection/BorderView.h"
 #include "selection/ButtonContainerView.h"
 #include "selection/CursorManager.h"
 #include "selection/ResizeHandler.h"
 #include "services/Error.h"
-
-#include <QPointF>
 
 #include <expected>
 #include <functional>
@@ -18,8 +15,6 @@
 
 namespace glimmerpane
 {
-
-class Desktop;
 
 /**
  * The floating window that selects the capture area: its frame is the area. Dragging its inside
@@ -31,10 +26,10 @@ class FrameSelectorWindowController
     : public std::enable_shared_from_this<FrameSelectorWindowController>
 {
 public:
-    /** Starts over this area. `desktop` must outlive the controller. */
-    FrameSelectorWindowController(Desktop &desktop, const Rect &frame);
+    /** Starts over this area. */
+    FrameSelectorWindowController(const Backend &backend, const Rect &frame);
     /** Starts over an area of 600 x 400 points in the middle of the main display. */
-    explicit FrameSelectorWindowController(Desktop &desktop);
+    explicit FrameSelectorWindowController(const Backend &backend);
     ~FrameSelectorWindowController();
     Q_DISABLE_COPY_MOVE(FrameSelectorWindowController)
 
@@ -50,27 +45,27 @@ public:
     void close();
 
 private:
-    FrameSelectorWindowController(Desktop &desktop, std::optional<Rect> frame);
+    FrameSelectorWindowController(const Backend &backend, std::optional<Rect> frame);
     Rect startingFrame(const std::optional<Rect> &wanted) const;
     void lookAtDisplay();
     void handle(const PointerEvent &event);
     bool offerToButtons(const PointerEvent &event);
-    void mouseDown(QPointF pointer);
-    void mouseDragged(QPoint rootPixel);
-    void showCursor(QPointF pointer);
-    ResizeHandler::ResizeEdge edgeAt(QPointF pointer) const;
-    Rect movedFrame(QPointF pointer, QPointF start) const;
-    Rect resizedFrame(QPoint rootPixel) const;
+    void mouseDown(Point pointer);
+    void mouseDragged(QPoint desktopPixel);
+    void showCursor(Point pointer);
+    ResizeHandler::ResizeEdge edgeAt(Point pointer) const;
+    Rect movedFrame(Point pointer, Point start) const;
+    Rect resizedFrame(QPoint desktopPixel) const;
     void setFrame(const Rect &frame);
     void present();
     void confirmSelection();
     void cancelSelection();
 
-    Desktop &desktop_;
+    const std::shared_ptr<Displays> displays_;
     Rect frame_;
     MainDisplay display_; ///< as of the last check
     bool hasDisplay_ = false;
-    std::optional<QPointF> dragStartLocation_; ///< from the frame's bottom-left corner
+    std::optional<Point> dragStartLocation_; ///< from the frame's bottom-left corner
     ResizeHandler::ResizeEdge resizeEdge_ = ResizeHandler::ResizeEdge::none;
     Rect initialFrame_; ///< when the button was pressed
     const ResizeHandler resizeHandler_{};

@@ -70,20 +70,20 @@ Span resized(Span span, Side side, double pointer, Span screen, double smallest)
 
 } // namespace
 
-ResizeHandler::ResizeEdge ResizeHandler::edgeAt(QPointF point, const Rect &bounds) const
+ResizeHandler::ResizeEdge ResizeHandler::edgeAt(Point point, const Rect &bounds) const
 {
-    const Sides sides{.horizontal = sideAt(point.x(), bounds.width, Side::low),
-                      .vertical = sideAt(point.y(), bounds.height, Side::high)};
+    const Sides sides{.horizontal = sideAt(point.x, bounds.width, Side::low),
+                      .vertical = sideAt(point.y, bounds.height, Side::high)};
     return static_cast<ResizeEdge>(std::ranges::find(sidesOf, sides) - sidesOf.begin());
 }
 
-Rect ResizeHandler::resizedFrame(ResizeEdge edge, QPointF mouseLocation, const Rect &initialFrame,
+Rect ResizeHandler::resizedFrame(ResizeEdge edge, Point mouseLocation, const Rect &initialFrame,
                                  const Rect &screen) const
 {
     const auto [horizontal, vertical] = sidesOf[static_cast<std::size_t>(edge)];
-    const Span x = resized({initialFrame.x, initialFrame.width}, horizontal, mouseLocation.x(),
+    const Span x = resized({initialFrame.x, initialFrame.width}, horizontal, mouseLocation.x,
                            {screen.x, screen.width}, minWidth);
-    const Span y = resized({initialFrame.y, initialFrame.height}, vertical, mouseLocation.y(),
+    const Span y = resized({initialFrame.y, initialFrame.height}, vertical, mouseLocation.y,
                            {screen.y, screen.height}, minHeight);
     return {.x = x.low, .y = y.low, .width = x.length, .height = y.length};
 }

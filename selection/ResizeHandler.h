@@ -3,8 +3,6 @@
 
 #include "platform/Geometry.h"
 
-#include <QPointF>
-
 namespace glimmerpane
 {
 
@@ -33,13 +31,13 @@ public:
      * `point` is in the window's coordinates, and `bounds` has its size. Corners take precedence
      * over sides, top over bottom and left over right.
      */
-    ResizeEdge edgeAt(QPointF point, const Rect &bounds) const;
+    ResizeEdge edgeAt(Point point, const Rect &bounds) const;
 
     /**
      * The frame after dragging the edge to `mouseLocation`; the opposite side stays. Never below
      * the minimum size and never past the screen; the screen takes precedence. Desktop coordinates.
      */
-    Rect resizedFrame(ResizeEdge edge, QPointF mouseLocation, const Rect &initialFrame,
+    Rect resizedFrame(ResizeEdge edge, Point mouseLocation, const Rect &initialFrame,
                       const Rect &screen) const;
 };
 

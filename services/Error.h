@@ -7,10 +7,18 @@
 namespace glimmerpane
 {
 
-/** Why a request to the desktop failed. */
+/** How a request came to nothing. */
+enum class Outcome {
+    cancelled, ///< the user, or the program itself, withdrew it
+    unavailable, ///< this system cannot do it; trying again does not help
+    failed,
+};
+
+/** Why a request came to nothing. */
 struct Error {
     QString text; ///< for the user
     QString log; ///< for the log: the request and its error code
+    Outcome outcome = Outcome::failed;
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::Error)
 };

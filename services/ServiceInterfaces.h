@@ -4,7 +4,6 @@
 #include "services/CaptureFrame.h"
 #include "services/Error.h"
 
-#include <QCoreApplication>
 #include <QCoroTask>
 #include <QString>
 
@@ -50,11 +49,6 @@ public:
     virtual bool isSharingWindowVisible() const = 0;
 };
 
-/** Why a capture could not start. */
-struct CaptureFailure {
-    QString description; ///< for a person
-};
-
 /** Statistics of the current session; zeros without one. */
 struct CaptureStatistics {
     std::int64_t framesInLastSecond = 0; ///< shown
@@ -66,7 +60,7 @@ class CaptureServiceProtocol
 {
 public:
     using EndHandler = std::function<void(const QString &reason)>;
-    using StartResult = std::expected<void, CaptureFailure>;
+    using StartResult = std::expected<void, Error>;
 
     virtual ~CaptureServiceProtocol() = default;
 
@@ -97,25 +91,14 @@ struct UpdateInfo {
     bool canUpdate = false;
 };
 
-/** Why an update check failed. */
-struct UpdateFailure {
-    QString description; ///< for a person
-    QString text; ///< for a line that scripts read, so always English
-
-    /** The same text for both. */
-    static UpdateFailure withText(const QString &text)
-    {
-        return {.description = text, .text = text};
-    }
-
-    Q_DECLARE_TR_FUNCTIONS(glimmerpane::UpdateFailure)
-};
-
-/** Asks the update service for a newer version. */
+/**
+ * Asks the update service for a newer version. An error's text for the log is printed on a line
+ * that scripts read, so it is never translated.
+ */
 class UpdateRepositoryProtocol
 {
 public:
-    using CheckResult = std::expected<UpdateInfo, UpdateFailure>;
+    using CheckResult = std::expected<UpdateInfo, Error>;
 
     virtual ~UpdateRepositoryProtocol() = default;
 

@@ -2,7 +2,7 @@
 #include "ui/MainWindow.h"
 
 #include "model/MainViewModel.h"
-#include "platform/Desktop.h"
+#include "platform/Shell.h"
 #include "ui/ContentView.h"
 #include "ui/Theme.h"
 #include "ui/WindowControl.h"
@@ -17,6 +17,7 @@
 #include <QWindow>
 
 #include <cmath>
+#include <utility>
 
 namespace glimmerpane
 {
@@ -53,10 +54,10 @@ QAccessibleInterface *accessibleWindow(const QString & /*className*/, QObject *o
 
 } // namespace
 
-MainWindow::MainWindow(MainViewModel &viewModel, Desktop &desktop)
+MainWindow::MainWindow(MainViewModel &viewModel, std::shared_ptr<Shell> shell)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
     , viewModel_(viewModel)
-    , desktop_(desktop)
+    , shell_(std::move(shell))
 {
     QAccessible::installFactory(accessibleWindow);
     setWindowTitle(QStringLiteral("Glimmerpane"));
@@ -157,8 +158,9 @@ void MainWindow::resizeEvent(QResizeEvent *event)
     QWidget::resizeEvent(event);
     // Rounded even without a compositor. A widget's own mask is in points, so its steps would be
     // visible.
-    desktop_.setShape(static_cast<std::uint32_t>(winId()),
-                      roundedRegion(sizeInPixels(), cornerRadius * devicePixelRatioF()));
+    winId(); // creates the window
+    shell_->setShape(*windowHandle(),
+                     roundedRegion(sizeInPixels(), cornerRadius * devicePixelRatioF()));
     closeControl_->move(width() - controlMargin - closeControl_->width(), controlMargin);
     minimizeControl_->move(closeControl_->x() - controlSpacing - minimizeControl_->width(),
                            controlMargin);

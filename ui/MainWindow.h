@@ -4,13 +4,14 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 namespace glimmerpane
 {
 
-class Desktop;
 class MainViewModel;
+class Shell;
 class WindowControl;
 
 /**
@@ -22,8 +23,8 @@ class MainWindow : public QWidget
     Q_OBJECT
 
 public:
-    /** The view model and the desktop must outlive the window. */
-    MainWindow(MainViewModel &viewModel, Desktop &desktop);
+    /** The view model must outlive the window. */
+    MainWindow(MainViewModel &viewModel, std::shared_ptr<Shell> shell);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -39,7 +40,7 @@ private:
     QSize sizeInPixels() const;
 
     MainViewModel &viewModel_;
-    Desktop &desktop_;
+    const std::shared_ptr<Shell> shell_;
     WindowControl *minimizeControl_;
     WindowControl *closeControl_;
     std::optional<QPoint> press_; ///< screen coordinates, while a press may still become a drag

@@ -12,10 +12,10 @@ namespace
 {
 
 /** Does not quote the answer: this text is printed, and the answer is untrusted. */
-std::unexpected<UpdateFailure> unreadable(const char *why)
+std::unexpected<Error> unreadable(const char *why)
 {
-    return std::unexpected(UpdateFailure::withText(
-        QStringLiteral("The answer cannot be read: %1.").arg(QLatin1String(why))));
+    const auto text = QStringLiteral("The answer cannot be read: %1.").arg(QLatin1String(why));
+    return std::unexpected(Error{.text = text, .log = text});
 }
 
 std::optional<QString> textOf(const nlohmann::json &object, const char *name)

@@ -4,20 +4,19 @@
 namespace glimmerpane
 {
 
-UpdateFailure UpdateError::failure() const
+Error UpdateError::failure() const
 {
     switch (kind) {
     case Case::httpError:
-        return {.description = UpdateFailure::tr("HTTP error: %1").arg(statusCode),
-                .text = QStringLiteral("httpError(statusCode: %1)").arg(statusCode)};
+        return {.text = Error::tr("HTTP error: %1").arg(statusCode),
+                .log = QStringLiteral("httpError(statusCode: %1)").arg(statusCode)};
     case Case::invalidURL:
-        return {.description = UpdateFailure::tr("Invalid API URL"),
-                .text = QStringLiteral("invalidURL")};
+        return {.text = Error::tr("Invalid API URL"), .log = QStringLiteral("invalidURL")};
     case Case::invalidResponse:
         break;
     }
-    return {.description = UpdateFailure::tr("Invalid response from server"),
-            .text = QStringLiteral("invalidResponse")};
+    return {.text = Error::tr("Invalid response from server"),
+            .log = QStringLiteral("invalidResponse")};
 }
 
 } // namespace glimmerpane

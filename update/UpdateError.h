@@ -20,7 +20,7 @@ struct UpdateError {
     qint64 statusCode = 0; ///< of an httpError
 
     /** With a text for the user and one for the log. */
-    UpdateFailure failure() const;
+    Error failure() const;
 };
 
 } // namespace glimmerpane

@@ -18,7 +18,7 @@ namespace
 
 using Case = UpdateError::Case;
 
-std::unexpected<UpdateFailure> failed(const UpdateError &error)
+std::unexpected<Error> failed(const UpdateError &error)
 {
     return std::unexpected(error.failure());
 }
@@ -53,7 +53,7 @@ QCoro::Task<UpdateRepositoryProtocol::CheckResult> UpdateRepository::checkForUpd
     auto result = post.result();
     const auto answer = co_await result;
     if (!answer) {
-        co_return std::unexpected(UpdateFailure::withText(answer.error()));
+        co_return std::unexpected(Error{.text = answer.error(), .log = answer.error()});
     }
     if (!answer->status) {
         co_return failed({.kind = Case::invalidResponse});

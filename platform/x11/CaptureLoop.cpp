@@ -234,7 +234,7 @@ void CaptureLoop::look()
     }
     isPointerStale_ = false;
 
-    SampleBuffer sample{.drawable = connection_.root(),
+    SampleBuffer sample{.picture = ServerDrawable{connection_.root()},
                         .source = area_,
                         .changed = std::exchange(carried_, QRegion()),
                         .pointer = std::nullopt,
@@ -253,7 +253,7 @@ void CaptureLoop::look()
     if (!sample.changed.isEmpty()) {
         pacer_.pictureShown(sample.time);
     }
-    handlers_.didOutputSampleBuffer(std::move(sample), SampleType::Screen);
+    handlers_.didOutputSampleBuffer(std::move(sample));
 }
 
 QRegion CaptureLoop::readRegion(xcb_xfixes_fetch_region_cookie_t cookie) const

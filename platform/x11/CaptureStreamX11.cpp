@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/CaptureStreamX11.h"
 
+#include <QCoroFuture>
+#include <QPromise>
+
 #include <array>
 #include <cerrno>
 #include <fcntl.h>
@@ -28,8 +31,10 @@ CaptureSource sourceOf(const ContentFilter &filter, const StreamConfiguration &c
 } // namespace
 
 CaptureStreamX11::CaptureStreamX11(const ContentFilter &filter,
-                                   const StreamConfiguration &configuration)
+                                   const StreamConfiguration &configuration,
+                                   std::shared_ptr<QThreadPool> background)
     : source_(sourceOf(filter, configuration))
+    , background_(std::move(background))
 {
 }
 
@@ -38,35 +43,41 @@ CaptureStreamX11::~CaptureStreamX11()
     stopCapture();
 }
 
-std::expected<void, Error> CaptureStreamX11::startCapture(Handlers handlers)
+QCoro::Task<std::expected<void, Error>> CaptureStreamX11::startCapture(Handlers handlers)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-        return std::unexpected(
+        co_return std::unexpected(
             Error{.text = Error::tr("The system has no file descriptors left."),
                   .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
     }
-    redrawReader_ = FileDescriptor(ends[0]);
+    redrawReader_ = std::make_shared<const FileDescriptor>(ends[0]);
     redrawWriter_ = FileDescriptor(ends[1]);
-    auto loop = CaptureLoop::create(source_, redrawReader_.get(), std::move(handlers));
-    if (!loop) {
-        return std::unexpected(loop.error());
-    }
-    thread_.reset(QThread::create([loop = std::move(*loop)]() mutable {
-        loop->run();
-        loop.reset();
-    }));
+    QPromise<std::expected<void, Error>> outcome;
+    auto started = outcome.future();
+    outcome.start();
+    thread_.reset(
+        QThread::create([source = source_, reader = redrawReader_, handlers = std::move(handlers),
+                         outcome = std::move(outcome)]() mutable {
+            auto loop = CaptureLoop::create(source, reader->get(), std::move(handlers));
+            outcome.addResult(loop ? std::expected<void, Error>() : std::unexpected(loop.error()));
+            outcome.finish();
+            if (loop) {
+                (*loop)->run();
+            }
+        }));
     thread_->setObjectName(QStringLiteral("captureQueue"));
     thread_->start();
-    return {};
+    co_return co_await started;
 }
 
 void CaptureStreamX11::stopCapture()
 {
     if (thread_) {
         redrawWriter_ = FileDescriptor();
-        thread_->wait();
-        thread_.reset();
+        // The thread may be waiting for the server.
+        background_->start(
+            [thread = std::shared_ptr<QThread>(std::move(thread_))] { thread->wait(); });
     }
 }
 

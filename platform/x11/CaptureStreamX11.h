@@ -6,6 +6,7 @@
 #include "platform/x11/FileDescriptor.h"
 
 #include <QThread>
+#include <QThreadPool>
 
 #include <memory>
 
@@ -16,10 +17,12 @@ namespace glimmerpane::x11
 class CaptureStreamX11 final : public CaptureStream
 {
 public:
-    CaptureStreamX11(const ContentFilter &filter, const StreamConfiguration &configuration);
+    /** `background` waits for the thread when the stream has been stopped. */
+    CaptureStreamX11(const ContentFilter &filter, const StreamConfiguration &configuration,
+                     std::shared_ptr<QThreadPool> background);
     ~CaptureStreamX11() override;
 
-    std::expected<void, Error> startCapture(Handlers handlers) override;
+    QCoro::Task<std::expected<void, Error>> startCapture(Handlers handlers) override;
     void stopCapture() override;
     void returnSampleBuffer(const SampleBuffer &sample) override;
     void invalidate() override;
@@ -28,8 +31,9 @@ private:
     void redraw(QRect rectangle) const;
 
     const CaptureSource source_;
-    FileDescriptor redrawReader_;
+    const std::shared_ptr<QThreadPool> background_;
     FileDescriptor redrawWriter_;
+    std::shared_ptr<const FileDescriptor> redrawReader_; ///< outlives the thread's use of the pipe
     std::unique_ptr<QThread> thread_;
 };
 

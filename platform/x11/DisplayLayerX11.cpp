@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/DisplayLayerX11.h"
 
+#include "platform/Geometry.h"
+#include "platform/Log.h"
+
 #include <xcb/xcbext.h>
 
 #include <algorithm>
@@ -105,9 +108,49 @@ bool DisplayLayerX11::isScaled() const
     return frame_.source.size() != bounds_.size();
 }
 
+/** Notes where the sample's picture is. False if it cannot be shown. */
+bool DisplayLayerX11::adoptPicture(const SampleBuffer &sample)
+{
+    const auto before = drawable_;
+    if (const auto *const inServer = std::get_if<ServerDrawable>(&sample.picture)) {
+        drawable_ = inServer->id;
+    } else if (const auto *const pixels = std::get_if<MappedPixels>(&sample.picture)) {
+        if (!upload(*pixels, sample.changed)) {
+            return false;
+        }
+    } else if (!std::holds_alternative<SamePicture>(sample.picture)) {
+        return false; // no stream here makes others
+    }
+    if (drawable_ != before) {
+        screen_ = {};
+    }
+    return drawable_ != XCB_NONE;
+}
+
+bool DisplayLayerX11::upload(const MappedPixels &pixels, const QRegion &changed)
+{
+    QRegion stale = changed;
+    if (!upload_ || upload_->size() != pixels.size) {
+        auto made = PictureUpload::create(connection_, pixels.size, graphics_.get());
+        if (!made) {
+            qCWarning(platformLog, "cannot show pictures: %s", qPrintable(made.error().log));
+            return false;
+        }
+        upload_ = std::move(*made);
+        stale = QRect(QPoint(), pixels.size);
+    }
+    upload_->update(connection_, pixels, stale);
+    drawable_ = upload_->pixmap();
+    return true;
+}
+
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 {
+    if (!adoptPicture(sample)) {
+        return;
+    }
     frame_ = sample;
+    frame_.picture = SamePicture(); // gives the buffer back
     lastFrame_ = std::chrono::steady_clock::now();
     const QRegion highlighted = adoptHighlights();
     if (isScaled()) {
@@ -204,8 +247,8 @@ void DisplayLayerX11::show(const QRegion &stale)
         showPatch(patch);
     }
     for (const QRect &rectangle : stale - patch) {
-        copy(frame_.drawable, rectangle.topLeft(), window_,
-             rectangle.topLeft() - frame_.source.topLeft(), rectangle.size());
+        copy(drawable_, rectangle.topLeft(), window_, rectangle.topLeft() - frame_.source.topLeft(),
+             rectangle.size());
     }
 }
 
@@ -218,8 +261,8 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
     const xcb_rectangle_t whole{0, 0, extent(bounds.width()), extent(bounds.height())};
     xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
     for (const QRect &part : patch) {
-        copy(frame_.drawable, part.topLeft(), canvas_.pixmap.get(),
-             part.topLeft() - bounds.topLeft(), part.size());
+        copy(drawable_, part.topLeft(), canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(),
+             part.size());
     }
     if (const auto &pointer = frame_.pointer) {
         composite(connection_, XCB_RENDER_PICT_OP_OVER, sprite(pointer->image),
@@ -248,7 +291,7 @@ void DisplayLayerX11::showScaled()
     if (screen_.get() == 0) {
         const auto id = connection_.newId();
         const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-        xcb_render_create_picture(connection, id, frame_.drawable, formats_.screen,
+        xcb_render_create_picture(connection, id, drawable_, formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
         setBilinear(connection_, screen_);

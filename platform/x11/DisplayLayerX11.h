@@ -3,6 +3,7 @@
 
 #include "platform/DisplayLayer.h"
 #include "platform/x11/Connection.h"
+#include "platform/x11/PictureUpload.h"
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
@@ -17,9 +18,10 @@ namespace glimmerpane::x11
 {
 
 /**
- * Shows frames by requests alone: changes are copied from the screen into the window inside the
- * server. A frame of the window's size is copied as is; any other is scaled by RENDER. The
- * connection is read only when a frame arrives, so the server's replies cause no wake-ups.
+ * Shows frames by requests alone: changes are copied from the screen, or from a pixmap that holds
+ * the picture, into the window inside the server. A frame of the window's size is copied as is; any
+ * other is scaled by RENDER. The connection is read only when a frame arrives, so the server's
+ * replies cause no wake-ups.
  */
 class DisplayLayerX11 : public DisplayLayer
 {
@@ -52,6 +54,8 @@ private:
     bool isPassed(Fence &fence);
     Fence setFence() const;
     bool isScaled() const;
+    bool adoptPicture(const SampleBuffer &sample);
+    bool upload(const MappedPixels &pixels, const QRegion &changed);
     QRegion adoptPointer();
     std::vector<QRect> overlays() const;
     QRegion adoptHighlights();
@@ -67,10 +71,12 @@ private:
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
     GraphicsContext graphics_;
-    Picture screen_;
+    std::optional<PictureUpload> upload_; ///< if the pictures come from memory
+    xcb_drawable_t drawable_ = XCB_NONE; ///< the latest picture's
+    Picture screen_; ///< the drawable's, if it is scaled
     Canvas canvas_; ///< for assembling a patch before it is shown
     std::deque<Sprite> sprites_;
-    SampleBuffer frame_; ///< the latest; empty before the first
+    SampleBuffer frame_; ///< the latest, without its pixels; empty before the first
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;
     QRegion highlighted_; ///< where the window shows highlights, root pixels

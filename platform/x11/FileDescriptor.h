@@ -37,6 +37,8 @@ public:
     }
 
     int get() const { return descriptor_; }
+    /** Gives the descriptor to the caller. */
+    int release() { return std::exchange(descriptor_, -1); }
 
 private:
     int descriptor_ = -1;

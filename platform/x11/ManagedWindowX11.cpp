@@ -82,8 +82,8 @@ xcb_window_t frameOf(const Connection &connection, xcb_window_t window)
 
 } // namespace
 
-std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
-    const QString &title, QPoint origin, QSize size)
+std::expected<std::unique_ptr<OutputWindow>, Error> ManagedWindowX11::create(const QString &title,
+                                                                             QSize size)
 {
     auto opened = openExtended();
     if (!opened) {
@@ -92,13 +92,13 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> ManagedWindowX11::create(
     if (const auto reason = hindrance(opened->connection)) {
         qCWarning(platformLog).noquote()
             << Error::tr("%1 will not be listed: %2.").arg(title, *reason);
-        return OffscreenWindowX11::create(title, origin, size);
+        return OffscreenWindowX11::create(title, size);
     }
     auto window = std::make_unique<ManagedWindowX11>(std::move(*opened), size);
-    if (auto created = window->createWindow(origin, true); !created) {
+    window->origin_ = unseenOrigin(size);
+    if (auto created = window->createWindow(window->origin_, true); !created) {
         return std::unexpected(created.error());
     }
-    window->origin_ = origin;
     window->wmState_ = window->connection_.atom("WM_STATE");
     window->describe(title);
     window->describeToManager();
@@ -160,6 +160,7 @@ void ManagedWindowX11::orderFront()
     isOrderedIn_ = true;
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
+    moveAway();
     events_.flush();
 }
 
@@ -179,16 +180,9 @@ void ManagedWindowX11::orderOut()
     events_.flush();
 }
 
-void ManagedWindowX11::setFrameOrigin(QPoint origin)
-{
-    origin_ = origin;
-    moveAway();
-    events_.flush();
-}
-
 void ManagedWindowX11::moveAway()
 {
-    OffscreenWindowX11::setFrameOrigin(origin_);
+    setFrameOrigin(origin_);
     // kwin and fluxbox accept a position from this message, though not from the window's own
     // request. EWMH: the gravity, the flags for x and y, and the source of the request.
     constexpr std::uint32_t both = 3U << 8U;

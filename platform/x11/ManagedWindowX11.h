@@ -15,14 +15,13 @@ class ManagedWindowX11 : public OffscreenWindowX11
 {
 public:
     /** Creates an unlisted window, with a warning, if no manager lists windows or it tiles them. */
-    static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
-                                                                         QPoint origin, QSize size);
+    static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
+                                                                      QSize size);
 
     using OffscreenWindowX11::OffscreenWindowX11;
 
     void orderFront() override;
     void orderOut() override;
-    void setFrameOrigin(QPoint origin) override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;

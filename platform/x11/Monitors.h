@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/CaptureStream.h"
+#include "platform/Displays.h"
 #include "platform/x11/Connection.h"
 
 #include <vector>

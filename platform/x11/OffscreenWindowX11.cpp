@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/OffscreenWindowX11.h"
 
+#include "platform/x11/DisplayLayerX11.h"
 #include "platform/x11/WindowProperties.h"
 
 #include <xcb/composite.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utility>
@@ -19,15 +21,23 @@ constexpr std::uint32_t normalState = 1; // ICCCM 4.1.3.1
 
 } // namespace
 
-std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::create(
-    const QString &title, QPoint origin, QSize size)
+QPoint unseenOrigin(QSize size)
+{
+    constexpr int faraway = -10000;
+    // A window larger than that in both directions would reach onto the screen.
+    const bool reachesScreen = std::min(size.width(), size.height()) > -faraway;
+    return {faraway, reachesScreen ? -size.height() : faraway};
+}
+
+std::expected<std::unique_ptr<OutputWindow>, Error> OffscreenWindowX11::create(const QString &title,
+                                                                               QSize size)
 {
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
     auto window = std::make_unique<OffscreenWindowX11>(std::move(*opened), size);
-    if (auto created = window->createWindow(origin, false); !created) {
+    if (auto created = window->createWindow(unseenOrigin(size), false); !created) {
         return std::unexpected(created.error());
     }
     window->describe(title);
@@ -36,7 +46,8 @@ std::expected<std::unique_ptr<OffscreenWindow>, Error> OffscreenWindowX11::creat
     const Connection &connection = window->connection_;
     const xcb_atom_t wmState = connection.atom("WM_STATE");
     const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
-    setProperty(connection, window->id(), wmState, wmState, 32, state.size(), state.data());
+    setProperty(connection, window->window_.get(), wmState, wmState, 32, state.size(),
+                state.data());
     return window;
 }
 
@@ -87,7 +98,7 @@ void OffscreenWindowX11::orderFront()
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
-    events_.flush();
+    setFrameOrigin(unseenOrigin(size_));
 }
 
 void OffscreenWindowX11::orderOut()
@@ -105,6 +116,11 @@ void OffscreenWindowX11::setFrameOrigin(QPoint origin)
     xcb_configure_window(connection_.get(), window_.get(),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, position.data());
     events_.flush();
+}
+
+std::expected<std::unique_ptr<DisplayLayer>, Error> OffscreenWindowX11::makeDisplayLayer()
+{
+    return DisplayLayerX11::create(window_.get(), size_);
 }
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/OffscreenWindow.h"
+#include "platform/OutputWindow.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/EventReader.h"
 #include "platform/x11/ServerId.h"
@@ -17,24 +17,24 @@ namespace glimmerpane::x11
  * pickers look for: WM_STATE, a title and the type "normal". Redirected automatically through
  * Composite, so that its picture exists although it is on no display.
  */
-class OffscreenWindowX11 : public OffscreenWindow
+class OffscreenWindowX11 : public OutputWindow
 {
 public:
-    static std::expected<std::unique_ptr<OffscreenWindow>, Error> create(const QString &title,
-                                                                         QPoint origin, QSize size);
+    static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
+                                                                      QSize size);
 
     OffscreenWindowX11(ExtendedConnection opened, QSize size);
     Q_DISABLE_COPY_MOVE(OffscreenWindowX11)
 
-    std::uint32_t id() const override { return window_.get(); }
-    QSize size() const override { return size_; }
     bool isVisible() const override { return isVisible_; }
     void orderFront() override;
     void orderOut() override;
-    void setFrameOrigin(QPoint origin) override;
+    std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer() override;
 
 protected:
     std::expected<void, Error> createWindow(QPoint origin, bool isManaged);
+    /** Root pixels. */
+    void setFrameOrigin(QPoint origin);
     /** Sets its title and type, and that it handles close requests itself. */
     void describe(const QString &title);
     virtual void handle(const xcb_generic_event_t &event);
@@ -50,5 +50,8 @@ private:
     xcb_atom_t protocols_ = XCB_ATOM_NONE;
     xcb_atom_t deleteWindow_ = XCB_ATOM_NONE;
 };
+
+/** A position off every display for a window of `size`; root pixels. */
+QPoint unseenOrigin(QSize size);
 
 } // namespace glimmerpane::x11

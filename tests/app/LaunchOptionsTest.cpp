@@ -41,15 +41,14 @@ private Q_SLOTS:
 
     void outputWindow_isTheLastOneAskedFor()
     {
-        using enum OffscreenWindowKind;
-        const auto kindOf = [](const char *arguments) {
+        const auto listedBy = [](const char *arguments) {
             const auto options
                 = launchOptions(QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts));
-            return options ? options->outputWindow : std::nullopt;
+            return options ? options->listsOutput : std::nullopt;
         };
-        QVERIFY(kindOf("") == std::nullopt);
-        QVERIFY(kindOf("--output-window managed") == Managed);
-        QVERIFY(kindOf("--output-window=managed --output-window=unlisted") == Unlisted);
+        QVERIFY(listedBy("") == std::nullopt);
+        QVERIFY(listedBy("--output-window managed") == true);
+        QVERIFY(listedBy("--output-window=managed --output-window=unlisted") == false);
     }
 
     void badArguments_areNamedInOneLine()

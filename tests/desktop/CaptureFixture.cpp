@@ -19,9 +19,9 @@ CaptureFixture::CaptureFixture(const XvfbServer::Options &options)
     , input(client)
 {
     qputenv("DISPLAY", server.displayName().toLocal8Bit());
-    desktop = std::make_unique<x11::X11Desktop>();
-    coordinator = std::make_unique<AppCoordinator>(*desktop);
-    service = std::make_unique<ScreenCaptureService>(*desktop);
+    backend = x11::makeBackend(false);
+    coordinator = std::make_unique<AppCoordinator>(backend);
+    service = std::make_unique<ScreenCaptureService>(backend);
     service->setOnCaptureEnded([this](const QString &) { ++captureEnds; });
 }
 
@@ -40,7 +40,7 @@ void CaptureFixture::share(QRect area)
     outputWindow_ = *found;
     captured_.emplace(required(CapturedWindow::open(client, outputWindow_)));
     const auto result = QCoro::waitFor(service->startCapture(frame, window));
-    QVERIFY2(result, qPrintable(result ? QString() : result.error().description));
+    QVERIFY2(result, qPrintable(result ? QString() : result.error().text));
 }
 
 void CaptureFixture::stop()

@@ -3,7 +3,7 @@
 
 #include "app/AppCoordinator.h"
 #include "capture/ScreenCaptureService.h"
-#include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11Backend.h"
 #include "rig/CapturedWindow.h"
 #include "rig/ChildProcess.h"
 #include "rig/ColorWindow.h"
@@ -59,7 +59,7 @@ public:
     xcb_window_t outputWindow() const { return outputWindow_; }
     int captureEnds = 0; ///< how often the service said that the capture ended by itself
 
-    std::unique_ptr<x11::X11Desktop> desktop;
+    Backend backend;
     std::unique_ptr<AppCoordinator> coordinator;
     std::unique_ptr<ScreenCaptureService> service;
 

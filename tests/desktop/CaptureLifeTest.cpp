@@ -49,12 +49,12 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea());
             fixture.stop();
         }
-        const auto firstDisplay = [&] { return fixture.desktop->displays().at(0).name; };
+        const auto firstDisplay = [&] { return fixture.backend.displays->displays().at(0).name; };
         QCOMPARE(firstDisplay(), QStringLiteral("LEFT"));
         fixture.removeMonitor(QStringLiteral("RIGHT"));
         fixture.server.setMonitor(QStringLiteral("*RIGHT"), right, QStringLiteral("none"));
         QCOMPARE(firstDisplay(), QStringLiteral("RIGHT"));
-        QCOMPARE(fixture.desktop->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
+        QCOMPARE(fixture.backend.displays->mainDisplay()->frame(), (Rect{0, 0, 640, 1024}));
     }
 
     void capture_goesOnWithItsPoints_untilNoDisplayShowsThem()
@@ -108,8 +108,8 @@ private Q_SLOTS:
         QVERIFY(!fixture.coordinator->isSharingWindowVisible());
         const auto result = QCoro::waitFor(fixture.service->startCapture({}, window));
         QVERIFY(!result);
-        QVERIFY(!result.error().description.isEmpty());
-        QVERIFY(!fixture.desktop->mainDisplay());
+        QVERIFY(!result.error().text.isEmpty());
+        QVERIFY(!fixture.backend.displays->mainDisplay());
     }
 };
 

@@ -141,15 +141,16 @@ private Q_SLOTS:
             CaptureFixture fixture;
             QObject mainThread;
             std::vector<QRegion> changes;
-            const auto stream = fixture.desktop->makeCaptureStream(
-                {.display = *fixture.desktop->mainDisplay()},
+            const auto stream = fixture.backend.screen->makeCaptureStream(
+                {.display = *fixture.backend.displays->mainDisplay()},
                 streamConfiguration(frameOf(area, 1024), 1024));
-            const auto keep = [&](const SampleBuffer &sample, SampleType) {
+            const auto keep = [&](const SampleBuffer &sample) {
                 QMetaObject::invokeMethod(
                     &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
                     Qt::QueuedConnection);
             };
-            QVERIFY(stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}}));
+            QVERIFY(QCoro::waitFor(
+                stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}})));
             QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
             QCOMPARE(changes.front(), QRegion(area));
 
@@ -174,7 +175,8 @@ private Q_SLOTS:
             const auto server = required(
                 XvfbServer::start({.arguments = {QStringLiteral("-extension"), extension}}));
             qputenv("DISPLAY", server.displayName().toLocal8Bit());
-            const auto content = x11::X11Desktop().shareableContent();
+            const auto content
+                = QCoro::waitFor(x11::makeBackend(false).screen->shareableContent({}));
             QVERIFY2(!content, name);
             QVERIFY2(content.error().text.contains(extension), qPrintable(content.error().text));
         }

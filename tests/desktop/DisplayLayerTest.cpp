@@ -16,25 +16,28 @@ constexpr QRect source(100, 100, 200, 100);
 /** A window of the program, and a layer in it, without a stream. */
 struct LayerFixture : CaptureFixture {
     explicit LayerFixture(QSize windowSize)
-        : window(desktop->makeOffscreenWindow(QStringLiteral("layer"), {-10000, -10000}, windowSize)
-                     .value())
-        , layer(desktop->makeDisplayLayer(*window).value())
+        : window(backend.outputWindows->make(QStringLiteral("layer"), windowSize).value())
+        , layer(window->makeDisplayLayer().value())
     {
         window->orderFront();
     }
 
     SampleBuffer wholeFrame() const
     {
-        return {.drawable = client.root(),
+        return {.picture = ServerDrawable{client.root()},
                 .source = source,
                 .changed = source,
                 .pointer = std::nullopt,
                 .time = {}};
     }
 
-    QImage picture() { return windowPicture(client, window->id()).value_or(QImage()); }
+    QImage picture()
+    {
+        return windowPicture(client, *findWindow(client, QStringLiteral("layer")))
+            .value_or(QImage());
+    }
 
-    std::unique_ptr<OffscreenWindow> window;
+    std::unique_ptr<OutputWindow> window;
     std::unique_ptr<DisplayLayer> layer;
 };
 

@@ -19,7 +19,7 @@ struct Session : FakeApplication {
     explicit Session(Area area = saved, bool hasDisplay = true)
         : FakeApplication(area, hasDisplay)
     {
-        desktop.holdContent();
+        desktop.isHeld = true;
         QObject::connect(viewModel.get(), &MainViewModel::objectWillChange,
                          [this] { journal.append(QStringLiteral("told")); });
     }
@@ -63,15 +63,10 @@ constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent();
 constexpr Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
 constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
 constexpr Step start = [](Session &s) { s.viewModel->startSharing(); };
-constexpr Step answer = [](Session &s) {
-    s.desktop.releaseContent();
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
-    s.desktop.holdContent();
-};
+constexpr Step answer = [](Session &s) { s.desktop.answerRequests(); };
 constexpr Step succeed = [](Session &s) { s.capture->starts.back()->complete({}); };
 constexpr Step fail = [](Session &s) {
-    const CaptureFailure failure{QStringLiteral("why")};
+    const Error failure{.text = QStringLiteral("why"), .log = {}};
     s.capture->starts.back()->complete(std::unexpected(failure));
 };
 constexpr Step stop = [](Session &s) { s.viewModel->stopSharing(); };
@@ -112,7 +107,7 @@ constexpr char nothing[] = "";
 constexpr char noUrl[] = "https://[x/";
 constexpr char relative[] = "x/1.5.0";
 constexpr Step failCheck = [](Session &s) {
-    const UpdateFailure failure{.description = {}, .text = QStringLiteral("two\nlines")};
+    const Error failure{.text = {}, .log = QStringLiteral("two\nlines")};
     s.updates->checks.back()->complete(std::unexpected(failure));
 };
 // The view model goes; then comes all that can still come for it.
@@ -125,10 +120,10 @@ constexpr Step leave = [](Session &s) {
     s.viewModel.reset();
     answer(s);
     for (const auto &started : starts) {
-        started->complete(std::unexpected(CaptureFailure{}));
+        started->complete(std::unexpected(Error{}));
     }
     for (const auto &check : checks) {
-        check->complete(std::unexpected(UpdateFailure{}));
+        check->complete(std::unexpected(Error{}));
     }
     ended({});
     confirmed(chosen);

@@ -16,7 +16,7 @@ private Q_SLOTS:
         QCOMPARE(flipped({10, 920, -30, -40}, 900), (Rect{10, 20, -30, -40}));
     }
 
-    void rootPixels_areRoundedAndInRange()
+    void desktopPixels_areRoundedAndInRange()
     {
         using Row = std::tuple<Rect, QPoint, double, QRect>;
         for (const auto &[points, origin, scale, expected] :
@@ -28,12 +28,13 @@ private Q_SLOTS:
               Row({32000, 0, 10, 10}, {1920, 0}, 1, {32767, 0, 10, 10}),
               Row({qInf(), -qInf(), qInf(), qQNaN()}, {}, 1, {32767, -32768, 0, 0}),
               Row({qQNaN(), qQNaN(), -qInf(), 5}, {}, 1, {0, 0, 0, 5})}) {
-            QCOMPARE(toRootPixels(points, origin, scale), expected);
+            QCOMPARE(toDesktopPixels(points, origin, scale), expected);
         }
         for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
             const QPoint origin(1920, -1080);
             const QRect pixels(1907, 33, 641, 479);
-            QCOMPARE(toRootPixels(toDisplayPoints(pixels, origin, scale), origin, scale), pixels);
+            QCOMPARE(toDesktopPixels(toDisplayPoints(pixels, origin, scale), origin, scale),
+                     pixels);
         }
     }
 

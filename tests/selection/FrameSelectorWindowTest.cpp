@@ -46,8 +46,8 @@ struct OverlayDesktop : FakeDesktop {
 
     OverlayDesktop() { all.front().pixels.setSize({1920, 1080}); }
 
-    std::expected<std::unique_ptr<OverlayWindow>, Error> makeOverlayWindow(
-        const QString &, QRect, const FrostedGlass &) override
+    using FakeDesktop::make;
+    Made<OverlayWindow> make(const QString &, QRect, const FrostedGlass &) override
     {
         if (refuses) {
             return std::unexpected(Error{});
@@ -61,7 +61,7 @@ struct OverlayDesktop : FakeDesktop {
 /** The selector of a coordinator, and the pointer over it in desktop coordinates. */
 struct Selector {
     OverlayDesktop desktop;
-    AppCoordinator coordinator{desktop};
+    AppCoordinator coordinator{desktop.backend()};
     std::optional<CaptureFrame> confirmed;
 
     void open(std::optional<CaptureFrame> area = CaptureFrame{300, 200, 600, 400})

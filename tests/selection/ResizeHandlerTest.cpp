@@ -17,7 +17,7 @@ private Q_SLOTS:
     {
         struct Row {
             QSizeF size;
-            QPointF point;
+            Point point;
             Edge edge;
         };
         const QSizeF usual(600, 400);
@@ -39,7 +39,7 @@ private Q_SLOTS:
     {
         struct Row {
             Edge edge;
-            QPointF pointer;
+            Point pointer;
             Rect expected;
             Rect initial{100, 100, 600, 400};
             Rect screen{0, 0, 1920, 1080};

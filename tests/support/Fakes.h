@@ -2,11 +2,8 @@
 #pragma once
 
 #include "model/MainViewModel.h"
-#include "platform/Desktop.h"
+#include "platform/Backend.h"
 
-#include <QThreadPool>
-
-#include <atomic>
 #include <coroutine>
 #include <sstream>
 #include <utility>
@@ -22,41 +19,87 @@ inline QString entry(const char *name, const CaptureFrame &area)
     return QString::fromStdString(text.str());
 }
 
+/** A call that is being awaited. If dropped, it completes successfully. */
+template<typename Result>
+struct PendingCall {
+    std::coroutine_handle<> caller = nullptr;
+    Result result = {};
+
+    ~PendingCall() { complete({}); }
+
+    /** Lets the caller go on; only the first time counts. */
+    void complete(const Result &answer)
+    {
+        if (const auto waiting = std::exchange(caller, nullptr)) {
+            result = answer;
+            waiting.resume();
+        }
+    }
+
+    struct Completion {
+        PendingCall &call;
+
+        bool await_ready() const { return false; }
+        void await_suspend(std::coroutine_handle<> waiting) const { call.caller = waiting; }
+        Result await_resume() const { return call.result; }
+    };
+};
+
+template<typename Result>
+using PendingCalls = std::vector<std::shared_ptr<PendingCall<Result>>>;
+
+template<typename Result>
+QCoro::Task<Result> pend(PendingCalls<Result> &calls)
+{
+    auto &call = *calls.emplace_back(std::make_shared<PendingCall<Result>>());
+    co_return co_await typename PendingCall<Result>::Completion{call};
+}
+
 /** A desktop that makes no windows and streams. */
-struct FakeDesktop : Desktop {
+struct FakeDesktop : Displays, ScreenSource, OutputWindows, Overlays, Presses, Shell {
+    using Content = std::expected<ShareableContent, Error>;
     double scale = 1;
     std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
-    std::expected<ShareableContent, Error> content; ///< change it only while no request runs
-    std::atomic<bool> held = false;
+    Content content; ///< the answer to requests for it
+    bool isHeld = false; ///< requests wait until answerRequests()
+    PendingCalls<Content> requests;
     bool hasSettings = true; ///< a program for them
     QRegion shape; ///< of the window that was given one last
     QStringList journal; ///< what was asked of the fakes, one event each
 
-    /** Requests for the content that still run are ended first. */
-    ~FakeDesktop() override
+    /** Plays all roles itself, and must outlive the result. */
+    Backend backend()
     {
-        releaseContent();
-        QThreadPool::globalInstance()->waitForDone();
+        const std::shared_ptr<void> nobody;
+        return {.name = QStringLiteral("fake"),
+                .displays = {nobody, this},
+                .screen = {nobody, this},
+                .outputWindows = {nobody, this},
+                .overlays = {nobody, this},
+                .presses = {nobody, this},
+                .shell = {nobody, this}};
     }
 
-    /** Lets requests for the content wait until releaseContent(). */
-    void holdContent() { held = true; }
-    void releaseContent()
+    void answerRequests()
     {
-        held = false;
-        held.notify_all();
+        for (const auto &request : std::exchange(requests, {})) {
+            request->complete(content);
+        }
     }
     void denyContent() { content = std::unexpected(Error{QStringLiteral("denied"), {}}); }
 
     double scaleFactor() const override { return scale; }
     std::vector<Display> displays() const override { return all; }
-    std::expected<ShareableContent, Error> shareableContent() const override
+    int largestWindowSide() const override { return 32767; }
+    QCoro::Task<Content> shareableContent(Rect) override
     {
-        held.wait(true);
-        return content;
+        if (isHeld) {
+            co_return co_await pend(requests);
+        }
+        co_return content;
     }
-    void activateWindow(std::uint32_t, const QString &) override { }
-    void setShape(std::uint32_t, const QRegion &pixels) override { shape = pixels; }
+    void activateWindow(QWindow &, const QString &) override { }
+    void setShape(QWindow &, const QRegion &pixels) override { shape = pixels; }
     bool openPrivacySettings() override
     {
         journal.append(QStringLiteral("settings"));
@@ -73,19 +116,9 @@ struct FakeDesktop : Desktop {
 
     template<typename T>
     using Made = std::expected<std::unique_ptr<T>, Error>;
-    Made<OffscreenWindow> makeOffscreenWindow(const QString &, QPoint, QSize) override
-    {
-        return {};
-    }
-    Made<OverlayWindow> makeOverlayWindow(const QString &, QRect, const FrostedGlass &) override
-    {
-        return {};
-    }
-    Made<DisplayLayer> makeDisplayLayer(const OffscreenWindow &) override { return {}; }
-    std::unique_ptr<PressMonitor> monitorPresses(std::function<void(QPoint)>) override
-    {
-        return {};
-    }
+    Made<OutputWindow> make(const QString &, QSize) override { return {}; }
+    Made<OverlayWindow> make(const QString &, QRect, const FrostedGlass &) override { return {}; }
+    std::unique_ptr<PressMonitor> monitor(std::function<void(QPoint)>) override { return {}; }
     std::unique_ptr<CaptureStream> makeCaptureStream(const ContentFilter &,
                                                      const StreamConfiguration &) override
     {
@@ -145,42 +178,6 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     bool isSharingWindowVisible() const override { return isVisible; }
 };
 
-/** A call that is being awaited. If dropped, it completes successfully. */
-template<typename Result>
-struct PendingCall {
-    std::coroutine_handle<> caller = nullptr;
-    Result result = {};
-
-    ~PendingCall() { complete({}); }
-
-    /** Lets the caller go on; only the first time counts. */
-    void complete(const Result &answer)
-    {
-        if (const auto waiting = std::exchange(caller, nullptr)) {
-            result = answer;
-            waiting.resume();
-        }
-    }
-
-    struct Completion {
-        PendingCall &call;
-
-        bool await_ready() const { return false; }
-        void await_suspend(std::coroutine_handle<> waiting) const { call.caller = waiting; }
-        Result await_resume() const { return call.result; }
-    };
-};
-
-template<typename Result>
-using PendingCalls = std::vector<std::shared_ptr<PendingCall<Result>>>;
-
-template<typename Result>
-QCoro::Task<Result> pend(PendingCalls<Result> &calls)
-{
-    auto &call = *calls.emplace_back(std::make_shared<PendingCall<Result>>());
-    co_return co_await typename PendingCall<Result>::Completion{call};
-}
-
 struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
     using Journalist::Journalist;
     PendingCalls<StartResult> starts;
@@ -237,7 +234,7 @@ struct FakeApplication {
             std::unique_ptr<FrameRepositoryProtocol>(repository),
             std::unique_ptr<UpdateRepositoryProtocol>(updates),
             std::unique_ptr<WindowCoordinatorProtocol>(coordinator),
-            std::unique_ptr<CaptureServiceProtocol>(capture), desktop, alerts, identity);
+            std::unique_ptr<CaptureServiceProtocol>(capture), desktop.backend(), alerts, identity);
     }
 
     FakeDesktop desktop;

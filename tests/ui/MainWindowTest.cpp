@@ -81,7 +81,7 @@ struct ShownWindow : FakeApplication {
         return {pixels, pixels + image.width() * image.height()};
     }
 
-    MainWindow window{*viewModel, desktop};
+    MainWindow window{*viewModel, desktop.backend().shell};
 };
 
 } // namespace

@@ -52,7 +52,7 @@ QString textOf(const UpdateRepositoryProtocol::CheckResult &result)
     return result ? QStringLiteral("%1 %2 %3")
                         .arg(result->lastAppVersion, result->downloadUrl)
                         .arg(result->canUpdate)
-                  : result.error().text + u'|' + result.error().description;
+                  : result.error().log + u'|' + result.error().text;
 }
 
 } // namespace

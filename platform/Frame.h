@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QPoint>
+#include <QRect>
+#include <QRegion>
+#include <QSize>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <variant>
+
+namespace glimmerpane
+{
+
+/** A picture that stays in the display server; the frame does not own it. */
+struct ServerDrawable {
+    std::uint32_t id = 0;
+};
+
+/** Pixels in memory: 32 bits each, blue in the lowest byte, the highest one unused. */
+struct MappedPixels {
+    const std::byte *data = nullptr; ///< the top-left pixel
+    std::ptrdiff_t stride = 0; ///< bytes from one row to the next
+    QSize size;
+    std::shared_ptr<const void> owner; ///< gives the memory back when the last copy goes
+};
+
+/** Pixels in a buffer of the graphics driver, in the layout of MappedPixels. */
+struct DmaBuffer {
+    int fileDescriptor = -1; ///< borrowed from the owner
+    std::uint32_t stride = 0; ///< bytes
+    std::uint32_t offset = 0; ///< bytes
+    std::uint64_t modifier = 0; ///< as in drm_fourcc.h
+    QSize size;
+    std::shared_ptr<const void> owner; ///< gives the buffer back when the last copy goes
+};
+
+/** The previous frame's picture, for frames in which only the pointer is new. */
+struct SamePicture {
+};
+
+using FramePicture = std::variant<ServerDrawable, MappedPixels, DmaBuffer, SamePicture>;
+
+/** The pointer to draw over a frame. */
+struct PointerSprite {
+    std::uint32_t serial = 0; ///< equal serials mean equal images
+    QPoint topLeft; ///< of the image, pixels of the frame's picture
+    QImage image; ///< premultiplied ARGB
+};
+
+/** One frame: where the picture is and which part of it is new. */
+struct SampleBuffer {
+    FramePicture picture;
+    QRect source; ///< the captured rectangle, pixels of the picture
+    QRegion changed; ///< since the previous frame, pixels of the picture
+    std::optional<PointerSprite> pointer; ///< if it touches the source
+    std::chrono::steady_clock::time_point time;
+};
+
+} // namespace glimmerpane

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/DisplayLayer.h"
+#include "services/Error.h"
+
+#include <QSize>
+#include <QString>
+
+#include <expected>
+#include <functional>
+#include <memory>
+
+namespace glimmerpane
+{
+
+/**
+ * A real top-level window that other programs can capture although nobody sees it on a display.
+ * Black until something is drawn into it. Hidden at first; destroyed with the object. Main thread.
+ */
+class OutputWindow
+{
+public:
+    virtual ~OutputWindow() = default;
+
+    /** Whether the window is shown, even if nobody sees it. */
+    virtual bool isVisible() const = 0;
+
+    virtual void orderFront() = 0;
+    virtual void orderOut() = 0;
+
+    /** A layer that covers the content; the window must outlive it. */
+    virtual std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer() = 0;
+
+    /** Called when the window is asked to close; it stays open. */
+    std::function<void()> onCloseRequest;
+
+    /** Called when what was drawn into the window is lost. */
+    std::function<void()> onContentsLost;
+};
+
+/** Makes output windows. Main thread. */
+class OutputWindows
+{
+public:
+    virtual ~OutputWindows() = default;
+
+    /** A hidden window with content of `size` pixels. */
+    virtual std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
+                                                                     QSize size)
+        = 0;
+};
+
+} // namespace glimmerpane

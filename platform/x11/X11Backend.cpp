@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/X11Backend.h"
+
+#include "platform/x11/DisplaysX11.h"
+#include "platform/x11/ManagedWindowX11.h"
+#include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/OverlayWindowX11.h"
+#include "platform/x11/PressMonitorX11.h"
+#include "platform/x11/ScreenSourceX11.h"
+#include "platform/x11/ShellX11.h"
+
+#include <utility>
+
+namespace glimmerpane::x11
+{
+
+namespace
+{
+
+class OutputWindowsX11 : public OutputWindows
+{
+public:
+    explicit OutputWindowsX11(bool listed)
+        : listed_(listed)
+    {
+    }
+
+    std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
+                                                             QSize size) override
+    {
+        return listed_ ? ManagedWindowX11::create(title, size)
+                       : OffscreenWindowX11::create(title, size);
+    }
+
+private:
+    const bool listed_;
+};
+
+class OverlaysX11 : public Overlays
+{
+public:
+    std::expected<std::unique_ptr<OverlayWindow>, Error> make(const QString &title, QRect area,
+                                                              const FrostedGlass &glass) override
+    {
+        return OverlayWindowX11::create(title, area, glass);
+    }
+};
+
+class PressesX11 : public Presses
+{
+public:
+    std::unique_ptr<PressMonitor> monitor(std::function<void(QPoint)> pressed) override
+    {
+        return PressMonitorX11::create(std::move(pressed));
+    }
+};
+
+} // namespace
+
+std::expected<void, Error> checkDisplay()
+{
+    if (auto connection = Connection::open(); !connection) {
+        return std::unexpected(connection.error());
+    }
+    return {};
+}
+
+Backend makeBackend(bool listsOutput)
+{
+    return {.name = QStringLiteral("x11"),
+            .displays = std::make_shared<DisplaysX11>(),
+            .screen = std::make_shared<ScreenSourceX11>(),
+            .outputWindows = std::make_shared<OutputWindowsX11>(listsOutput),
+            .overlays = std::make_shared<OverlaysX11>(),
+            .presses = std::make_shared<PressesX11>(),
+            .shell = std::make_shared<ShellX11>()};
+}
+
+} // namespace glimmerpane::x11
