@@ -22,24 +22,24 @@ inline QString entry(const char *name, const CaptureFrame &area)
     return QString::fromStdString(text.str());
 }
 
-/** A desktop that makes no windows and streams. */
+/** A desktop without real windows and streams. */
 struct FakeDesktop : Desktop {
     double scale = 1;
     std::vector<Display> all{{.name = {}, .pixels = {0, 0, 1280, 720}}};
-    std::expected<ShareableContent, Error> content; ///< change it only while no request runs
+    std::expected<ShareableContent, Error> content; ///< change it only while no request is running
     std::atomic<bool> held = false;
-    bool hasSettings = true; ///< a program for them
-    QRegion shape; ///< of the window that was given one last
-    QStringList journal; ///< what was asked of the fakes, one event each
+    bool hasSettings = true; ///< a settings program
+    QRegion shape; ///< given to a window last
+    QStringList journal; ///< the calls made, one entry each
 
-    /** Requests for the content that still run are ended first. */
+    /** First ends running requests for the content. */
     ~FakeDesktop() override
     {
         releaseContent();
         QThreadPool::globalInstance()->waitForDone();
     }
 
-    /** Lets requests for the content wait until releaseContent(). */
+    /** Makes requests for the content wait until releaseContent(). */
     void holdContent() { held = true; }
     void releaseContent()
     {
@@ -115,7 +115,7 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
     using Journalist::Journalist;
     FrameHandler onConfirm;
     Handler onCancel;
-    std::expected<void, Error> opened; ///< what the selector comes to
+    std::expected<void, Error> opened; ///< the result of opening the selector
     bool isVisible = false;
 
     std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> frame,
@@ -153,7 +153,7 @@ struct PendingCall {
 
     ~PendingCall() { complete({}); }
 
-    /** Lets the caller go on; only the first time counts. */
+    /** Lets the caller continue; only the first call counts. */
     void complete(const Result &answer)
     {
         if (const auto waiting = std::exchange(caller, nullptr)) {
@@ -225,7 +225,7 @@ struct FakeAlerts : Journalist<AlertPresenterProtocol> {
     }
 };
 
-/** A view model with a fake for everything. The services live as long as the view model. */
+/** A view model with fakes for everything. The services live as long as the view model. */
 struct FakeApplication {
     explicit FakeApplication(std::optional<CaptureFrame> stored, bool hasDisplay = true,
                              const Identity &identity
