@@ -58,7 +58,7 @@ QDBusMessage call(const QDBusConnection &bus, const QString &method, const QVari
 
 /**
  * Why the running instance must not be sent a command, judging by its answer about its display. A
- * stopped process would carry it out much later, and one on another display out of sight.
+ * suspended process would carry it out much later, and one on another display out of sight.
  */
 std::optional<CommandResult> objection(const QDBusMessage &answer)
 {

@@ -39,6 +39,11 @@ void quitOnSignals(QObject *parent)
     action.sa_flags = SA_RESTART | static_cast<int>(SA_RESETHAND);
     sigaction(SIGINT, &action, nullptr);
     sigaction(SIGTERM, &action, nullptr);
+    struct sigaction before{};
+    sigaction(SIGHUP, &action, &before);
+    if (before.sa_handler == SIG_IGN) { // as nohup has it
+        sigaction(SIGHUP, &before, nullptr);
+    }
 }
 
 } // namespace glimmerpane

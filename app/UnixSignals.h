@@ -7,8 +7,9 @@ namespace glimmerpane
 {
 
 /**
- * Ends the application's event loop on SIGINT and SIGTERM, for an orderly shutdown. A second signal
- * ends the process immediately. Main thread, once; `parent` is the application.
+ * Ends the application's event loop on SIGINT, SIGTERM and, unless it is ignored, SIGHUP, for an
+ * orderly shutdown. A second signal ends the process immediately. Main thread, once; `parent` is
+ * the application.
  */
 void quitOnSignals(QObject *parent);
 

@@ -6,7 +6,7 @@
 namespace glimmerpane
 {
 
-/** Says what this folder does; silent below warnings unless QT_LOGGING_RULES wants it. */
+/** For this folder's messages. Silent below warnings unless enabled by QT_LOGGING_RULES. */
 inline Q_LOGGING_CATEGORY(modelLog, "glimmerpane.model", QtWarningMsg)
 
 } // namespace glimmerpane

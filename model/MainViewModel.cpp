@@ -53,7 +53,7 @@ std::optional<QString> flawOf(const CaptureFrame &frame, const Displays &desktop
         return MainViewModel::tr("The area's width and height must be finite numbers.");
     }
     if (std::isnan(frame.x) || std::isnan(frame.y)) {
-        return MainViewModel::tr("The area's position must be numbers.");
+        return MainViewModel::tr("The area's X and Y must be numbers.");
     }
     const QSize size
         = toPixels(std::abs(frame.width), std::abs(frame.height), desktop.scaleFactor());
@@ -278,8 +278,8 @@ bool MainViewModel::mayClose()
     const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
     constexpr int quit = 1; // not the default, in case Ctrl+W was a slip while typing
     return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
-                             .informativeText = tr("The others in your call will no longer see "
-                                                   "the shared area."),
+                             .informativeText = tr("Others in your call will no longer see the "
+                                                   "shared area."),
                              .style = Alert::Style::Warning,
                              .buttons = {tr("Keep Sharing"), tr("Stop and Quit")},
                              .escapesToFirst = true})

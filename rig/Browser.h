@@ -20,11 +20,11 @@ public:
     /** The value of an expression of the page's scripts, such as "state()". */
     virtual QJsonValue ask(const QString &expression) = 0;
 
-    /** Presses the page's button, and picks the window where the browser asks. */
+    /** Presses the page's button, and picks the window if the browser asks. */
     virtual void share() = 0;
 };
 
-/** A browser's first start on a slow machine. */
+/** Enough for a browser's first start on a slow machine. */
 constexpr auto browserPatience = std::chrono::seconds(60);
 
 /** Ends with the object, keeps its files in `home` and sends nothing off this machine. */
@@ -32,7 +32,7 @@ struct BrowserOptions {
     QProcessEnvironment environment;
     QString home;
     QUrl page;
-    QString window{}; ///< the title of the one that share() shares
+    QString window{}; ///< the title of the window that share() picks
     QRect place{820, 20, 450, 700}; ///< root pixels; Firefox takes the width only
     bool isBare = false; ///< without tabs, address and notices around the page; Chromium only
 };

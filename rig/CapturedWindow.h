@@ -14,8 +14,8 @@ enum class PictureOf {
 };
 
 /**
- * A window's picture as a capturing client reads it: the pixmap that Composite keeps for it while
- * somebody redirects it. It is named once and again after the window's size changed.
+ * A window's picture as a capturing client reads it: the pixmap that Composite keeps while the
+ * window is redirected. The pixmap is named once, and again when the window's size has changed.
  */
 class CapturedWindow
 {
@@ -46,7 +46,7 @@ public:
         return named ? part({QPoint(), size_}) : failure(named.error());
     }
 
-    /** The same of a part, origin top left, at the cost of one request: it sees no new size. */
+    /** Only a part, from the top left. Costs one request, so it does not notice a new size. */
     Result<QImage> part(const QRect &rectangle) const
     {
         const bool seen = source_ == PictureOf::Screen;
@@ -68,7 +68,7 @@ private:
         const auto named = client_->check(cookie, QStringLiteral("the window has no pixmap"));
         if (named) {
             pixmap_ = {client_, {id}};
-            // The pixmap's own size: the window may have another one by now.
+            // The pixmap's own size, because the window's may have changed by now.
             const auto geometry = ask<xcb_get_geometry, xcb_get_geometry_reply>(*client_, id);
             size_ = geometry ? QSize(geometry->width, geometry->height) : QSize();
         }
@@ -82,7 +82,7 @@ private:
     QSize size_;
 };
 
-/** Opens, reads the whole picture once and closes. */
+/** Opens the window, reads its whole picture once, and closes it. */
 inline Result<QImage> windowPicture(const XClient &client, xcb_window_t window)
 {
     auto captured = CapturedWindow::open(client, window);

@@ -44,19 +44,19 @@ public:
     }
     ~ChildProcess() { terminate(); }
 
-    /** 0 when there is none or it has been collected. */
+    /** 0 if there is no process or it has been collected. */
     pid_t pid() const { return static_cast<pid_t>(process_->processId()); }
     bool isRunning();
 
     /** The exit code once ended; -1 if a signal ended it. */
     std::optional<int> exitCode();
 
-    /** Handles Qt events meanwhile. Returns whether it ended in time. */
+    /** Handles Qt events while waiting. Returns whether the process ended in time. */
     bool waitForEnd(std::chrono::milliseconds limit);
 
-    /** SIGTERM, and SIGKILL if it does not end soon. Returns after its end. */
+    /** Sends SIGTERM, then SIGKILL if that does not help. Returns after the process has ended. */
     void terminate();
-    /** SIGKILL. Returns after its end. */
+    /** Sends SIGKILL. Returns after the process has ended. */
     void kill();
     void sendSignal(int signal);
 

@@ -8,7 +8,7 @@ namespace glimmerpane::testing
 
 /**
  * A plain coloured window to test against. Its colour is the window's background, so the server
- * repaints what was covered without asking anybody.
+ * repaints uncovered parts by itself.
  */
 class ColorWindow
 {
@@ -25,8 +25,8 @@ public:
     };
 
     /**
-     * Mapped on return as far as the server is concerned; a managed one may still have to be
-     * mapped by the manager. The client must outlive the object, at the same address.
+     * The server has handled the request to map it; a window manager may still delay a managed one.
+     * The client must outlive the object, at the same address.
      */
     static Result<ColorWindow> show(const XClient &client, const Options &options)
     {

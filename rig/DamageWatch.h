@@ -12,8 +12,8 @@ namespace glimmerpane::testing
 {
 
 /**
- * Tells when something was drawn into a window or pixmap. Has a connection of its own, so that
- * nobody else's events mix with its. One event stands for everything since the last take().
+ * Tells when something has been drawn into a window or pixmap. Has its own connection, so that its
+ * events do not mix with others. One event stands for everything since the last take().
  */
 class DamageWatch
 {
@@ -30,15 +30,15 @@ public:
         if (const auto done = watch.client_.check(cookie, QStringLiteral("cannot watch")); !done) {
             return failure(done.error());
         }
-        // A new watch starts as damaged; that is not a change.
+        // A new watch starts out damaged, which is not a change.
         watch.take();
         watch.resetCount();
         return watch;
     }
 
     /**
-     * Waits for an event, or for nothing with a limit of 0, and clears the damage. Returns
-     * whether there was any. Does not handle Qt events.
+     * Waits for an event (with a limit of 0, only looks) and clears the damage. Returns whether
+     * there was any. Does not handle Qt events.
      */
     bool take(std::chrono::milliseconds limit = {})
     {

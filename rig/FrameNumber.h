@@ -23,7 +23,7 @@ QRect drawnArea(QSize picture);
 /** Draws into a 32-bit image of at least the strip's size. */
 void draw(QImage &picture, uint32_t number);
 
-/** Reads the strip; nothing if there is none, if it is torn, or if the picture was scaled. */
+/** Reads the strip; null if there is none, it is torn, or the picture was scaled. */
 std::optional<uint32_t> read(const QImage &picture);
 
 } // namespace frameNumber

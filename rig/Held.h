@@ -9,7 +9,7 @@
 namespace glimmerpane::testing
 {
 
-/** The resources that a program holds, and the X server for it, at one moment. */
+/** The resources that a program, and the X server on its behalf, hold at one moment. */
 struct Held {
     double memory = 0; ///< resident, KiB
     double descriptors = 0;

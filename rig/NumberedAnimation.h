@@ -10,12 +10,12 @@ namespace glimmerpane::testing
 
 struct AnimationOptions {
     QRect area; ///< root pixels
-    QString mode = QStringLiteral("full"); ///< as glimmerpane_pattern knows it
+    QString mode = QStringLiteral("full"); ///< a mode of glimmerpane_pattern
     int rate = 60; ///< frames a second
-    QString title{}; ///< of an ordinary window; without one no window manager knows of it
+    QString title{}; ///< of a managed window; without a title, no window manager sees it
 };
 
-/** Plays the animation from a process of its own, which can be measured apart. */
+/** Plays the animation in a separate process, so that it can be measured separately. */
 inline ChildProcess startAnimation(const QProcessEnvironment &environment,
                                    const AnimationOptions &options)
 {

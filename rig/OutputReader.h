@@ -8,13 +8,13 @@
 namespace glimmerpane::testing
 {
 
-/** The number of the animation that the window shows now; `place` is the strip's corner in it. */
+/** The animation's number that the window shows now; `place` is the strip's corner in it. */
 Result<uint32_t> shownNumber(const CapturedWindow &window, QPoint place = {});
 
-/** Returns once the window, or the whole screen, follows the animation. */
+/** Returns once the window, or the whole screen, shows the running animation. */
 void awaitMotion(const CapturedWindow &window, QPoint place = {});
 
-/** What a viewer saw of the numbered animation during a time. */
+/** What a viewer saw of the numbered animation over a period. */
 struct SeenFrames {
     double seconds = 0;
     int shown = 0; ///< different numbers read from the output
@@ -24,7 +24,7 @@ struct SeenFrames {
     double rate() const { return seconds > 0 ? shown / seconds : 0; }
 };
 
-/** Reads the animation's number out of the window's picture once for each time it was drawn. */
+/** Reads the animation's number from the window's picture each time that was drawn. */
 SeenFrames countFrames(const QString &displayName, const CapturedWindow &window, QPoint place,
                        std::chrono::milliseconds time);
 
@@ -33,15 +33,15 @@ struct LatencyOptions {
     QRect area; ///< shared, root pixels
     QRect patch; ///< where to change the colour, root pixels, inside the area
     int changes = 100;
-    /** Between two readings; reading without a pause keeps a processor busy. */
+    /** The pause between two readings; without one, reading keeps a processor busy. */
     std::chrono::microseconds pause{0};
     PictureOf source = PictureOf::Composite;
 };
 
 /**
- * Changes the colour of a small window and takes the time from the server's acknowledgement until
- * that colour is read from the output's picture. Milliseconds, one per change; the
- * changes are far enough apart that none waits for the one before.
+ * Changes the colour of a small window and measures the time from the server's acknowledgement
+ * until that colour is read from the output's picture. One value per change, in milliseconds; the
+ * changes are far enough apart that none waits for the previous one.
  */
 std::vector<double> measureLatency(const XClient &client, const LatencyOptions &options);
 

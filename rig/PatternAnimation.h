@@ -10,8 +10,8 @@ namespace glimmerpane::testing
 {
 
 /**
- * Plays a pattern window on a thread of its own, at absolute deadlines of the monotonic clock,
- * so that no delay adds up. Numbers rise by one with every frame that was really sent.
+ * Plays a pattern window on its own thread, at absolute deadlines of the monotonic clock, so that
+ * delays do not add up. The number rises by one with every frame that is actually sent.
  */
 class PatternAnimation
 {
@@ -23,14 +23,14 @@ public:
     Q_DISABLE_COPY_MOVE(PatternAnimation)
 
     void start();
-    /** Returns after the server has drawn the last frame, which then stays. */
+    /** Returns after the server has drawn the last frame, which stays visible. */
     void freeze();
 
     /** The number of the frame sent last. */
     uint32_t lastFrame() const { return lastFrame_; }
     /** Deadlines at which no frame was sent, because we or the server were too slow. */
     uint32_t missedDeadlines() const { return missed_; }
-    /** Deadlines at which the server had not drawn the frame before yet, though one was sent. */
+    /** Deadlines at which a frame was sent before the server had drawn the previous one. */
     uint32_t lateFrames() const { return late_; }
 
 private:

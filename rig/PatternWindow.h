@@ -10,13 +10,13 @@ namespace glimmerpane::testing
 
 enum class PatternMode {
     FullMotion, ///< every pixel of the window changes from frame to frame
-    Cursor, ///< a still picture, a moving block of 32x32 and the number's strip
-    Typing, ///< the same with letters of 12x20, each beside the one before
+    Cursor, ///< a still picture with a moving block of 32x32 pixels and the number's strip
+    Typing, ///< the same with letters of 12x20 pixels, one after the other
 };
 
 /**
  * A window that shows numbered frames through shared memory, on a connection of its own. The
- * pictures lie ready; a frame costs the number and one request, or three where little moves.
+ * pictures are prepared; a frame costs the number and one request, or three if little moves.
  */
 class PatternWindow
 {
@@ -24,19 +24,19 @@ public:
     struct Options {
         QRect rectangle; ///< root pixels
         PatternMode mode = PatternMode::FullMotion;
-        QString title{}; ///< of an ordinary window; without one no window manager knows of it
+        QString title{}; ///< of a managed window; without a title, no window manager sees it
     };
 
-    /** Mapped, on top of everything there is, showing frame 0. */
+    /** On return it is mapped on top of everything else and shows frame 0. */
     static Result<PatternWindow> open(const QString &displayName, const Options &options);
 
     /**
-     * Sends one frame. False, with nothing shown, while the server is too far behind to have a
-     * picture free.
+     * Sends one frame. False, and nothing is shown, if the server is so far behind that no picture
+     * is free.
      */
     bool show(uint32_t number);
 
-    /** Whether the server has drawn all that was sent, as far as it has told. */
+    /** Whether the server is known to have drawn everything that was sent. */
     bool isDrawn();
 
     /** Returns after the server has drawn everything. */
@@ -58,7 +58,7 @@ private:
     xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_gcontext_t context_;
     std::vector<SharedPicture> pictures_; ///< of the whole window or, first, of the moving block
-    QPoint block_; ///< where the moving block is
+    QPoint block_; ///< the moving block's position
     uint8_t completionEvent_ = 0;
     int unfinished_ = 0; ///< requests that the server has not read yet
 };

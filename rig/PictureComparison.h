@@ -11,8 +11,8 @@ namespace glimmerpane::testing
 
 /**
  * Takes the two pictures again and again until they have the same pixels or the limit has passed.
- * Returns whether they did; where not, it saves the last two beside the running test, named after
- * the test function, or in the current folder.
+ * Returns whether they do; if not, saves the last two next to the running test, named after the
+ * test function, or in the current folder.
  */
 inline bool becomeEqual(const std::function<QImage()> &actual,
                         const std::function<QImage()> &expected, std::chrono::milliseconds limit)

@@ -11,12 +11,12 @@ namespace glimmerpane::testing
 
 struct ThreadUsage {
     pid_t id = 0;
-    QString name; ///< as the kernel knows it, at most 15 characters
+    QString name; ///< the kernel's name for it, at most 15 characters
     double cpu = 0; ///< milliseconds
-    double wakeUps = 0; ///< voluntary context switches: it slept and was woken
+    double wakeUps = 0; ///< voluntary context switches
 };
 
-/** What the living threads of a process have used since their start. */
+/** What the running threads of a process have used since they started. */
 struct ProcessUsage {
     std::vector<ThreadUsage> threads;
     int descriptors = 0;
@@ -24,7 +24,7 @@ struct ProcessUsage {
 
     static Result<ProcessUsage> of(pid_t pid);
 
-    /** Sum of the threads. */
+    /** The sum over the threads. */
     double cpu() const;
     double wakeUps() const;
 };

@@ -18,11 +18,11 @@
 namespace glimmerpane::testing
 {
 
-constexpr auto patience = std::chrono::seconds(10); ///< how long a condition may take to hold
+constexpr auto patience = std::chrono::seconds(10); ///< the longest wait for a condition
 
 /**
- * The built program on a private display, operated as by a user. Settings, bus and clients of other
- * sessions cannot reach it.
+ * The built program on a private display, operated as a user would. Isolated from the settings, bus
+ * and clients of other sessions.
  */
 class ProgramFixture
 {
@@ -37,10 +37,10 @@ public:
     InputInjector input;
     const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
-    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
-    QProcessEnvironment environment; ///< of programs that are started from now on
-    QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
-    bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
+    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< the program to start from now on
+    QProcessEnvironment environment; ///< of programs started from now on
+    QStringList wrapper; ///< a command that starts them by executing its last arguments
+    bool hasOwnMounts = false; ///< whether the wrapper gives the program its own file systems
     ChildProcess program;
     std::optional<SessionBus> bus; ///< none unless startBus()
 
@@ -49,47 +49,49 @@ public:
     /** Starts the program; a running one is ended first. */
     void start(const QStringList &arguments = {});
     /**
-     * The same with an area, in root pixels, at a scale of 1. Returns once the main window is at
-     * its place and the output is there, if it shares from the start.
+     * The same with an area, in root pixels, at a scale of 1. Returns once the main window is in
+     * place and, if it shares from the start, the output window exists.
      */
     void startWith(const QRect &area, QPoint mainWindowPlace, bool share);
-    /** Starts another one beside it and waits for its end: its exit code, -1 if it goes on. */
+    /** Starts another instance and waits until it ends. Returns its exit code, -1 if it runs on. */
     int launchAgain(const QStringList &arguments = {}, QByteArray *says = nullptr) const;
-    /** Waits for the program's end. Its exit code, -1 if it goes on; prints what it said unless 0.
+    /**
+     * Waits until the program ends and returns its exit code, -1 if it runs on. Prints its output
+     * unless that is 0.
      */
     int waitForExit();
-    /** Ends it as a session does, which has to succeed. */
+    /** Ends it as a desktop session would. Must succeed. */
     void end();
 
     std::optional<xcb_window_t> mainWindow() const;
     std::optional<xcb_window_t> outputWindow() const;
-    /** The one on which the area is chosen. */
+    /** The area selector. */
     std::optional<xcb_window_t> selector() const;
-    /** How many windows of the program are shown that are not the output: main window, alerts. */
+    /** How many of the program's windows are shown besides the output: main window, alerts. */
     int shownWindows() const;
 
     bool waitForMainWindow() const;
     void moveMainWindow(QPoint place) const;
     xcb_window_t awaitOutputWindow();
-    /** Whether the output window comes to show the pixels of this rectangle of the root. */
+    /** Waits until the output window shows the pixels of this rectangle of the root. */
     bool showsArea(QRect rootRectangle);
     bool waitForNoOutput() const;
 
-    /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
+    /** Clicks "Start sharing" until it works, which it does once the previous session has ended. */
     bool startAgain() const;
 
-    /** Clicks on "Stop sharing" until there is no output: an alert may have just closed. */
+    /** Clicks "Stop sharing" until there is no output, because an alert may have just closed. */
     bool stopSharing() const;
 
-    /** A click at a place of the main window, in its points. */
+    /** Clicks a position in the main window, in its points. */
     void click(QPoint place) const;
     /** Whether the button is filled with its colour: disabled ones are grey. */
     bool canPress(QPoint button) const;
-    /** Where to click on "Start sharing" or "Stop sharing" once that can be done; root pixels. */
+    /** Waits until the button can be pressed. Returns where to click it, in root pixels. */
     QPoint awaitButton(QPoint button) const;
-    /** Types the key until the alert, which needs the keyboard first, goes. */
+    /** Types the key until the alert closes; the alert may not have the keyboard focus at first. */
     bool answerAlert(std::uint32_t key) const;
-    /** Types an area into the four fields; false if it does not become the saved one. */
+    /** Types an area into the four fields. False if it is not saved. */
     bool typeArea(const CaptureFrame &area) const;
     /** Replaces the text of one field. */
     bool type(QPoint field, const QByteArray &text) const;
@@ -109,7 +111,7 @@ private:
     ChildProcess compositor_;
 };
 
-/** Where the main window has its controls, in its points; seen in a screenshot. */
+/** Where the main window's controls are, in its points; taken from a screenshot. */
 namespace places
 {
 constexpr QPoint startSharing(160, 98);

@@ -19,7 +19,7 @@ inline std::unexpected<QString> failure(const QString &text)
     return std::unexpected(text);
 }
 
-/** Ends a test, a measurement or a demonstration that cannot go on; what it started ends too. */
+/** Ends a test, a measurement or a demonstration that cannot go on, and all it has started. */
 struct Failure : std::runtime_error {
     explicit Failure(const QString &text)
         : std::runtime_error(text.toStdString())

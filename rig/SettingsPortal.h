@@ -8,7 +8,7 @@
 namespace glimmerpane::testing
 {
 
-/** A settings portal with nothing in it but the colour scheme, which is dark at first. */
+/** A settings portal that only knows the colour scheme, which is dark at first. */
 class SettingsPortal : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ public Q_SLOTS:
     {
         const bool isKnown = group == QStringLiteral("org.freedesktop.appearance")
             && key == QStringLiteral("color-scheme");
-        // The portal's own habit: a variant in a variant.
+        // As the real portal does: a variant in a variant.
         return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? scheme_ : 0U)));
     }
 

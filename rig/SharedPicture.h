@@ -9,8 +9,8 @@ namespace glimmerpane::testing
 {
 
 /**
- * A picture in memory that the X server reads directly. Freed with the object; the server lets
- * go of it at the latest when the connection closes.
+ * A picture in memory that the X server reads directly. Freed with the object; the server releases
+ * it when the connection closes at the latest.
  */
 class SharedPicture
 {

@@ -11,8 +11,8 @@ namespace glimmerpane::testing
 {
 
 /**
- * Turns SIGINT, SIGTERM and SIGHUP into a request to stop, so that everything that was started
- * is ended and every temporary folder removed on the way out. Make it before any other thread.
+ * Turns SIGINT, SIGTERM and SIGHUP into a request to stop, so that every child process is ended and
+ * every temporary folder removed. Create it before any other thread.
  */
 class StopSignals
 {

@@ -11,8 +11,8 @@ namespace glimmerpane::testing
 {
 
 /**
- * Looks at the condition again and again until it holds or the limit has passed, and handles the
- * Qt events of the calling thread in between. Returns whether the condition held.
+ * Checks the condition again and again until it is true or the limit has passed, and handles the Qt
+ * events of the calling thread in between. Returns whether the condition became true.
  */
 inline bool waitFor(const std::function<bool()> &condition, std::chrono::milliseconds limit)
 {

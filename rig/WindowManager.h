@@ -8,7 +8,7 @@
 namespace glimmerpane::testing
 {
 
-/** Starts a program; fails if it ends or a time passes before it is ready. */
+/** Starts a program; fails if it ends or takes too long before it is ready. */
 inline Result<ChildProcess> startUntil(const std::function<bool()> &isReady,
                                        const ChildProcess::Options &options)
 {
@@ -25,7 +25,7 @@ inline Result<ChildProcess> startUntil(const std::function<bool()> &isReady,
     return process;
 }
 
-/** Maps a small window and looks whether a window manager takes it. */
+/** Maps a small window and checks whether a window manager manages it. */
 inline bool managesNewWindow(const XClient &client)
 {
     constexpr std::chrono::milliseconds limit{250};
@@ -44,8 +44,8 @@ inline bool isOwned(const XClient &client, const QByteArray &selection)
 }
 
 /**
- * Starts a window manager, such as "openbox", and returns once it really manages windows: some
- * announce themselves earlier and lose what is mapped in between. The environment must name the
+ * Starts a window manager, such as "openbox", and returns once it actually manages windows: some
+ * announce themselves earlier and miss windows mapped in between. The environment must name the
  * client's display.
  */
 inline Result<ChildProcess> startWindowManager(const XClient &client,

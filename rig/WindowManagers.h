@@ -29,7 +29,7 @@ struct ManagerProgram {
     const char *command; ///< of a shell
 };
 
-/** All but none. Those of a desktop get the buses without which they do not start. */
+/** All except None. Those of a desktop get the buses that they need to start. */
 constexpr std::array<ManagerProgram, 11> managerPrograms{{
     {WindowManager::Openbox, "openbox", "openbox"},
     {WindowManager::OpenboxAndPicom, "openbox-picom", "openbox"},

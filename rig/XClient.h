@@ -15,7 +15,7 @@ namespace glimmerpane::testing
 
 using x11::Reply;
 
-/** Sends a request and waits for its reply, which is null where the server refuses. */
+/** Sends a request and waits for its reply, which is null if the server refuses. */
 template<auto send, auto receive, typename... Arguments>
 auto ask(const x11::Connection &client, Arguments... arguments)
 {
@@ -24,8 +24,8 @@ auto ask(const x11::Connection &client, Arguments... arguments)
 }
 
 /**
- * A connection of its own to an X server, so a real second client. All rectangles are root or
- * drawable pixels, origin top left. Use it on one thread.
+ * A separate connection to an X server, so a real second client. All rectangles are root or
+ * drawable pixels, origin top left. For one thread.
  */
 class XClient : public x11::Connection
 {
@@ -36,7 +36,7 @@ public:
         if (!connection) {
             return failure(connection.error().text);
         }
-        // The server refuses an extension's requests until its version was asked for.
+        // The server refuses an extension's requests until its version has been negotiated.
         if (const auto extensions = x11::requireExtensions(*connection); !extensions) {
             return failure(extensions.error().text);
         }
@@ -49,7 +49,7 @@ public:
     /** Returns after the server has handled everything sent before. */
     void sync() const { ask<xcb_get_input_focus, xcb_get_input_focus_reply>(*this); }
 
-    /** Fails with the text if the checked request did. */
+    /** Fails with this text if the checked request failed. */
     Result<void> check(xcb_void_cookie_t cookie, const QString &text) const
     {
         const Reply<xcb_generic_error_t> error(xcb_request_check(get(), cookie));
@@ -116,7 +116,7 @@ struct Destroy {
     }
 };
 
-/** Owns something on the server through the client that made it, which must outlive it. */
+/** Owns a resource on the server; the client that created it must outlive it. */
 template<auto destroy>
 using ServerObject = std::unique_ptr<const XClient, Destroy<destroy>>;
 

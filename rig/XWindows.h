@@ -48,7 +48,7 @@ inline pid_t pidOf(const XClient &client, xcb_window_t window)
     return static_cast<pid_t>(numberOf(client, window, "_NET_WM_PID"));
 }
 
-/** Its _NET_WM_NAME. */
+/** The window's _NET_WM_NAME. */
 inline QString titleOf(const XClient &client, xcb_window_t window)
 {
     const auto title = propertyOf(client, window, "_NET_WM_NAME");
@@ -73,7 +73,7 @@ inline auto attributesOf(const XClient &client, xcb_window_t window)
     return ask<xcb_get_window_attributes, xcb_get_window_attributes_reply>(client, window);
 }
 
-/** Whether it and everything above it is mapped. */
+/** Whether it and all its ancestors are mapped. */
 inline bool isViewable(const XClient &client, xcb_window_t window)
 {
     const auto attributes = attributesOf(client, window);
@@ -117,7 +117,7 @@ inline std::optional<xcb_window_t> findWindow(const XClient &client, const QStri
     return std::nullopt;
 }
 
-/** Not yet mapped; the values are the attributes of the mask, which are XCB_CW_*. */
+/** Not mapped yet. The values belong to the bits of the mask (XCB_CW_*). */
 inline Result<xcb_window_t> createWindow(const XClient &client, const QRect &rectangle,
                                          uint32_t mask, const uint32_t *values)
 {
@@ -131,7 +131,7 @@ inline Result<xcb_window_t> createWindow(const XClient &client, const QRect &rec
     return created ? Result<xcb_window_t>(window) : failure(created.error());
 }
 
-/** A manager places a window itself unless its hints say that the user chose the place. */
+/** A manager places a window itself unless its hints say that the user chose its position. */
 inline void setPlaceHints(const XClient &client, xcb_window_t window, QPoint place)
 {
     constexpr int words = 18;
@@ -159,7 +159,7 @@ inline void setTitle(const XClient &client, xcb_window_t window, const QString &
     }
 }
 
-/** Asks for a place and a size; a window manager may see to it later, or not at all. */
+/** Asks for a position and a size; a window manager may comply later, or not at all. */
 inline void setGeometry(const XClient &client, xcb_window_t window, const QRect &rectangle)
 {
     constexpr uint16_t place = XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y;

@@ -55,9 +55,8 @@ public:
     pid_t pid() const { return process_.pid(); }
 
     /**
-     * Our own environment, but on this server and without what is left of another session, its bus
-     * included. A program of ours asks nobody for updates there, and none keeps settings for the
-     * next one.
+     * Our own environment, but on this server and without traces of another session or its bus.
+     * Programs do not check for updates there, and leave no settings behind for the next one.
      */
     QProcessEnvironment environment() const
     {
@@ -74,7 +73,7 @@ public:
         return environment;
     }
 
-    /** Runs a program of this display to its end; which has to succeed. */
+    /** Runs a program on this display until it ends. It must succeed. */
     void run(const QString &program, const QStringList &arguments) const
     {
         auto process = required(ChildProcess::start(
@@ -96,7 +95,7 @@ public:
         run(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), name, place, output});
     }
 
-    /** Ends the server at once, as a crash would. */
+    /** Ends the server abruptly, as a crash would. */
     void kill() { process_.kill(); }
 
 private:

@@ -24,8 +24,7 @@ class FrameRepository : public QObject, public FrameRepositoryProtocol
 public:
     /** Typing counts as paused when nothing was saved for this long. */
     explicit FrameRepository(SettingsFile file,
-                             std::chrono::milliseconds typingPause
-                             = std::chrono::milliseconds(300));
+                             std::chrono::milliseconds typingPause = std::chrono::seconds(1));
     /** Writes anything still pending. */
     ~FrameRepository() override;
 

@@ -278,7 +278,7 @@ Neue Version: %2</translation>
         <translation>Freigabe beenden und Programm schließen?</translation>
     </message>
     <message>
-        <source>The others in your call will no longer see the shared area.</source>
+        <source>Others in your call will no longer see the shared area.</source>
         <translation>Die anderen im Gespräch sehen den freigegebenen Bereich dann nicht mehr.</translation>
     </message>
     <message>
@@ -298,7 +298,7 @@ Neue Version: %2</translation>
         <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
     </message>
     <message>
-        <source>The area&apos;s position must be numbers.</source>
+        <source>The area&apos;s X and Y must be numbers.</source>
         <translation>Die Position des Bereichs muss aus Zahlen bestehen.</translation>
     </message>
     <message>

@@ -280,7 +280,7 @@ Nouvelle version&#xa0;: %2</translation>
         <translation>Arrêter le partage et quitter&#x202f;?</translation>
     </message>
     <message>
-        <source>The others in your call will no longer see the shared area.</source>
+        <source>Others in your call will no longer see the shared area.</source>
         <translation>Les autres participants à l’appel ne verront plus la zone partagée.</translation>
     </message>
     <message>
@@ -300,7 +300,7 @@ Nouvelle version&#xa0;: %2</translation>
         <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
     </message>
     <message>
-        <source>The area&apos;s position must be numbers.</source>
+        <source>The area&apos;s X and Y must be numbers.</source>
         <translation>La position de la zone doit être donnée par des nombres.</translation>
     </message>
     <message>

@@ -168,7 +168,7 @@ private Q_SLOTS:
         const QString offer = QStringLiteral("info|Update Available|Current version: N/A\nNew "
                                              "version: 1.5.0|Download New Version|Cancel");
         const QString question
-            = QStringLiteral("warning|Stop Sharing and Quit?|The others in your call will no "
+            = QStringLiteral("warning|Stop Sharing and Quit?|Others in your call will no "
                              "longer see the shared area.|Keep Sharing|Stop and Quit");
         const auto row = [&](const char *name, const std::vector<Step> &steps, const char *journal,
                              const char *open = "") {
@@ -289,8 +289,8 @@ private Q_SLOTS:
         row("0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7");
         row("0|0|nan|5", "0 0 nan 5", "finite");
         row("0|0|5|-inf", "0 0 5 -inf", "finite");
-        row("nan|0|5|5", "nan 0 5 5", "position");
-        row("0|nan|5|5", "0 nan 5 5", "position");
+        row("nan|0|5|5", "nan 0 5 5", "X and Y");
+        row("0|nan|5|5", "0 nan 5 5", "X and Y");
         row("0|0|0|5", "0 0 0 5", "empty");
         row("0|0|5|-.24", "0 0 5 -0.24", "empty");
         row("0|0|16383.75|5", "0 0 16383.8 5", "too large");

@@ -19,25 +19,25 @@ public:
 
     /** PEM, for clients that should trust it. */
     QByteArray certificate() const;
-    /** A server that proves to be `name`, such as "IP:127.0.0.1" or "DNS:x.example". */
+    /** A server with a certificate for `name`, such as "IP:127.0.0.1" or "DNS:x.example". */
     QSslConfiguration serverNamed(const QString &name) const;
 
 private:
     QTemporaryDir folder_;
 };
 
-/** A server on loopback that lets a function answer each request. */
+/** A server on loopback; a function answers each request. */
 class HttpsServer
 {
 public:
-    /** Gets the connection once the whole request has been read from it. */
+    /** Called with the connection once the whole request has been read. */
     using Answer = std::function<void(QSslSocket &)>;
 
     HttpsServer(const QSslConfiguration &configuration, Answer answer);
 
-    /** Where the update service would be. */
+    /** The address to use as the update service's. */
     QString address() const;
-    /** Heads and bodies as they came, those of refused connections left out. */
+    /** Heads and bodies as received, without those of refused connections. */
     const QList<QByteArray> &requests() const { return requests_; }
 
 private:
@@ -50,7 +50,7 @@ private:
 
 /** Answers with these bytes and closes. */
 HttpsServer::Answer reply(const QByteArray &bytes);
-/** A whole answer of this status. */
+/** A complete answer with this status. */
 QByteArray message(const QByteArray &status, const QByteArray &body);
 
 } // namespace glimmerpane::testing
