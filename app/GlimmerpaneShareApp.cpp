@@ -78,8 +78,8 @@ QStringList argumentsOf(int argc, char **argv)
 }
 
 /**
- * Qt calls exit() when the display server is gone, so this program's destructors never run. Call this
- * after the repository has loaded: static destruction runs in reverse order, and Qt's cache of
+ * Qt calls exit() when the display server is gone, so this program's destructors never run. Call
+ * this after the repository has loaded: static destruction runs in reverse order, and Qt's cache of
  * settings files must still exist.
  */
 void finishAtExit(FrameRepository *repository)

@@ -169,7 +169,7 @@ private Q_SLOTS:
         // Starting the program again raises it.
         const auto wall
             = ColorWindow::show(client, {.rectangle = screen, .kind = ColorWindow::Kind::Managed});
-        QVERIFY(waitFor([&] { return isViewable(client, wall->id()); }, patience));
+        QVERIFY(waitFor([&] { return fixture.isActive(wall->id()); }, patience));
         QCOMPARE(fixture.launchAgain(), 0);
         QVERIFY(fixture.becomes(main, normalState));
         QVERIFY(waitFor([&] { return fixture.isActive(main); }, patience));
