@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/EventReader.h"
 
+#include "services/CallOnce.h"
+
 #include <QPointer>
 
 #include <utility>
@@ -48,9 +50,7 @@ void EventReader::read()
     isReading_ = false;
     if (connection_.isBroken()) {
         notifier_.setEnabled(false);
-        if (const auto broken = std::exchange(onBroken, {})) {
-            broken();
-        }
+        callOnce(onBroken);
     }
 }
 

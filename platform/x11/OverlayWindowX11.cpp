@@ -4,6 +4,7 @@
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
+#include "services/CallOnce.h"
 
 #include <QPointer>
 
@@ -359,9 +360,7 @@ void OverlayWindowX11::checkDisplays()
 
 void OverlayWindowX11::lose()
 {
-    if (const auto handler = std::exchange(onLost, {})) {
-        handler();
-    }
+    callOnce(onLost);
 }
 
 } // namespace glimmerpane::x11
