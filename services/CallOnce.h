@@ -7,7 +7,7 @@
 namespace glimmerpane
 {
 
-/** Calls a callback, if it is set, for the last time: it is emptied first, and may free its owner. */
+/** Calls a callback, if set, for the last time. It is emptied first, so it may free its owner. */
 inline void callOnce(std::function<void()> &callback)
 {
     if (const auto call = std::exchange(callback, {})) {
