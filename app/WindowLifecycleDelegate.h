@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "services/CallOnce.h"
+
 #include <functional>
 #include <utility>
 
@@ -21,12 +23,7 @@ public:
 
     std::function<void()> onClose; ///< empty after the call
 
-    void windowWillClose()
-    {
-        if (const auto closed = std::exchange(onClose, {})) {
-            closed();
-        }
-    }
+    void windowWillClose() { callOnce(onClose); }
 };
 
 } // namespace glimmerpane

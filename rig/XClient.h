@@ -44,7 +44,15 @@ public:
     }
 
     xcb_connection_t *connection() const { return get(); }
-    QSize rootSize() const { return {screen().width_in_pixels, screen().height_in_pixels}; }
+    QSize rootSize() const { return rootRectangle().size(); }
+
+    /** Waits for the server. */
+    xcb_atom_t atom(const QByteArray &name) const
+    {
+        const auto reply = ask<xcb_intern_atom, xcb_intern_atom_reply>(
+            *this, uint8_t{0}, static_cast<uint16_t>(name.size()), name.constData());
+        return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+    }
 
     /** Returns after the server has handled everything sent before. */
     void sync() const { ask<xcb_get_input_focus, xcb_get_input_focus_reply>(*this); }

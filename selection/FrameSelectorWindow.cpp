@@ -3,6 +3,7 @@
 
 #include "platform/Palette.h"
 #include "selection/Log.h"
+#include "services/CallOnce.h"
 
 #include <QGuiApplication>
 
@@ -295,9 +296,7 @@ void FrameSelectorWindowController::close()
         window_->setCursor(Qt::ArrowCursor);
         window_->hide();
     }
-    if (const auto willClose = std::exchange(onWillClose, {})) {
-        willClose();
-    }
+    callOnce(onWillClose);
 }
 
 } // namespace glimmerpane

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/BackdropSource.h"
 
+#include "platform/x11/Events.h"
+#include "platform/x11/Regions.h"
+
 #include <algorithm>
 #include <ranges>
 #include <utility>
@@ -22,14 +25,14 @@ BackdropSource::BackdropSource(const Connection &connection, const Extensions &e
 
 void BackdropSource::note(const xcb_generic_event_t &event)
 {
-    const int type = event.response_type & 0x7f;
+    const int type = typeOf(event);
     if (type == damageEvent_ + XCB_DAMAGE_NOTIFY) {
-        const auto &damage = reinterpret_cast<const xcb_damage_notify_event_t &>(event);
+        const auto &damage = eventAs<xcb_damage_notify_event_t>(event);
         for (Layer &layer : layers_) {
             layer.isDamaged = layer.isDamaged || layer.window.id == damage.drawable;
         }
     } else if (type == XCB_PROPERTY_NOTIFY) {
-        const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
+        const auto &change = eventAs<xcb_property_notify_event_t>(event);
         if (background_.isNamedBy(change.atom)) {
             isBackgroundOld_ = true;
             isStackOld_ = true;
@@ -42,8 +45,8 @@ void BackdropSource::note(const xcb_generic_event_t &event)
 void BackdropSource::noteStructure(const xcb_generic_event_t &event)
 {
     // These events start with the same fields: the window notified and the window concerned.
-    const auto &change = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
-    switch (event.response_type & 0x7f) {
+    const auto &change = eventAs<xcb_configure_notify_event_t>(event);
+    switch (typeOf(event)) {
     case XCB_MAP_NOTIFY:
         if (change.window != top_) {
             // Immediately, before something covers it and its pixels are lost.
@@ -156,7 +159,7 @@ BackdropSource::Layer BackdropSource::layerOf(const StackedWindow &window)
 
 void BackdropSource::findVisible()
 {
-    QRegion open(0, 0, connection_.screen().width_in_pixels, connection_.screen().height_in_pixels);
+    QRegion open = connection_.rootRectangle();
     for (Layer &layer : layers_ | std::views::reverse) {
         layer.visible = layer.window.shape & open;
         if (layer.window.isOpaque()) {
@@ -169,14 +172,14 @@ void BackdropSource::findVisible()
 void BackdropSource::collectDamage(QRect area)
 {
     std::vector<std::pair<Layer *, xcb_xfixes_fetch_region_cookie_t>> asked;
-    const Region region(connection_, connection_.newId());
+    Region region;
     for (Layer &layer : layers_) {
         if (!layer.isDamaged || !layer.visible.intersects(area)) {
             continue;
         }
         layer.isDamaged = false;
         if (asked.empty()) {
-            xcb_xfixes_create_region(connection_.get(), region.get(), 0, nullptr);
+            region = makeRegion(connection_.get());
         }
         xcb_damage_subtract(connection_.get(), layer.damage.get(), XCB_NONE, region.get());
         asked.emplace_back(&layer, xcb_xfixes_fetch_region(connection_.get(), region.get()));

@@ -2,13 +2,13 @@
 #include "platform/x11/CaptureLoop.h"
 
 #include "platform/Log.h"
+#include "platform/x11/Coordinates.h"
+#include "platform/x11/Events.h"
 #include "platform/x11/Monitors.h"
-
-#include <QVarLengthArray>
+#include "platform/x11/Regions.h"
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <poll.h>
 #include <type_traits>
 #include <unistd.h>
@@ -25,21 +25,6 @@ constexpr int mostRectangles = 64;
 
 // Displays change in several steps, and in between there may be none.
 constexpr std::chrono::seconds longestAbsence(1);
-
-xcb_rectangle_t toXcb(QRect rectangle)
-{
-    return {.x = static_cast<std::int16_t>(rectangle.x()),
-            .y = static_cast<std::int16_t>(rectangle.y()),
-            .width = static_cast<std::uint16_t>(rectangle.width()),
-            .height = static_cast<std::uint16_t>(rectangle.height())};
-}
-
-Region makeRegion(const Connection &connection)
-{
-    const auto id = connection.newId();
-    xcb_xfixes_create_region(connection.get(), id, 0, nullptr);
-    return {connection, id};
-}
 
 bool sameLook(const std::optional<PointerSprite> &a, const std::optional<PointerSprite> &b)
 {
@@ -90,8 +75,8 @@ std::expected<void, Error> CaptureLoop::watch()
     if (source_.showsCursor) {
         pointer_.emplace(connection_, extensions_);
     }
-    changes_ = makeRegion(connection_);
-    areaRegion_ = makeRegion(connection_);
+    changes_ = makeRegion(connection_.get());
+    areaRegion_ = makeRegion(connection_.get());
     // NonEmpty reports once and then not again until a DamageSubtract: at most one event per frame,
     // however much is drawn in however many pieces.
     const auto id = connection_.newId();
@@ -115,7 +100,7 @@ bool CaptureLoop::findArea()
     const MainDisplay main{.pixels = displays.front().pixels, .scale = source_.scale};
     area_ = main.areaPixels(source_.area);
     carried_ = area_;
-    const xcb_rectangle_t rectangle = toXcb(area_);
+    const xcb_rectangle_t rectangle = rectangleOf(area_);
     xcb_xfixes_set_region(connection_.get(), areaRegion_.get(), 1, &rectangle);
     return std::ranges::any_of(
         displays, [this](const Display &display) { return display.pixels.intersects(area_); });
@@ -193,7 +178,7 @@ void CaptureLoop::readEvents()
 
 void CaptureLoop::handle(const xcb_generic_event_t &event)
 {
-    const int type = event.response_type & 0x7f;
+    const int type = typeOf(event);
     if (type == extensions_.firstDamageEvent + XCB_DAMAGE_NOTIFY) {
         isDamaged_ = true;
     } else if (pointer_ && pointer_->concerns(event)) {
@@ -263,19 +248,11 @@ QRegion CaptureLoop::readRegion(xcb_xfixes_fetch_region_cookie_t cookie) const
     if (!reply) {
         return {};
     }
-    const auto &bounds = reply->extents;
-    const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
-    if (count > mostRectangles) {
+    if (xcb_xfixes_fetch_region_rectangles_length(reply.get()) > mostRectangles) {
+        const auto &bounds = reply->extents;
         return QRect(bounds.x, bounds.y, bounds.width, bounds.height);
     }
-    const auto *const begin = xcb_xfixes_fetch_region_rectangles(reply.get());
-    QVarLengthArray<QRect, mostRectangles> rectangles;
-    std::transform(begin, begin + count, std::back_inserter(rectangles),
-                   [](const auto &r) { return QRect(r.x, r.y, r.width, r.height); });
-    // The server's regions are sorted and coalesced as setRects() requires.
-    QRegion region;
-    region.setRects(rectangles.constData(), count);
-    return region;
+    return regionOf(*reply);
 }
 
 void CaptureLoop::wait(std::optional<std::chrono::nanoseconds> limit) const

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/Compositing.h"
 
-#include <QByteArray>
-
 #include <algorithm>
 
 namespace glimmerpane::x11
@@ -10,8 +8,7 @@ namespace glimmerpane::x11
 
 xcb_atom_t compositingSelection(const Connection &connection)
 {
-    const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(connection.screenNumber());
-    return connection.atom(name.constData());
+    return connection.atom("_NET_WM_CM_S");
 }
 
 bool isComposited(const Connection &connection)

@@ -10,9 +10,9 @@ namespace glimmerpane::x11
  * KWin's property. On the root, it announces that the compositor blurs behind windows; on a window,
  * it lists the rectangles to blur, empty for the whole window.
  */
-inline constexpr const char *blurBehindProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
+inline constexpr AtomName blurBehindProperty = "_KDE_NET_WM_BLUR_BEHIND_REGION";
 
-/** EWMH: the selection owned by the screen's compositor. Waits for the server. */
+/** EWMH: the selection owned by the screen's compositor. */
 xcb_atom_t compositingSelection(const Connection &connection);
 
 /** Whether a compositor is running. Waits for the server. */

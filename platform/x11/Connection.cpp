@@ -11,7 +11,6 @@
 #include <xcb/xinput.h>
 
 #include <array>
-#include <cstring>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -98,7 +97,7 @@ std::expected<Connection, Error> Connection::open(const QByteArray &display)
 
 Connection::Connection(Handle connection, int screenNumber)
     : connection_(std::move(connection))
-    , screenNumber_(screenNumber)
+    , atoms_(get(), screenNumber)
 {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(get()));
     for (int i = 0; i < screenNumber; ++i) {
@@ -120,14 +119,6 @@ std::expected<void, Error> Connection::check(xcb_void_cookie_t request, const ch
     return std::unexpected(
         Error{.text = Error::tr("The X server refused a request (%1).").arg(what),
               .log = QStringLiteral("%1 failed with X error %2").arg(what).arg(error->error_code)});
-}
-
-xcb_atom_t Connection::atom(const char *name) const
-{
-    const auto cookie
-        = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(get(), cookie, nullptr));
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
 std::expected<Extensions, Error> requireExtensions(const Connection &connection)

@@ -1,25 +1,20 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/x11/Atoms.h"
+#include "platform/x11/Reply.h"
 #include "services/Error.h"
+
+#include <QRect>
 
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <expected>
 #include <memory>
 
 namespace glimmerpane::x11
 {
-
-struct FreeReply {
-    void operator()(void *reply) const { std::free(reply); }
-};
-
-/** A reply, event or error of the X server. */
-template<typename T>
-using Reply = std::unique_ptr<T, FreeReply>;
 
 /** One connection to an X server. Used by one thread at a time. */
 class Connection
@@ -30,7 +25,10 @@ public:
     xcb_connection_t *get() const { return connection_.get(); }
     const xcb_screen_t &screen() const { return *screen_; }
     xcb_window_t root() const { return screen_->root; }
-    int screenNumber() const { return screenNumber_; }
+    QRect rootRectangle() const
+    {
+        return {0, 0, screen_->width_in_pixels, screen_->height_in_pixels};
+    }
     int fileDescriptor() const { return xcb_get_file_descriptor(get()); }
     bool isBroken() const { return xcb_connection_has_error(get()) != 0; }
 
@@ -40,8 +38,7 @@ public:
     /** Waits for the result of a checked request; `name` is the request's name, for the log. */
     std::expected<void, Error> check(xcb_void_cookie_t request, const char *name) const;
 
-    /** Waits for the server; 0 if the connection is broken. */
-    xcb_atom_t atom(const char *name) const;
+    xcb_atom_t atom(AtomName name) const { return atoms_[name]; }
 
 private:
     struct Disconnect {
@@ -53,7 +50,7 @@ private:
 
     Handle connection_;
     xcb_screen_t *screen_;
-    int screenNumber_;
+    Atoms atoms_;
 };
 
 /** The extensions' first event numbers; the server has been told which version of each is used. */

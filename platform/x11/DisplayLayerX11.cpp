@@ -63,14 +63,8 @@ DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, s
     , window_(window)
     , bounds_(QPoint(), size)
 {
-    const auto &screen = connection_.screen();
-    const auto id = connection_.newId();
-    const std::array<std::uint32_t, 3> values{screen.black_pixel,
-                                              XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS, 0};
-    xcb_create_gc(connection_.get(), id, screen.root,
-                  XCB_GC_FOREGROUND | XCB_GC_SUBWINDOW_MODE | XCB_GC_GRAPHICS_EXPOSURES,
-                  values.data());
-    graphics_ = GraphicsContext(connection_, id);
+    graphics_ = makeGraphicsContext(connection_, connection_.root(),
+                                    XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS);
 }
 
 bool DisplayLayerX11::isPassed(Fence &fence)

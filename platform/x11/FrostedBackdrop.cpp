@@ -79,11 +79,11 @@ QRect FrostedBackdrop::reach(QRect place) const
 void FrostedBackdrop::draw(QRect part)
 {
     const int grid = coarsest(glass_);
-    const auto &screen = connection_.screen();
-    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
-    const QRect wanted = aligned(reach(part), grid) & root; // starts on the grid, as the root does
+    // Starts on the grid, as the root does.
+    const QRect wanted = aligned(reach(part), grid) & connection_.rootRectangle();
     const auto canvas = [&](QSize size) {
-        return makeSmoothCanvas(connection_, size, screen.root_depth, formats_.screen);
+        return makeSmoothCanvas(connection_, size, connection_.screen().root_depth,
+                                formats_.screen);
     };
     const auto scale = [&](const Canvas &from, double factor, QSize size) {
         Canvas to = canvas(size);
@@ -105,8 +105,7 @@ void FrostedBackdrop::draw(QRect part)
     const QRect place = part.translated(-area_.topLeft());
     compositeScaled(connection_, XCB_RENDER_PICT_OP_SRC, picture, 2,
                     part.translated(-wanted.topLeft()), canvas_, place.topLeft());
-    const xcb_rectangle_t tinted{coordinate(place.x()), coordinate(place.y()),
-                                 extent(place.width()), extent(place.height())};
+    const xcb_rectangle_t tinted = rectangleOf(place);
     xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_OVER, canvas_.picture.get(),
                                renderColor(glass_.tint, glass_.strength), 1, &tinted);
 }

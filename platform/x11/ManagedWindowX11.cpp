@@ -3,8 +3,10 @@
 
 #include "platform/Log.h"
 #include "platform/x11/Compositing.h"
+#include "platform/x11/Events.h"
 #include "platform/x11/ManagerMessages.h"
 #include "platform/x11/WindowProperties.h"
+#include "platform/x11/WindowShape.h"
 
 #include <QRect>
 
@@ -14,7 +16,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -28,21 +29,19 @@ namespace
 constexpr std::uint32_t allDesktops = 0xffffffff;
 constexpr std::uint32_t fromApplication = 1;
 constexpr std::uint32_t removeState = 0;
-constexpr std::array states{"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
-                            "_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY"};
+constexpr std::array<AtomName, 4> states{"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
+                                         "_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY"};
 
 /** The window manager's name; empty if none announces itself (EWMH). */
 QByteArray windowManager(const Connection &connection)
 {
-    const auto check = propertyOf(connection, connection.root(), "_NET_SUPPORTING_WM_CHECK",
-                                  sizeof(xcb_window_t));
-    if (check.size() != sizeof(xcb_window_t)) {
-        return {};
-    }
-    xcb_window_t window = XCB_WINDOW_NONE;
-    std::memcpy(&window, check.constData(), sizeof(window));
+    const PropertyQuestion check(connection, connection.root(),
+                                 connection.atom("_NET_SUPPORTING_WM_CHECK"), sizeof(xcb_window_t));
+    const auto window = check.item<xcb_window_t>();
     constexpr std::uint32_t longest = 100;
-    return propertyOf(connection, window, "_NET_WM_NAME", longest);
+    return window
+        ? PropertyQuestion(connection, *window, connection.atom("_NET_WM_NAME"), longest).bytes()
+        : QByteArray();
 }
 
 /** Why a managed window is of no use here; null if it is. */
@@ -57,27 +56,6 @@ std::optional<QString> hindrance(const Connection &connection)
         return Error::tr("%1 tiles every window that it lists").arg(QString::fromUtf8(manager));
     }
     return std::nullopt;
-}
-
-void setEmptyShape(const Connection &connection, xcb_window_t window, xcb_shape_kind_t kind)
-{
-    const auto nothing = connection.newId();
-    xcb_xfixes_create_region(connection.get(), nothing, 0, nullptr);
-    const Region empty(connection, nothing);
-    xcb_xfixes_set_window_shape_region(connection.get(), window, kind, 0, 0, empty.get());
-}
-
-/** The child of the root that contains the window. */
-xcb_window_t frameOf(const Connection &connection, xcb_window_t window)
-{
-    while (true) {
-        const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(
-            connection.get(), xcb_query_tree(connection.get(), window), nullptr));
-        if (!tree || tree->parent == XCB_WINDOW_NONE || tree->parent == tree->root) {
-            return window;
-        }
-        window = tree->parent;
-    }
 }
 
 } // namespace
@@ -99,11 +77,16 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ManagedWindowX11::create(con
     if (auto created = window->createWindow(window->origin_, true); !created) {
         return std::unexpected(created.error());
     }
-    window->wmState_ = window->connection_.atom("WM_STATE");
     window->describe(title);
     window->describeToManager();
     window->watchCompositor();
     return window;
+}
+
+ManagedWindowX11::ManagedWindowX11(ExtendedConnection opened, QSize size)
+    : OffscreenWindowX11(std::move(opened), size)
+    , parent_(connection_.root())
+{
 }
 
 void ManagedWindowX11::describeToManager()
@@ -126,15 +109,15 @@ void ManagedWindowX11::describeToManager()
     set(motif, motif, std::array<std::uint32_t, 5>{2});
     std::array<xcb_atom_t, states.size()> atoms{};
     std::ranges::transform(states, atoms.begin(),
-                           [this](const char *name) { return connection_.atom(name); });
+                           [this](AtomName name) { return connection_.atom(name); });
     set(connection_.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, atoms);
-    const auto setNumber = [&](const char *name, std::uint32_t value) {
+    const auto setNumber = [&](AtomName name, std::uint32_t value) {
         set(connection_.atom(name), XCB_ATOM_CARDINAL, std::array{value});
     };
     setNumber("_NET_WM_DESKTOP", allDesktops);
     setNumber("_NET_WM_USER_TIME", 0); // EWMH: no focus when it is mapped
     makeTransparent();
-    setEmptyShape(connection_, window_.get(), XCB_SHAPE_SK_INPUT);
+    setWindowShape(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT, {});
 }
 
 void ManagedWindowX11::makeTransparent()
@@ -151,13 +134,20 @@ void ManagedWindowX11::watchCompositor()
                                       XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
                                           | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
                                           | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    isComposited_ = isComposited(connection_); // from now on, events tell
 }
 
 void ManagedWindowX11::orderFront()
 {
     // If it will get a frame, it stays invisible until then.
-    setHiddenByServer(true);
-    isOrderedIn_ = true;
+    if (!redirection_) {
+        const auto request = xcb_composite_redirect_window_checked(connection_.get(), window_.get(),
+                                                                   XCB_COMPOSITE_REDIRECT_MANUAL);
+        if (connection_.check(request, "RedirectWindow")) {
+            setRedirection(request.sequence);
+        }
+    }
+    stage_ = Stage::Requested;
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     moveAway();
@@ -166,7 +156,7 @@ void ManagedWindowX11::orderFront()
 
 void ManagedWindowX11::orderOut()
 {
-    isOrderedIn_ = false;
+    stage_ = Stage::Withdrawn;
     isVisible_ = false;
     xcb_unmap_window(connection_.get(), window_.get());
     // ICCCM 4.1.4: informs the manager even if the window is not mapped at the moment.
@@ -174,9 +164,7 @@ void ManagedWindowX11::orderOut()
     notice.response_type = XCB_UNMAP_NOTIFY;
     notice.event = connection_.root();
     notice.window = window_.get();
-    xcb_send_event(connection_.get(), 0, connection_.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&notice));
+    sendToManager(connection_, notice);
     events_.flush();
 }
 
@@ -192,83 +180,105 @@ void ManagedWindowX11::moveAway()
                    0, 0});
 }
 
-void ManagedWindowX11::setHiddenByServer(bool hidden)
+/** Null if the server draws the window. */
+void ManagedWindowX11::setRedirection(std::optional<std::uint32_t> request)
 {
-    if (isHiddenByServer_ == hidden) {
-        return;
-    }
-    const auto request
-        = hidden ? xcb_composite_redirect_window_checked : xcb_composite_unredirect_window_checked;
-    const auto result = connection_.check(
-        request(connection_.get(), window_.get(), XCB_COMPOSITE_REDIRECT_MANUAL), "RedirectWindow");
-    isHiddenByServer_ = result ? hidden : isHiddenByServer_;
+    redirection_ = request;
     // The server would paint a background on the screen.
     const auto &black = connection_.screen().black_pixel;
     constexpr std::uint32_t none = XCB_BACK_PIXMAP_NONE;
     xcb_change_window_attributes(connection_.get(), window_.get(),
-                                 isHiddenByServer_ ? XCB_CW_BACK_PIXMAP : XCB_CW_BACK_PIXEL,
-                                 isHiddenByServer_ ? &none : &black);
+                                 redirection_ ? XCB_CW_BACK_PIXMAP : XCB_CW_BACK_PIXEL,
+                                 redirection_ ? &none : &black);
 }
 
-/**
- * Hides its frame, which would otherwise still be drawn, or keep old pixels on the screen, and take
- * clicks.
- */
-void ManagedWindowX11::hideFrame()
+/** Once the manager manages it. */
+void ManagedWindowX11::hide()
 {
-    setEmptyShape(connection_, frameOf(connection_, window_.get()), XCB_SHAPE_SK_BOUNDING);
-}
-
-bool ManagedWindowX11::isSeen() const
-{
-    if (isFramed_ || isComposited(connection_)) {
-        return false;
-    }
-    const auto cookie
-        = xcb_translate_coordinates(connection_.get(), window_.get(), connection_.root(), 0, 0);
-    const Reply<xcb_translate_coordinates_reply_t> origin(
-        xcb_translate_coordinates_reply(connection_.get(), cookie, nullptr));
-    const auto &screen = connection_.screen();
-    return origin
-        && QRect({origin->dst_x, origin->dst_y}, size_)
-               .intersects({0, 0, screen.width_in_pixels, screen.height_in_pixels});
+    stage_ = Stage::Hidden;
+    moveAway(); // fluxbox only heeds it now
+    makeTransparent(); // and marco only heeds this now
 }
 
 void ManagedWindowX11::hideAgain()
 {
-    if (!isManaged_ || !isOrderedIn_ || isShown_) {
+    if (stage_ != Stage::Hidden) {
         return;
     }
-    if (!std::exchange(isPlaced_, true)) {
-        moveAway(); // fluxbox only heeds it now
-        makeTransparent(); // and marco only heeds this now
-    }
-    // A manually redirected child of the root would block a compositor that starts later.
-    setHiddenByServer(isFramed_);
-    if (isFramed_) {
-        hideFrame();
-    }
-    if (isSeen()) {
-        moveAway(); // nothing prevents it if the manager has quit
-        if (isSeen()) {
-            show();
+    if (isFramed()) {
+        if (!redirection_) { // a compositor may forbid it, as an event will tell
+            const auto request = xcb_composite_redirect_window(connection_.get(), window_.get(),
+                                                               XCB_COMPOSITE_REDIRECT_MANUAL);
+            setRedirection(request.sequence);
         }
+        hideFrame(parent_);
+    } else if (redirection_) {
+        // A manually redirected child of the root would block a compositor that starts later.
+        xcb_composite_unredirect_window(connection_.get(), window_.get(),
+                                        XCB_COMPOSITE_REDIRECT_MANUAL);
+        setRedirection(std::nullopt);
     }
+    ifSeen([this] {
+        moveAway(); // nothing prevents it if the manager has quit
+        ifSeen([this] { show(); });
+    });
     events_.flush();
+}
+
+/**
+ * Hides the child of the root that contains the window, which would otherwise still be drawn, or
+ * keep old pixels on the screen, and take clicks.
+ */
+void ManagedWindowX11::hideFrame(xcb_window_t inside)
+{
+    events_.await<xcb_query_tree_reply_t>(
+        xcb_query_tree(connection_.get(), inside), [this, inside](const auto &tree) {
+            if (!tree || stage_ != Stage::Hidden || !isFramed()) {
+                return;
+            }
+            if (tree->parent == tree->root) {
+                setWindowShape(connection_.get(), inside, XCB_SHAPE_SK_BOUNDING, {});
+            } else {
+                hideFrame(tree->parent);
+            }
+            events_.flush();
+        });
+}
+
+bool ManagedWindowX11::isDrawn() const
+{
+    return stage_ == Stage::Hidden && !isFramed() && !isComposited_;
+}
+
+/** Calls `seen` if it is on the screen. */
+void ManagedWindowX11::ifSeen(std::function<void()> seen)
+{
+    if (!isDrawn()) {
+        return;
+    }
+    events_.await<xcb_translate_coordinates_reply_t>(
+        xcb_translate_coordinates(connection_.get(), window_.get(), connection_.root(), 0, 0),
+        [this, seen = std::move(seen)](const auto &origin) {
+            if (origin && isDrawn()
+                && connection_.rootRectangle().intersects(
+                    {{origin->dst_x, origin->dst_y}, size_})) {
+                seen();
+                events_.flush();
+            }
+        });
 }
 
 void ManagedWindowX11::show()
 {
-    isShown_ = true;
+    stage_ = Stage::Shown;
     qCWarning(platformLog).noquote() << Error::tr(
         "The window manager keeps \"Glimmerpane - Output\" on the screen, and without a "
         "compositor it cannot be hidden there. Keep it outside the area.");
-    for (const char *name : {"_NET_WM_WINDOW_OPACITY", "_MOTIF_WM_HINTS"}) {
+    for (const AtomName name : {AtomName("_NET_WM_WINDOW_OPACITY"), AtomName("_MOTIF_WM_HINTS")}) {
         xcb_delete_property(connection_.get(), window_.get(), connection_.atom(name));
     }
-    xcb_xfixes_set_window_shape_region(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT, 0, 0,
-                                       XCB_XFIXES_REGION_NONE);
-    for (const char *state : states) {
+    resetWindowShape(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT);
+    for (const AtomName state : states) {
         sendToManager(connection_, window_.get(), "_NET_WM_STATE",
                       {removeState, connection_.atom(state), 0, fromApplication, 0});
     }
@@ -279,27 +289,36 @@ void ManagedWindowX11::show()
 void ManagedWindowX11::handle(const xcb_generic_event_t &event)
 {
     OffscreenWindowX11::handle(event);
-    const int type = event.response_type & 0x7f;
+    const int type = typeOf(event);
     switch (type) {
     case XCB_MAP_NOTIFY: // also after a manager starts or quits, which unmaps it briefly
-        isVisible_ = isOrderedIn_;
+        isVisible_ = stage_ != Stage::Withdrawn;
         break;
     case XCB_REPARENT_NOTIFY:
-        isFramed_ = reinterpret_cast<const xcb_reparent_notify_event_t &>(event).parent
-            != connection_.root();
+        parent_ = eventAs<xcb_reparent_notify_event_t>(event).parent;
         hideAgain();
         break;
     case XCB_PROPERTY_NOTIFY:
-        if (reinterpret_cast<const xcb_property_notify_event_t &>(event).atom == wmState_) {
-            isManaged_ = true;
+        if (eventAs<xcb_property_notify_event_t>(event).atom == connection_.atom("WM_STATE")) {
+            if (stage_ == Stage::Requested) {
+                hide();
+            }
             hideAgain();
         }
         break;
     case XCB_CONFIGURE_NOTIFY:
         hideAgain();
         break;
+    case errorType:
+        if (redirection_ == eventAs<xcb_generic_error_t>(event).full_sequence) {
+            setRedirection(std::nullopt);
+            events_.flush();
+        }
+        break;
     default:
         if (type == extensions_.firstXFixesEvent + XCB_XFIXES_SELECTION_NOTIFY) {
+            isComposited_
+                = eventAs<xcb_xfixes_selection_notify_event_t>(event).owner != XCB_WINDOW_NONE;
             hideAgain();
         }
         break;

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/ManagerMessages.h"
 
-#include "platform/x11/ServerId.h"
+#include "platform/x11/Events.h"
 
 #include <algorithm>
 
 namespace glimmerpane::x11
 {
 
-void sendToManager(const Connection &connection, xcb_window_t window, const char *type,
+void sendToManager(const Connection &connection, xcb_window_t window, AtomName type,
                    const std::array<std::uint32_t, 5> &data)
 {
     xcb_client_message_event_t message{};
@@ -17,9 +17,7 @@ void sendToManager(const Connection &connection, xcb_window_t window, const char
     message.window = window;
     message.type = connection.atom(type);
     std::ranges::copy(data, message.data.data32);
-    xcb_send_event(connection.get(), 0, connection.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&message));
+    sendToManager(connection, message);
 }
 
 void endStartupNotification(const Connection &connection, const QByteArray &startupId)
@@ -40,8 +38,7 @@ void endStartupNotification(const Connection &connection, const QByteArray &star
     for (qsizetype at = 0; at <= text.size(); at += most) {
         std::ranges::fill(message.data.data8, 0);
         std::ranges::copy(text.mid(at, most), message.data.data8);
-        xcb_send_event(connection.get(), 0, connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE,
-                       reinterpret_cast<const char *>(&message));
+        sendToRoot(connection, XCB_EVENT_MASK_PROPERTY_CHANGE, message);
         message.type = more;
     }
     xcb_destroy_window(connection.get(), sender);

@@ -11,7 +11,7 @@ namespace glimmerpane::x11
 {
 
 /** Sends a client message about `window` to the window manager, as EWMH specifies. */
-void sendToManager(const Connection &connection, xcb_window_t window, const char *type,
+void sendToManager(const Connection &connection, xcb_window_t window, AtomName type,
                    const std::array<std::uint32_t, 5> &data);
 
 /** Announces that the launch with this id is complete (startup notification protocol). */

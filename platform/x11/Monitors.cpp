@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/Monitors.h"
 
+#include "platform/x11/Events.h"
+
 #include <xcb/randr.h>
 
 #include <algorithm>
@@ -61,9 +63,9 @@ void watchMonitors(const Connection &connection, std::uint32_t rootEvents)
 bool tellsOfMonitors(const xcb_generic_event_t &event, const Connection &connection,
                      const Extensions &extensions)
 {
-    const int type = event.response_type & 0x7f;
+    const int type = typeOf(event);
     if (type == XCB_CONFIGURE_NOTIFY) {
-        const auto &configured = reinterpret_cast<const xcb_configure_notify_event_t &>(event);
+        const auto &configured = eventAs<xcb_configure_notify_event_t>(event);
         return configured.window == connection.root();
     }
     return type == extensions.firstRandrEvent + XCB_RANDR_SCREEN_CHANGE_NOTIFY

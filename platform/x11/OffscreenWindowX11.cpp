@@ -2,6 +2,7 @@
 #include "platform/x11/OffscreenWindowX11.h"
 
 #include "platform/x11/DisplayLayerX11.h"
+#include "platform/x11/Events.h"
 #include "platform/x11/WindowProperties.h"
 
 #include <xcb/composite.h>
@@ -86,10 +87,10 @@ std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin, bool 
 
 void OffscreenWindowX11::describe(const QString &title)
 {
-    protocols_ = connection_.atom("WM_PROTOCOLS");
-    deleteWindow_ = connection_.atom("WM_DELETE_WINDOW");
     describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_NORMAL");
-    setProperty(connection_, window_.get(), protocols_, XCB_ATOM_ATOM, 32, 1, &deleteWindow_);
+    const xcb_atom_t deleteWindow = connection_.atom("WM_DELETE_WINDOW");
+    setProperty(connection_, window_.get(), connection_.atom("WM_PROTOCOLS"), XCB_ATOM_ATOM, 32, 1,
+                &deleteWindow);
 }
 
 void OffscreenWindowX11::orderFront()
@@ -125,7 +126,7 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> OffscreenWindowX11::makeDisp
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)
 {
-    switch (event.response_type & 0x7f) {
+    switch (typeOf(event)) {
     case XCB_UNMAP_NOTIFY:
     case XCB_DESTROY_NOTIFY:
         isVisible_ = false;
@@ -136,9 +137,9 @@ void OffscreenWindowX11::handle(const xcb_generic_event_t &event)
         }
         break;
     case XCB_CLIENT_MESSAGE: {
-        const auto &message = reinterpret_cast<const xcb_client_message_event_t &>(event);
-        if (message.type == protocols_ && message.data.data32[0] == deleteWindow_
-            && onCloseRequest) {
+        const auto &message = eventAs<xcb_client_message_event_t>(event);
+        if (message.type == connection_.atom("WM_PROTOCOLS")
+            && message.data.data32[0] == connection_.atom("WM_DELETE_WINDOW") && onCloseRequest) {
             onCloseRequest();
         }
         break;

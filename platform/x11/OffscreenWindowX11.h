@@ -45,10 +45,6 @@ protected:
     Window window_;
     EventReader events_;
     bool isVisible_ = false;
-
-private:
-    xcb_atom_t protocols_ = XCB_ATOM_NONE;
-    xcb_atom_t deleteWindow_ = XCB_ATOM_NONE;
 };
 
 /** A position off every display for a window of `size`; root pixels. */

@@ -4,6 +4,9 @@
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Monitors.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace glimmerpane::x11
 {
 
@@ -48,16 +51,10 @@ void OverlayPainter::takeBackdrop(const Extensions &extensions, xcb_window_t win
     if (isTranslucent()) {
         return;
     }
-    const auto graphics = connection_.newId();
-    const std::uint32_t noExposures = 0;
-    xcb_create_gc(connection_.get(), graphics, connection_.root(), XCB_GC_GRAPHICS_EXPOSURES,
-                  &noExposures);
-    graphics_ = GraphicsContext(connection_, graphics);
+    graphics_ = makeGraphicsContext(connection_, connection_.root());
     const auto displays = monitors(connection_);
     const QRect main = displays.empty() ? QRect() : displays.front().pixels;
-    const auto &screen = connection_.screen();
-    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
-    const QRect covered = main.united(area & root);
+    const QRect covered = main.united(area & connection_.rootRectangle());
     if (!covered.isEmpty()) {
         backdrop_.emplace(connection_, extensions, formats_, window, covered, glass_);
     }
@@ -166,10 +163,7 @@ void OverlayPainter::fill(const Canvas &canvas, const std::vector<QRect> &rectan
 {
     std::vector<xcb_rectangle_t> filled;
     filled.reserve(rectangles.size());
-    for (const QRect &rectangle : rectangles) {
-        filled.push_back({coordinate(rectangle.x()), coordinate(rectangle.y()),
-                          extent(rectangle.width()), extent(rectangle.height())});
-    }
+    std::ranges::transform(rectangles, std::back_inserter(filled), rectangleOf);
     xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas.picture.get(),
                                color, static_cast<std::uint32_t>(filled.size()), filled.data());
 }

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/OverlayStacking.h"
 
-#include "platform/x11/Render.h"
-#include "platform/x11/ServerId.h"
+#include "platform/x11/WindowShape.h"
 #include "platform/x11/WindowStack.h"
 
 #include <QGuiApplication>
@@ -10,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
 
 namespace glimmerpane::x11
 {
@@ -56,22 +54,13 @@ void OverlayStacking::yield(xcb_window_t overlay, QRect place)
     const QRegion hole = alertShape();
     if (hole.isEmpty()) {
         if (hasHole_) {
-            xcb_xfixes_set_window_shape_region(connection_.get(), overlay, XCB_SHAPE_SK_BOUNDING, 0,
-                                               0, XCB_NONE);
+            resetWindowShape(connection_.get(), overlay, XCB_SHAPE_SK_BOUNDING);
         }
         hasHole_ = false;
         return;
     }
-    std::vector<xcb_rectangle_t> left;
-    for (const QRect &part : QRegion(place) - hole) {
-        left.push_back({coordinate(part.x() - place.x()), coordinate(part.y() - place.y()),
-                        extent(part.width()), extent(part.height())});
-    }
-    const Region shape(connection_, connection_.newId());
-    xcb_xfixes_create_region(connection_.get(), shape.get(),
-                             static_cast<std::uint32_t>(left.size()), left.data());
-    xcb_xfixes_set_window_shape_region(connection_.get(), overlay, XCB_SHAPE_SK_BOUNDING, 0, 0,
-                                       shape.get());
+    setWindowShape(connection_.get(), overlay, XCB_SHAPE_SK_BOUNDING,
+                   (QRegion(place) - hole).translated(-place.topLeft()));
     hasHole_ = true;
 }
 

@@ -2,8 +2,10 @@
 #include "platform/x11/OverlayWindowX11.h"
 
 #include "platform/x11/Compositing.h"
+#include "platform/x11/Events.h"
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
+#include "services/CallOnce.h"
 
 #include <QPointer>
 
@@ -19,6 +21,11 @@ namespace
 {
 
 using namespace std::chrono_literals;
+
+// EWMH: the window manager changes these properties of the root when it restacks its managed
+// windows. Menus and screen lockers are not managed and may well be above the overlay.
+constexpr std::array<AtomName, 3> restackSigns{"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST",
+                                               "_NET_ACTIVE_WINDOW"};
 
 } // namespace
 
@@ -111,12 +118,6 @@ void OverlayWindowX11::describe(const QString &title)
 void OverlayWindowX11::watchDesktop()
 {
     watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
-    // EWMH: the window manager changes these when it restacks its managed windows. Menus and screen
-    // lockers are not managed and may well be above the overlay.
-    for (const char *name :
-         {"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST", "_NET_ACTIVE_WINDOW"}) {
-        restackSigns_.push_back(connection_.atom(name));
-    }
 }
 
 void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
@@ -162,8 +163,7 @@ OverlayScene OverlayWindowX11::sceneOf(QRect frame, const OverlayPicture &pictur
 {
     // A window far larger than the screen would only waste server memory.
     constexpr int margin = 100;
-    const auto &screen = connection_.screen();
-    const QRect root(0, 0, screen.width_in_pixels, screen.height_in_pixels);
+    const QRect root = connection_.rootRectangle();
     const bool isReasonable
         = frame.width() <= 2 * root.width() && frame.height() <= 2 * root.height();
     const QRect seen
@@ -217,7 +217,7 @@ void OverlayWindowX11::hide()
 
 void OverlayWindowX11::handle(const xcb_generic_event_t &event)
 {
-    const int type = event.response_type & 0x7f;
+    const int type = typeOf(event);
     painter_.note(event);
     renewSoon();
     if (const auto pointer = pointerEvent(event)) {
@@ -225,7 +225,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
             deliver(*pointer);
         }
     } else if (type == XCB_DESTROY_NOTIFY) {
-        if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
+        if (eventAs<xcb_destroy_notify_event_t>(event).window == window_.get()) {
             lose();
         }
     } else if (type == XCB_EXPOSE && isBackgroundOld_ && shown_) {
@@ -233,8 +233,9 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
                             *shown_); // the server painted uncovered parts with the old one
         events_.flush();
     } else if (type == XCB_PROPERTY_NOTIFY) {
-        const auto &change = reinterpret_cast<const xcb_property_notify_event_t &>(event);
-        if (std::ranges::find(restackSigns_, change.atom) != restackSigns_.end()) {
+        const xcb_atom_t changed = eventAs<xcb_property_notify_event_t>(event).atom;
+        if (std::ranges::any_of(restackSigns,
+                                [&](AtomName sign) { return changed == connection_.atom(sign); })) {
             stayOnTop();
         }
     } else if (tellsOfMonitors(event, connection_, extensions_)) {
@@ -248,11 +249,11 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
 {
     using Kind = PointerEvent::Kind;
     // These events share their first fields; XCB_BUTTON_INDEX_1 is the left button.
-    const auto &pointer = reinterpret_cast<const xcb_button_press_event_t &>(event);
+    const auto &pointer = eventAs<xcb_button_press_event_t>(event);
     const auto at = [&](Kind kind) {
         return PointerEvent{.kind = kind, .position = {pointer.root_x, pointer.root_y}};
     };
-    switch (event.response_type & 0x7f) {
+    switch (typeOf(event)) {
     case XCB_BUTTON_PRESS:
         if (pointer.detail == XCB_BUTTON_INDEX_1) {
             isPressed_ = true;
@@ -359,9 +360,7 @@ void OverlayWindowX11::checkDisplays()
 
 void OverlayWindowX11::lose()
 {
-    if (const auto handler = std::exchange(onLost, {})) {
-        handler();
-    }
+    callOnce(onLost);
 }
 
 } // namespace glimmerpane::x11

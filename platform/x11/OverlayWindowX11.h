@@ -74,7 +74,6 @@ private:
     bool isPressed_ = false;
     bool hasAlert_ = false; ///< as of the last check
     std::optional<PointerEvent> motion_; ///< the latest move, until all arrived events are read
-    std::vector<xcb_atom_t> restackSigns_; ///< root properties that hint at restacking
     QTimer raiseTimer_;
     QTimer renewTimer_;
     EventReader events_;

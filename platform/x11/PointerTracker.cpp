@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/PointerTracker.h"
 
+#include "platform/x11/Events.h"
 #include "platform/x11/RawInput.h"
 
 #include <xcb/xinput.h>
@@ -31,9 +32,9 @@ PointerTracker::PointerTracker(const Connection &connection, const Extensions &e
 
 bool PointerTracker::concerns(const xcb_generic_event_t &event)
 {
-    const auto type = event.response_type & 0x7f;
+    const auto type = typeOf(event);
     if (type == cursorEvent_) {
-        serial_ = reinterpret_cast<const xcb_xfixes_cursor_notify_event_t &>(event).cursor_serial;
+        serial_ = eventAs<xcb_xfixes_cursor_notify_event_t>(event).cursor_serial;
         return true;
     }
     return rawEventType(event, xinputOpcode_) == XCB_INPUT_RAW_MOTION;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/PressMonitorX11.h"
 
+#include "platform/x11/Events.h"
 #include "platform/x11/RawInput.h"
+#include "platform/x11/WindowProperties.h"
 
 #include <QCoreApplication>
 #include <QSysInfo>
@@ -13,28 +15,6 @@
 
 namespace glimmerpane::x11
 {
-
-namespace
-{
-
-using Property = Reply<xcb_get_property_reply_t>;
-
-xcb_get_property_cookie_t requestProperty(const Connection &connection, xcb_window_t window,
-                                          xcb_atom_t property)
-{
-    constexpr std::uint32_t longest = 64; // in units of four bytes
-    return xcb_get_property(connection.get(), 0, window, property, XCB_GET_PROPERTY_TYPE_ANY, 0,
-                            longest);
-}
-
-QByteArray valueOf(const Property &property)
-{
-    return property ? QByteArray(static_cast<const char *>(xcb_get_property_value(property.get())),
-                                 xcb_get_property_value_length(property.get()))
-                    : QByteArray();
-}
-
-} // namespace
 
 std::unique_ptr<PressMonitor> PressMonitorX11::create(std::function<void(QPoint)> pressed)
 {
@@ -51,7 +31,6 @@ PressMonitorX11::PressMonitorX11(Connection connection, const Extensions &extens
     : connection_(std::move(connection))
     , xinputOpcode_(extensions.xinputOpcode)
     , pressed_(std::move(pressed))
-    , pidProperty_(connection_.atom("_NET_WM_PID"))
     , host_(QSysInfo::machineHostName().toLatin1())
     , events_(connection_)
 {
@@ -72,7 +51,7 @@ void PressMonitorX11::count(const xcb_generic_event_t &event)
     constexpr std::uint32_t left = 1;
     constexpr std::uint32_t right = 3;
     if (rawEventType(event, xinputOpcode_) == XCB_INPUT_RAW_BUTTON_PRESS) {
-        const auto &press = reinterpret_cast<const xcb_input_raw_button_press_event_t &>(event);
+        const auto &press = eventAs<xcb_input_raw_button_press_event_t>(event);
         presses_ += press.detail == left || press.detail == right ? 1 : 0;
     }
 }
@@ -132,15 +111,12 @@ bool PressMonitorX11::isOurs(xcb_window_t topLevel, QPoint place) const
 /** EWMH: a process id is only meaningful together with the machine. */
 bool PressMonitorX11::belongsToUs(xcb_window_t window) const
 {
-    const auto pidRequest = requestProperty(connection_, window, pidProperty_);
-    const auto hostRequest = requestProperty(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE);
-    const QByteArray pid
-        = valueOf(Property(xcb_get_property_reply(connection_.get(), pidRequest, nullptr)));
-    const QByteArray host
-        = valueOf(Property(xcb_get_property_reply(connection_.get(), hostRequest, nullptr)));
-    const auto ours = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
-    return pid == QByteArray::fromRawData(reinterpret_cast<const char *>(&ours), sizeof ours)
-        && host == host_;
+    constexpr std::uint32_t longest = 256;
+    const PropertyQuestion pid(connection_, window, connection_.atom("_NET_WM_PID"), longest);
+    const PropertyQuestion host(connection_, window, XCB_ATOM_WM_CLIENT_MACHINE, longest);
+    const bool isOurPid
+        = pid.item<std::uint32_t>() == std::uint32_t(QCoreApplication::applicationPid());
+    return host.bytes() == host_ && isOurPid;
 }
 
 } // namespace glimmerpane::x11

@@ -42,7 +42,6 @@ private:
     const Connection connection_;
     const std::uint8_t xinputOpcode_;
     const std::function<void(QPoint)> pressed_;
-    const xcb_atom_t pidProperty_;
     const QByteArray host_;
     int presses_ = 0; ///< not yet handled
     int lookedFor_ = 0; ///< whose position is being requested

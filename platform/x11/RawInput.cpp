@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/RawInput.h"
 
+#include "platform/x11/Events.h"
+
 #include <xcb/xinput.h>
 
 namespace glimmerpane::x11
@@ -17,9 +19,8 @@ void selectRawEvents(const Connection &connection, std::uint32_t mask)
 
 int rawEventType(const xcb_generic_event_t &event, std::uint8_t xinputOpcode)
 {
-    const auto &generic = reinterpret_cast<const xcb_ge_generic_event_t &>(event);
-    const bool isInput
-        = (event.response_type & 0x7f) == XCB_GE_GENERIC && generic.extension == xinputOpcode;
+    const auto &generic = eventAs<xcb_ge_generic_event_t>(event);
+    const bool isInput = typeOf(event) == XCB_GE_GENERIC && generic.extension == xinputOpcode;
     return isInput ? generic.event_type : 0;
 }
 

@@ -4,6 +4,7 @@
 #include <xcb/xcb_renderutil.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 
 namespace glimmerpane::x11
@@ -63,8 +64,7 @@ Canvas uploadImage(const Connection &connection, const RenderFormats &formats, c
 {
     constexpr std::uint8_t depth = 32;
     Canvas canvas = makeCanvas(connection, image.size(), depth, formats.argb);
-    const GraphicsContext graphics(connection, connection.newId());
-    xcb_create_gc(connection.get(), graphics.get(), canvas.pixmap.get(), 0, nullptr);
+    const GraphicsContext graphics = makeGraphicsContext(connection, canvas.pixmap.get());
     xcb_put_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, canvas.pixmap.get(), graphics.get(),
                   extent(image.width()), extent(image.height()), 0, 0, 0, depth,
                   static_cast<std::uint32_t>(image.sizeInBytes()), image.constBits());
@@ -111,6 +111,17 @@ void setBilinear(const Connection &connection, const Picture &picture)
     constexpr std::string_view filter = "bilinear";
     xcb_render_set_picture_filter(connection.get(), picture.get(), filter.size(), filter.data(), 0,
                                   nullptr);
+}
+
+GraphicsContext makeGraphicsContext(const Connection &connection, xcb_drawable_t drawable,
+                                    xcb_subwindow_mode_t subwindowMode)
+{
+    GraphicsContext graphics(connection, connection.newId());
+    const std::array<std::uint32_t, 3> values{connection.screen().black_pixel, subwindowMode, 0};
+    xcb_create_gc(connection.get(), graphics.get(), drawable,
+                  XCB_GC_FOREGROUND | XCB_GC_SUBWINDOW_MODE | XCB_GC_GRAPHICS_EXPOSURES,
+                  values.data());
+    return graphics;
 }
 
 } // namespace glimmerpane::x11

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/x11/Connection.h"
+#include "platform/x11/Coordinates.h"
 #include "platform/x11/ServerId.h"
 
 #include <QColor>
@@ -60,15 +61,9 @@ xcb_render_transform_t transform(double scaleX, double scaleY, QPoint offset);
 /** From now on, scaling interpolates between pixels. */
 void setBilinear(const Connection &connection, const Picture &picture);
 
-// Coordinates and sizes as in the protocol, 16 bits wide.
-inline std::int16_t coordinate(int value)
-{
-    return static_cast<std::int16_t>(value);
-}
-
-inline std::uint16_t extent(int value)
-{
-    return static_cast<std::uint16_t>(value);
-}
+/** For drawables as deep as this one: black, without events about exposures. */
+GraphicsContext makeGraphicsContext(const Connection &connection, xcb_drawable_t drawable,
+                                    xcb_subwindow_mode_t subwindowMode
+                                    = XCB_SUBWINDOW_MODE_CLIP_BY_CHILDREN);
 
 } // namespace glimmerpane::x11

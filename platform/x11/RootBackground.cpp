@@ -8,7 +8,7 @@
 #include <xcb/composite.h>
 
 #include <algorithm>
-#include <cstring>
+#include <array>
 #include <ranges>
 #include <utility>
 #include <vector>
@@ -20,7 +20,7 @@ namespace
 {
 
 // Programs that set a wallpaper store its pixmap here; the first is the newer property.
-constexpr std::array pixmapProperties{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
+constexpr std::array<AtomName, 2> pixmapProperties{"_XROOTPMAP_ID", "ESETROOT_PMAP_ID"};
 constexpr std::uint8_t argbDepth = 32;
 
 } // namespace
@@ -28,15 +28,14 @@ constexpr std::uint8_t argbDepth = 32;
 RootBackground::RootBackground(const Connection &connection, const RenderFormats &formats)
     : connection_(connection)
     , formats_(formats)
-    , size_(connection.screen().width_in_pixels, connection.screen().height_in_pixels)
+    , size_(connection.rootRectangle().size())
 {
-    std::ranges::transform(pixmapProperties, names_.begin(),
-                           [&](const char *name) { return connection.atom(name); });
 }
 
 bool RootBackground::isNamedBy(xcb_atom_t property) const
 {
-    return std::ranges::find(names_, property) != names_.end();
+    return std::ranges::any_of(pixmapProperties,
+                               [&](AtomName name) { return property == connection_.atom(name); });
 }
 
 void RootBackground::renew(const QRegion &uncovered)
@@ -53,13 +52,10 @@ void RootBackground::renew(const QRegion &uncovered)
 
 Picture RootBackground::namedPixmap() const
 {
-    for (const char *name : pixmapProperties) {
-        const QByteArray value
-            = propertyOf(connection_, connection_.root(), name, sizeof(xcb_pixmap_t));
-        xcb_pixmap_t pixmap = 0;
-        if (value.size() == sizeof pixmap) {
-            std::memcpy(&pixmap, value.constData(), sizeof pixmap);
-        }
+    for (const AtomName name : pixmapProperties) {
+        const PropertyQuestion question(connection_, connection_.root(), connection_.atom(name),
+                                        sizeof(xcb_pixmap_t));
+        const xcb_pixmap_t pixmap = question.item<xcb_pixmap_t>().value_or(XCB_NONE);
         const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(
             connection_.get(), xcb_get_geometry(connection_.get(), pixmap), nullptr));
         if (geometry && geometry->depth == connection_.screen().root_depth) {
@@ -88,8 +84,7 @@ void RootBackground::paintOwn()
     xcb_composite_redirect_window(connection_.get(), window.get(), XCB_COMPOSITE_REDIRECT_MANUAL);
     xcb_map_window(connection_.get(), window.get());
     canvas_ = makeCanvas(connection_, size_, connection_.screen().root_depth, formats_.screen);
-    const GraphicsContext graphics(connection_, connection_.newId());
-    xcb_create_gc(connection_.get(), graphics.get(), canvas_.pixmap.get(), 0, nullptr);
+    const GraphicsContext graphics = makeGraphicsContext(connection_, canvas_.pixmap.get());
     xcb_copy_area(connection_.get(), window.get(), canvas_.pixmap.get(), graphics.get(), 0, 0, 0, 0,
                   extent(size_.width()), extent(size_.height()));
     picture_ = std::move(canvas_.picture);
@@ -109,9 +104,8 @@ void RootBackground::guess(const QRegion &uncovered)
     for (const QRect &hole : holes) {
         const QRect shadowed = hole.adjusted(-coarseness, -coarseness, coarseness, coarseness);
         const QPoint from = shadowed.topLeft() / coarseness;
-        const QPoint to = shadowed.bottomRight() / coarseness + QPoint(1, 1);
-        cleared.push_back({coordinate(from.x()), coordinate(from.y()), extent(to.x() - from.x()),
-                           extent(to.y() - from.y())});
+        const QPoint to = shadowed.bottomRight() / coarseness;
+        cleared.push_back(rectangleOf({from, to}));
     }
     xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, picture.picture.get(), {},
                                static_cast<std::uint32_t>(cleared.size()), cleared.data());

@@ -5,8 +5,6 @@
 
 #include <QRegion>
 
-#include <array>
-
 namespace glimmerpane::x11
 {
 
@@ -39,7 +37,6 @@ private:
     const Connection &connection_;
     const RenderFormats formats_;
     const QSize size_;
-    std::array<xcb_atom_t, 2> names_{};
     Canvas canvas_; ///< holds the picture unless another client does
     bool isGuessed_ = false;
     Picture picture_;

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/Scaling.h"
 
-#include <array>
-
 namespace glimmerpane::x11
 {
 
@@ -28,10 +26,8 @@ Canvas screenshot(const Connection &connection, const RenderFormats &formats, QR
 {
     Canvas shot
         = makeSmoothCanvas(connection, area.size(), connection.screen().root_depth, formats.screen);
-    const GraphicsContext graphics(connection, connection.newId());
-    const std::array<std::uint32_t, 2> values{XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS, 0};
-    xcb_create_gc(connection.get(), graphics.get(), connection.root(),
-                  XCB_GC_SUBWINDOW_MODE | XCB_GC_GRAPHICS_EXPOSURES, values.data());
+    const GraphicsContext graphics
+        = makeGraphicsContext(connection, connection.root(), XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS);
     xcb_copy_area(connection.get(), connection.root(), shot.pixmap.get(), graphics.get(),
                   coordinate(area.x()), coordinate(area.y()), 0, 0, extent(area.width()),
                   extent(area.height()));

@@ -16,6 +16,7 @@ namespace
 using namespace std::string_view_literals;
 
 constexpr auto resourceClass = "glimmerpane\0Glimmerpane\0"sv; // ICCCM 4.1.2.5
+constexpr std::uint32_t bytesPerWord = 4; // GetProperty counts in words
 
 } // namespace
 
@@ -26,22 +27,25 @@ void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t p
                         static_cast<std::uint32_t>(length), data);
 }
 
-QByteArray propertyOf(const Connection &connection, xcb_window_t window, const char *property,
-                      std::uint32_t longest)
+PropertyQuestion::PropertyQuestion(const Connection &connection, xcb_window_t window,
+                                   xcb_atom_t property, std::uint32_t longest, xcb_atom_t type)
+    : connection_(connection.get())
+    , cookie_(xcb_get_property(connection_, 0, window, property, type, 0,
+                               (longest + bytesPerWord - 1) / bytesPerWord))
 {
-    constexpr std::uint32_t bytesPerWord = 4;
-    const auto cookie = xcb_get_property(connection.get(), 0, window, connection.atom(property),
-                                         XCB_GET_PROPERTY_TYPE_ANY, 0,
-                                         (longest + bytesPerWord - 1) / bytesPerWord);
+}
+
+QByteArray PropertyQuestion::bytes() const
+{
     const Reply<xcb_get_property_reply_t> reply(
-        xcb_get_property_reply(connection.get(), cookie, nullptr));
+        xcb_get_property_reply(connection_, cookie_, nullptr));
     return reply ? QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
                               xcb_get_property_value_length(reply.get()))
                  : QByteArray();
 }
 
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
-                    const char *type)
+                    AtomName type)
 {
     const auto set = [&](xcb_atom_t property, xcb_atom_t kind, std::uint8_t format,
                          std::size_t length, const void *data) {

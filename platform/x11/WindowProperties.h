@@ -7,6 +7,9 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstring>
+#include <optional>
+#include <vector>
 
 namespace glimmerpane::x11
 {
@@ -15,17 +18,45 @@ namespace glimmerpane::x11
 void setProperty(const Connection &connection, xcb_window_t window, xcb_atom_t property,
                  xcb_atom_t type, std::uint8_t format, std::size_t length, const void *data);
 
-/**
- * At most `longest` bytes of a property of any type; empty if it is not set. Waits for the server.
- */
-QByteArray propertyOf(const Connection &connection, xcb_window_t window, const char *property,
-                      std::uint32_t longest);
+/** A property that the server has been asked for; several questions take one round trip. */
+class PropertyQuestion
+{
+public:
+    /** Asks for at most `longest` bytes; the connection must outlive this object. */
+    PropertyQuestion(const Connection &connection, xcb_window_t window, xcb_atom_t property,
+                     std::uint32_t longest, xcb_atom_t type = XCB_GET_PROPERTY_TYPE_ANY);
+
+    /** Empty if it is not set. Once; waits for the server. */
+    QByteArray bytes() const;
+
+    /** The property's items. Once; waits for the server. */
+    template<typename T>
+    std::vector<T> items() const
+    {
+        const QByteArray value = bytes();
+        std::vector<T> items(std::size_t(value.size()) / sizeof(T));
+        std::memcpy(items.data(), value.constData(), items.size() * sizeof(T));
+        return items;
+    }
+
+    /** Null unless the property is one such item. Once; waits for the server. */
+    template<typename T>
+    std::optional<T> item() const
+    {
+        const std::vector<T> all = items<T>();
+        return all.size() == 1 ? std::optional(all.front()) : std::nullopt;
+    }
+
+private:
+    xcb_connection_t *connection_;
+    xcb_get_property_cookie_t cookie_;
+};
 
 /**
  * Sets the window's title, its type ("_NET_WM_WINDOW_TYPE_...") and the program and machine that it
- * belongs to. Waits for the server.
+ * belongs to.
  */
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
-                    const char *type);
+                    AtomName type);
 
 } // namespace glimmerpane::x11

@@ -2,11 +2,10 @@
 #include "platform/x11/WindowStack.h"
 
 #include "platform/x11/Compositing.h"
-#include "platform/x11/ServerId.h"
+#include "platform/x11/Regions.h"
 #include "platform/x11/WindowProperties.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <span>
 
@@ -31,7 +30,9 @@ Tree treeOf(const Connection &connection, xcb_window_t window)
 bool isGuard(const Connection &connection, xcb_window_t window)
 {
     constexpr std::uint32_t longest = 64;
-    return propertyOf(connection, window, "WM_NAME", longest).endsWith(" guard window");
+    return PropertyQuestion(connection, window, XCB_ATOM_WM_NAME, longest)
+        .bytes()
+        .endsWith(" guard window");
 }
 
 /** The mapped windows with pixels below `top`; their shapes are not set yet. */
@@ -105,12 +106,10 @@ private:
 
 std::vector<xcb_window_t> managedClients(const Connection &connection)
 {
-    constexpr std::size_t longest = 1024;
-    const QByteArray list = propertyOf(connection, connection.root(), "_NET_CLIENT_LIST",
-                                       longest * sizeof(xcb_window_t));
-    std::vector<xcb_window_t> clients(std::size_t(list.size()) / sizeof(xcb_window_t));
-    std::memcpy(clients.data(), list.constData(), clients.size() * sizeof(xcb_window_t));
-    return clients;
+    constexpr std::size_t most = 1024;
+    return PropertyQuestion(connection, connection.root(), connection.atom("_NET_CLIENT_LIST"),
+                            most * sizeof(xcb_window_t))
+        .items<xcb_window_t>();
 }
 
 /** Sets what windows, or the clients in their frames, request of the compositor. */
@@ -121,24 +120,21 @@ void setOpacities(const Connection &connection, std::vector<StackedWindow> &wind
         candidates.push_back(window.id);
     }
     const xcb_atom_t property = connection.atom("_NET_WM_WINDOW_OPACITY");
-    std::vector<xcb_get_property_cookie_t> asked;
-    asked.reserve(candidates.size());
+    std::vector<PropertyQuestion> questions;
+    questions.reserve(candidates.size());
     for (const xcb_window_t window : candidates) {
-        asked.push_back(
-            xcb_get_property(connection.get(), 0, window, property, XCB_ATOM_CARDINAL, 0, 1));
+        questions.emplace_back(connection, window, property, sizeof(std::uint32_t),
+                               XCB_ATOM_CARDINAL);
     }
     for (std::size_t i = 0; i < candidates.size(); ++i) {
-        const Reply<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(connection.get(), asked[i], nullptr));
-        if (!reply || reply->value_len != 1) {
+        const auto opacity = questions[i].item<std::uint32_t>();
+        if (!opacity) {
             continue;
         }
-        std::uint32_t value = 0;
-        std::memcpy(&value, xcb_get_property_value(reply.get()), sizeof value);
         const auto found
             = std::ranges::find(windows, topLevelOf(connection, candidates[i]), &StackedWindow::id);
         if (found != windows.end()) {
-            found->opacity = double(value) / std::numeric_limits<std::uint32_t>::max();
+            found->opacity = double(*opacity) / std::numeric_limits<std::uint32_t>::max();
         }
     }
 }
@@ -167,17 +163,6 @@ std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window
         return window.shape.isEmpty() || window.opacity <= 0;
     });
     return windows;
-}
-
-QRegion regionOf(const xcb_xfixes_fetch_region_reply_t &reply)
-{
-    const std::span rectangles(xcb_xfixes_fetch_region_rectangles(&reply),
-                               std::size_t(xcb_xfixes_fetch_region_rectangles_length(&reply)));
-    QRegion region;
-    for (const xcb_rectangle_t &part : rectangles) {
-        region += QRect(part.x, part.y, part.width, part.height);
-    }
-    return region;
 }
 
 xcb_window_t topLevelOf(const Connection &connection, xcb_window_t window)

@@ -6,8 +6,6 @@
 #include <QPoint>
 #include <QRegion>
 
-#include <xcb/xfixes.h>
-
 #include <vector>
 
 namespace glimmerpane::x11
@@ -29,9 +27,6 @@ struct StackedWindow {
 
 /** The windows below this top-level one, or all, from bottom to top. Waits for the server. */
 std::vector<StackedWindow> windowsBelow(const Connection &connection, xcb_window_t top);
-
-/** The rectangles of a region in the server. */
-QRegion regionOf(const xcb_xfixes_fetch_region_reply_t &reply);
 
 /**
  * The top-level window that contains this one: itself, or the manager's frame around it. 0 if it is
