@@ -12,9 +12,10 @@ namespace glimmerpane::x11
 {
 
 /** The atoms that the program uses, except those that the protocol predefines. */
-inline constexpr std::array<std::string_view, 31> atomNames{
+inline constexpr std::array<std::string_view, 32> atomNames{
     "ESETROOT_PMAP_ID",
     "UTF8_STRING",
+    "WM_CHANGE_STATE",
     "WM_DELETE_WINDOW",
     "WM_PROTOCOLS",
     "WM_STATE",

@@ -158,13 +158,7 @@ void ManagedWindowX11::orderOut()
 {
     stage_ = Stage::Withdrawn;
     isVisible_ = false;
-    xcb_unmap_window(connection_.get(), window_.get());
-    // ICCCM 4.1.4: informs the manager even if the window is not mapped at the moment.
-    xcb_unmap_notify_event_t notice{};
-    notice.response_type = XCB_UNMAP_NOTIFY;
-    notice.event = connection_.root();
-    notice.window = window_.get();
-    sendToManager(connection_, notice);
+    withdraw(connection_, window_.get());
     events_.flush();
 }
 

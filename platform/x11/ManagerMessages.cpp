@@ -20,6 +20,16 @@ void sendToManager(const Connection &connection, xcb_window_t window, AtomName t
     sendToManager(connection, message);
 }
 
+void withdraw(const Connection &connection, xcb_window_t window)
+{
+    xcb_unmap_window(connection.get(), window);
+    xcb_unmap_notify_event_t notice{};
+    notice.response_type = XCB_UNMAP_NOTIFY;
+    notice.event = connection.root();
+    notice.window = window;
+    sendToManager(connection, notice);
+}
+
 void endStartupNotification(const Connection &connection, const QByteArray &startupId)
 {
     // The text and its terminating NUL are split into events of 20 bytes, which share the window's
