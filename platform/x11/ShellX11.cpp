@@ -8,6 +8,7 @@
 #include "platform/x11/WindowShape.h"
 
 #include <QDesktopServices>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QWindow>
 
@@ -29,6 +30,10 @@ void ShellX11::activateWindow(QWindow &window, const QString &startupId)
     const auto connection = Connection::open();
     if (!connection) {
         return;
+    }
+    // The manager must have heard that the window is to be shown before it is to be activated.
+    if (const auto *const qt = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        xcb_flush(qt->connection());
     }
     // A program's own request may be refused; a direct user action (EWMH's source indication 2) is
     // not.
