@@ -39,8 +39,6 @@ public:
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
     QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
     QProcessEnvironment environment; ///< of programs that are started from now on
-    QStringList wrapper; ///< of the same: a command that ends by executing its last arguments
-    bool hasOwnMounts = false; ///< whether the wrapper gives the program other file systems
     ChildProcess program;
     std::optional<SessionBus> bus; ///< none unless startBus()
 
@@ -74,6 +72,8 @@ public:
     /** Whether the output window comes to show the pixels of this rectangle of the root. */
     bool showsArea(QRect rootRectangle);
     bool waitForNoOutput() const;
+    /** Whether it has a capture thread, which ends a moment after the output has gone. */
+    bool isCapturing() const;
 
     /** Clicks on "Start sharing" until it works; it does so once the session before has ended. */
     bool startAgain() const;
