@@ -132,11 +132,12 @@ struct ReadProgram : ProgramFixture {
     {
         const auto usable = [&] {
             QStringList names;
-            for (const char *name : {"Start sharing", "Set area", "Reset area", "Stop sharing",
-                                     "Minimize", "Close"}) {
+            for (const char *name :
+                 {"Start sharing", "Set area", "Reset area", "Stop sharing", "Minimize", "Close"}) {
                 const auto button
                     = find(desktop.get(), ATSPI_ROLE_PUSH_BUTTON, QLatin1String(name));
-                if (button && hasStates(button.get(), {ATSPI_STATE_ENABLED, ATSPI_STATE_SENSITIVE})) {
+                if (button
+                    && hasStates(button.get(), {ATSPI_STATE_ENABLED, ATSPI_STATE_SENSITIVE})) {
                     names.append(QLatin1String(name));
                 }
             }
@@ -175,8 +176,9 @@ private Q_SLOTS:
             const auto field = program.await(ATSPI_ROLE_TEXT, fields[i]);
             QVERIFY2(field, qPrintable(fields[i]));
             QCOMPARE(labelOf(field.get()), fields[i]);
-            QVERIFY(hasStates(field.get(), {ATSPI_STATE_EDITABLE, ATSPI_STATE_ENABLED,
-                                            ATSPI_STATE_SENSITIVE, ATSPI_STATE_FOCUSABLE}));
+            QVERIFY(hasStates(field.get(),
+                              {ATSPI_STATE_EDITABLE, ATSPI_STATE_ENABLED, ATSPI_STATE_SENSITIVE,
+                               ATSPI_STATE_FOCUSABLE}));
             QVERIFY(setText(field.get(), numbers[i]));
             QCOMPARE(textOf(field.get()), numbers[i]);
         }

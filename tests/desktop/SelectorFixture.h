@@ -97,36 +97,11 @@ struct SelectorFixture : ProgramFixture {
         xcb_cursor_context_free(context);
         const auto window = required(
             ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
-        const auto isPointedAt = [&] {
-            const auto reply
-                = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
-            return reply && reply->child == window.id();
-        };
-        input.moveTo(besidesEverything + QPoint(10, 10));
-        waitFor(isPointedAt, patience);
-        xcb_change_window_attributes(client.connection(), window.id(), XCB_CW_CURSOR, &cursor);
+        xcb_change_window_attributes(client.get(), window.id(), XCB_CW_CURSOR, &cursor);
         client.sync();
-        return required(currentCursor(client)).image;
+        return cursorAt(besidesEverything + QPoint(10, 10));
     }
 };
-
-/** Where the sides of a frame are after those in `edges` were dragged to the pointer. */
-inline QRect dragged(QRect frame, Qt::Edges edges, QPoint pointer)
-{
-    if (edges & Qt::LeftEdge) {
-        frame.setLeft(pointer.x());
-    }
-    if (edges & Qt::RightEdge) {
-        frame.setRight(pointer.x() - 1);
-    }
-    if (edges & Qt::TopEdge) {
-        frame.setTop(pointer.y());
-    }
-    if (edges & Qt::BottomEdge) {
-        frame.setBottom(pointer.y() - 1);
-    }
-    return frame;
-}
 
 /** How many pixels an outline of 2 pixels and eight handles have. */
 inline int markedPixels(QSize size)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "rig/Held.h"
 #include "rig/PatternAnimation.h"
-#include "rig/ProcessUsage.h"
 #include "tests/desktop/SelectorFixture.h"
 
 #include <QDeadlineTimer>
@@ -72,18 +71,10 @@ struct SoakFixture : SelectorFixture {
     QRandomGenerator random{20};
     CaptureFrame stored = firstFrame;
 
-    bool isIdle() const
-    {
-        const auto usage = ProcessUsage::of(program.pid());
-        return usage && std::ranges::none_of(usage->threads, [](const ThreadUsage &thread) {
-                   return thread.name == u"captureQueue";
-               });
-    }
-
     /** The window goes at once, the session a moment later. */
     bool stops() const
     {
-        return stopSharing() && waitFor([this] { return isIdle(); }, patience);
+        return stopSharing() && waitFor([this] { return !isCapturing(); }, patience);
     }
 
     Held held() const { return required(heldBy(client, program.pid())); }
