@@ -71,10 +71,6 @@ class ConferenceTest : public QObject
         const bool isSo = waitFor([&] { return isAlike(seen(place), color); }, callPatience);
         if (!isSo) {
             qInfo() << "seen at" << place << seen(place) << "instead of" << color;
-            required(fixture_.client.screenshot(QRect({}, fixture_.client.rootSize())))
-                .save(QStringLiteral("conference-screen.png"));
-            required(windowPicture(fixture_.client, *fixture_.outputWindow()))
-                .save(QStringLiteral("conference-output.png"));
         }
         return isSo;
     }
