@@ -147,8 +147,8 @@ private Q_SLOTS:
             const bool isTyped = *typedMeanwhile != '\0';
             const QString saved = isTyped ? QStringLiteral("save 1 3 3007 481")
                                           : QStringLiteral("save 1 3 640 481");
-            QStringList journal{QStringLiteral("save 7.75 8 640 480.9"),
-                                QStringLiteral("save 1.4 2.6 640.2 480.9")};
+            QStringList journal{QStringLiteral("save now 7.75 8 640 480.9"),
+                                QStringLiteral("save now 1.4 2.6 640.2 480.9")};
             QCOMPARE(shown.journal, isTyped ? journal + QStringList(saved) : journal);
             QCoreApplication::processEvents();
             QCOMPARE(QStringLiteral("save ") + shown.texts().replace(u'|', u' '), saved);
