@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "capture/ScreenCaptureService.h"
+#include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/X11Backend.h"
 #include "rig/CapturedWindow.h"
 #include "rig/ColorWindow.h"
@@ -122,6 +123,12 @@ private Q_SLOTS:
                 QVERIFY(fixture.shows({{at(55, 55), opacity > 0 ? 0xff80007f : red}}));
             }
         }
+    }
+
+    void window_liesWhereNoDisplayShowsIt()
+    {
+        QCOMPARE(x11::unseenOrigin({32767, 9999}), QPoint(-10000, -10000));
+        QCOMPARE(x11::unseenOrigin({12000, 11000}), QPoint(-10000, -11000));
     }
 
     void layer_isNotReady_untilTheServerHasDoneTheFrame()
