@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "rig/CapturedWindow.h"
+#include "rig/Browser.h"
 #include "rig/ColorWindow.h"
 #include "rig/NumberedAnimation.h"
 #include "rig/ProgramFixture.h"
 #include "rig/WaitFor.h"
 #include "rig/XWindows.h"
-#include "tests/conference/Firefox.h"
 
 #include <QColor>
 #include <QJsonArray>

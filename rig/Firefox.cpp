@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/Firefox.h"
-
+#include "rig/Browser.h"
 #include "rig/ChildProcess.h"
 #include "rig/WaitFor.h"
 
