@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rig/CapturedWindow.h"
-#include "rig/ColorWindow.h"
 #include "rig/DamageWatch.h"
-#include "rig/ProgramFixture.h"
+#include "tests/desktop/SelectorFixture.h"
 
 #include <QTest>
 
@@ -12,35 +11,21 @@ using namespace glimmerpane::testing;
 namespace
 {
 
-constexpr QRect area(500, 150, 320, 240);
+constexpr QRect source(500, 150, 320, 240);
 constexpr QPoint mainWindowPlace(20, 560);
-constexpr QPoint aside(1200, 1000);
 constexpr QRgb red = 0xffff0000;
 constexpr QRgb green = 0xff00ff00;
 constexpr QRgb blue = 0xff0000ff;
 
 /** The program while it shares an area, with the pointer beside it. All places are root pixels. */
-struct CaptureFixture : ProgramFixture {
-    explicit CaptureFixture(const QRect &place = area)
+struct CaptureFixture : SelectorFixture {
+    explicit CaptureFixture(const QRect &place = source)
     {
-        input.moveTo(aside);
+        input.moveTo(besidesEverything);
         startWith(place, mainWindowPlace, true);
     }
 
     QImage picture() const { return required(windowPicture(client, *outputWindow())); }
-
-    /** Makes the pointer look like a text cursor over a window. */
-    void setTextCursor(xcb_window_t window) const
-    {
-        constexpr std::uint16_t textShape = 152; // XC_xterm of the font "cursor"
-        const auto font = client.newId();
-        xcb_open_font(client.get(), font, 6, "cursor");
-        const std::uint32_t cursor = client.newId();
-        xcb_create_glyph_cursor(client.get(), cursor, font, font, textShape, textShape + 1, 0, 0, 0,
-                                0xffff, 0xffff, 0xffff);
-        xcb_change_window_attributes(client.get(), window, XCB_CW_CURSOR, &cursor);
-        client.sync();
-    }
 };
 
 } // namespace
@@ -53,8 +38,8 @@ private Q_SLOTS:
     void picture_isTheArea_whereverItLies()
     {
         for (const QRect place :
-             {area, QRect(0, 0, 1280, 1024), QRect(-50, -40, 200, 200), QRect(1200, 1000, 200, 200),
-              QRect(640, 512, 1, 1), QRect(-100, -100, 1600, 1300)}) {
+             {source, QRect(0, 0, 1280, 1024), QRect(-50, -40, 200, 200),
+              QRect(1200, 1000, 200, 200), QRect(640, 512, 1, 1), QRect(-100, -100, 1600, 1300)}) {
             CaptureFixture fixture(place);
             const auto window = required(ColorWindow::show(
                 fixture.client, {.rectangle = {600, 500, 680, 524}, .color = green}));
@@ -69,43 +54,43 @@ private Q_SLOTS:
     {
         CaptureFixture fixture;
         const auto window = required(ColorWindow::show(
-            fixture.client, {.rectangle = area.adjusted(20, 20, -100, -100), .color = red}));
-        QVERIFY(fixture.showsArea(area));
+            fixture.client, {.rectangle = source.adjusted(20, 20, -100, -100), .color = red}));
+        QVERIFY(fixture.showsArea(source));
         window.setColor(blue);
-        QVERIFY(fixture.showsArea(area));
-        window.setGeometry(area.adjusted(150, 100, 40, 40));
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(source));
+        window.setGeometry(source.adjusted(150, 100, 40, 40));
+        QVERIFY(fixture.showsArea(source));
         // Many small rectangles at once, more than are copied one by one.
         for (int i = 0; i < 400; ++i) {
             const QPoint place(i * 37 % 310, i * 53 % 230);
-            fixture.client.fill(fixture.client.root(), {area.topLeft() + place, QSize(3, 3)},
+            fixture.client.fill(fixture.client.root(), {source.topLeft() + place, QSize(3, 3)},
                                 green);
         }
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(source));
         xcb_clear_area(fixture.client.get(), 1, *fixture.outputWindow(), 10, 10, 100, 100);
         fixture.client.sync();
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(source));
     }
 
     void picture_hasThePointer_whereverItGoesAndHoweverItLooks()
     {
         CaptureFixture fixture;
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(source));
         for (const QPoint offset : {QPoint(50, 50), QPoint(55, 52), QPoint(0, 0), QPoint(319, 239),
                                     QPoint(160, -3), QPoint(-2, 120), QPoint(100, 100)}) {
-            fixture.input.moveTo(area.topLeft() + offset);
-            QVERIFY(fixture.showsArea(area));
+            fixture.input.moveTo(source.topLeft() + offset);
+            QVERIFY(fixture.showsArea(source));
         }
         // Changes under a still pointer are visible around and through it, and so is a new look.
         const auto window = required(ColorWindow::show(
-            fixture.client, {.rectangle = area.adjusted(90, 90, 0, 0), .color = red}));
-        QVERIFY(fixture.showsArea(area));
+            fixture.client, {.rectangle = source.adjusted(90, 90, 0, 0), .color = red}));
+        QVERIFY(fixture.showsArea(source));
         const QImage arrow = fixture.picture();
-        fixture.setTextCursor(window.id());
-        QVERIFY(fixture.showsArea(area));
+        fixture.setCursor(window, {"xterm"});
+        QVERIFY(fixture.showsArea(source));
         QVERIFY(fixture.picture() != arrow);
-        fixture.input.moveTo(aside);
-        QVERIFY(fixture.showsArea(area));
+        fixture.input.moveTo(besidesEverything);
+        QVERIFY(fixture.showsArea(source));
     }
 
     void frames_areNotMade_whenNothingInTheAreaChanges()
@@ -114,8 +99,8 @@ private Q_SLOTS:
         const auto outside = required(
             ColorWindow::show(fixture.client, {.rectangle = {600, 600, 100, 100}, .color = red}));
         const auto inside
-            = required(ColorWindow::show(fixture.client, {.rectangle = area, .color = green}));
-        QVERIFY(fixture.showsArea(area));
+            = required(ColorWindow::show(fixture.client, {.rectangle = source, .color = green}));
+        QVERIFY(fixture.showsArea(source));
         auto watch
             = required(DamageWatch::open(fixture.server.displayName(), *fixture.outputWindow()));
         for (int i = 0; i < 20; ++i) {
@@ -124,7 +109,7 @@ private Q_SLOTS:
         }
         // The next change in the area comes after all of these, and alone.
         inside.setColor(blue);
-        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.showsArea(source));
         while (watch.take()) { }
         QCOMPARE(watch.count(), 1);
     }

@@ -81,24 +81,25 @@ struct SelectorFixture : ProgramFixture {
         input.moveTo(place);
         return required(currentCursor(client)).image;
     }
-    /**
-     * The cursor that the user's theme, or else the server, has for the first of these names that
-     * exists.
-     */
-    QImage themeCursor(const QList<const char *> &names) const
+    /** Gives a window the first of these that the user's theme, or else the server, has. */
+    void setCursor(const ColorWindow &window, const QList<const char *> &names) const
     {
-        xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection())).data;
+        xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.get())).data;
         xcb_cursor_context_t *context = nullptr;
-        xcb_cursor_context_new(client.connection(), screen, &context);
+        xcb_cursor_context_new(client.get(), screen, &context);
         xcb_cursor_t cursor = XCB_NONE;
         for (qsizetype i = 0; i < names.size() && cursor == XCB_NONE; ++i) {
             cursor = xcb_cursor_load_cursor(context, names[i]);
         }
         xcb_cursor_context_free(context);
-        const auto window = required(
-            ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
         xcb_change_window_attributes(client.get(), window.id(), XCB_CW_CURSOR, &cursor);
         client.sync();
+    }
+    QImage themeCursor(const QList<const char *> &names) const
+    {
+        const auto window = required(
+            ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
+        setCursor(window, names);
         return cursorAt(besidesEverything + QPoint(10, 10));
     }
 };
