@@ -131,6 +131,17 @@ std::optional<xcb_window_t> ProgramFixture::mainWindow() const
     return latestMain_;
 }
 
+std::optional<xcb_window_t> ProgramFixture::alert() const
+{
+    const auto main = mainWindow();
+    for (const auto window : listWindows(client, Listing::All)) {
+        if (window != main && titleOf(client, window) == mainTitle && isViewable(client, window)) {
+            return window;
+        }
+    }
+    return std::nullopt;
+}
+
 std::optional<xcb_window_t> ProgramFixture::outputWindow() const
 {
     return findWindow(client, outputTitle);
@@ -256,10 +267,14 @@ QPoint ProgramFixture::awaitButton(QPoint button) const
 
 bool ProgramFixture::answerAlert(std::uint32_t key) const
 {
+    const int before = shownWindows();
     return waitFor(
         [&] {
+            if (const auto window = alert()) { // there may be no manager that gives it the focus
+                input.setFocus(*window);
+            }
             return input.typeKey(key)
-                && waitFor([&] { return shownWindows() == 1; }, std::chrono::seconds(1));
+                && waitFor([&] { return shownWindows() < before; }, std::chrono::seconds(1));
         },
         patience);
 }

@@ -60,6 +60,7 @@ public:
     void end();
 
     std::optional<xcb_window_t> mainWindow() const;
+    std::optional<xcb_window_t> alert() const;
     std::optional<xcb_window_t> outputWindow() const;
     /** The one on which the area is chosen. */
     std::optional<xcb_window_t> selector() const;

@@ -201,6 +201,8 @@ private Q_SLOTS:
         QVERIFY(program.pressButton(QStringLiteral("OK")));
         const auto hasGone = [&] { return !find(program.desktop.get(), ATSPI_ROLE_ALERT, title); };
         QVERIFY(waitFor(hasGone, patience));
+        QVERIFY(program.pressButton(QStringLiteral("Close")));
+        QCOMPARE(program.waitForExit(), 0);
     }
 };
 

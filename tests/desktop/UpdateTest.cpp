@@ -135,17 +135,9 @@ private Q_SLOTS:
             fixture.input.moveTo(moved.topLeft() + grip + QPoint(60, 0));
             fixture.input.release();
             fixture.input.drag(moved.topLeft() + grip, opened.topLeft() + grip);
-            const auto answers = [&] {
-                for (const auto window : listWindows(fixture.client, Listing::All)) {
-                    if (window != fixture.mainWindow() && isViewable(fixture.client, window)
-                        && titleOf(fixture.client, window) == QLatin1String("Glimmerpane")) {
-                        fixture.input.setFocus(window);
-                    }
-                }
-                return fixture.input.typeKey(keys::escape)
-                    && waitFor(isUncovered, std::chrono::seconds(1));
-            };
-            QVERIFY(waitFor(answers, patience) && fixture.becomes(moved));
+            QVERIFY(fixture.answerAlert(keys::escape));
+            QTRY_VERIFY(isUncovered());
+            QVERIFY(fixture.becomes(moved));
             fixture.confirm();
             QVERIFY(fixture.becomes(std::nullopt));
         }

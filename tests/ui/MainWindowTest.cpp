@@ -363,18 +363,6 @@ private Q_SLOTS:
             QTRY_COMPARE(shown.window.pos(), QPoint(100, 100) + (moves ? way : QPoint()));
         }
     }
-
-    void closeControl_closesTheWindow_whenThePersonMeansIt()
-    {
-        ShownWindow shown;
-        shown.click("startButton");
-        QTRY_VERIFY(shown.viewModel->isSharingWindowOpen());
-        shown.click("closeControl");
-        QVERIFY(shown.window.isVisible());
-        shown.alerts.answer = 1;
-        shown.click("closeControl");
-        QVERIFY(!shown.window.isVisible());
-    }
 };
 
 int main(int argc, char **argv)
