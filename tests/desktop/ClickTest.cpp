@@ -68,7 +68,13 @@ private Q_SLOTS:
             ClickFixture fixture;
             fixture.input.click(place, static_cast<std::uint8_t>(button));
             if (!isShown) {
-                // The server reports presses in order: with the second one's ring comes none.
+                // A press is looked for where the pointer is, so it has to be seen there before the
+                // next one. With that one's ring comes none.
+                const auto isSeen = [&, &place = place] {
+                    const QImage picture = required(fixture.output->picture());
+                    return place == outside || picture.pixel(place - area.topLeft()) != color;
+                };
+                QVERIFY(waitFor(isSeen, patience));
                 const QPoint second = area.topLeft() + QPoint(90, 90);
                 fixture.input.click(second);
                 QVERIFY(fixture.showsRing(second));

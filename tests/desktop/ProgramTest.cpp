@@ -123,10 +123,11 @@ private Q_SLOTS:
             fixture.start({QStringLiteral("--area=0,0,1280x1024"), QStringLiteral("--share")});
             QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
             const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
-            // A place of the window where nothing is, then one where the desktop is.
-            const QPoint own = main.topLeft() + places::nothing;
+            // A field, which shows the press, then a place where the desktop is.
+            const QPoint own = main.topLeft() + places::fields[0];
             const QPoint other(1100, 900);
             fixture.input.click(own);
+            QVERIFY(waitFor([&] { return fixture.isFocused(places::fields[0]); }, patience));
             fixture.input.click(other);
             const QRect around(own - QPoint(40, 20), QSize(80, 40));
             QVERIFY(waitFor(

@@ -271,7 +271,7 @@ private Q_SLOTS:
                                          {"Alt+H, Tab", "startButton"},
                                          {"Alt+X, Shift+Tab", "resetAreaButton"},
                                          {"Alt+H, Esc", ""},
-                                         {"Alt+H, Return, Tab", "startButton"},
+                                         {"Alt+W, Return, Tab", "startButton"},
                                          {"Alt+P", ""}}) { // nothing is shared
             const ShownWindow shown;
             const QKeySequence keys{QLatin1String(typed)};
