@@ -3,7 +3,8 @@
 #include "rig/WaitFor.h"
 
 #include <QDBusConnection>
-#include <QDBusInterface>
+#include <QDBusMessage>
+#include <QDBusVariant>
 #include <QTest>
 
 #include <atspi/atspi.h>
@@ -112,9 +113,14 @@ struct ReadProgram : ProgramFixture {
         qputenv("DBUS_SESSION_BUS_ADDRESS", bus->address().toLatin1());
         qputenv("DISPLAY", server.displayName().toLatin1());
         // Screen readers do this, so that programs expose their interface.
-        QDBusInterface(QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-                       QStringLiteral("org.a11y.Status"))
-            .setProperty("IsEnabled", true);
+        const QString name = QStringLiteral("reader");
+        auto enable = QDBusMessage::createMethodCall(
+            QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+        enable << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
+               << QVariant::fromValue(QDBusVariant(true));
+        QDBusConnection::connectToBus(bus->address(), name).call(enable);
+        QDBusConnection::disconnectFromBus(name);
         atspi_init();
         desktop.reset(atspi_get_desktop(0));
         atspi_accessible_set_cache_mask(desktop.get(), ATSPI_CACHE_NONE);

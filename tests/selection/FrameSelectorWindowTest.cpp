@@ -212,6 +212,8 @@ private Q_SLOTS:
         const QPointF lastPixel(1919, 1);
         for (const auto &[area, from, to, expected] :
              {Row{{300.25, 200.5, 600, 400}, {500, 300}, {540, 270}, {340.25, 170.5, 600, 400}},
+              // A pixel may be half a point, but areas are of whole ones.
+              Row{{200, 150, 250, 180}, {216, 200}, {226.5, 200}, {211, 150, 250, 180}},
               // 16 points from a side are inside, 15 are on it.
               Row{usual, {884, 300}, {900, 300}, {316, 200, 600, 400}},
               Row{usual, {316, 300}, {326, 300}, {310, 200, 600, 400}},
