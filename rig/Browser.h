@@ -37,5 +37,6 @@ struct BrowserOptions {
     bool isBare = false; ///< without tabs, address and notices around the page; Chromium only
 };
 std::unique_ptr<Browser> startChromium(const BrowserOptions &options);
+std::unique_ptr<Browser> startFirefox(const BrowserOptions &options);
 
 } // namespace glimmerpane::testing

@@ -4,6 +4,7 @@
 #include "rig/CapturedWindow.h"
 #include "rig/CursorPicture.h"
 #include "rig/PictureComparison.h"
+#include "rig/ProcessUsage.h"
 #include "rig/WaitFor.h"
 #include "rig/WindowManager.h"
 #include "rig/XWindows.h"
@@ -62,10 +63,8 @@ ProgramFixture::ProgramFixture(WindowManager manager, int scale, QSize screen)
 void ProgramFixture::start(const QStringList &arguments)
 {
     program = ChildProcess();
-    QStringList command = wrapper + QStringList(executable) + arguments;
-    const QString first = command.takeFirst();
-    program = required(
-        ChildProcess::start({.program = first, .arguments = command, .environment = environment}));
+    program = required(ChildProcess::start(
+        {.program = executable, .arguments = arguments, .environment = environment}));
 }
 
 void ProgramFixture::startWith(const QRect &area, QPoint mainWindowPlace, bool share)
@@ -130,6 +129,17 @@ std::optional<xcb_window_t> ProgramFixture::mainWindow() const
         latestMain_ = found == windows.end() ? std::nullopt : std::optional(*found);
     }
     return latestMain_;
+}
+
+std::optional<xcb_window_t> ProgramFixture::alert() const
+{
+    const auto main = mainWindow();
+    for (const auto window : listWindows(client, Listing::All)) {
+        if (window != main && titleOf(client, window) == mainTitle && isViewable(client, window)) {
+            return window;
+        }
+    }
+    return std::nullopt;
 }
 
 std::optional<xcb_window_t> ProgramFixture::outputWindow() const
@@ -203,6 +213,14 @@ bool ProgramFixture::waitForNoOutput() const
     return waitFor([this] { return !outputWindow(); }, patience);
 }
 
+bool ProgramFixture::isCapturing() const
+{
+    const auto usage = ProcessUsage::of(program.pid());
+    return usage && std::ranges::any_of(usage->threads, [](const ThreadUsage &thread) {
+               return thread.name == u"captureQueue";
+           });
+}
+
 bool ProgramFixture::startAgain() const
 {
     return waitFor(
@@ -249,10 +267,14 @@ QPoint ProgramFixture::awaitButton(QPoint button) const
 
 bool ProgramFixture::answerAlert(std::uint32_t key) const
 {
+    const int before = shownWindows();
     return waitFor(
         [&] {
+            if (const auto window = alert()) { // there may be no manager that gives it the focus
+                input.setFocus(*window);
+            }
             return input.typeKey(key)
-                && waitFor([&] { return shownWindows() == 1; }, std::chrono::seconds(1));
+                && waitFor([&] { return shownWindows() < before; }, std::chrono::seconds(1));
         },
         patience);
 }
@@ -304,8 +326,7 @@ bool ProgramFixture::isFocused(QPoint field) const
 
 QString ProgramFixture::settingsFile() const
 {
-    const QString path = configuration.filePath(QStringLiteral("glimmerpane/glimmerpane.ini"));
-    return hasOwnMounts ? QStringLiteral("/proc/%1/root%2").arg(program.pid()).arg(path) : path;
+    return configuration.filePath(QStringLiteral("glimmerpane/glimmerpane.ini"));
 }
 
 std::optional<CaptureFrame> ProgramFixture::savedArea() const

@@ -37,10 +37,8 @@ public:
     InputInjector input;
     const int scaleFactor; ///< pixels for each point
     QTemporaryDir configuration; ///< XDG_CONFIG_HOME
-    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< the program to start from now on
-    QProcessEnvironment environment; ///< of programs started from now on
-    QStringList wrapper; ///< a command that starts them by executing its last arguments
-    bool hasOwnMounts = false; ///< whether the wrapper gives the program its own file systems
+    QString executable = QStringLiteral(GLIMMERPANE_PROGRAM); ///< that is started from now on
+    QProcessEnvironment environment; ///< of programs that are started from now on
     ChildProcess program;
     std::optional<SessionBus> bus; ///< none unless startBus()
 
@@ -64,6 +62,7 @@ public:
     void end();
 
     std::optional<xcb_window_t> mainWindow() const;
+    std::optional<xcb_window_t> alert() const;
     std::optional<xcb_window_t> outputWindow() const;
     /** The area selector. */
     std::optional<xcb_window_t> selector() const;
@@ -76,6 +75,8 @@ public:
     /** Waits until the output window shows the pixels of this rectangle of the root. */
     bool showsArea(QRect rootRectangle);
     bool waitForNoOutput() const;
+    /** Whether it has a capture thread, which ends a moment after the output has gone. */
+    bool isCapturing() const;
 
     /** Clicks "Start sharing" until it works, which it does once the previous session has ended. */
     bool startAgain() const;

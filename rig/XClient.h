@@ -5,6 +5,7 @@
 #include "rig/Result.h"
 
 #include <QImage>
+#include <QPainter>
 #include <QRect>
 
 #include <cstring>
@@ -68,8 +69,24 @@ public:
         return failure(QStringLiteral("%1 (X error %2)").arg(text).arg(code));
     }
 
-    /** The visible content of this rectangle, without the pointer. */
-    Result<QImage> screenshot(const QRect &rectangle) const { return image(root(), rectangle); }
+    /** The visible content of this rectangle, without the pointer; black beyond the root. */
+    Result<QImage> screenshot(const QRect &rectangle) const
+    {
+        const QRect onRoot = rectangle & QRect(QPoint(), rootSize());
+        if (onRoot == rectangle) {
+            return image(root(), rectangle);
+        }
+        QImage picture(rectangle.size(), QImage::Format_RGB32);
+        picture.fill(Qt::black);
+        if (!onRoot.isEmpty()) {
+            const auto part = image(root(), onRoot);
+            if (!part) {
+                return part;
+            }
+            QPainter(&picture).drawImage(onRoot.topLeft() - rectangle.topLeft(), *part);
+        }
+        return picture;
+    }
     Result<QImage> screenshot() const { return screenshot({QPoint(), rootSize()}); }
 
     /** The pixels of a window or pixmap of the root's depth; the rectangle must lie inside it. */

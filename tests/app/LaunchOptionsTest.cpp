@@ -63,10 +63,9 @@ private Q_SLOTS:
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},
             {QStringLiteral("--share|a\nb"), QStringLiteral("a b")},
             {QStringLiteral("--|--share"), QStringLiteral("--share")}};
-        for (const char *area : {"abc", "10,20", "10,20,300", "10,20,300,200", "10,20,300x",
-                                 "10,20,x200", "10,20,300X200", "10,,300x200", "a,20,300x200",
-                                 "10,20,300x200x100", "10,20,300x200px", " 10,20,300x200",
-                                 "10,20,300 x 200", "10,20,300x200,", "10,20,300\u00d7200"}) {
+        for (const char *area :
+             {"abc", "10,20", "10,20,300,200", "10,20,300x", "10,20,300X200", "a,20,300x200",
+              "10,20,300x200px", " 10,20,300x200", "10,20,300\u00d7200"}) {
             const QString text = QString::fromUtf8(area);
             rows.emplace_back(QStringLiteral("--area=") + text, text.trimmed());
         }

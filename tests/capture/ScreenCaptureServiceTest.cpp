@@ -34,73 +34,66 @@ struct Log {
     StreamConfiguration configuration;
 };
 
-struct StubStream : CaptureStream {
-    explicit StubStream(Log &log)
-        : log_(log)
-    {
-    }
-    ~StubStream() override { stopCapture(); }
-    QCoro::Task<std::expected<void, Error>> startCapture(Handlers handlers) override
-    {
-        log_.handlers = std::move(handlers);
-        isRunning_ = log_.startAnswer.has_value();
-        log_.running += isRunning_ ? 1 : 0;
-        if (log_.startsAreHeld) {
-            co_return co_await pend(log_.starts);
-        }
-        co_return log_.startAnswer;
-    }
-    void stopCapture() override { log_.running -= std::exchange(isRunning_, false) ? 1 : 0; }
-    void returnSampleBuffer(const SampleBuffer &) override { ++log_.returned; }
-    void invalidate() override { }
-
-    Log &log_;
-    bool isRunning_ = false;
-};
-
-struct StubLayer : DisplayLayer {
-    explicit StubLayer(Log &log)
-        : log_(log)
-    {
-        ++log.layers;
-    }
-    ~StubLayer() override { --log_.layers; }
-    bool isReadyForMoreMediaData() override { return log_.layerIsReady; }
-    void enqueueSampleBuffer(const SampleBuffer &) override { ++log_.shown; }
-    bool setHighlights(const std::vector<Highlight> &highlights) override
-    {
-        log_.highlights.push_back(highlights);
-        return log_.layerIsReady;
-    }
-
-    Log &log_;
-};
-
-struct StubMonitor : PressMonitor {
-    StubMonitor(Log &owner, std::function<void(QPoint)> pressed)
+template<typename Role>
+struct Stub : Role {
+    explicit Stub(Log &owner)
         : log(owner)
     {
-        log.pressed = std::move(pressed);
     }
-    ~StubMonitor() override { log.pressed = {}; }
 
     Log &log;
 };
 
-struct StubWindow : OutputWindow {
-    explicit StubWindow(Log &log)
-        : log_(log)
+struct StubStream : Stub<CaptureStream> {
+    using Stub::Stub;
+    ~StubStream() override { stopCapture(); }
+    QCoro::Task<std::expected<void, Error>> startCapture(Handlers handlers) override
     {
+        log.handlers = std::move(handlers);
+        isRunning_ = log.startAnswer.has_value();
+        log.running += isRunning_ ? 1 : 0;
+        if (log.startsAreHeld) {
+            co_return co_await pend(log.starts);
+        }
+        co_return log.startAnswer;
     }
+    void stopCapture() override { log.running -= std::exchange(isRunning_, false) ? 1 : 0; }
+    void returnSampleBuffer(const SampleBuffer &) override { ++log.returned; }
+    void invalidate() override { }
+
+    bool isRunning_ = false;
+};
+
+struct StubLayer : Stub<DisplayLayer> {
+    explicit StubLayer(Log &owner)
+        : Stub(owner)
+    {
+        ++log.layers;
+    }
+    ~StubLayer() override { --log.layers; }
+    bool isReadyForMoreMediaData() override { return log.layerIsReady; }
+    void enqueueSampleBuffer(const SampleBuffer &) override { ++log.shown; }
+    bool setHighlights(const std::vector<Highlight> &highlights) override
+    {
+        log.highlights.push_back(highlights);
+        return log.layerIsReady;
+    }
+};
+
+struct StubMonitor : Stub<PressMonitor> {
+    using Stub::Stub;
+    ~StubMonitor() override { log.pressed = {}; }
+};
+
+struct StubWindow : Stub<OutputWindow> {
+    using Stub::Stub;
     bool isVisible() const override { return true; }
     void orderFront() override { }
     void orderOut() override { }
     std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer() override
     {
-        return std::make_unique<StubLayer>(log_);
+        return std::make_unique<StubLayer>(log);
     }
-
-    Log &log_;
 };
 
 struct CaptureDesktop : FakeDesktop {
@@ -113,7 +106,8 @@ struct CaptureDesktop : FakeDesktop {
     }
     std::unique_ptr<PressMonitor> monitor(std::function<void(QPoint)> pressed) override
     {
-        return std::make_unique<StubMonitor>(log, std::move(pressed));
+        log.pressed = std::move(pressed);
+        return std::make_unique<StubMonitor>(log);
     }
     std::unique_ptr<CaptureStream> makeCaptureStream(
         const ContentFilter &, const StreamConfiguration &configuration) override
@@ -260,8 +254,10 @@ private Q_SLOTS:
                 log.pressed(place);
             };
             const QRect pixels = display.areaPixels({100, 100, 400, 300});
-            for (const QPoint way : {QPoint(0, -1), {-1, 0}, {400, 0}, {0, 300}}) {
-                press(pixels.topLeft() + (way.manhattanLength() == 1 ? way : way * scale));
+            for (const QPoint outside :
+                 {pixels.topLeft() - QPoint(0, 1), pixels.topLeft() - QPoint(1, 0),
+                  pixels.topRight() + QPoint(1, 0), pixels.bottomLeft() + QPoint(0, 1)}) {
+                press(outside);
                 QVERIFY(log.highlights.empty());
             }
             for (const QPoint place :

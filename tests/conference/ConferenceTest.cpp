@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "rig/CapturedWindow.h"
+#include "rig/Browser.h"
 #include "rig/ColorWindow.h"
 #include "rig/NumberedAnimation.h"
 #include "rig/ProgramFixture.h"
 #include "rig/WaitFor.h"
 #include "rig/XWindows.h"
-#include "tests/conference/Firefox.h"
 
 #include <QColor>
 #include <QJsonArray>
@@ -71,10 +70,6 @@ class ConferenceTest : public QObject
         const bool isSo = waitFor([&] { return isAlike(seen(place), color); }, callPatience);
         if (!isSo) {
             qInfo() << "seen at" << place << seen(place) << "instead of" << color;
-            required(fixture_.client.screenshot(QRect({}, fixture_.client.rootSize())))
-                .save(QStringLiteral("conference-screen.png"));
-            required(windowPicture(fixture_.client, *fixture_.outputWindow()))
-                .save(QStringLiteral("conference-output.png"));
         }
         return isSo;
     }

@@ -78,11 +78,8 @@ private Q_SLOTS:
         fixture.command("", 0);
         const auto isAlertOnTop = [&] {
             const auto windows = listWindows(fixture.client, Listing::All);
-            return std::any_of(std::ranges::find(windows, *main), windows.end(), [&](auto other) {
-                return other != *main
-                    && titleOf(fixture.client, other) == QStringLiteral("Glimmerpane")
-                    && isViewable(fixture.client, other);
-            });
+            const auto alert = fixture.alert();
+            return alert && std::ranges::find(windows, *main) < std::ranges::find(windows, *alert);
         };
         QVERIFY(waitFor(isAlertOnTop, patience));
     }

@@ -4,7 +4,6 @@
 #include <QRandomGenerator>
 #include <QTest>
 
-#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <vector>
@@ -16,35 +15,9 @@ namespace
 {
 
 constexpr int kills = 100;
-constexpr int smallest = 100; ///< coordinate that a round chooses
-constexpr int largest = 600; ///< the whole area is on the screen then
 constexpr std::chrono::minutes diskPatience(1); ///< others may keep the disk busy
 
-/** The user confirms an area. Nothing is sent before an input is called. */
-struct Confirmation {
-    std::vector<std::function<void()>> inputs;
-    std::vector<CaptureFrame> areas; ///< that it stores, one after the other
-    std::function<bool()> isSeen; ///< whether the user can see that it is done
-};
-
-/** Sends the inputs. How long it took until it was seen; nothing if the limit came first. */
-std::optional<std::chrono::nanoseconds> carryOut(const Confirmation &confirmation,
-                                                 std::chrono::nanoseconds limit)
-{
-    using Clock = std::chrono::steady_clock;
-    const auto begin = Clock::now();
-    auto next = confirmation.inputs.begin();
-    while (Clock::now() - begin < limit) {
-        if (next != confirmation.inputs.end()) {
-            (*next++)();
-        } else if (confirmation.isSeen()) {
-            return Clock::now() - begin;
-        }
-    }
-    return std::nullopt;
-}
-
-/** A program that is killed while areas are confirmed, and what it must have stored. */
+/** A program that is killed while positions are typed, and what it must have stored. */
 struct KillFixture : SelectorFixture {
     QRandomGenerator random;
     CaptureFrame stored{.x = 400, .y = 300, .width = 600, .height = 400};
@@ -54,47 +27,40 @@ struct KillFixture : SelectorFixture {
     {
     }
 
-    int coordinate() { return random.bounded(smallest, largest); }
+    /** One that is typed into the first field, whose first digits alone may be stored, too. */
+    QByteArray position() { return QByteArray::number(random.bounded(100, 600)); }
 
-    /** Another position. Its first digits alone are stored where the typing rests on a slow
-     * machine. */
-    Confirmation typing(double CaptureFrame::*member, QPoint field)
+    /**
+     * Types the position and clicks beside the field, which loses the focus once it is stored. How
+     * long that took; nothing if the limit came first.
+     */
+    std::optional<std::chrono::nanoseconds> typePosition(const QByteArray &position,
+                                                         std::chrono::nanoseconds limit) const
     {
-        const QPoint origin = geometryOf(client, *mainWindow())->topLeft();
-        click(field);
-        if (!waitFor([&] { return isFocused(field); }, patience)) {
-            return {};
-        }
-        Confirmation result;
-        result.isSeen = [this, field] { return !isFocused(field); };
-        result.inputs.emplace_back([this] {
+        const QPoint field = places::fields[0];
+        std::vector<std::function<void()>> inputs{[this] {
             input.pressKey(keys::control);
             input.typeKey('a');
             input.releaseKey(keys::control);
-        });
-        CaptureFrame area = stored;
-        area.*member = 0;
-        for (const char digit : QByteArray::number(coordinate())) {
-            area.*member = area.*member * 10 + digit - '0';
-            result.areas.push_back(area);
-            result.inputs.emplace_back(
-                [this, digit] { input.typeKey(static_cast<std::uint32_t>(digit)); });
+        }};
+        for (const char digit : position) {
+            inputs.emplace_back([this, digit] { input.typeKey(std::uint32_t(digit)); });
         }
-        result.inputs.emplace_back([this, origin] { input.click(origin + places::nothing); });
-        return result;
-    }
+        inputs.emplace_back([this] { ProgramFixture::click(places::nothing); });
+        ProgramFixture::click(field);
+        waitFor([&] { return isFocused(field); }, patience);
 
-    /** The selector's "Confirm", after the selector was dragged to another place. */
-    Confirmation selecting()
-    {
-        const CaptureFrame area{double(coordinate()), double(coordinate()), 600, 400};
-        if (!opensAndMoves(onScreen(stored), onScreen(area))) {
-            return {};
+        using Clock = std::chrono::steady_clock;
+        const auto begin = Clock::now();
+        auto next = inputs.begin();
+        while (Clock::now() - begin < limit) {
+            if (next != inputs.end()) {
+                (*next++)();
+            } else if (!isFocused(field)) {
+                return Clock::now() - begin;
+            }
         }
-        const xcb_window_t window = *selector();
-        return {.inputs = {[this] { confirm(); }}, .areas = {area}, .isSeen = [this, window] {
-                    return !isViewable(client, window);
-                }};
+        return std::nullopt;
     }
 };
 
@@ -117,32 +83,30 @@ private Q_SLOTS:
         for (int round = 0; round < kills; ++round) {
             QVERIFY(fixture.launch(round == 0 ? QStringList(areaOption) : QStringList()));
             fixture.input.setFocus(*fixture.mainWindow());
-            const auto first = round % 2 == 0 ? fixture.typing(&CaptureFrame::x, places::fields[0])
-                                              : fixture.typing(&CaptureFrame::y, places::fields[1]);
-            QVERIFY(!first.areas.empty());
-            const auto usual = carryOut(first, diskPatience);
+            const QByteArray first = fixture.position();
+            const auto usual = fixture.typePosition(first, diskPatience);
             QVERIFY(usual);
-            fixture.stored = first.areas.back();
+            fixture.stored.x = first.toDouble();
             QCOMPARE(fixture.savedArea(), fixture.stored);
 
-            const bool isTyped = fixture.random.bounded(2) == 0;
-            const auto last = isTyped ? fixture.typing(&CaptureFrame::y, places::fields[1])
-                                      : fixture.selecting();
-            QVERIFY(!last.areas.empty());
-            const auto moment = *usual * fixture.random.bounded(isTyped ? 1.3 : 0.6);
+            const QByteArray last = fixture.position();
+            const auto moment = *usual * fixture.random.bounded(1.3);
             const bool isSeen
-                = carryOut(last, std::chrono::duration_cast<std::chrono::nanoseconds>(moment))
+                = fixture
+                      .typePosition(last,
+                                    std::chrono::duration_cast<std::chrono::nanoseconds>(moment))
                       .has_value();
             fixture.program.kill();
 
             const auto found = fixture.savedArea();
             QVERIFY(found);
-            const bool isBeingConfirmed = std::ranges::count(last.areas, *found) > 0;
             unchanged += *found == fixture.stored;
             seen += isSeen;
-            QVERIFY(isSeen ? *found == last.areas.back()
-                           : *found == fixture.stored || isBeingConfirmed);
-            fixture.stored = *found;
+            const bool isOld = *found == fixture.stored;
+            fixture.stored.x = found->x;
+            QCOMPARE(*found, fixture.stored);
+            QVERIFY(isSeen ? found->x == last.toDouble()
+                           : isOld || last.startsWith(QByteArray::number(found->x)));
         }
         qInfo("%d kills: %d before anything was stored, %d after the person saw it done", kills,
               unchanged, seen);

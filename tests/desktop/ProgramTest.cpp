@@ -37,25 +37,23 @@ class ProgramTest : public QObject
 private Q_SLOTS:
     void person_sharesTypedNumbers_andFindsThemAgain()
     {
-        for (const auto manager : {WindowManager::None, WindowManager::Openbox}) {
-            ProgramFixture fixture(manager);
-            const auto window = colorUnderArea(fixture);
-            fixture.start();
-            QVERIFY(fixture.waitForMainWindow());
-            QVERIFY(fixture.typeArea(frame));
-            fixture.click(places::startSharing);
-            QVERIFY(fixture.showsArea(area));
-            fixture.input.moveTo(area.center());
-            QVERIFY(fixture.showsArea(area));
+        ProgramFixture fixture(WindowManager::Openbox);
+        const auto window = colorUnderArea(fixture);
+        fixture.start();
+        QVERIFY(fixture.waitForMainWindow());
+        QVERIFY(fixture.typeArea(frame));
+        fixture.click(places::startSharing);
+        QVERIFY(fixture.showsArea(area));
+        fixture.input.moveTo(area.center());
+        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.stopSharing());
+        QVERIFY(waitFor([&] { return !fixture.isCapturing(); }, patience));
 
-            QVERIFY(fixture.stopSharing());
-            QVERIFY(fixture.startAgain());
-
-            fixture.program.sendSignal(SIGTERM);
-            QCOMPARE(fixture.waitForExit(), 0);
-            fixture.start({QStringLiteral("--share")});
-            QVERIFY(fixture.showsArea(area));
-        }
+        fixture.program.sendSignal(SIGTERM);
+        QCOMPARE(fixture.waitForExit(), 0);
+        fixture.start({QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea(area));
+        QVERIFY(fixture.isCapturing());
     }
 
     void program_endsCleanly_whateverItDoes()
@@ -125,10 +123,11 @@ private Q_SLOTS:
             fixture.start({QStringLiteral("--area=0,0,1280x1024"), QStringLiteral("--share")});
             QVERIFY(fixture.showsArea({0, 0, 1280, 1024}));
             const QRect main = *geometryOf(fixture.client, *fixture.mainWindow());
-            // A place of the window where nothing is, then one where the desktop is.
-            const QPoint own = main.topLeft() + places::nothing;
+            // A field, which shows the press, then a place where the desktop is.
+            const QPoint own = main.topLeft() + places::fields[0];
             const QPoint other(1100, 900);
             fixture.input.click(own);
+            QVERIFY(waitFor([&] { return fixture.isFocused(places::fields[0]); }, patience));
             fixture.input.click(other);
             const QRect around(own - QPoint(40, 20), QSize(80, 40));
             QVERIFY(waitFor(
@@ -182,48 +181,40 @@ private Q_SLOTS:
         }
     }
 
-    void texts_areInThePersonsLanguage()
+    void commandLine_isAnswered_withoutADisplay_inThePersonsLanguage()
     {
-        const QByteArray english = "Unexpected argument 'x'.";
-        const QByteArray german = "Unerwartetes Argument „x“.";
-        const QByteArray french = "Argument inattendu « x ».";
-        for (const auto &[locale, preferred, says] : {std::tuple("de_DE.UTF-8", "", german),
-                                                      {"de_AT.UTF-8", "", german},
-                                                      {"fr_CA.UTF-8", "", french},
-                                                      {"en_GB.UTF-8", "", english},
-                                                      {"ja_JP.UTF-8", "", english},
-                                                      {"ja_JP.UTF-8", "ja:fr:de", french},
-                                                      {"de_DE.UTF-8", "en_GB:de", english},
-                                                      {"C", "de", english}}) {
+        struct Row {
+            QString arguments;
+            int exitCode;
+            QByteArray says;
+            const char *locale = "C";
+            const char *preferred = ""; ///< languages
+        };
+        const QByteArray english = "glimmerpane: Unexpected argument 'x'.\n";
+        const QByteArray german = "glimmerpane: Unerwartetes Argument „x“.\n";
+        const QByteArray french = "glimmerpane: Argument inattendu « x ».\n";
+        const QString wrong = QStringLiteral("x");
+        for (const auto &[arguments, exitCode, says, locale, preferred] :
+             {Row{QStringLiteral("--help"), 0, "--area"},
+              Row{QStringLiteral("--version"), 0, "glimmerpane 0."},
+              Row{QStringLiteral("--area 1,2,3"), 2, "'1,2,3' is not an area"},
+              Row{{}, 1, "Cannot connect to an X server"}, Row{wrong, 2, german, "de_DE.UTF-8"},
+              Row{wrong, 2, german, "de_AT.UTF-8"}, Row{wrong, 2, french, "fr_CA.UTF-8"},
+              Row{wrong, 2, english, "ja_JP.UTF-8"},
+              Row{wrong, 2, french, "ja_JP.UTF-8", "ja:fr:de"},
+              Row{wrong, 2, english, "de_DE.UTF-8", "en_GB:de"},
+              Row{wrong, 2, english, "C", "de"}}) {
             auto environment = QProcessEnvironment::systemEnvironment();
+            environment.remove(QStringLiteral("DISPLAY"));
             environment.insert(QStringLiteral("LC_ALL"), QLatin1String(locale));
             environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(preferred));
-            auto program
-                = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                                .arguments = {QStringLiteral("x")},
-                                                .environment = environment}));
-            QVERIFY(program.waitForEnd(patience));
-            QCOMPARE(program.output(), "glimmerpane: " + says + '\n');
-        }
-    }
-
-    void commandLine_isAnswered_withoutADisplay()
-    {
-        using Row = std::tuple<QStringList, int, QByteArray>;
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.remove(QStringLiteral("DISPLAY"));
-        for (const auto &[arguments, exitCode, says] :
-             {Row({QStringLiteral("--help")}, 0, "--area"),
-              Row({QStringLiteral("--version")}, 0, "glimmerpane 0."),
-              Row({QStringLiteral("--area"), QStringLiteral("1,2,3")}, 2, "'1,2,3' is not an area"),
-              Row({}, 1, "Cannot connect to an X server")}) {
-            auto program
-                = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
-                                                .arguments = arguments,
-                                                .environment = environment}));
+            auto program = required(
+                ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                     .arguments = arguments.split(u' ', Qt::SkipEmptyParts),
+                                     .environment = environment}));
             QVERIFY(program.waitForEnd(patience));
             QCOMPARE(program.exitCode(), exitCode);
-            QVERIFY2(program.output().contains(says), program.output().constData());
+            QVERIFY2(program.output().contains(says), program.output());
             QVERIFY(exitCode == 0 || program.output().count('\n') == 1);
         }
     }

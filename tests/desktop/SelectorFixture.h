@@ -81,52 +81,28 @@ struct SelectorFixture : ProgramFixture {
         input.moveTo(place);
         return required(currentCursor(client)).image;
     }
-    /**
-     * The cursor that the user's theme, or else the server, has for the first of these names that
-     * exists.
-     */
-    QImage themeCursor(const QList<const char *> &names) const
+    /** Gives a window the first of these that the user's theme, or else the server, has. */
+    void setCursor(const ColorWindow &window, const QList<const char *> &names) const
     {
-        xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.connection())).data;
+        xcb_screen_t *screen = xcb_setup_roots_iterator(xcb_get_setup(client.get())).data;
         xcb_cursor_context_t *context = nullptr;
-        xcb_cursor_context_new(client.connection(), screen, &context);
+        xcb_cursor_context_new(client.get(), screen, &context);
         xcb_cursor_t cursor = XCB_NONE;
         for (qsizetype i = 0; i < names.size() && cursor == XCB_NONE; ++i) {
             cursor = xcb_cursor_load_cursor(context, names[i]);
         }
         xcb_cursor_context_free(context);
+        xcb_change_window_attributes(client.get(), window.id(), XCB_CW_CURSOR, &cursor);
+        client.sync();
+    }
+    QImage themeCursor(const QList<const char *> &names) const
+    {
         const auto window = required(
             ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
-        const auto isPointedAt = [&] {
-            const auto reply
-                = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
-            return reply && reply->child == window.id();
-        };
-        input.moveTo(besidesEverything + QPoint(10, 10));
-        waitFor(isPointedAt, patience);
-        xcb_change_window_attributes(client.connection(), window.id(), XCB_CW_CURSOR, &cursor);
-        client.sync();
-        return required(currentCursor(client)).image;
+        setCursor(window, names);
+        return cursorAt(besidesEverything + QPoint(10, 10));
     }
 };
-
-/** Where the sides of a frame are after those in `edges` were dragged to the pointer. */
-inline QRect dragged(QRect frame, Qt::Edges edges, QPoint pointer)
-{
-    if (edges & Qt::LeftEdge) {
-        frame.setLeft(pointer.x());
-    }
-    if (edges & Qt::RightEdge) {
-        frame.setRight(pointer.x() - 1);
-    }
-    if (edges & Qt::TopEdge) {
-        frame.setTop(pointer.y());
-    }
-    if (edges & Qt::BottomEdge) {
-        frame.setBottom(pointer.y() - 1);
-    }
-    return frame;
-}
 
 /** How many pixels an outline of 2 pixels and eight handles have. */
 inline int markedPixels(QSize size)

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "rig/Held.h"
 #include "rig/PatternAnimation.h"
-#include "rig/ProcessUsage.h"
 #include "tests/desktop/SelectorFixture.h"
 
 #include <QDeadlineTimer>
@@ -18,9 +17,7 @@ using namespace glimmerpane::testing;
 namespace
 {
 
-constexpr int cycles = 1000;
-constexpr int cyclesPerSample = 20;
-constexpr int turnsPerLine = 10;
+constexpr int cycles = 1000; ///< starts and stops
 constexpr int clicks = 10; ///< in each session
 constexpr int frameRate = 30;
 constexpr CaptureFrame firstFrame{.x = 400, .y = 300, .width = 600, .height = 400};
@@ -63,30 +60,16 @@ bool isSteady(const std::vector<Held> &samples)
     return isSteady;
 }
 
-void print(const char *unit, std::size_t number, const Held &held)
-{
-    qInfo("%s %zu: %s", unit, number, qPrintable(held.text()));
-}
-
 struct SoakFixture : SelectorFixture {
     QRandomGenerator random{20};
     CaptureFrame stored = firstFrame;
 
-    bool isIdle() const
-    {
-        const auto usage = ProcessUsage::of(program.pid());
-        return usage && std::ranges::none_of(usage->threads, [](const ThreadUsage &thread) {
-                   return thread.name == u"captureQueue";
-               });
-    }
-
     /** The window goes at once, the session a moment later. */
     bool stops() const
     {
-        return stopSharing() && waitFor([this] { return isIdle(); }, patience);
+        return stopSharing() && waitFor([this] { return !isCapturing(); }, patience);
     }
-
-    Held held() const { return required(heldBy(client, program.pid())); }
+    bool startsAndStops() { return startAgain() && stops(); }
 
     QPoint placeIn(const QRect &rectangle)
     {
@@ -143,27 +126,23 @@ private Q_SLOTS:
         pattern.start();
         QVERIFY(fixture.launch());
 
-        std::vector<Held> samples;
-        for (std::size_t cycle = 1; cycle <= cycles; ++cycle) {
-            QVERIFY(fixture.startAgain());
-            QVERIFY(fixture.stops());
-            if (cycle % cyclesPerSample == 0) {
-                samples.push_back(fixture.held());
-                print("start and stop", cycle, samples.back());
+        const auto soak = [&](bool (SoakFixture::*turn)(), int turnsPerSample,
+                              const auto &isEnough) {
+            std::vector<Held> samples;
+            for (int turns = 1; !isEnough(turns); ++turns) {
+                if (!(fixture.*turn)()) {
+                    return false;
+                }
+                if (turns % turnsPerSample == 0) {
+                    samples.push_back(required(heldBy(fixture.client, fixture.program.pid())));
+                    qInfo("turn %d: %s", turns, qPrintable(samples.back().text()));
+                }
             }
-        }
-        QVERIFY(isSteady(samples));
-
-        samples.clear();
+            return isSteady(samples);
+        };
+        QVERIFY(soak(&SoakFixture::startsAndStops, 20, [](int turns) { return turns > cycles; }));
         const QDeadlineTimer end(time);
-        while (!end.hasExpired()) {
-            QVERIFY(fixture.takesTurn());
-            samples.push_back(fixture.held());
-            if (samples.size() % turnsPerLine == 0) {
-                print("turn", samples.size(), samples.back());
-            }
-        }
-        QVERIFY(isSteady(samples));
+        QVERIFY(soak(&SoakFixture::takesTurn, 1, [&](int) { return end.hasExpired(); }));
 
         pattern.freeze();
         QVERIFY(fixture.startAgain() && fixture.showsArea(onScreen(fixture.stored)));

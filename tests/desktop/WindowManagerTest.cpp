@@ -71,6 +71,8 @@ struct ManagerFixture : SelectorFixture {
         QCOMPARE(geometryOf(client, output), QRect(QPoint(-10000, -10000), area.size()));
         const auto tree = ask<xcb_query_tree, xcb_query_tree_reply>(client, output);
         QCOMPARE(tree ? tree->parent : xcb_window_t(XCB_WINDOW_NONE), client.root());
+        QCOMPARE(numberOf(client, output, "_NET_WM_WINDOW_TYPE"),
+                 client.atom("_NET_WM_WINDOW_TYPE_NORMAL"));
         QVERIFY(!isIn("_NET_CLIENT_LIST") && !isIn("_NET_CLIENT_LIST_STACKING"));
         QVERIFY(!hasOutputTheKeyboard());
     }

@@ -47,71 +47,66 @@ struct WatchTurns : QObject {
     }
 };
 
-using Step = void (*)(Session &);
+using Step = std::function<void(Session &)>;
 
-constexpr Step selectArea = [](Session &s) { s.viewModel->openFrameSelector(); };
-constexpr Step reset = [](Session &s) { s.viewModel->resetFrameSelector(); };
-constexpr Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
-constexpr Step cancel = [](Session &s) { s.coordinator->onCancel(); };
-constexpr Step refuseSelector = [](Session &s) {
+const Step selectArea = [](Session &s) { s.viewModel->openFrameSelector(); };
+const Step reset = [](Session &s) { s.viewModel->resetFrameSelector(); };
+const Step confirm = [](Session &s) { s.coordinator->onConfirm(chosen); };
+const Step cancel = [](Session &s) { s.coordinator->onCancel(); };
+const Step refuseSelector = [](Session &s) {
     s.coordinator->opened = std::unexpected(Error{QStringLiteral("why"), {}});
     QObject::connect(s.viewModel.get(), &MainViewModel::frameSelectorShown,
                      [&s](const QString &error) { s.journal.append(error); });
 };
-constexpr Step deny = [](Session &s) { s.desktop.denyContent(); };
-constexpr Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
-constexpr Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
-constexpr Step dismiss = [](Session &s) { s.alerts.answer = -1; };
-constexpr Step start = [](Session &s) { s.viewModel->startSharing(); };
-constexpr Step answer = [](Session &s) { s.desktop.answerRequests(); };
-constexpr Step succeed = [](Session &s) { s.capture->starts.back()->complete({}); };
-constexpr Step fail = [](Session &s) {
+const Step deny = [](Session &s) { s.desktop.denyContent(); };
+const Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
+const Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
+const Step dismiss = [](Session &s) { s.alerts.answer = -1; };
+const Step start = [](Session &s) { s.viewModel->startSharing(); };
+const Step answer = [](Session &s) { s.desktop.answerRequests(); };
+const Step succeed = [](Session &s) { s.capture->starts.back()->complete({}); };
+const Step fail = [](Session &s) {
     const Error failure{.text = QStringLiteral("why"), .log = {}};
     s.capture->starts.back()->complete(std::unexpected(failure));
 };
-constexpr Step stop = [](Session &s) { s.viewModel->stopSharing(); };
-constexpr Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
-constexpr Step end = [](Session &s) { s.capture->onCaptureEnded(QStringLiteral("why")); };
-constexpr Step watch = [](Session &) {
+const Step stop = [](Session &s) { s.viewModel->stopSharing(); };
+const Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
+const Step end = [](Session &s) { s.capture->onCaptureEnded(QStringLiteral("why")); };
+const Step watch = [](Session &) {
     const WatchTurns turns;
     QTRY_VERIFY(turns.count > 0);
 };
-constexpr Step endNow = [](Session &s) { s.viewModel->endSharing(); };
-constexpr Step endNowDuringAlert = [](Session &s) { s.alerts.whileUp = [&s] { endNow(s); }; };
-constexpr Step closeDuringAlert = [](Session &s) {
-    s.alerts.whileUp = [&s] {
-        closeWindow(s);
-        watch(s);
-    };
-};
-constexpr Step quit = [](Session &s) {
+const Step endNow = [](Session &s) { s.viewModel->endSharing(); };
+const Step quit = [](Session &s) {
     s.journal.append(s.viewModel->mayClose() ? QStringLiteral("quits") : QStringLiteral("stays"));
 };
-constexpr Step agree = [](Session &s) { s.alerts.answer = 1; };
-constexpr Step quitAndStopDuringAlert = [](Session &s) {
-    s.alerts.whileUp = [&s] {
-        quit(s);
-        stop(s);
-        watch(s);
+const Step agree = [](Session &s) { s.alerts.answer = 1; };
+/** The steps are done while an alert is up. */
+Step duringAlert(const std::vector<Step> &steps)
+{
+    return [steps](Session &s) {
+        s.alerts.whileUp = [&s, steps] {
+            for (const Step &step : steps) {
+                step(s);
+            }
+        };
     };
-};
-constexpr Step ask = [](Session &s) { s.viewModel->checkForUpdates(); };
-template<const char *address, bool canUpdate = true>
-constexpr Step update = [](Session &s) {
-    s.updates->checks.back()->complete(UpdateInfo{.lastAppVersion = QStringLiteral("1.5.0"),
-                                                  .downloadUrl = QString::fromLatin1(address),
-                                                  .canUpdate = canUpdate});
-};
-constexpr char download[] = "https://x.example/1.5.0";
-constexpr char nothing[] = "";
-constexpr char noUrl[] = "https://[x/";
-constexpr char relative[] = "x/1.5.0";
-constexpr Step failCheck = [](Session &s) {
+}
+const Step ask = [](Session &s) { s.viewModel->checkForUpdates(); };
+Step update(const char *address, bool canUpdate = true)
+{
+    return [=](Session &s) {
+        s.updates->checks.back()->complete(UpdateInfo{.lastAppVersion = QStringLiteral("1.5.0"),
+                                                      .downloadUrl = QLatin1String(address),
+                                                      .canUpdate = canUpdate});
+    };
+}
+const Step failCheck = [](Session &s) {
     const Error failure{.text = {}, .log = QStringLiteral("two\nlines")};
     s.updates->checks.back()->complete(std::unexpected(failure));
 };
 // The view model goes; then comes all that can still come for it.
-constexpr Step leave = [](Session &s) {
+const Step leave = [](Session &s) {
     const auto starts = s.capture->starts;
     const auto checks = s.updates->checks;
     const auto ended = s.capture->onCaptureEnded;
@@ -178,7 +173,7 @@ private Q_SLOTS:
             QTest::newRow(name) << steps << text << open;
         };
         row("confirm", {selectArea, confirm, selectArea},
-            "told, select 1 2 3 4, told, save 5 6 7 8, told, told, select 5 6 7 8", "selector");
+            "told, select 1 2 3 4, told, save now 5 6 7 8, told, told, select 5 6 7 8", "selector");
         row("cancel", {selectArea, cancel, selectArea, cancel, reset, cancel},
             "told, select 1 2 3 4, told, told, select 1 2 3 4, told, told, select, told");
         row("select while open", {reset, selectArea, reset}, "told, select", "selector");
@@ -202,17 +197,18 @@ private Q_SLOTS:
         row("stop at once", {endNow, start, answer, succeed, endNow, start, answer},
             "*, close, stop, told, *", "session");
         row("stop at once during the check", {start, endNow, answer}, "");
-        row("stop at once during the alert", {endNowDuringAlert, start, answer, fail},
+        row("stop at once during the alert", {duringAlert({endNow}), start, answer, fail},
             "*, !, close, stop, told, told, close");
         row("fail", {start, answer, fail, start, answer}, "*, !, told, close, *", "session");
-        row("close during the alert", {closeDuringAlert, start, answer, fail}, "*, !, told, close");
+        row("close during the alert", {duringAlert({closeWindow, watch}), start, answer, fail},
+            "*, !, told, close");
         row("quit while none runs", {selectArea, quit}, "told, select 1 2 3 4, quits", "selector");
         row("quit", {start, answer, succeed, quit, agree, quit, dismiss, quit},
             "*, #, stays, #, quits, #, stays", "session");
         row("quit while it starts", {agree, start, quit, answer, quit}, "#, quits, *, #, quits",
             "session");
         row("quit and stop during the question",
-            {quitAndStopDuringAlert, start, answer, succeed, quit, quit},
+            {duringAlert({quit, stop, watch}), start, answer, succeed, quit, quit},
             "*, #, stays, close, stop, told, stays, quits");
         row("denied", {deny, start, answer}, "?, settings");
         row("denied, without a settings program", {deny, loseSettings, start, answer},
@@ -226,21 +222,20 @@ private Q_SLOTS:
         row("area chosen while it runs", {start, answer, succeed, selectArea, confirm},
             "*, told, select 1 2 3 4, told, save 5 6 7 8, told", "session");
 
-        row("update", {ask, update<download>}, "ask 01ab N/A, +, open https://x.example/1.5.0");
-        row("update declined", {dismiss, ask, update<download>}, "ask 01ab N/A, +");
-        row("no update", {ask, update<download, false>}, "ask 01ab N/A");
-        row("update from nowhere", {ask, update<nothing>}, "ask 01ab N/A, +");
-        row("update from no URL", {ask, update<noUrl>}, "ask 01ab N/A, +");
-        row("update from no host", {ask, update<relative>}, "ask 01ab N/A, +");
+        const char *const download = "https://x.example/1.5.0";
+        row("update", {ask, update(download)}, "ask 01ab N/A, +, open https://x.example/1.5.0");
+        row("update declined", {dismiss, ask, update(download)}, "ask 01ab N/A, +");
+        row("no update", {ask, update(download, false)}, "ask 01ab N/A");
+        row("update from no URL", {ask, update("https://[x/")}, "ask 01ab N/A, +");
+        row("update from no host", {ask, update("x/1.5.0")}, "ask 01ab N/A, +");
         row("update check fails", {ask, failCheck},
             "ask 01ab N/A, Update check failed: two lines\n");
-        row("update while sharing", {start, answer, succeed, ask, update<nothing>, watch},
+        row("update while sharing", {start, answer, succeed, ask, update(""), watch},
             "*, ask 01ab N/A, +", "session");
 
         row("gone while asking", {start, answer, reset, ask, leave},
             "*, told, select, ask 01ab N/A");
         row("gone before the answer", {reset, cancel, start, leave}, "told, select, told");
-        row("gone before the refusal", {reset, cancel, deny, start, leave}, "told, select, told");
         row("gone while it starts", {start, answer, reset, leave}, "*, told, select");
     }
     void steps_haveTheirEffects()
@@ -250,7 +245,7 @@ private Q_SLOTS:
         QFETCH(QString, open);
         Session session;
         const StandardOutput output;
-        for (const Step step : steps) {
+        for (const Step &step : steps) {
             step(session);
         }
         if (const QByteArray printed = testing::contentOf(output.printed); !printed.isEmpty()) {
@@ -272,48 +267,37 @@ private Q_SLOTS:
         QCOMPARE(application.journal, QStringList());
     }
 
-    void typedArea_isSavedIfItIsNumbers_andSharedIfItFitsAWindow_data()
-    {
-        QTest::addColumn<QString>("area"); // saved; nothing if the texts are refused
-        QTest::addColumn<QString>("flaw");
-        const auto row = [](const char *texts, const char *area, const char *flaw = "") {
-            QTest::newRow(texts) << QString::fromLatin1(area) << QString::fromLatin1(flaw);
-        };
-        row(" 1|2|3|4", "");
-        row("1|2 0|3|4", "");
-        row("1|2|3,5|4", "");
-        row("1|2|3|", "");
-        row("1|2|3|4", "1 2 3 4"); // saved although it is the same
-        row("10|20.5|0x10|-1e3", "10 20.5 16 -1000");
-        row("-inf|inf|.25|.25", "-inf inf 0.25 0.25", "not on any display");
-        row("0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7");
-        row("0|0|nan|5", "0 0 nan 5", "finite");
-        row("0|0|5|-inf", "0 0 5 -inf", "finite");
-        row("nan|0|5|5", "nan 0 5 5", "X and Y");
-        row("0|nan|5|5", "0 nan 5 5", "X and Y");
-        row("0|0|0|5", "0 0 0 5", "empty");
-        row("0|0|5|-.24", "0 0 5 -0.24", "empty");
-        row("0|0|16383.75|5", "0 0 16383.8 5", "too large");
-        row("0|0|5|-1e300", "0 0 5 -1e+300", "too large");
-    }
     void typedArea_isSavedIfItIsNumbers_andSharedIfItFitsAWindow()
     {
-        QFETCH(QString, area);
-        QFETCH(QString, flaw);
-        Session session;
-        session.desktop.scale = 2;
-        const QStringList texts = QString::fromLatin1(QTest::currentDataTag()).split(u'|');
-        session.viewModel->updateFrame(texts[0], texts[1], texts[2], texts[3]);
-        const QStringList saving{QStringLiteral("told"), QStringLiteral("save ") + area};
-        QCOMPARE(session.journal, area.isEmpty() ? QStringList() : saving);
-        session.journal.clear();
-        start(session);
-        answer(session);
-        const QString shared = area.isEmpty() ? QStringLiteral("1 2 3 4") : area;
-        const QString opening = QStringLiteral("told, window %1, capture %1").arg(shared);
-        const QString events = session.journal.join(QStringLiteral(", "));
-        QCOMPARE(events.contains(opening), flaw.isEmpty());
-        QVERIFY2(events.contains(flaw), qPrintable(events));
+        // The texts, the area that is saved unless they are refused, and why it is not shared.
+        for (const auto &[typed, area, flaw] :
+             {std::tuple("1|2|3,5|4", "", ""),
+              {"1|2|3|4", "1 2 3 4", ""}, // saved although it is the same
+              {"10|20.5|0x10|-1e3", "10 20.5 16 -1000", ""},
+              {"-inf|inf|.25|.25", "-inf inf 0.25 0.25", "not on any display"},
+              {"0|0|16383.7|-16383.7", "0 0 16383.7 -16383.7", ""},
+              {"0|0|nan|5", "0 0 nan 5", "finite"},
+              {"0|0|5|-inf", "0 0 5 -inf", "finite"},
+              {"nan|0|5|5", "nan 0 5 5", "X and Y"},
+              {"0|nan|5|5", "0 nan 5 5", "X and Y"},
+              {"0|0|5|-.24", "0 0 5 -0.24", "empty"},
+              {"0|0|16383.75|5", "0 0 16383.8 5", "too large"},
+              {"0|0|5|-1e300", "0 0 5 -1e+300", "too large"}}) {
+            Session session;
+            session.desktop.scale = 2;
+            const QStringList texts = QString::fromLatin1(typed).split(u'|');
+            session.viewModel->updateFrame(texts[0], texts[1], texts[2], texts[3]);
+            const bool isSaved = *area != '\0';
+            const QString shared = QLatin1String(isSaved ? area : "1 2 3 4");
+            const QStringList saving{QStringLiteral("told"), QStringLiteral("save ") + shared};
+            QCOMPARE(session.journal, isSaved ? saving : QStringList());
+            start(session);
+            answer(session);
+            const QString opening = QStringLiteral("told, window %1, capture %1").arg(shared);
+            const QString events = session.journal.join(QStringLiteral(", "));
+            QCOMPARE(events.contains(opening), *flaw == '\0');
+            QVERIFY2(events.contains(QLatin1String(flaw)), qPrintable(events));
+        }
     }
 };
 

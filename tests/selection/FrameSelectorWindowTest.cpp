@@ -212,8 +212,25 @@ private Q_SLOTS:
         const QPointF lastPixel(1919, 1);
         for (const auto &[area, from, to, expected] :
              {Row{{300.25, 200.5, 600, 400}, {500, 300}, {540, 270}, {340.25, 170.5, 600, 400}},
-              Row{usual, {884, 300}, {900, 300}, {316, 200, 600, 400}}, // 16 points from the right
-              Row{usual, {890, 300}, {950, 300}, {300, 200, 650, 400}}, // 10 points from it
+              // A pixel may be half a point, but areas are of whole ones.
+              Row{{200, 150, 250, 180}, {216, 200}, {226.5, 200}, {211, 150, 250, 180}},
+              // 16 points from a side are inside, 15 are on it.
+              Row{usual, {884, 300}, {900, 300}, {316, 200, 600, 400}},
+              Row{usual, {316, 300}, {326, 300}, {310, 200, 600, 400}},
+              Row{usual, {885, 300}, {950, 300}, {300, 200, 650, 400}},
+              Row{usual, {315, 300}, {350, 300}, {350, 200, 550, 400}},
+              Row{usual, {500, 585}, {500, 620}, {300, 200, 600, 420}},
+              Row{usual, {500, 215}, {500, 180}, {300, 180, 600, 420}},
+              Row{usual, {315, 585}, {250, 650}, {250, 200, 650, 450}},
+              Row{usual, {885, 585}, {950, 650}, {300, 200, 650, 450}},
+              Row{usual, {315, 215}, {250, 150}, {250, 150, 650, 450}},
+              Row{usual, {890, 300}, {350, 300}, {300, 200, 200, 400}}, // not narrower
+              Row{usual, {310, 300}, {890, 300}, {700, 200, 200, 400}},
+              Row{usual, {500, 590}, {500, 100}, {300, 200, 600, 150}}, // not lower
+              Row{usual, {310, 590}, {-50, 1200}, {0, 200, 900, 880}}, // not beyond the screen
+              // The screen wins over the smallest size.
+              Row{{-80, 0, 200, 300}, {-75, 150}, {50, 150}, {0, 0, 120, 300}},
+              Row{{1800, 0, 200, 300}, {1995, 150}, {1850, 150}, {1800, 0, 120, 300}},
               Row{usual, {500, 300}, {0, 300}, {0, 200, 600, 400}},
               Row{usual, {500, 300}, {500, 1080}, {300, 680, 600, 400}},
               Row{{-10, -10, 3000, 2000}, {500, 300}, {600, 400}, {0, 0, 3000, 2000}},
@@ -238,6 +255,19 @@ private Q_SLOTS:
                 QCOMPARE(selector.confirmed, expected);
             }
         }
+    }
+
+    void marksAndButtons_lieOnWholePixels_atAnyScale()
+    {
+        Selector selector;
+        selector.desktop.scale = 1.5;
+        selector.open();
+        const OverlayPicture &picture = selector.desktop.overlay->picture;
+        QCOMPARE(picture.panelOrigin, QPoint(360, 255));
+        QCOMPARE(picture.marks.size(), std::size_t(12));
+        QCOMPARE(picture.marks[1], QRect(0, 0, 900, 3));
+        QCOMPARE(picture.marks[4 + 1], QRect(870, 570, 30, 30));
+        QCOMPARE(picture.marks[4 + 5], QRect(405, 0, 90, 12));
     }
 
     void frame_keepsItsPixels_whenTheDisplaysChange()

@@ -140,44 +140,46 @@ private Q_SLOTS:
         QCOMPARE(loadAfresh(path), second);
     }
 
-    void save_keepsTheEarlierFile_whenItCannotBeWritten_data()
-    {
-        QTest::addColumn<bool>("readOnly");
-        QTest::addColumn<quint64>("sizeLimit"); ///< no file can grow beyond it, as on a full disk
-        QTest::addColumn<CaptureFrame>("area");
-        constexpr quint64 unlimited = RLIM_INFINITY;
-        QTest::newRow("not a number") << false << unlimited << CaptureFrame{1, 2, qQNaN(), 4};
-        QTest::newRow("read-only folder") << true << unlimited << second;
-        QTest::newRow("disk full") << false << quint64(0) << second;
-        QTest::newRow("disk full after a part of it") << false << quint64(4096) << second;
-    }
     void save_keepsTheEarlierFile_whenItCannotBeWritten()
     {
-        QFETCH(bool, readOnly);
-        QFETCH(quint64, sizeLimit);
-        QFETCH(CaptureFrame, area);
-        const QTemporaryDir folder;
-        QFile file(folder.filePath(QStringLiteral("settings.ini")));
-        QSettings(file.fileName(), QSettings::IniFormat).setValue(key + u'2', QString(9999, u'a'));
-        FrameRepository repository({file.fileName(), key});
-        repository.save(first, now);
-        if (readOnly) { // The file could be written, but not replaced in one step.
-            QVERIFY(file.setPermissions(QFile::Permissions(0x6666)));
-            QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x5555)));
-            QVERIFY(geteuid() != 0 || seteuid(65534) == 0); // Permissions do not count for root.
+        struct Row {
+            CaptureFrame area = second;
+            bool readOnly = false; ///< the folder
+            rlim_t largest = RLIM_INFINITY; ///< no file can grow beyond it, as on a full disk
+        };
+        for (const auto &[area, readOnly, largest] :
+             {Row{.area = {1, 2, qQNaN(), 4}}, Row{.readOnly = true}, Row{.largest = 0},
+              Row{.largest = 4096}}) {
+            const QTemporaryDir folder;
+            QFile file(folder.filePath(QStringLiteral("settings.ini")));
+            QSettings(file.fileName(), QSettings::IniFormat)
+                .setValue(key + u'2', QString(9999, u'a'));
+            FrameRepository repository({file.fileName(), key});
+            repository.save(first, now);
+            if (readOnly) { // The file could be written, but not replaced in one step.
+                QVERIFY(file.setPermissions(QFile::Permissions(0x6666)));
+                QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x5555)));
+                QVERIFY(geteuid() != 0 || seteuid(65534) == 0); // Root may write all the same.
+            }
+            rlimit before{};
+            getrlimit(RLIMIT_FSIZE, &before);
+            const rlimit full{.rlim_cur = largest, .rlim_max = before.rlim_max};
+            std::signal(SIGXFSZ, SIG_IGN);
+            setrlimit(RLIMIT_FSIZE, &full);
+            repository.save(area, now);
+            setrlimit(RLIMIT_FSIZE, &before);
+            QCOMPARE(seteuid(getuid()), 0);
+            QCOMPARE(repository.load(), first);
+            QCOMPARE(loadAfresh(file.fileName()), first);
+            QVERIFY(file.size() > 9999);
+            QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
+            // It goes on once the disk takes something again.
+            QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7700)));
+            repository.save(second, FrameRepository::Pace::AtOnce);
+            const auto written = repository.allWritten();
+            QTRY_VERIFY(written.isFinished());
+            QCOMPARE(loadAfresh(file.fileName()), second);
         }
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit full{.rlim_cur = sizeLimit, .rlim_max = before.rlim_max};
-        std::signal(SIGXFSZ, SIG_IGN);
-        setrlimit(RLIMIT_FSIZE, &full);
-        repository.save(area, now);
-        setrlimit(RLIMIT_FSIZE, &before);
-        QCOMPARE(seteuid(getuid()), 0);
-        QCOMPARE(repository.load(), first);
-        QCOMPARE(loadAfresh(file.fileName()), first);
-        QVERIFY(file.size() > 9999);
-        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
     }
 };
 

@@ -140,7 +140,10 @@ struct FakeFrameRepository : Journalist<FrameRepositoryProtocol> {
     std::optional<CaptureFrame> stored;
 
     std::optional<CaptureFrame> load() override { return stored; }
-    void save(const CaptureFrame &frame, Pace) override { journal.append(entry("save", frame)); }
+    void save(const CaptureFrame &frame, Pace pace) override
+    {
+        journal.append(entry(pace == Pace::BeforeReturn ? "save now" : "save", frame));
+    }
     QFuture<void> allWritten() override { return {}; } // finished
 };
 

@@ -4,27 +4,17 @@
 #include <QSslConfiguration>
 #include <QSslServer>
 #include <QSslSocket>
-#include <QTemporaryDir>
 
 #include <functional>
 
 namespace glimmerpane::testing
 {
 
-/** Makes certificates for servers on this machine, with the program openssl. */
-class CertificateAuthority
-{
-public:
-    CertificateAuthority();
-
-    /** PEM, for clients that should trust it. */
-    QByteArray certificate() const;
-    /** A server with a certificate for `name`, such as "IP:127.0.0.1" or "DNS:x.example". */
-    QSslConfiguration serverNamed(const QString &name) const;
-
-private:
-    QTemporaryDir folder_;
-};
+/**
+ * A server that proves to be `name`, such as "IP:127.0.0.1" or "DNS:x.example", to clients that
+ * trust its certificate. That is made with the program openssl and signed by nobody else.
+ */
+QSslConfiguration serverNamed(const QString &name);
 
 /** A server on loopback; a function answers each request. */
 class HttpsServer

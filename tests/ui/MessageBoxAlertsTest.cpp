@@ -75,13 +75,7 @@ private Q_SLOTS:
             QTimer::singleShot(0, this, [&looked] {
                 auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
                 for (const auto *part : box->findChildren<QWidget *>()) {
-                    const bool wraps = part->hasHeightForWidth();
-                    const QSize needed = wraps ? QSize(part->minimumSizeHint().width(),
-                                                       part->heightForWidth(part->width()))
-                                               : part->sizeHint();
-                    const QRect place(part->mapTo(box, QPoint()), part->size());
-                    const bool fits = part->size().expandedTo(needed) == part->size();
-                    QVERIFY2(fits && box->rect().contains(place), qPrintable(part->objectName()));
+                    QVERIFY2(testing::isWhole(*part), qPrintable(part->objectName()));
                     ++looked;
                 }
                 box->hide();

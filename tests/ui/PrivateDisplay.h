@@ -12,6 +12,17 @@
 namespace glimmerpane::testing
 {
 
+/** Whether a part of a window has the room that it needs, and lies inside the window. */
+inline bool isWhole(const QWidget &part)
+{
+    const QSize smallest = part.minimumSizeHint();
+    const QSize needed = part.hasHeightForWidth()
+        ? QSize(smallest.width(), part.heightForWidth(part.width()))
+        : smallest;
+    const QRect place(part.mapTo(part.window(), QPoint()), part.size());
+    return part.size().expandedTo(needed) == part.size() && part.window()->rect().contains(place);
+}
+
 /** Runs the tests of one class with real widgets on an X server of their own. */
 template<typename Test>
 int runOnPrivateDisplay(int argc, char **argv)

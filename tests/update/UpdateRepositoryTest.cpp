@@ -61,16 +61,16 @@ class UpdateRepositoryTest : public QObject
 {
     Q_OBJECT
 
-    const CertificateAuthority authority_;
-    const CertificateAuthority stranger_;
-    const QString name_ = QStringLiteral("IP:127.0.0.1");
-    const QSslConfiguration trusted_ = authority_.serverNamed(name_);
+    const QSslConfiguration trusted_ = serverNamed(QStringLiteral("IP:127.0.0.1"));
 
     QString ask(const QString &address, std::chrono::milliseconds limit = never,
-                const QString &serial = QStringLiteral("01ab")) const
+                const QString &serial = QStringLiteral("01ab"),
+                const QByteArray &alsoTrusted = {}) const
     {
         UpdateRepository repository(
-            {.address = address, .limit = limit, .authorities = authority_.certificate()});
+            {.address = address,
+             .limit = limit,
+             .authorities = trusted_.localCertificate().toPem() + alsoTrusted});
         return textOf(QCoro::waitFor(repository.checkForUpdate(serial, QStringLiteral("N/A"))));
     }
 
@@ -108,136 +108,96 @@ private Q_SLOTS:
         }
     }
 
-    void answer_isReadStrictly_data()
-    {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("result");
-        const auto body = [](const char *name, const QByteArray &json, const char *result) {
-            QTest::newRow(name) << message("200 OK", json) << QString::fromUtf8(result);
-        };
-        const auto edited
-            = [](const char *from, const char *to) { return QByteArray(good).replace(from, to); };
-        const char *const noObject = "it is not a JSON object";
-        const char *const noFlag = "\"canUpdate\" is neither true nor false";
-        body("no update", edited("true", "false"), "1.5.0 https://x 0");
-        body("older, without a place", edited("1.5.0", "0").replace("https://x", ""), "0  1");
-        body("other members", edited("{", R"({"a":[{}],"b":null,)"), "1.5.0 https://x 1");
-        body("twice", edited("}", R"(,"canUpdate":false})"), "1.5.0 https://x 0");
-        body("escapes", edited("1.5.0", R"(\u0031\n)"), "1\n https://x 1");
-        body("no version", edited("lastApp", "lastapp"), "\"lastAppVersion\" is not a string");
-        body("number for a text", edited("\"1.5.0\"", "1.5"), "\"lastAppVersion\" is not a string");
-        body("no place", edited("downloadUrl", "url"), "\"downloadUrl\" is not a string");
-        body("null for a text", edited("\"https://x\"", "null"), "\"downloadUrl\" is not a string");
-        body("no flag", edited("canUpdate", "x"), noFlag);
-        body("number for a flag", edited("true", "1"), noFlag);
-        body("text for a flag", edited("true", "\"true\""), noFlag);
-        body("nothing", "", noObject);
-        body("not JSON", "<html>", noObject);
-        body("cut off", good.chopped(1), noObject);
-        body("list", '[' + good + ']', noObject);
-        body("something behind", good + "{}", noObject);
-        body("NUL behind", good + QByteArray("\0x", 2), noObject);
-        body("invalid UTF-8", edited("1.5.0", "\xff\xc0\x80"), noObject);
-        body("half a surrogate pair", edited("1.5.0", R"(\ud800)"), noObject);
-        body("deep",
-             edited("{", "{\"a\":" + QByteArray(400000, '[') + QByteArray(400000, ']') + ','),
-             "1.5.0 https://x 1");
-        body("deep and open", QByteArray(1024 * 1024, '['), noObject);
-
-        const auto row = [](const char *name, const QByteArray &answer, const char *result) {
-            QTest::newRow(name) << answer << QString::fromUtf8(result);
-        };
-        row("until the end", "HTTP/1.1 200 OK\r\n\r\n" + good, "1.5.0 https://x 1");
-        for (const char *status :
-             {"201 Created", "202 Accepted", "304 Not Modified", "400 No",
-              "401 No\r\nWWW-Authenticate: Basic realm=\"x\"", "404 No",
-              "407 No\r\nProxy-Authenticate: Basic realm=\"x\"", "500 No", "503 No", "999 No"}) {
-            const QByteArray code(status, 3);
-            row(status, message(status, good),
-                ("httpError(statusCode: " + code + ")|HTTP error: " + code).constData());
-        }
-        row("204", "HTTP/1.1 204 No Content\r\n\r\n", "httpError(statusCode: 204)|HTTP error: 204");
-        row("not HTTP", "SSH-2.0-OpenSSH_9\r\n\r\n",
-            "invalidResponse|Invalid response from server");
-        row("no answer", "", "invalidResponse");
-        row("half an answer", message("200 OK", good).chopped(9), "RemoteHostClosedError");
-        row("long", message("200 OK", good + QByteArray(10'000'000, ' ')),
-            "The answer is too long.");
-        row("long refusal", message("500 No", QByteArray(10'000'000, ' ')),
-            "The answer is too long.");
-    }
     void answer_isReadStrictly()
     {
-        QFETCH(QByteArray, answer);
-        QFETCH(QString, result);
-        const HttpsServer server(trusted_, reply(answer));
-        const QString text = ask(server.address());
-        QVERIFY2(text.contains(result), qPrintable(text));
-        QCOMPARE(text.contains(u'\n'), result.contains(u'\n'));
-        QCOMPARE(server.requests().size(), 1);
+        using Row = std::pair<QByteArray, QByteArray>;
+        const auto edited = [](const char *from, const QByteArray &to) {
+            return message("200 OK", QByteArray(good).replace(from, to));
+        };
+        const auto body = [](const QByteArray &json) { return message("200 OK", json); };
+        const char *const whole = "1.5.0 https://x 1";
+        const char *const noVersion = "\"lastAppVersion\" is not a string";
+        const char *const noAddress = "\"downloadUrl\" is not a string";
+        const char *const noFlag = "\"canUpdate\" is neither true nor false";
+        const char *const noObject = "it is not a JSON object";
+        const QByteArray deep = QByteArray(400000, '[') + QByteArray(400000, ']');
+        std::vector<Row> rows{
+            {edited("true", "false"), "1.5.0 https://x 0"},
+            {edited("https://x", ""), "1.5.0  1"},
+            {edited("1.5.0", R"(\u0031\n)"), "1\n https://x 1"},
+            {edited("{", "{\"a\":" + deep + ','), whole},
+            {edited("lastApp", "lastapp"), noVersion},
+            {edited("\"1.5.0\"", "1.5"), noVersion},
+            {edited("downloadUrl", "url"), noAddress},
+            {edited("\"https://x\"", "null"), noAddress},
+            {edited("canUpdate", "x"), noFlag},
+            {edited("true", "1"), noFlag},
+            {edited("true", "\"true\""), noFlag},
+            {edited("1.5.0", "\xff\xc0\x80"), noObject},
+            {edited("1.5.0", R"(\ud800)"), noObject},
+            {body(""), noObject},
+            {body(good.chopped(1)), noObject},
+            {body('[' + good + ']'), noObject},
+            {body(good + QByteArray("\0x", 2)), noObject},
+            {body(QByteArray(1024 * 1024, '[')), noObject},
+            {body(good + QByteArray(10'000'000, ' ')), "The answer is too long."},
+            {message("500 No", QByteArray(10'000'000, ' ')), "The answer is too long."},
+            {"HTTP/1.1 200 OK\r\n\r\n" + good, whole}, // which ends with the connection
+            {"SSH-2.0-OpenSSH_9\r\n\r\n", "invalidResponse|Invalid response from server"},
+            {"", "invalidResponse"},
+            {body(good).chopped(9), "RemoteHostClosedError"}};
+        for (const char *status :
+             {"201 Created", "202 Accepted", "204 No Content", "304 Not Modified", "400 No",
+              "401 No\r\nWWW-Authenticate: Basic realm=\"x\"", "404 No",
+              "407 No\r\nProxy-Authenticate: Basic realm=\"x\"", "503 No", "999 No"}) {
+            const QByteArray code(status, 3);
+            rows.emplace_back(message(status, good),
+                              "httpError(statusCode: " + code + ")|HTTP error: " + code);
+        }
+        for (const auto &[answer, result] : rows) {
+            const HttpsServer server(trusted_, reply(answer));
+            const QByteArray text = ask(server.address()).toLatin1();
+            QVERIFY2(text.contains(result), result + "; got: " + text);
+            QCOMPARE(text.contains('\n'), result.contains('\n'));
+            QCOMPARE(server.requests().size(), 1);
+        }
     }
 
     void redirection_isNotFollowed()
     {
         const HttpsServer other(trusted_, reply(message("200 OK", good)));
-        for (const char *status : {"301 Moved", "302 Found", "307 Moved", "308 Moved"}) {
-            const HttpsServer server(
-                trusted_,
-                reply(message(QByteArray(status) + "\r\nLocation: " + other.address().toUtf8(),
-                              good)));
-            QCOMPARE(
-                ask(server.address()).section(u'|', 0, 0),
-                QStringLiteral("httpError(statusCode: %1)").arg(QString::fromLatin1(status, 3)));
+        const QByteArray location = "\r\nLocation: " + other.address().toUtf8();
+        for (const char *status : {"301", "302", "307", "308"}) {
+            const HttpsServer server(trusted_,
+                                     reply(message(status + (" Moved" + location), good)));
+            QVERIFY(ask(server.address())
+                        .startsWith(QStringLiteral("httpError(statusCode: %1)|")
+                                        .arg(QString::fromLatin1(status))));
         }
         QCOMPARE(other.requests().size(), 0);
     }
 
-    void answerWithoutEnd_endsWithTheTransportsError_data()
-    {
-        const QByteArray head = "HTTP/1.1 200 OK\r\n";
-        const QByteArray blank(16384, ' ');
-        QTest::addColumn<Answer>("answer");
-        QTest::addColumn<QString>("result");
-        QTest::addColumn<std::chrono::milliseconds>("limit");
-        const auto row = [](const char *name, const Answer &answer, const char *result,
-                            std::chrono::milliseconds limit) {
-            QTest::newRow(name) << answer << QString::fromLatin1(result) << limit;
-        };
-        row("body", endless(head + "\r\n", blank), "too long", never);
-        row("chunks",
-            endless(head + "Transfer-Encoding: chunked\r\n\r\n", "4000\r\n" + blank + "\r\n"),
-            "too long", never);
-        row("head", endless(head, "X: " + blank + "\r\n"), "timed out", 300ms);
-        row("silence", [](QSslSocket &) { }, "timed out", 300ms);
-        row("a byte now and then", drip, "timed out", 300ms);
-    }
     void answerWithoutEnd_endsWithTheTransportsError()
     {
-        QFETCH(Answer, answer);
-        QFETCH(QString, result);
-        QFETCH(std::chrono::milliseconds, limit);
-        const HttpsServer server(trusted_, answer);
-        const QString text = ask(server.address(), limit);
-        QVERIFY2(text.contains(result), qPrintable(text));
-        QCOMPARE(server.requests().size(), 1);
-    }
-
-    void strangers_getNoRequest()
-    {
-        const auto answer = reply(message("200 OK", good));
-        for (const QSslConfiguration &configuration :
-             {stranger_.serverNamed(name_), authority_.serverNamed(QStringLiteral("DNS:x.example")),
-              authority_.serverNamed(QStringLiteral("IP:127.0.0.2"))}) {
-            const HttpsServer server(configuration, answer);
-            const QString text = ask(server.address());
-            QVERIFY2(text.startsWith(QStringLiteral("SslHandshakeFailedError|")), qPrintable(text));
-            QCOMPARE(server.requests().size(), 0);
+        using Row = std::tuple<Answer, const char *, std::chrono::milliseconds>;
+        const QByteArray head = "HTTP/1.1 200 OK\r\n";
+        const QByteArray chunked = head + "Transfer-Encoding: chunked\r\n\r\n";
+        const QByteArray blank(16384, ' ');
+        for (const auto &[answer, result, limit] :
+             {Row{endless(head + "\r\n", blank), "too long", never},
+              Row{endless(chunked, "4000\r\n" + blank + "\r\n"), "too long", never},
+              Row{endless(head, "X: " + blank + "\r\n"), "timed out", 300ms},
+              Row{[](QSslSocket &) { }, "timed out", 300ms}, Row{drip, "timed out", 300ms}}) {
+            const HttpsServer server(trusted_, answer);
+            const QString text = ask(server.address(), limit);
+            QVERIFY2(text.contains(QLatin1String(result)), qPrintable(text));
+            QCOMPARE(server.requests().size(), 1);
         }
     }
 
-    void address_thatLeadsNowhere_isAnError()
+    void address_thatLeadsToNobodyTrusted_isAnError()
     {
-        using Row = std::pair<QString, const char *>;
+        using Row = std::tuple<QString, const char *>;
         const QString gone = HttpsServer(trusted_, {}).address();
         for (const auto &[address, result] :
              {Row(gone, "ConnectionRefusedError"),
@@ -247,6 +207,16 @@ private Q_SLOTS:
                   "invalidURL")}) {
             const QString text = ask(address);
             QVERIFY2(text.contains(QLatin1String(result)), qPrintable(address + u' ' + text));
+        }
+        for (const auto &[name, isTrusted] :
+             {std::pair("IP:127.0.0.1", false), {"DNS:x.example", true}, {"IP:127.0.0.2", true}}) {
+            const QSslConfiguration stranger = serverNamed(QLatin1String(name));
+            const HttpsServer server(stranger, reply(message("200 OK", good)));
+            const QByteArray certificate = stranger.localCertificate().toPem();
+            const QString text
+                = ask(server.address(), never, {}, isTrusted ? certificate : QByteArray());
+            QVERIFY2(text.startsWith(QStringLiteral("SslHandshakeFailedError|")), qPrintable(text));
+            QCOMPARE(server.requests().size(), 0);
         }
     }
 
@@ -277,7 +247,7 @@ private Q_SLOTS:
                                   .body = "{}",
                                   .limit = never,
                                   .largestAnswer = 1,
-                                  .authorities = authority_.certificate()});
+                                  .authorities = trusted_.localCertificate().toPem()});
             result = post.result();
             QVERIFY(waitFor([&] { return server.requests().size() == 1; }, 10s));
         }

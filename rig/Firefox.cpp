@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/conference/Firefox.h"
-
+#include "rig/Browser.h"
 #include "rig/ChildProcess.h"
 #include "rig/WaitFor.h"
 
@@ -31,20 +30,22 @@ user_pref("datareporting.policy.dataSubmissionEnabled", false);
 user_pref("browser.shell.checkDefaultBrowser", false);
 )";
 
-// The picker is a panel of the browser's own window, whose scripts do what a user would.
-const QString listsWindow = QStringLiteral(
-    "return [...document.querySelectorAll('#webRTC-selectWindow-menupopup menuitem')]"
-    ".some(item => item.label === '%1')");
-const QString pickWindow
-    = QStringLiteral("const list = document.getElementById('webRTC-selectWindow-menulist');"
-                     "const items = [...list.querySelectorAll('menuitem')];"
-                     "const index = items.findIndex(item => item.label === '%1');"
-                     "list.selectedIndex = index;"
-                     "items[index].doCommand();");
-const QString pressAllow
-    = QStringLiteral("const button = PopupNotifications.panel.firstElementChild?.button;"
-                     "if (button && !button.disabled) { button.click(); }"
-                     "return !PopupNotifications.isPanelOpen;");
+// The picker is a panel of the browser's own window, whose scripts do what a user would: they pick
+// the window once it is listed, and press "Allow" once that can be done. True once all is done.
+const QString shareWindow = QStringLiteral(R"(
+const list = document.getElementById('webRTC-selectWindow-menulist');
+const items = [...list.querySelectorAll('menuitem')];
+const index = items.findIndex(item => item.label === '%1');
+if (index >= 0 && list.selectedIndex !== index) {
+    list.selectedIndex = index;
+    items[index].doCommand();
+}
+const button = PopupNotifications.panel.firstElementChild?.button;
+if (index >= 0 && button && !button.disabled) {
+    button.click();
+}
+return index >= 0 && !PopupNotifications.isPanelOpen;
+)");
 
 quint16 freePort()
 {
@@ -103,13 +104,11 @@ public:
                                   {QStringLiteral("value"), QStringLiteral("button")}});
         send(QStringLiteral("WebDriver:ElementClick"),
              {{QStringLiteral("id"), button[QStringLiteral("value")].toObject().begin().value()}});
-        const QString chrome = QStringLiteral("chrome");
-        const auto isListed = [&] { return run(chrome, listsWindow.arg(window_)).toBool(); };
-        if (!waitFor(isListed, browserPatience)) {
-            fail(QStringLiteral("does not list ") + window_);
+        const auto isShared
+            = [&] { return run(QStringLiteral("chrome"), shareWindow.arg(window_)).toBool(); };
+        if (!waitFor(isShared, browserPatience)) {
+            fail(QStringLiteral("does not share ") + window_);
         }
-        run(chrome, pickWindow.arg(window_));
-        waitFor([&] { return run(chrome, pressAllow).toBool(); }, browserPatience);
     }
 
 private:
