@@ -37,7 +37,8 @@ constexpr std::array<ManagerProgram, 11> managerPrograms{{
     {WindowManager::Metacity, "metacity", "dbus-run-session metacity"},
     {WindowManager::I3, "i3", "i3 -c /dev/null"},
     {WindowManager::Icewm, "icewm", "icewm"},
-    {WindowManager::Fluxbox, "fluxbox", "fluxbox"},
+    // Without a program that sets the wallpaper, it would open a message in the middle.
+    {WindowManager::Fluxbox, "fluxbox", "env wpsetters=true fluxbox"},
     {WindowManager::Mutter, "mutter", "dbus-run-session mutter --x11"},
     {WindowManager::Kwin, "kwin", "dbus-run-session kwin_x11"},
     {WindowManager::Marco, "marco", "dbus-run-session marco"},
