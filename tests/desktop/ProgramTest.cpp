@@ -203,7 +203,8 @@ private Q_SLOTS:
                                                 .arguments = {QStringLiteral("x")},
                                                 .environment = environment}));
             QVERIFY(program.waitForEnd(patience));
-            QCOMPARE(program.output(), "glimmerpane: " + says + '\n');
+            // Qt 6.8 first deplores that the locale is not installed.
+            QVERIFY2(program.output().endsWith("glimmerpane: " + says + '\n'), program.output());
         }
     }
 
