@@ -58,14 +58,13 @@ inline Result<ChildProcess> startWindowManager(const XClient &client,
     return startUntil(isReady, options);
 }
 
-/**
- * The same for a compositing manager, such as "picom"; returns once it owns the display's
- * compositing selection.
- */
+/** The same for picom; returns once it owns the display's compositing selection. */
 inline Result<ChildProcess> startCompositor(const XClient &client,
                                             const ChildProcess::Options &options)
 {
-    return startUntil([&] { return isOwned(client, "_NET_WM_CM_S0"); }, options);
+    ChildProcess::Options withBackend = options; // since version 11, picom has none by default
+    withBackend.arguments += {QStringLiteral("--backend"), QStringLiteral("xrender")};
+    return startUntil([&] { return isOwned(client, "_NET_WM_CM_S0"); }, withBackend);
 }
 
 } // namespace glimmerpane::testing

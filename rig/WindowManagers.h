@@ -37,12 +37,8 @@ constexpr std::array<ManagerProgram, 11> managerPrograms{{
     {WindowManager::Metacity, "metacity", "dbus-run-session metacity"},
     {WindowManager::I3, "i3", "i3 -c /dev/null"},
     {WindowManager::Icewm, "icewm", "icewm"},
-    // Its style's wallpaper would be an error message on top of the windows, and it would raise a
-    // window a while after focusing it, above what was raised meanwhile.
-    {WindowManager::Fluxbox, "fluxbox",
-     "sh -c 'export HOME=$XDG_CACHE_HOME; mkdir -p $HOME/.fluxbox "
-     "&& echo background: none > $HOME/.fluxbox/overlay "
-     "&& echo session.screen0.autoRaise: false > $HOME/.fluxbox/init && exec fluxbox'"},
+    // Without a program that sets the wallpaper, it would open a message in the middle.
+    {WindowManager::Fluxbox, "fluxbox", "env wpsetters=true fluxbox"},
     {WindowManager::Mutter, "mutter", "dbus-run-session mutter --x11"},
     {WindowManager::Kwin, "kwin", "dbus-run-session kwin_x11"},
     {WindowManager::Marco, "marco", "dbus-run-session marco"},

@@ -49,6 +49,10 @@
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
         <translation>Der Bereich kann nicht ausgewählt werden, solange er freigegeben ist. Beenden Sie zuerst die Freigabe.</translation>
     </message>
+    <message>
+        <source>Glimmerpane is already running with another back end. Quit it first.</source>
+        <translation>Glimmerpane läuft bereits mit einem anderen Backend. Beenden Sie es zuerst.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::ContentView</name>
@@ -130,6 +134,30 @@
     <message>
         <source>The area is not on any display. Move it onto one.</source>
         <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
+    </message>
+    <message>
+        <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
+        <translation>Es gibt kein Backend „%1“. Verwenden Sie eines von diesen: %2.</translation>
+    </message>
+    <message>
+        <source>There is no memory to share with the X server.</source>
+        <translation>Es gibt keinen Speicher, der sich mit dem X-Server teilen lässt.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the extension %1.</source>
+        <translation>Dem X-Server fehlt die Erweiterung %1.</translation>
+    </message>
+    <message>
+        <source>HTTP error: %1</source>
+        <translation>HTTP-Fehler: %1</translation>
+    </message>
+    <message>
+        <source>Invalid API URL</source>
+        <translation>Ungültige API-URL</translation>
+    </message>
+    <message>
+        <source>Invalid response from server</source>
+        <translation>Ungültige Antwort vom Server</translation>
     </message>
 </context>
 <context>
@@ -352,21 +380,6 @@ Neue Version: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Einstellungen werden aus %1 weder gelesen noch dort gespeichert: zu groß oder keine reguläre Datei.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>HTTP error: %1</source>
-        <translation>HTTP-Fehler: %1</translation>
-    </message>
-    <message>
-        <source>Invalid API URL</source>
-        <translation>Ungültige API-URL</translation>
-    </message>
-    <message>
-        <source>Invalid response from server</source>
-        <translation>Ungültige Antwort vom Server</translation>
     </message>
 </context>
 </TS>

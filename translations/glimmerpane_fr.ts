@@ -49,6 +49,10 @@
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
         <translation>La zone ne peut pas être sélectionnée pendant qu’elle est partagée. Arrêtez d’abord le partage.</translation>
     </message>
+    <message>
+        <source>Glimmerpane is already running with another back end. Quit it first.</source>
+        <translation>Glimmerpane est déjà lancé avec un autre backend. Quittez-le d’abord.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::ContentView</name>
@@ -130,6 +134,30 @@
     <message>
         <source>The area is not on any display. Move it onto one.</source>
         <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
+    </message>
+    <message>
+        <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
+        <translation>Il n’y a pas de backend «&#x202f;%1&#x202f;». Utilisez l’un de ceux-ci&#x202f;: %2.</translation>
+    </message>
+    <message>
+        <source>There is no memory to share with the X server.</source>
+        <translation>Il n’y a pas de mémoire à partager avec le serveur X.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the extension %1.</source>
+        <translation>L’extension %1 manque au serveur X.</translation>
+    </message>
+    <message>
+        <source>HTTP error: %1</source>
+        <translation>Erreur HTTP&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Invalid API URL</source>
+        <translation>URL d’API non valide</translation>
+    </message>
+    <message>
+        <source>Invalid response from server</source>
+        <translation>Réponse non valide du serveur</translation>
     </message>
 </context>
 <context>
@@ -354,21 +382,6 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Les paramètres ne sont ni lus dans %1 ni enregistrés&#xa0;: il est trop volumineux ou n’est pas un fichier ordinaire.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>HTTP error: %1</source>
-        <translation>Erreur HTTP&#xa0;: %1</translation>
-    </message>
-    <message>
-        <source>Invalid API URL</source>
-        <translation>URL d’API non valide</translation>
-    </message>
-    <message>
-        <source>Invalid response from server</source>
-        <translation>Réponse non valide du serveur</translation>
     </message>
 </context>
 </TS>

@@ -15,8 +15,11 @@ namespace
 {
 
 /** Host, display and screen; the host is empty for a local display. */
-std::tuple<std::string, int, int> parsed(const QString &name)
+std::tuple<std::string, int, int> parsed(QString name)
 {
+    if (name.startsWith(QStringLiteral("unix:"))) { // which libxcb takes for a path since 1.17
+        name.remove(0, name.indexOf(u':'));
+    }
     char *host = nullptr;
     int display = 0;
     int screen = 0;
@@ -24,7 +27,7 @@ std::tuple<std::string, int, int> parsed(const QString &name)
         return {name.toStdString(), -1, -1};
     }
     const std::unique_ptr<char, decltype(&std::free)> owned(host, &std::free);
-    return {std::string(host) == "unix" ? std::string() : std::string(host), display, screen};
+    return {std::string(host), display, screen};
 }
 
 } // namespace

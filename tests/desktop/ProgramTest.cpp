@@ -215,7 +215,9 @@ private Q_SLOTS:
             QVERIFY(program.waitForEnd(patience));
             QCOMPARE(program.exitCode(), exitCode);
             QVERIFY2(program.output().contains(says), program.output());
-            QVERIFY(exitCode == 0 || program.output().count('\n') == 1);
+            // Qt 6.8 first deplores that the locale is not installed.
+            const QByteArray own = program.output().mid(program.output().indexOf("glimmerpane: "));
+            QVERIFY(exitCode == 0 || own.count('\n') == 1);
         }
     }
 };

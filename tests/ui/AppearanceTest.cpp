@@ -18,10 +18,7 @@ class AppearanceTest : public QObject
 private Q_SLOTS:
     void appearance_followsThePortal()
     {
-        const auto bus = testing::required(testing::SessionBus::start());
-        const QString address = bus.address();
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toLocal8Bit());
-        testing::SettingsPortal portal(address);
+        testing::SettingsPortal portal(qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"));
         QVERIFY(portal.isThere());
 
         QVERIFY(!isDark(QApplication::palette()));
@@ -67,7 +64,8 @@ private Q_SLOTS:
 
 int main(int argc, char **argv)
 {
-    return testing::runOnPrivateDisplay<AppearanceTest>(argc, argv);
+    const auto bus = testing::required(testing::SessionBus::start());
+    return testing::runOnPrivateDisplay<AppearanceTest>(argc, argv, bus.address());
 }
 
 #include "AppearanceTest.moc"

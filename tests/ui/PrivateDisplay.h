@@ -23,9 +23,14 @@ inline bool isWhole(const QWidget &part)
     return part.size().expandedTo(needed) == part.size() && part.window()->rect().contains(place);
 }
 
-/** Runs the tests of one class with real widgets on an X server of their own. */
+/**
+ * Runs the tests of one class with real widgets on an X server of their own. A session bus must be
+ * there before the application, whose theme may connect to it. By default there is none: neither
+ * the user's nor one that is started because there is none.
+ */
 template<typename Test>
-int runOnPrivateDisplay(int argc, char **argv)
+int runOnPrivateDisplay(int argc, char **argv,
+                        const QString &busAddress = QStringLiteral("unix:path=/nonexistent"))
 {
     const auto server = XvfbServer::start();
     if (!server) {
@@ -34,8 +39,7 @@ int runOnPrivateDisplay(int argc, char **argv)
     }
     qputenv("DISPLAY", server->displayName().toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "xcb");
-    // Neither the user's session bus nor one that is started because there is none.
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
+    qputenv("DBUS_SESSION_BUS_ADDRESS", busAddress.toLocal8Bit());
     QApplication application(argc, argv);
     QApplication::setStyle(new FlatStyle(QStringLiteral("fusion")));
     Test test;
