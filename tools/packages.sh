@@ -9,13 +9,18 @@ build_packages=(
     qt6-base-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev nlohmann-json3-dev
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
-    libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev
+    libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev libpipewire-0.3-dev
 )
 # shellcheck disable=SC2034
 demo_packages=(xvfb openbox fonts-dejavu-core)
+# A private GNOME session on Wayland.
+# shellcheck disable=SC2034
+wayland_packages=(
+    gnome-shell xwayland pipewire wireplumber xdg-desktop-portal xdg-desktop-portal-gnome
+)
 # shellcheck disable=SC2034
 test_packages=(
-    "${demo_packages[@]}"
+    "${demo_packages[@]}" "${wayland_packages[@]}"
     xfwm4 metacity i3-wm icewm fluxbox
     picom x11-xserver-utils dbus at-spi2-core locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
@@ -40,7 +45,7 @@ picture_packages=(
 fuzz_packages=(clang-19 libclang-rt-19-dev)
 
 # shellcheck disable=SC2034
-manager_packages=(mutter kwin-x11 marco mate-settings-daemon-common gnome-shell)
+manager_packages=(mutter kwin-x11 marco mate-settings-daemon-common)
 
 is_installed() {
     [[ "$(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+#include "rig/GnomeSession.h"
+
+#include "rig/XClient.h"
+
+#include <QDBusArgument>
+#include <QDBusConnectionInterface>
+#include <QDBusMetaType>
+#include <QDBusVariant>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <sys/stat.h>
+
+namespace glimmerpane::testing
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds limit{30};
+const QString shellService = QStringLiteral("org.gnome.Shell");
+const QString shellPath = QStringLiteral("/org/gnome/Shell");
+const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
+const QString busName = QStringLiteral("gnome-session");
+/** The shell lets only a portal's back end list the windows. */
+const QString portalService = QStringLiteral("org.freedesktop.impl.portal.desktop.gtk");
+
+/** Without systemd the first X server makes it; what root's makes, mutter refuses to use. */
+void prepareSocketFolder()
+{
+    constexpr auto *path = "/tmp/.X11-unix";
+    mkdir(path, 0);
+    chmod(path, 01777); // does nothing where the folder is not ours
+}
+
+/** Our own environment without what is left of another session. */
+QProcessEnvironment plainEnvironment()
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const auto &name : environment.keys()) {
+        if (name.startsWith(QStringLiteral("XDG_")) || name.startsWith(QStringLiteral("QT_"))) {
+            environment.remove(name);
+        }
+    }
+    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "DESKTOP_SESSION"}) {
+        environment.remove(QString::fromLatin1(name));
+    }
+    return environment;
+}
+
+} // namespace
+
+GnomeSession::GnomeSession(const Options &options)
+    : environment_(plainEnvironment())
+{
+    makeFolders(options.settings);
+    systemBus_ = required(SessionBus::start(environment_));
+    environment_.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), systemBus_->address());
+    sessionBus_ = required(SessionBus::start(environment_));
+    environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), sessionBus_->address());
+    startPipeWire();
+    startShell(options.monitors);
+    findDisplay();
+    joinBus();
+    showOverview(false);
+}
+
+GnomeSession::~GnomeSession()
+{
+    QDBusConnection::disconnectFromBus(busName);
+    qunsetenv("DISPLAY");
+    qunsetenv("XAUTHORITY");
+}
+
+void GnomeSession::makeFolders(const QByteArray &settings)
+{
+    const auto makeFolder = [this](const char *variable, const char *name) {
+        const QString path = scratch_.filePath(QString::fromLatin1(name));
+        QDir().mkpath(path);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        environment_.insert(QString::fromLatin1(variable), path);
+    };
+    makeFolder("XDG_RUNTIME_DIR", "run");
+    makeFolder("HOME", "home");
+    makeFolder("XDG_CONFIG_HOME", "config");
+    makeFolder("XDG_DATA_HOME", "data");
+    makeFolder("XDG_CACHE_HOME", "cache");
+    for (const auto &[name, value] : {std::pair("XDG_SESSION_TYPE", "wayland"),
+                                      {"XDG_CURRENT_DESKTOP", "GNOME"},
+                                      {"XDG_SESSION_DESKTOP", "gnome"},
+                                      {"WAYLAND_DISPLAY", "wayland-0"},
+                                      {"GSETTINGS_BACKEND", "keyfile"},
+                                      {"GLIMMERPANE_NO_UPDATE_CHECK", "1"}}) {
+        environment_.insert(QString::fromLatin1(name), QString::fromLatin1(value));
+    }
+    const QString folder = scratch_.filePath(QStringLiteral("config/glib-2.0/settings"));
+    QDir().mkpath(folder);
+    const QByteArray all = "[org/gnome/desktop/notifications]\nshow-banners=false\n" + settings;
+    QFile file(folder + QStringLiteral("/keyfile"));
+    require(file.open(QIODevice::WriteOnly) && file.write(all) == all.size(),
+            "cannot write the session's settings");
+}
+
+void GnomeSession::startPipeWire()
+{
+    pipeWire_ = required(
+        ChildProcess::start({.program = QStringLiteral("pipewire"), .environment = environment_}));
+    require(
+        waitFor([this] { return QFile::exists(runtimeFile(QStringLiteral("pipewire-0"))); }, limit),
+        "PipeWire did not start");
+    sessionManager_ = required(ChildProcess::start(
+        {.program = QStringLiteral("wireplumber"), .environment = environment_}));
+}
+
+void GnomeSession::startShell(const std::vector<QSize> &monitors)
+{
+    prepareSocketFolder();
+    QStringList arguments{QStringLiteral("--headless"), QStringLiteral("--wayland"),
+                          QStringLiteral("--wayland-display"), QStringLiteral("wayland-0")};
+    for (const auto &size : monitors) {
+        arguments << QStringLiteral("--virtual-monitor")
+                  << QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
+    }
+    auto environment = environment_;
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY")); // it would be a client of that
+    shell_ = required(ChildProcess::start({.program = QStringLiteral("gnome-shell"),
+                                           .arguments = arguments,
+                                           .environment = environment}));
+    // It says so once its first animation is over; the names on the bus are there long before.
+    const auto isReady = [this] { return shellOutput().contains("GNOME Shell started at"); };
+    if (!waitFor([&] { return isReady() || !shell_.isRunning(); }, limit) || !isReady()) {
+        throw Failure(QStringLiteral("gnome-shell did not start: ")
+                      + QString::fromLocal8Bit(shellOutput()));
+    }
+}
+
+void GnomeSession::findDisplay()
+{
+    const QRegularExpression said(QStringLiteral("public X11 display (:[0-9]+)"));
+    environment_.insert(QStringLiteral("DISPLAY"),
+                        said.match(QString::fromLocal8Bit(shellOutput())).captured(1));
+    const QDir folder(scratch_.filePath(QStringLiteral("run")));
+    const auto files
+        = folder.entryList({QStringLiteral(".mutter-Xwaylandauth.*")}, QDir::Files | QDir::Hidden);
+    require(files.size() == 1, "mutter made no authority file for Xwayland");
+    environment_.insert(QStringLiteral("XAUTHORITY"), folder.filePath(files.front()));
+    for (const char *name : {"DISPLAY", "XAUTHORITY"}) {
+        qputenv(name, environment_.value(QString::fromLatin1(name)).toLocal8Bit());
+    }
+    require(waitFor([this] { return XClient::connect(displayName()).has_value(); }, limit),
+            "Xwayland did not start");
+}
+
+void GnomeSession::joinBus()
+{
+    bus_ = QDBusConnection::connectToBus(sessionBus_->address(), busName);
+    require(bus_->registerService(portalService), "a portal's name is taken");
+    // What the bus starts from now on, such as a portal, belongs to the session.
+    using Variables = QMap<QString, QString>;
+    qDBusRegisterMetaType<Variables>();
+    Variables variables;
+    for (const char *name : {"DISPLAY", "XAUTHORITY"}) {
+        const QString key = QString::fromLatin1(name);
+        variables[key] = environment_.value(key);
+    }
+    call(*bus_, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("UpdateActivationEnvironment"),
+         {QVariant::fromValue(variables)});
+    const auto answers = [this] {
+        try {
+            windows();
+            return true;
+        } catch (const Failure &) {
+            return false; // the shell has not yet seen who we are
+        }
+    };
+    require(waitFor(answers, limit), "gnome-shell does not list its windows");
+}
+
+std::vector<GnomeSession::ListedWindow> GnomeSession::windows() const
+{
+    const auto service = QStringLiteral("org.gnome.Shell.Introspect");
+    const auto reply = call(*bus_, service, QStringLiteral("/org/gnome/Shell/Introspect"), service,
+                            QStringLiteral("GetWindows"));
+    const auto found
+        = qdbus_cast<QMap<qulonglong, QVariantMap>>(reply.value(0).value<QDBusArgument>());
+    std::vector<ListedWindow> windows;
+    for (auto window = found.begin(); window != found.end(); ++window) {
+        const auto value
+            = [&](const char *name) { return window->value(QString::fromLatin1(name)); };
+        windows.push_back({.id = window.key(),
+                           .title = value("title").toString(),
+                           .application = value("app-id").toString(),
+                           .windowClass = value("wm-class").toString(),
+                           .isHidden = value("is-hidden").toBool(),
+                           .hasFocus = value("has-focus").toBool()});
+    }
+    return windows;
+}
+
+std::optional<GnomeSession::ListedWindow> GnomeSession::window(const QString &title) const
+{
+    const auto all = windows();
+    const auto found = std::ranges::find(all, title, &ListedWindow::title);
+    return found == all.end() ? std::nullopt : std::optional(*found);
+}
+
+GnomeStream GnomeSession::recordMonitor(int index, GnomeScreenCast::Pointer pointer) const
+{
+    return {*bus_,
+            runtimeFile(QStringLiteral("pipewire-0")),
+            {.monitor = QStringLiteral("Meta-%1").arg(index), .pointer = pointer}};
+}
+
+GnomeStream GnomeSession::recordWindow(quint64 id) const
+{
+    return {*bus_, runtimeFile(QStringLiteral("pipewire-0")), {.window = id}};
+}
+
+GnomeInput GnomeSession::input(int monitor) const
+{
+    return {*bus_, QStringLiteral("Meta-%1").arg(monitor)};
+}
+
+bool GnomeSession::isOverviewShown() const
+{
+    return call(*bus_, shellService, shellPath, properties, QStringLiteral("Get"),
+                {shellService, QStringLiteral("OverviewActive")})
+        .value(0)
+        .value<QDBusVariant>()
+        .variant()
+        .toBool();
+}
+
+void GnomeSession::showOverview(bool isShown) const
+{
+    call(*bus_, shellService, shellPath, properties, QStringLiteral("Set"),
+         {shellService, QStringLiteral("OverviewActive"),
+          QVariant::fromValue(QDBusVariant(isShown))});
+    require(waitFor([&] { return isOverviewShown() == isShown; }, limit),
+            "gnome-shell does not change to or from the overview");
+}
+
+} // namespace glimmerpane::testing

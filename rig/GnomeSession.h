@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "rig/ChildProcess.h"
+#include "rig/GnomeScreenCast.h"
+#include "rig/SessionBus.h"
+
+#include <QDBusConnection>
+#include <QSize>
+#include <QTemporaryDir>
+
+#include <optional>
+#include <vector>
+
+namespace glimmerpane::testing
+{
+
+/**
+ * A private GNOME session on Wayland, without hardware: gnome-shell with Xwayland, PipeWire, and
+ * two message buses. It shows an empty desktop, not the overview. While it exists, DISPLAY and
+ * XAUTHORITY of this process name its Xwayland. Everything it started ends with the object.
+ */
+class GnomeSession
+{
+public:
+    struct Options {
+        /** Pixels; from left to right, with the connectors Meta-0, Meta-1 and so on. */
+        std::vector<QSize> monitors{{1280, 720}};
+        /** GSettings, in GLib's key file format, such as "[org/gnome/mutter]\nkey=value\n". */
+        QByteArray settings{};
+    };
+
+    explicit GnomeSession(const Options &options);
+    GnomeSession()
+        : GnomeSession(Options{})
+    {
+    }
+    ~GnomeSession();
+    Q_DISABLE_COPY_MOVE(GnomeSession)
+
+    /** For a program of the session. */
+    const QProcessEnvironment &environment() const { return environment_; }
+    QString displayName() const { return environment_.value(QStringLiteral("DISPLAY")); }
+    const QDBusConnection &bus() const { return *bus_; }
+    /** What the shell has printed. */
+    QByteArray shellOutput() const { return shell_.output(); }
+
+    struct ListedWindow {
+        quint64 id = 0;
+        QString title;
+        QString application; ///< "app-id": its desktop entry, or window:N
+        QString windowClass; ///< the second one of WM_CLASS
+        bool isHidden = false; ///< minimised
+        bool hasFocus = false;
+    };
+    /** What the portal's dialog lists. */
+    std::vector<ListedWindow> windows() const;
+    std::optional<ListedWindow> window(const QString &title) const;
+
+    GnomeStream recordMonitor(int index = 0,
+                              GnomeScreenCast::Pointer pointer
+                              = GnomeScreenCast::Pointer::Hidden) const;
+    GnomeStream recordWindow(quint64 id) const;
+    GnomeInput input(int monitor = 0) const;
+
+    bool isOverviewShown() const;
+    void showOverview(bool isShown) const;
+
+private:
+    void makeFolders(const QByteArray &settings);
+    void startPipeWire();
+    void startShell(const std::vector<QSize> &monitors);
+    void joinBus();
+    void findDisplay();
+    QString runtimeFile(const QString &name) const
+    {
+        return scratch_.filePath(QStringLiteral("run/") + name);
+    }
+
+    QTemporaryDir scratch_;
+    QProcessEnvironment environment_;
+    std::optional<SessionBus> systemBus_;
+    std::optional<SessionBus> sessionBus_;
+    ChildProcess pipeWire_;
+    ChildProcess sessionManager_; ///< of PipeWire
+    ChildProcess shell_;
+    std::optional<QDBusConnection> bus_;
+};
+
+} // namespace glimmerpane::testing
