@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "platform/backends/Backends.h"
 
+#include "platform/gnome/GnomeRecording.h"
+#include "platform/gnome/GnomeScreenSource.h"
 #include "platform/x11/DisplayName.h"
 #include "platform/x11/X11Backend.h"
 
 #include <algorithm>
 #include <array>
+#include <functional>
 
 namespace glimmerpane
 {
@@ -20,7 +23,38 @@ struct Candidate {
     Backend (*make)(const BackendRequest &request);
 };
 
+bool isWaylandSession()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/**
+ * A Wayland session's: windows are shown through Xwayland, while the picture comes from elsewhere.
+ * Xwayland reports only presses over its own windows, so there are none.
+ */
+Backend makeWaylandBackend(
+    const QString &name, const BackendRequest &request,
+    const std::function<std::shared_ptr<ScreenSource>(const std::shared_ptr<Displays> &displays)>
+        &makeScreen)
+{
+    Backend backend = x11::makeBackend(request.listsOutput);
+    backend.name = name;
+    backend.screen = makeScreen(backend.displays);
+    backend.presses = nullptr;
+    return backend;
+}
+
+Backend makeGnomeBackend(const BackendRequest &request)
+{
+    return makeWaylandBackend(QStringLiteral("gnome"), request, [](const auto &displays) {
+        return std::make_shared<gnome::GnomeScreenSource>(displays);
+    });
+}
+
 constexpr std::array candidates{
+    Candidate{.name = "gnome",
+              .isUsable = [] { return isWaylandSession() && gnome::isScreenCastThere(); },
+              .make = makeGnomeBackend},
     Candidate{
         .name = "x11",
         .isUsable = [] { return true; },

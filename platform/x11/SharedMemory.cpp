@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/SharedMemory.h"
 
-#include "platform/x11/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 #include <cerrno>
 #include <fcntl.h>

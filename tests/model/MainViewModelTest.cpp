@@ -27,8 +27,8 @@ struct Session : FakeApplication {
 
 /** Captures what is printed on standard output. */
 struct StandardOutput {
-    const x11::FileDescriptor own{dup(STDOUT_FILENO)};
-    const x11::FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
+    const FileDescriptor own{dup(STDOUT_FILENO)};
+    const FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
 
     StandardOutput() { dup2(printed.get(), STDOUT_FILENO); }
     ~StandardOutput() { dup2(own.get(), STDOUT_FILENO); }

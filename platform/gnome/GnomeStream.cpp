@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+#include "platform/gnome/GnomeStream.h"
+
+#include "platform/Log.h"
+#include "platform/bus/BusSignal.h"
+#include "platform/pipewire/VideoStream.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
+
+#include <algorithm>
+#include <utility>
+
+namespace glimmerpane::gnome
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+/** A change of displays comes as several events. */
+constexpr auto displaysSettle = 300ms;
+
+Error stopped()
+{
+    return {.text = Error::tr("Sharing was stopped."), .log = {}, .outcome = Outcome::cancelled};
+}
+
+} // namespace
+
+GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter &filter,
+                         const StreamConfiguration &configuration,
+                         std::shared_ptr<QThreadPool> background)
+    : displays_(std::move(displays))
+    , area_(flipped(configuration.sourceRect, filter.display.frame().height))
+    , configuration_(configuration)
+    , background_(std::move(background))
+{
+    displaysSettled_.setSingleShot(true);
+    displaysSettled_.setInterval(displaysSettle);
+    connect(&displaysSettled_, &QTimer::timeout, this, &GnomeStream::followDisplays);
+}
+
+GnomeStream::~GnomeStream() = default;
+
+QCoro::Task<GnomeStream::Result> GnomeStream::startCapture(Handlers handlers)
+{
+    handlers_ = std::move(handlers);
+    shell_ = std::make_unique<BusOwnerWatch>(QStringLiteral("org.gnome.Mutter.ScreenCast"), [this] {
+        end({.text = Error::tr("GNOME's screen-cast service has ended."),
+             .log = QStringLiteral("org.gnome.Mutter.ScreenCast lost its owner")});
+    });
+    const QPointer self(this);
+    auto result = co_await record();
+    if (result && self && !isStopped_) {
+        watchDisplays();
+    }
+    co_return result;
+}
+
+/** Records the area where it is now, instead of any earlier recording. */
+QCoro::Task<GnomeStream::Result> GnomeStream::record()
+{
+    video_.reset();
+    recording_.reset();
+    const auto pixels = areaPixels();
+    if (!pixels) {
+        co_return std::unexpected(pixels.error());
+    }
+    recorded_ = *pixels;
+    const QPointer self(this);
+    auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, [self] {
+        if (self) {
+            self->end(stopped());
+        }
+    });
+    if (!self || isStopped_) {
+        co_return std::unexpected(stopped());
+    }
+    if (!recording) {
+        co_return std::unexpected(recording.error());
+    }
+    recording_ = std::move(*recording);
+    qCInfo(platformLog) << "GNOME records" << *pixels << "as node" << recording_->node();
+    video_ = std::make_unique<pipewire::VideoStream>(
+        pipewire::VideoNode{.id = recording_->node(),
+                            .remote = {},
+                            .area = [](QSize picture) { return QRect(QPoint(), picture); },
+                            .minimumFrameInterval = configuration_.minimumFrameInterval.duration()},
+        background_);
+    co_return co_await video_->startCapture(handlers_);
+}
+
+std::expected<QRect, Error> GnomeStream::areaPixels() const
+{
+    const auto all = displays_->displays();
+    const auto main = displays_->mainDisplay();
+    const QRect area = main ? main->areaPixels(area_) : QRect();
+    if (std::ranges::none_of(
+            all, [area](const Display &display) { return display.pixels.intersects(area); })) {
+        return std::unexpected(
+            Error{.text = Error::tr("The area is not on any display. Move it onto one."),
+                  .log = QStringLiteral("no monitor is under the area")});
+    }
+    return area;
+}
+
+void GnomeStream::watchDisplays()
+{
+    const auto changed = [this] { displaysSettled_.start(); };
+    const auto watch = [this, changed](QScreen *screen) {
+        connect(screen, &QScreen::geometryChanged, this, changed);
+        displaysSettled_.start();
+    };
+    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, changed);
+    for (QScreen *const screen : QGuiApplication::screens()) {
+        watch(screen);
+    }
+}
+
+QCoro::Task<> GnomeStream::followDisplays()
+{
+    const auto now = areaPixels();
+    if (isStopped_ || (now && *now == recorded_)) {
+        co_return;
+    }
+    const QPointer self(this);
+    const auto result = co_await record();
+    if (self && !result) {
+        end(result.error());
+    }
+}
+
+void GnomeStream::end(const Error &error)
+{
+    if (!std::exchange(isStopped_, true) && handlers_.didStopWithError) {
+        qCInfo(platformLog, "the recording ends: %s", qPrintable(error.log));
+        handlers_.didStopWithError(error);
+    }
+}
+
+void GnomeStream::stopCapture()
+{
+    isStopped_ = true;
+    shell_.reset();
+    video_.reset();
+    recording_.reset();
+}
+
+void GnomeStream::returnSampleBuffer(const SampleBuffer &sample)
+{
+    if (video_) {
+        video_->returnSampleBuffer(sample);
+    }
+}
+
+void GnomeStream::invalidate()
+{
+    if (video_) {
+        video_->invalidate();
+    }
+}
+
+} // namespace glimmerpane::gnome
