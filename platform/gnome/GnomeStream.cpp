@@ -3,7 +3,6 @@
 
 #include "platform/Log.h"
 #include "platform/bus/BusSignal.h"
-#include "platform/pipewire/VideoStream.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -23,20 +22,15 @@ using namespace std::chrono_literals;
 /** A change of displays comes as several events. */
 constexpr auto displaysSettle = 300ms;
 
-Error stopped()
-{
-    return {.text = Error::tr("Sharing was stopped."), .log = {}, .outcome = Outcome::cancelled};
-}
-
 } // namespace
 
 GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter &filter,
                          const StreamConfiguration &configuration,
                          std::shared_ptr<QThreadPool> background)
-    : displays_(std::move(displays))
+    : RecordedStream(std::move(background))
+    , displays_(std::move(displays))
     , area_(flipped(configuration.sourceRect, filter.display.frame().height))
     , configuration_(configuration)
-    , background_(std::move(background))
 {
     displaysSettled_.setSingleShot(true);
     displaysSettled_.setInterval(displaysSettle);
@@ -45,16 +39,15 @@ GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter
 
 GnomeStream::~GnomeStream() = default;
 
-QCoro::Task<GnomeStream::Result> GnomeStream::startCapture(Handlers handlers)
+QCoro::Task<GnomeStream::Result> GnomeStream::begin()
 {
-    handlers_ = std::move(handlers);
     shell_ = std::make_unique<BusOwnerWatch>(QStringLiteral("org.gnome.Mutter.ScreenCast"), [this] {
         end({.text = Error::tr("GNOME's screen-cast service has ended."),
              .log = QStringLiteral("org.gnome.Mutter.ScreenCast lost its owner")});
     });
     const QPointer self(this);
     auto result = co_await record();
-    if (result && self && !isStopped_) {
+    if (result && self && !isStopped()) {
         watchDisplays();
     }
     co_return result;
@@ -63,7 +56,7 @@ QCoro::Task<GnomeStream::Result> GnomeStream::startCapture(Handlers handlers)
 /** Records the area where it is now, instead of any earlier recording. */
 QCoro::Task<GnomeStream::Result> GnomeStream::record()
 {
-    video_.reset();
+    pause();
     recording_.reset();
     const auto pixels = areaPixels();
     if (!pixels) {
@@ -73,24 +66,23 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record()
     const QPointer self(this);
     auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, [self] {
         if (self) {
-            self->end(stopped());
+            self->end(pipewire::stoppedByUser(QStringLiteral("GNOME has closed the session")));
         }
     });
-    if (!self || isStopped_) {
-        co_return std::unexpected(stopped());
+    if (!self || isStopped()) {
+        co_return std::unexpected(pipewire::stoppedByUser({}));
     }
     if (!recording) {
         co_return std::unexpected(recording.error());
     }
     recording_ = std::move(*recording);
     qCInfo(platformLog) << "GNOME records" << *pixels << "as node" << recording_->node();
-    video_ = std::make_unique<pipewire::VideoStream>(
-        pipewire::VideoNode{.id = recording_->node(),
-                            .remote = {},
-                            .area = [](QSize picture) { return QRect(QPoint(), picture); },
-                            .minimumFrameInterval = configuration_.minimumFrameInterval.duration()},
-        background_);
-    co_return co_await video_->startCapture(handlers_);
+    pipewire::VideoNode node{.id = recording_->node(),
+                             .remote = {},
+                             .area = [](QSize picture) { return QRect(QPoint(), picture); },
+                             .minimumFrameInterval
+                             = configuration_.minimumFrameInterval.duration()};
+    co_return co_await play(std::move(node));
 }
 
 std::expected<QRect, Error> GnomeStream::areaPixels() const
@@ -125,7 +117,7 @@ void GnomeStream::watchDisplays()
 QCoro::Task<> GnomeStream::followDisplays()
 {
     const auto now = areaPixels();
-    if (isStopped_ || (now && *now == recorded_)) {
+    if (isStopped() || (now && *now == recorded_)) {
         co_return;
     }
     const QPointer self(this);
@@ -135,34 +127,10 @@ QCoro::Task<> GnomeStream::followDisplays()
     }
 }
 
-void GnomeStream::end(const Error &error)
+void GnomeStream::release()
 {
-    if (!std::exchange(isStopped_, true) && handlers_.didStopWithError) {
-        qCInfo(platformLog, "the recording ends: %s", qPrintable(error.log));
-        handlers_.didStopWithError(error);
-    }
-}
-
-void GnomeStream::stopCapture()
-{
-    isStopped_ = true;
     shell_.reset();
-    video_.reset();
     recording_.reset();
-}
-
-void GnomeStream::returnSampleBuffer(const SampleBuffer &sample)
-{
-    if (video_) {
-        video_->returnSampleBuffer(sample);
-    }
-}
-
-void GnomeStream::invalidate()
-{
-    if (video_) {
-        video_->invalidate();
-    }
 }
 
 } // namespace glimmerpane::gnome
