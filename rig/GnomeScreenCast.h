@@ -65,7 +65,7 @@ public:
         reader_.emplace(socket, cast_.node());
     }
 
-    const PipeWireReader *operator->() const { return &*reader_; }
+    PipeWireReader *operator->() { return &*reader_; }
 
 private:
     GnomeScreenCast cast_;

@@ -168,15 +168,7 @@ void ManagedWindowX11::orderOut()
 {
     isOrderedIn_ = false;
     isVisible_ = false;
-    xcb_unmap_window(connection_.get(), window_.get());
-    // ICCCM 4.1.4: informs the manager even if the window is not mapped at the moment.
-    xcb_unmap_notify_event_t notice{};
-    notice.response_type = XCB_UNMAP_NOTIFY;
-    notice.event = connection_.root();
-    notice.window = window_.get();
-    xcb_send_event(connection_.get(), 0, connection_.root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char *>(&notice));
+    withdraw(connection_, window_.get());
     events_.flush();
 }
 

@@ -22,6 +22,18 @@ void sendToManager(const Connection &connection, xcb_window_t window, const char
                    reinterpret_cast<const char *>(&message));
 }
 
+void withdraw(const Connection &connection, xcb_window_t window)
+{
+    xcb_unmap_window(connection.get(), window);
+    xcb_unmap_notify_event_t notice{};
+    notice.response_type = XCB_UNMAP_NOTIFY;
+    notice.event = connection.root();
+    notice.window = window;
+    xcb_send_event(connection.get(), 0, connection.root(),
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char *>(&notice));
+}
+
 void endStartupNotification(const Connection &connection, const QByteArray &startupId)
 {
     // The text and its terminating NUL are split into events of 20 bytes, which share the window's

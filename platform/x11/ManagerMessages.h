@@ -14,6 +14,9 @@ namespace glimmerpane::x11
 void sendToManager(const Connection &connection, xcb_window_t window, const char *type,
                    const std::array<std::uint32_t, 5> &data);
 
+/** Unmaps the window, and informs the manager even if it is not mapped now (ICCCM 4.1.4). */
+void withdraw(const Connection &connection, xcb_window_t window);
+
 /** Announces that the launch with this id is complete (startup notification protocol). */
 void endStartupNotification(const Connection &connection, const QByteArray &startupId);
 

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/OffscreenWindowX11.h"
+
+#include <QTimer>
+
+namespace glimmerpane::x11
+{
+
+/**
+ * A minimised window. GNOME on Wayland offers only managed windows to viewers, and shows a
+ * minimised one to them as it would be on the screen. When the shell shows it, it is minimised
+ * again at once. It takes no focus.
+ */
+class IconicWindowX11 : public OffscreenWindowX11
+{
+public:
+    static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
+                                                                      QSize size);
+
+    IconicWindowX11(ExtendedConnection opened, QSize size);
+
+    void orderFront() override;
+    void orderOut() override;
+
+protected:
+    void handle(const xcb_generic_event_t &event) override;
+
+private:
+    void describeToManager();
+    void createDot();
+    void minimise();
+    void touch();
+
+    xcb_atom_t wmState_ = XCB_ATOM_NONE;
+    GraphicsContext context_;
+    Colormap colormap_;
+    Window dot_; ///< transparent, one pixel, on the screen
+    QTimer touching_;
+};
+
+} // namespace glimmerpane::x11

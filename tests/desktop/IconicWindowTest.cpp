@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: MIT
+#include "platform/x11/IconicWindowX11.h"
+#include "rig/GnomeSession.h"
+#include "rig/InputInjector.h"
+#include "rig/PictureComparison.h"
+#include "rig/XWindows.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+constexpr auto patience = std::chrono::seconds(5);
+constexpr QSize size(400, 300);
+constexpr QRect belowTopBar(0, 40, 1280, 680); ///< whose clock and indicators change by themselves
+const QString title = QStringLiteral("Output");
+
+/** The window in GNOME's session, and a client that draws into it. */
+struct IconicFixture {
+    IconicFixture()
+        : client(required(XClient::connect(session.displayName())))
+    {
+        makeWindow();
+    }
+
+    void makeWindow()
+    {
+        window.reset();
+        window = x11::IconicWindowX11::create(title, size).value();
+        window->orderFront();
+        // The shell lists it before the server has mapped it; until then nothing can be drawn.
+        const auto isThere = [this] {
+            id = findWindow(client, title, Listing::All).value_or(XCB_WINDOW_NONE);
+            return isMinimised() && isViewable(client, id);
+        };
+        require(waitFor(isThere, patience), "it is not there, or not minimised");
+    }
+
+    bool isListed() const { return session.window(title).has_value(); }
+    bool isMinimised() const
+    {
+        const auto listed = session.window(title);
+        return listed && listed->isHidden;
+    }
+    GnomeStream record() const { return session.recordWindow(session.window(title)->id); }
+
+    void draw(QRgb color) const
+    {
+        client.fill(id, {QPoint(), size}, color);
+        client.fill(id, {10, 10, 20, 20}, 0xffffffff);
+    }
+    static QImage drawn(QRgb color)
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(color);
+        for (int y = 10; y < 30; ++y) {
+            for (int x = 10; x < 30; ++x) {
+                image.setPixel(x, y, 0xffffffff);
+            }
+        }
+        return image;
+    }
+
+    /** Returns once the desktop, which is still animated at times, has its final look. */
+    QImage stillScreen(GnomeStream &monitor) const
+    {
+        QImage seen;
+        QElapsedTimer since;
+        const auto isStill = [&] {
+            const QImage now = monitor->picture().copy(belowTopBar);
+            if (now.isNull() || now != seen) {
+                seen = now;
+                since.start();
+            }
+            return since.elapsed() > 500;
+        };
+        require(waitFor(isStill, patience), "the desktop does not come to rest");
+        return seen;
+    }
+
+    GnomeSession session;
+    XClient client;
+    std::unique_ptr<OutputWindow> window;
+    xcb_window_t id = XCB_WINDOW_NONE;
+};
+
+} // namespace
+
+class IconicWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void window_isListedAndUnseen_butViewersHaveItsPicture()
+    {
+        IconicFixture fixture;
+        fixture.window.reset();
+        auto monitor = fixture.session.recordMonitor();
+        fixture.stillScreen(monitor);
+        monitor->watch(belowTopBar);
+        const int changes = monitor->changes();
+        for (const QRgb color : {0xffff0000, 0xff00ff00, 0xff0000ff}) {
+            fixture.makeWindow();
+            auto viewer = fixture.record();
+            fixture.draw(color);
+            QVERIFY(becomeEqual([&] { return viewer->picture(); },
+                                [&] { return fixture.drawn(color); }, patience));
+            fixture.window->orderOut();
+            QVERIFY(waitFor([&] { return !fixture.isListed(); }, patience));
+            fixture.window->orderFront();
+            QVERIFY(waitFor([&] { return fixture.isMinimised(); }, patience));
+            const auto listed = fixture.session.window(title);
+            QCOMPARE(listed->windowClass, QStringLiteral("Glimmerpane"));
+            QVERIFY(!listed->hasFocus);
+        }
+        fixture.stillScreen(monitor);
+        QCOMPARE(monitor->changes(), changes);
+    }
+
+    void picture_comesToANewViewer_whenNothingMoves()
+    {
+        IconicFixture fixture;
+        for (int i = 0; i < 20; ++i) {
+            fixture.makeWindow();
+            const QRgb color = qRgb(10 * i, 200 - 10 * i, 100);
+            fixture.draw(color);
+            // Long enough for everything that was drawn before to have reached the shell.
+            auto monitor = fixture.session.recordMonitor();
+            fixture.stillScreen(monitor);
+            auto viewer = fixture.record();
+            QVERIFY2(becomeEqual([&] { return viewer->picture(); },
+                                 [&] { return fixture.drawn(color); }, patience),
+                     qPrintable(QStringLiteral("the %1th time").arg(i)));
+        }
+    }
+
+    void window_isMinimisedAgain_whenTheUserActivatesIt()
+    {
+        IconicFixture fixture;
+        fixture.draw(0xffff0000);
+        auto viewer = fixture.record();
+        auto monitor = fixture.session.recordMonitor();
+        const auto input = fixture.session.input();
+        const QImage before = fixture.stillScreen(monitor);
+        const uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(fixture.client.connection(), fixture.id, XCB_CW_EVENT_MASK,
+                                     &events);
+        fixture.client.sync();
+        input.pressKey(keys::alt);
+        input.pressKey(keys::tab);
+        input.releaseKey(keys::tab);
+        input.releaseKey(keys::alt);
+        const auto wasShown = [&] {
+            while (const x11::Reply<xcb_generic_event_t> event{
+                xcb_poll_for_event(fixture.client.connection())}) {
+                const auto &change = reinterpret_cast<xcb_property_notify_event_t &>(*event);
+                if (change.atom == fixture.client.atom("WM_STATE")) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(waitFor(wasShown, patience));
+        QVERIFY(waitFor([&] { return fixture.isMinimised(); }, patience));
+        QVERIFY(waitFor([&] { return fixture.stillScreen(monitor) == before; }, patience));
+        fixture.draw(0xff00ff00);
+        QVERIFY(becomeEqual([&] { return viewer->picture(); },
+                            [&] { return fixture.drawn(0xff00ff00); }, patience));
+    }
+
+    void closing_isForwarded()
+    {
+        IconicFixture fixture;
+        int requests = 0;
+        fixture.window->onCloseRequest = [&] { ++requests; };
+        askToClose(fixture.client, fixture.id);
+        QVERIFY(waitFor([&] { return requests == 1; }, patience));
+        QVERIFY(fixture.window->isVisible() && fixture.isMinimised());
+    }
+};
+
+QTEST_MAIN(IconicWindowTest)
+#include "IconicWindowTest.moc"
