@@ -23,6 +23,19 @@ QDBusMessage callOf(const BusObject &object, const QString &method, const QVaria
     return message;
 }
 
+QDBusMessage readingOf(const BusObject &object, const QString &property)
+{
+    const BusObject properties{.service = object.service,
+                               .path = object.path,
+                               .interface = QStringLiteral("org.freedesktop.DBus.Properties")};
+    return callOf(properties, QStringLiteral("Get"), {object.interface, property});
+}
+
+QVariant valueIn(const QDBusMessage &reply)
+{
+    return reply.arguments().value(0).value<QDBusVariant>().variant();
+}
+
 } // namespace
 
 bool BusObject::isThere() const
@@ -58,15 +71,17 @@ void BusObject::send(const QString &method, const QVariantList &arguments) const
     QDBusConnection::sessionBus().send(message);
 }
 
-QVariant BusObject::property(const QString &name) const
+QCoro::Task<QVariant> BusObject::property(QString name) const
 {
-    const BusObject properties{.service = service,
-                               .path = path,
-                               .interface = QStringLiteral("org.freedesktop.DBus.Properties")};
+    const auto reply = co_await QDBusConnection::sessionBus().asyncCall(readingOf(*this, name));
+    co_return valueIn(reply);
+}
+
+QVariant BusObject::propertyNow(const QString &name) const
+{
     constexpr int longestWait = 2000; // milliseconds
-    const auto reply = QDBusConnection::sessionBus().call(
-        callOf(properties, QStringLiteral("Get"), {interface, name}), QDBus::Block, longestWait);
-    return reply.arguments().value(0).value<QDBusVariant>().variant();
+    return valueIn(
+        QDBusConnection::sessionBus().call(readingOf(*this, name), QDBus::Block, longestWait));
 }
 
 } // namespace glimmerpane

@@ -28,8 +28,10 @@ struct BusObject {
     /** Calls a method whose result does not matter. */
     void send(const QString &method, const QVariantList &arguments = {}) const;
 
-    /** A property of the interface; null if it cannot be read. Waits for the service. */
-    QVariant property(const QString &name) const;
+    /** A property of the interface; null if it cannot be read. */
+    QCoro::Task<QVariant> property(QString name) const;
+    /** The same, but waits for the service. */
+    QVariant propertyNow(const QString &name) const;
 };
 
 } // namespace glimmerpane

@@ -64,13 +64,15 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record()
     }
     recorded_ = *pixels;
     const QPointer self(this);
-    auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, [self] {
+    // Not a temporary: GCC 12 destroys a lambda in the awaited expression twice.
+    const std::function<void()> closed = [self] {
         if (self) {
-            self->end(pipewire::stoppedByUser(QStringLiteral("GNOME has closed the session")));
+            self->endedByDesktop(QStringLiteral("GNOME has closed the session"));
         }
-    });
+    };
+    auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, closed);
     if (!self || isStopped()) {
-        co_return std::unexpected(pipewire::stoppedByUser({}));
+        co_return std::unexpected(stopped());
     }
     if (!recording) {
         co_return std::unexpected(recording.error());

@@ -12,7 +12,17 @@
 namespace glimmerpane::pipewire
 {
 
+namespace
+{
+
 using namespace std::chrono_literals;
+
+} // namespace
+
+Error RecordedStream::stopped()
+{
+    return {.text = Error::tr("Sharing was stopped."), .log = {}, .outcome = Outcome::cancelled};
+}
 
 RecordedStream::RecordedStream(std::shared_ptr<QThreadPool> background)
     : background_(std::move(background))
@@ -25,7 +35,7 @@ QCoro::Task<RecordedStream::Result> RecordedStream::startCapture(Handlers handle
     const QPointer self(this);
     auto result = co_await begin();
     if (!self) {
-        co_return std::unexpected(stoppedByUser({}));
+        co_return std::unexpected(stopped());
     }
     if (end_) {
         co_return std::unexpected(*end_);
@@ -38,7 +48,8 @@ QCoro::Task<RecordedStream::Result> RecordedStream::play(VideoNode node)
 {
     const auto video = std::make_shared<VideoStream>(std::move(node), background_);
     video_ = video;
-    co_return co_await video->startCapture(handlersOf(video));
+    Handlers handlers = handlersOf(video);
+    co_return co_await video->startCapture(std::move(handlers));
 }
 
 CaptureStream::Handlers RecordedStream::handlersOf(const std::shared_ptr<VideoStream> &video)
@@ -56,9 +67,28 @@ CaptureStream::Handlers RecordedStream::handlersOf(const std::shared_ptr<VideoSt
 
 void RecordedStream::videoEnded(const Error &error)
 {
-    // When the desktop ends the recording, it says so on the bus as well, but maybe later.
-    constexpr auto busDelay = 500ms;
-    QTimer::singleShot(busDelay, this, [this, error] { end(error); });
+    if (error.outcome == Outcome::unavailable) {
+        end(error);
+    } else {
+        endSoon(error);
+    }
+}
+
+void RecordedStream::endedByDesktop(const QString &log)
+{
+    Error error = stopped();
+    error.log = log;
+    endSoon(error);
+}
+
+/**
+ * When the user ends the recording in the desktop, PipeWire and the bus both say so; when PipeWire
+ * itself ends, the desktop closes the recording, too. Waits until the real reason is known.
+ */
+void RecordedStream::endSoon(const Error &error)
+{
+    const auto otherNews = error.outcome == Outcome::cancelled ? 150ms : 500ms;
+    QTimer::singleShot(otherNews, this, [this, error] { end(error); });
 }
 
 void RecordedStream::end(const Error &error)
@@ -96,11 +126,6 @@ void RecordedStream::invalidate()
     if (video_) {
         video_->invalidate();
     }
-}
-
-Error stoppedByUser(const QString &log)
-{
-    return {.text = Error::tr("Sharing was stopped."), .log = log, .outcome = Outcome::cancelled};
 }
 
 } // namespace glimmerpane::pipewire

@@ -38,11 +38,16 @@ protected:
     /** The recording is over: makes a start fail, or tells the handler. Only the first time counts.
      */
     void end(const Error &error);
+    /** The desktop has closed the recording, at the user's wish unless there is another reason. */
+    void endedByDesktop(const QString &log);
+    /** For a recording that the user, or this program, has ended. */
+    static Error stopped();
     bool isStopped() const { return isStopped_ || end_; }
 
 private:
     Handlers handlersOf(const std::shared_ptr<VideoStream> &video);
     void videoEnded(const Error &error);
+    void endSoon(const Error &error);
 
     const std::shared_ptr<QThreadPool> background_;
     Handlers handlers_;
@@ -51,8 +56,5 @@ private:
     bool isStarted_ = false;
     bool isStopped_ = false;
 };
-
-/** For a recording that the user, or this program, has ended. */
-Error stoppedByUser(const QString &log);
 
 } // namespace glimmerpane::pipewire

@@ -92,7 +92,8 @@ struct Events {
         if (id == PW_ID_CORE && result == -EPIPE) {
             loop(data).end({.text = Error::tr("PipeWire has ended. It delivered the picture of the "
                                               "screen."),
-                            .log = log});
+                            .log = log,
+                            .outcome = Outcome::unavailable});
         } else {
             qCInfo(platformLog, "%s", qPrintable(log));
         }

@@ -6,7 +6,7 @@
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVariant>
+#include <QUuid>
 
 #include <utility>
 
@@ -65,15 +65,6 @@ QVariantMap wantedSources(const QString &token, uint cursorModes)
         options[QStringLiteral("restore_token")] = token;
     }
     return options;
-}
-
-QCoro::Task<uint> cursorModes()
-{
-    BusObject properties = screenCast();
-    properties.interface = QStringLiteral("org.freedesktop.DBus.Properties");
-    const QVariantList names{screenCast().interface, QStringLiteral("AvailableCursorModes")};
-    const auto answer = co_await properties.call(QStringLiteral("Get"), names);
-    co_return answer ? answer->value(0).value<QDBusVariant>().variant().toUInt() : 0;
 }
 
 Error withoutStream()
@@ -141,10 +132,13 @@ void PortalGrant::onClosed(std::function<void()> closed)
 QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &requests,
                                                                 QString token)
 {
-    const uint modes = co_await cursorModes();
+    const QVariant modesValue
+        = co_await screenCast().property(QStringLiteral("AvailableCursorModes"));
+    const uint modes = modesValue.toUInt();
     const QVariantList nothing;
     const QVariantMap naming{
-        {QStringLiteral("session_handle_token"), QStringLiteral("glimmerpane")}};
+        {QStringLiteral("session_handle_token"),
+         QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128)}};
     const auto created = co_await requests.ask(QStringLiteral("CreateSession"), nothing, naming);
     if (!created) {
         co_return std::unexpected(created.error());

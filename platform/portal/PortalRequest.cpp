@@ -4,6 +4,7 @@
 #include <QCoroFuture>
 #include <QDBusArgument>
 #include <QDBusConnection>
+#include <QUuid>
 
 #include <utility>
 
@@ -65,7 +66,8 @@ QCoro::Task<PortalAnswer> PortalRequests::ask(QString method, QVariantList argum
     if (isWithdrawn_) {
         co_return std::unexpected(withdrawn());
     }
-    const QString token = QStringLiteral("glimmerpane%1").arg(++count_);
+    const QString token
+        = QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128);
     const auto answer = std::make_shared<Answer<PortalAnswer>>();
     waiting_ = Waiting{.request = requestObject(token), .answer = answer};
     const BusSignal response(

@@ -35,7 +35,6 @@ private:
     };
 
     std::optional<Waiting> waiting_;
-    int count_ = 0; ///< for unique handles
     bool isWithdrawn_ = false;
 };
 

@@ -29,7 +29,7 @@ bool isScreenCastThere()
     if (!screenCast().isThere()) {
         return false;
     }
-    const uint version = screenCast().property(QStringLiteral("version")).toUInt();
+    const uint version = screenCast().propertyNow(QStringLiteral("version")).toUInt();
     qCInfo(platformLog, "the portal's ScreenCast has version %u", version);
     return version > 0;
 }

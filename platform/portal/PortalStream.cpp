@@ -52,9 +52,8 @@ QCoro::Task<PortalStream::Result> PortalStream::begin()
             Error{.text = Error::tr("The desktop could not start to record the screen."),
                   .log = QStringLiteral("the portal has not granted a monitor")});
     }
-    grant_->onClosed([this] {
-        end(pipewire::stoppedByUser(QStringLiteral("the portal has closed the session")));
-    });
+    grant_->onClosed(
+        [this] { endedByDesktop(QStringLiteral("the portal has closed the session")); });
     portal_.emplace(screenCast().service, [this] {
         end({.text = Error::tr("The desktop's portal has ended."),
              .log = QStringLiteral("org.freedesktop.portal.Desktop lost its owner")});
