@@ -22,7 +22,7 @@ CaptureFixture::CaptureFixture(const XvfbServer::Options &options)
     backend = x11::makeBackend(false);
     coordinator = std::make_unique<AppCoordinator>(backend);
     service = std::make_unique<ScreenCaptureService>(backend);
-    service->setOnCaptureEnded([this](const QString &) { ++captureEnds; });
+    service->setOnCaptureEnded([this](const Error &) { ++captureEnds; });
 }
 
 CaptureFixture::~CaptureFixture()

@@ -71,7 +71,12 @@ constexpr Step fail = [](Session &s) {
 };
 constexpr Step stop = [](Session &s) { s.viewModel->stopSharing(); };
 constexpr Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
-constexpr Step end = [](Session &s) { s.capture->onCaptureEnded(QStringLiteral("why")); };
+constexpr Step end
+    = [](Session &s) { s.capture->onCaptureEnded({.text = QStringLiteral("why"), .log = {}}); };
+const Error endedByUser{.text = {}, .log = {}, .outcome = Outcome::cancelled};
+constexpr Step endOutside = [](Session &s) { s.capture->onCaptureEnded(endedByUser); };
+constexpr Step failOutside
+    = [](Session &s) { s.capture->starts.back()->complete(std::unexpected(endedByUser)); };
 constexpr Step watch = [](Session &) {
     const WatchTurns turns;
     QTRY_VERIFY(turns.count > 0);
@@ -199,6 +204,9 @@ private Q_SLOTS:
         row("close while it starts", {start, answer, closeWindow, watch, succeed}, "*, stop, told");
         row("end", {start, answer, succeed, end, start, answer}, "*, close, told, ~, *", "session");
         row("end while it starts", {start, answer, end, succeed}, "*, close, told, ~");
+        row("end outside", {start, answer, succeed, endOutside, start, answer}, "*, close, told, *",
+            "session");
+        row("end outside while it starts", {start, answer, failOutside}, "*, told, close");
         row("stop at once", {endNow, start, answer, succeed, endNow, start, answer},
             "*, close, stop, told, *", "session");
         row("stop at once during the check", {start, endNow, answer}, "");
