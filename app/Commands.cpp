@@ -10,10 +10,11 @@
 namespace glimmerpane
 {
 
-Commands::Commands(MainViewModel &model, BackendRequest running,
+Commands::Commands(MainViewModel &model, BackendRequest running, bool showsClicks,
                    std::function<void(const QString &)> bringForward)
     : model_(model)
     , running_(std::move(running))
+    , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
 {
 }
@@ -118,6 +119,8 @@ CommandResult Commands::status() const
         {"sharing", model_.isSharingWindowOpen()},
         {"framesPerSecond", statistics.framesInLastSecond},
         {"drops", statistics.dropped},
+        {"backend", running_.name.toStdString()},
+        {"clicks", showsClicks_ ? "shown" : "none"},
     };
     return {.exitCode = ExitCode::Succeeded,
             .output = QString::fromStdString(object.dump()),

@@ -23,9 +23,11 @@ class Commands : public QObject
 public:
     using Reply = InstanceBus::Reply;
 
-    /** `running` is what this program was started with; `bringForward` raises the main window. The
-     * model must outlive this object. */
-    Commands(MainViewModel &model, BackendRequest running,
+    /**
+     * `running` is what this program runs with, which may not show clicks; `bringForward` raises
+     * the main window. The model must outlive this object.
+     */
+    Commands(MainViewModel &model, BackendRequest running, bool showsClicks,
              std::function<void(const QString &startupId)> bringForward);
 
     /** Carries out a command line from another launch. */
@@ -44,6 +46,7 @@ private:
 
     MainViewModel &model_;
     const BackendRequest running_;
+    const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;
 };
 

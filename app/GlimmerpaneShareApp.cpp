@@ -7,6 +7,7 @@
 #include "capture/ScreenCaptureService.h"
 #include "platform/backends/Backends.h"
 #include "storage/FrameRepository.h"
+#include "storage/RestoreTokenFile.h"
 #include "translations/Translations.h"
 #include "update/DeviceIdentity.h"
 
@@ -122,12 +123,13 @@ QIcon windowIcon()
 std::optional<int> runEventLoop(const LaunchOptions &options,
                                 GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
 {
-    const BackendRequest request{.name = options.backend.value_or(QString()),
-                                 .listsOutput = options.listsOutput.value_or(false)};
-    auto backend = makeBackend(request);
+    BackendRequest request{.name = options.backend.value_or(QString()),
+                           .listsOutput = options.listsOutput.value_or(false)};
+    auto backend = makeBackend(request, std::make_shared<RestoreTokenFile>(restoreTokenFile()));
     if (!backend) {
         return print(CommandResult::failure(backend.error().text));
     }
+    request.name = backend->name;
     auto glimmerpane
         = std::make_unique<GlimmerpaneShareApp>(makeUpdateRepository, std::move(*backend), request);
     if (!glimmerpane->becomeTheInstance()) {
@@ -200,7 +202,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     : shell_(backend.shell)
     , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository))
     , window_(*viewModel_, shell_)
-    , commands_(*viewModel_, std::move(request),
+    , commands_(*viewModel_, std::move(request), backend.presses != nullptr,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);

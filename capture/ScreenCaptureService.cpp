@@ -160,7 +160,7 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
                     onMainThread([=] {
                         qCInfo(captureLog, "the stream ended by itself");
                         if (self && self->run_ == run && self->onCaptureEnded_) {
-                            self->onCaptureEnded_(error.text);
+                            self->onCaptureEnded_(error);
                         }
                     });
                 }};

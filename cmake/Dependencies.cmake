@@ -5,12 +5,13 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Concurrent DBus Lingui
 if(GLIMMERPANE_UPDATE_CHECK)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Network)
 endif()
-find_package(QCoro6 0.8 REQUIRED COMPONENTS Core)
+find_package(QCoro6 0.8 REQUIRED COMPONENTS Core DBus)
 find_package(nlohmann_json 3.11 REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
                   xcb-randr xcb-shm xcb-xinput xcb-cursor)
+pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     qcoro_enable_coroutines() # adds an option that clang no longer knows or needs
 endif()
@@ -18,5 +19,4 @@ endif()
 if(GLIMMERPANE_BUILD_TESTS)
     find_package(Qt6 6.4 REQUIRED COMPONENTS Test Network)
     pkg_check_modules(XCB_TOOLS REQUIRED IMPORTED_TARGET xcb-shm xcb-xtest xcb-res)
-    pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
 endif()

@@ -177,7 +177,7 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
 
 void MainViewModel::installSessionWatch()
 {
-    captureService_->setOnCaptureEnded([self = QPointer(this)](const QString &reason) {
+    captureService_->setOnCaptureEnded([self = QPointer(this)](const Error &reason) {
         if (self) {
             self->handleCaptureEnded(reason);
         }
@@ -213,7 +213,7 @@ QCoro::Task<> MainViewModel::startSharing()
 void MainViewModel::openSharingWindow()
 {
     if (const auto flaw = flawOf(currentFrame_, *backend_.displays)) {
-        captureStartFailed(*flaw);
+        captureStartFailed({.text = *flaw, .log = {}});
         return;
     }
     publish(isSharingWindowOpen_, true);
@@ -230,18 +230,21 @@ QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
     if (result) {
         Q_EMIT startEnded({});
     } else {
-        captureStartFailed(result.error().text);
+        captureStartFailed(result.error());
         windowCoordinator_->closeSharingWindow();
     }
 }
 
-void MainViewModel::captureStartFailed(const QString &reason)
+void MainViewModel::captureStartFailed(const Error &reason)
 {
-    Q_EMIT startEnded(reason);
-    runModal({.messageText = tr("Screen Capture"),
-              .informativeText = tr("Failed to start capture: %1").arg(reason),
-              .style = Alert::Style::Warning,
-              .buttons = {tr("OK")}});
+    backend_.screen->withdrawRequest(); // what was granted is not needed any more
+    Q_EMIT startEnded(reason.text);
+    if (reason.outcome != Outcome::cancelled) {
+        runModal({.messageText = tr("Screen Capture"),
+                  .informativeText = tr("Failed to start capture: %1").arg(reason.text),
+                  .style = Alert::Style::Warning,
+                  .buttons = {tr("OK")}});
+    }
     publish(isSharingWindowOpen_, false);
 }
 
@@ -361,14 +364,16 @@ void MainViewModel::checkSharingWindow()
     publish(isSharingWindowOpen_, false);
 }
 
-void MainViewModel::handleCaptureEnded(const QString &reason)
+void MainViewModel::handleCaptureEnded(const Error &reason)
 {
     if (!isSharingWindowOpen_) {
         return;
     }
     windowCoordinator_->closeSharingWindow();
     publish(isSharingWindowOpen_, false);
-    tellThatSharingEnded(reason);
+    if (reason.outcome != Outcome::cancelled) {
+        tellThatSharingEnded(reason.text);
+    }
 }
 
 /** Also sends a notification, since the user is looking at the call rather than at our window. */

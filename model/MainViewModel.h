@@ -104,9 +104,9 @@ private:
     void installSessionWatch();
     void openSharingWindow();
     QCoro::Task<> runCapture(std::shared_ptr<SharingWindow> window);
-    void captureStartFailed(const QString &reason);
+    void captureStartFailed(const Error &reason);
     void checkSharingWindow();
-    void handleCaptureEnded(const QString &reason);
+    void handleCaptureEnded(const Error &reason);
     void tellThatSharingEnded(const QString &reason);
     void showScreenRecordingPermissionAlert(const Error &reason);
     void showUpdateAlert(const UpdateInfo &info, const QString &currentVersion);

@@ -55,10 +55,13 @@ struct StreamConfiguration {
 class CaptureStream
 {
 public:
-    /** Called on the stream's own thread, "captureQueue". */
+    /** Called on the stream's own thread, "captureQueue", or on the main thread. */
     struct Handlers {
         std::function<void(SampleBuffer)> didOutputSampleBuffer;
-        /** The stream ended by itself; its thread ends after this. */
+        /**
+         * The stream ended by itself, as cancelled if the user stopped it outside this program; its
+         * thread ends after this.
+         */
         std::function<void(Error)> didStopWithError;
     };
 

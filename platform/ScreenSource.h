@@ -28,7 +28,10 @@ public:
      */
     virtual QCoro::Task<std::expected<ShareableContent, Error>> shareableContent(Rect area) = 0;
 
-    /** Withdraws a request that is waiting for the user; it ends as cancelled. */
+    /**
+     * Withdraws a request that is waiting for the user, which ends as cancelled, or gives up what
+     * was granted and is not used by a stream.
+     */
     virtual void withdrawRequest() { }
 
     /** A stream that has not been started yet. */

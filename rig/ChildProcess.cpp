@@ -14,7 +14,7 @@ namespace glimmerpane::testing
 namespace
 {
 
-QString pathOf(const x11::FileDescriptor &memoryFile)
+QString pathOf(const FileDescriptor &memoryFile)
 {
     return QStringLiteral("/proc/self/fd/%1").arg(memoryFile.get());
 }
@@ -34,7 +34,7 @@ void prepare(pid_t parent)
 
 } // namespace
 
-QByteArray contentOf(const x11::FileDescriptor &memoryFile)
+QByteArray contentOf(const FileDescriptor &memoryFile)
 {
     QFile file(pathOf(memoryFile));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();

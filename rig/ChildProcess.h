@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/x11/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 #include "rig/Result.h"
 
 #include <QProcess>
@@ -16,7 +16,7 @@ namespace glimmerpane::testing
 {
 
 /** The content of a file created by memfd_create(). */
-QByteArray contentOf(const x11::FileDescriptor &memoryFile);
+QByteArray contentOf(const FileDescriptor &memoryFile);
 
 /**
  * One started program. The destructor ends exactly this process, by its id, and collects it, so
@@ -65,7 +65,7 @@ public:
 
 private:
     std::unique_ptr<QProcess> process_ = std::make_unique<QProcess>();
-    x11::FileDescriptor output_{memfd_create("output", MFD_CLOEXEC)};
+    FileDescriptor output_{memfd_create("output", MFD_CLOEXEC)};
 };
 
 } // namespace glimmerpane::testing

@@ -42,6 +42,8 @@ public:
     const QProcessEnvironment &environment() const { return environment_; }
     QString displayName() const { return environment_.value(QStringLiteral("DISPLAY")); }
     const QDBusConnection &bus() const { return *bus_; }
+    /** Ends the service that carries the pictures. */
+    void endPipeWire() { pipeWire_.terminate(); }
     /** What the shell has printed. */
     QByteArray shellOutput() const { return shell_.output(); }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rig/SharedPicture.h"
 
-#include "platform/x11/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -14,7 +14,7 @@ namespace glimmerpane::testing
 Result<SharedPicture> SharedPicture::create(const XClient &client, QSize size)
 {
     const auto bytes = static_cast<size_t>(size.width()) * 4 * static_cast<size_t>(size.height());
-    const x11::FileDescriptor file(memfd_create("picture", MFD_CLOEXEC));
+    const FileDescriptor file(memfd_create("picture", MFD_CLOEXEC));
     if (ftruncate(file.get(), static_cast<off_t>(bytes)) != 0) {
         return failure(QStringLiteral("no memory to share"));
     }

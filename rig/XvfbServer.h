@@ -27,7 +27,7 @@ public:
     {
         constexpr std::chrono::seconds limit{20};
         // The server inherits this file and writes a line there once it accepts clients.
-        const x11::FileDescriptor display(memfd_create("display", 0));
+        const FileDescriptor display(memfd_create("display", 0));
         const auto command
             = QStringLiteral("-displayfd %1 -screen 0 %2x%3x24 -nolisten tcp -noreset")
                   .arg(display.get())

@@ -59,14 +59,14 @@ struct CaptureStatistics {
 class CaptureServiceProtocol
 {
 public:
-    using EndHandler = std::function<void(const QString &reason)>;
+    using EndHandler = std::function<void(const Error &reason)>;
     using StartResult = std::expected<void, Error>;
 
     virtual ~CaptureServiceProtocol() = default;
 
     /**
      * Called on the main thread when the stream ends by itself, never because of stopCapture(),
-     * with a reason for the user. Set once, by the view model.
+     * with a reason for the user, who may be the one that ended it. Set once, by the view model.
      */
     virtual void setOnCaptureEnded(EndHandler handler) = 0;
 

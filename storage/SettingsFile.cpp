@@ -57,6 +57,12 @@ bool isUnlocked(const QString &path)
     return lock.tryLock(10 * oldest);
 }
 
+QString settingsPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+        + QStringLiteral("/glimmerpane/glimmerpane.ini");
+}
+
 } // namespace
 
 std::optional<QByteArray> SettingsFile::read() const
@@ -65,7 +71,7 @@ std::optional<QByteArray> SettingsFile::read() const
         ? QSettings(path, QSettings::IniFormat).value(key)
         : QVariant();
     if (value.typeId() != QMetaType::QByteArray) {
-        qCInfo(storageLog) << "no area stored in" << path;
+        qCInfo(storageLog) << "no" << key << "stored in" << path;
         return std::nullopt;
     }
     return value.toByteArray();
@@ -75,7 +81,7 @@ void SettingsFile::write(const QByteArray &value) const
 {
     const QFileInfo file(path);
     if (!isHarmless(file) || !hasRoomFor(file) || !isUnlocked(path)) {
-        qCInfo(storageLog) << "cannot save the area in" << path;
+        qCInfo(storageLog) << "cannot save" << key << "in" << path;
         return;
     }
     QSettings settings(path, QSettings::IniFormat);
@@ -83,14 +89,17 @@ void SettingsFile::write(const QByteArray &value) const
     settings.setAtomicSyncRequired(true);
     settings.setValue(key, value);
     settings.sync();
-    qCInfo(storageLog, "saving %s", value.constData());
+    qCInfo(storageLog) << "saving" << key << "in" << path;
 }
 
 SettingsFile captureFrameFile()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return {.path = folder + QStringLiteral("/glimmerpane/glimmerpane.ini"),
-            .key = QStringLiteral("captureFrame")};
+    return {.path = settingsPath(), .key = QStringLiteral("captureFrame")};
+}
+
+SettingsFile restoreTokenFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("screenCastToken")};
 }
 
 } // namespace glimmerpane

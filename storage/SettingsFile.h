@@ -32,7 +32,11 @@ struct SettingsFile {
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::SettingsFile)
 };
 
-/** The current user's, in the XDG configuration folder. */
+// The current user's, both in one file in the XDG configuration folder.
+
+/** The capture area. */
 SettingsFile captureFrameFile();
+/** The desktop's token for recording the screen again. */
+SettingsFile restoreTokenFile();
 
 } // namespace glimmerpane

@@ -51,7 +51,7 @@
     </message>
     <message>
         <source>Glimmerpane is already running with another back end. Quit it first.</source>
-        <translation>Glimmerpane läuft bereits mit einem anderen Backend. Beenden Sie es zuerst.</translation>
+        <translation>Glimmerpane läuft bereits mit einem anderen Zugriff auf den Bildschirm. Beenden Sie es zuerst.</translation>
     </message>
 </context>
 <context>
@@ -137,11 +137,67 @@
     </message>
     <message>
         <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
-        <translation>Es gibt kein Backend „%1“. Verwenden Sie eines von diesen: %2.</translation>
+        <translation>Den Zugriff „%1“ gibt es nicht. Möglich sind: %2.</translation>
+    </message>
+    <message>
+        <source>The desktop does not record the screen: %1</source>
+        <translation>Die Arbeitsumgebung zeichnet den Bildschirm nicht auf: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has not delivered a picture of the screen.</source>
+        <translation>Die Arbeitsumgebung hat kein Bild des Bildschirms geliefert.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s screen-cast service is not running.</source>
+        <translation>Der Dienst von GNOME für Bildschirmaufnahmen läuft nicht.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s screen-cast service has ended.</source>
+        <translation>Der Dienst von GNOME für Bildschirmaufnahmen wurde beendet.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped.</source>
+        <translation>Die Freigabe wurde beendet.</translation>
+    </message>
+    <message>
+        <source>PipeWire cannot be reached. It delivers the picture of the screen.</source>
+        <translation>PipeWire, das das Bild des Bildschirms liefert, ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The desktop delivers the picture of the screen in a form that Glimmerpane cannot read.</source>
+        <translation>Die Arbeitsumgebung liefert das Bild des Bildschirms in einer Form, die Glimmerpane nicht lesen kann.</translation>
+    </message>
+    <message>
+        <source>The desktop no longer delivers the picture of the screen.</source>
+        <translation>Die Arbeitsumgebung liefert kein Bild des Bildschirms mehr.</translation>
+    </message>
+    <message>
+        <source>PipeWire has ended. It delivered the picture of the screen.</source>
+        <translation>PipeWire, das das Bild des Bildschirms geliefert hat, wurde beendet.</translation>
+    </message>
+    <message>
+        <source>The desktop could not start to record the screen.</source>
+        <translation>Die Arbeitsumgebung konnte die Aufnahme des Bildschirms nicht beginnen.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Die Freigabe wurde beendet, bevor sie begonnen hatte.</translation>
+    </message>
+    <message>
+        <source>The recording of the screen was declined.</source>
+        <translation>Die Aufnahme des Bildschirms wurde abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal has ended.</source>
+        <translation>Das Portal der Arbeitsumgebung wurde beendet.</translation>
+    </message>
+    <message>
+        <source>The area is on another display than the one that was chosen for recording. Choose the area&apos;s display, or move the area.</source>
+        <translation>Der Bereich liegt auf einem anderen Bildschirm als dem, der für die Aufnahme gewählt wurde. Wählen Sie den Bildschirm des Bereichs, oder verschieben Sie den Bereich.</translation>
     </message>
     <message>
         <source>There is no memory to share with the X server.</source>
-        <translation>Es gibt keinen Speicher, der sich mit dem X-Server teilen lässt.</translation>
+        <translation>Es gibt keinen Speicher, der mit dem X-Server geteilt werden kann.</translation>
     </message>
     <message>
         <source>The X server lacks the extension %1.</source>
@@ -215,9 +271,12 @@ Options:
   --select                 Open the area selector.
   --status                 Print the area, whether it is being shared, the
                            frames shown in the last second and the frames
-                           dropped, as JSON.
+                           dropped, the back end, and whether clicks are
+                           shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
+  --backend=NAME           Read the screen by gnome, portal or x11, instead of
+                           the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -237,10 +296,13 @@ Optionen:
   --select                 Den Bereich auf dem Bildschirm auswählen.
   --status                 Als JSON ausgeben: den Bereich, ob er freigegeben ist,
                            die in der letzten Sekunde gezeigten und die
-                           ausgelassenen Bilder.
+                           ausgelassenen Bilder, den Zugriff auf den Bildschirm
+                           und ob Klicks gezeigt werden.
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.
+  --backend=NAME           Über gnome, portal oder x11 auf den Bildschirm
+                           zugreifen, statt über das Erste, das möglich ist.
   -h, --help               Diese Hilfe ausgeben und beenden.
   -v, --version            Die Version ausgeben und beenden.
 

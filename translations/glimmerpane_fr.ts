@@ -51,7 +51,7 @@
     </message>
     <message>
         <source>Glimmerpane is already running with another back end. Quit it first.</source>
-        <translation>Glimmerpane est déjà lancé avec un autre backend. Quittez-le d’abord.</translation>
+        <translation>Glimmerpane est déjà lancé avec un autre accès à l’écran. Quittez-le d’abord.</translation>
     </message>
 </context>
 <context>
@@ -137,7 +137,63 @@
     </message>
     <message>
         <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
-        <translation>Il n’y a pas de backend «&#x202f;%1&#x202f;». Utilisez l’un de ceux-ci&#x202f;: %2.</translation>
+        <translation>L’accès «&#xa0;%1&#xa0;» n’existe pas. Indiquez l’un de&#xa0;: %2.</translation>
+    </message>
+    <message>
+        <source>The desktop does not record the screen: %1</source>
+        <translation>Le bureau n’enregistre pas l’écran&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>The desktop has not delivered a picture of the screen.</source>
+        <translation>Le bureau n’a fourni aucune image de l’écran.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s screen-cast service is not running.</source>
+        <translation>Le service d’enregistrement d’écran de GNOME n’est pas lancé.</translation>
+    </message>
+    <message>
+        <source>GNOME&apos;s screen-cast service has ended.</source>
+        <translation>Le service d’enregistrement d’écran de GNOME s’est arrêté.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped.</source>
+        <translation>Le partage a été arrêté.</translation>
+    </message>
+    <message>
+        <source>PipeWire cannot be reached. It delivers the picture of the screen.</source>
+        <translation>PipeWire, qui fournit l’image de l’écran, est injoignable.</translation>
+    </message>
+    <message>
+        <source>The desktop delivers the picture of the screen in a form that Glimmerpane cannot read.</source>
+        <translation>Le bureau fournit l’image de l’écran sous une forme que Glimmerpane ne sait pas lire.</translation>
+    </message>
+    <message>
+        <source>The desktop no longer delivers the picture of the screen.</source>
+        <translation>Le bureau ne fournit plus l’image de l’écran.</translation>
+    </message>
+    <message>
+        <source>PipeWire has ended. It delivered the picture of the screen.</source>
+        <translation>PipeWire, qui fournissait l’image de l’écran, s’est arrêté.</translation>
+    </message>
+    <message>
+        <source>The desktop could not start to record the screen.</source>
+        <translation>Le bureau n’a pas pu commencer à enregistrer l’écran.</translation>
+    </message>
+    <message>
+        <source>Sharing was stopped before it started.</source>
+        <translation>Le partage a été arrêté avant d’avoir commencé.</translation>
+    </message>
+    <message>
+        <source>The recording of the screen was declined.</source>
+        <translation>L’enregistrement de l’écran a été refusé.</translation>
+    </message>
+    <message>
+        <source>The desktop&apos;s portal has ended.</source>
+        <translation>Le portail du bureau s’est arrêté.</translation>
+    </message>
+    <message>
+        <source>The area is on another display than the one that was chosen for recording. Choose the area&apos;s display, or move the area.</source>
+        <translation>La zone se trouve sur un autre écran que celui qui a été choisi pour l’enregistrement. Choisissez l’écran de la zone, ou déplacez la zone.</translation>
     </message>
     <message>
         <source>There is no memory to share with the X server.</source>
@@ -145,7 +201,7 @@
     </message>
     <message>
         <source>The X server lacks the extension %1.</source>
-        <translation>L’extension %1 manque au serveur X.</translation>
+        <translation>Il manque au serveur X l’extension %1.</translation>
     </message>
     <message>
         <source>HTTP error: %1</source>
@@ -215,9 +271,12 @@ Options:
   --select                 Open the area selector.
   --status                 Print the area, whether it is being shared, the
                            frames shown in the last second and the frames
-                           dropped, as JSON.
+                           dropped, the back end, and whether clicks are
+                           shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
+  --backend=NAME           Read the screen by gnome, portal or x11, instead of
+                           the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -237,11 +296,14 @@ Options&#xa0;:
   --stop                   Arrêter le partage.
   --select                 Sélectionner la zone à l’écran.
   --status                 Afficher en JSON la zone, si elle est partagée, le
-                           nombre d’images montrées dans la dernière seconde et
-                           celui des images perdues.
+                           nombre d’images montrées dans la dernière seconde,
+                           celui des images perdues, l’accès à l’écran et si
+                           les clics sont montrés.
   --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
                            de sortie, pour les programmes qui ne proposent que
                            ce qu’il liste.
+  --backend=NAME           Accéder à l’écran par gnome, portal ou x11, au lieu
+                           du premier qui fonctionne.
   -h, --help               Afficher cette aide et quitter.
   -v, --version            Afficher la version et quitter.
 

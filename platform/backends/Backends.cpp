@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/backends/Backends.h"
 
+#include "platform/Log.h"
+#include "platform/gnome/GnomeRecording.h"
+#include "platform/gnome/GnomeScreenSource.h"
+#include "platform/portal/PortalScreenSource.h"
 #include "platform/x11/DisplayName.h"
 #include "platform/x11/X11Backend.h"
 
@@ -13,19 +17,57 @@ namespace glimmerpane
 namespace
 {
 
+using Tokens = std::shared_ptr<RestoreTokenStore>;
+
 /** One way to share; the first whose probe succeeds is chosen. */
 struct Candidate {
     const char *name;
     bool (*isUsable)();
-    Backend (*make)(const BackendRequest &request);
+    Backend (*make)(const BackendRequest &request, const Tokens &tokens);
 };
 
+bool isWaylandSession()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+/**
+ * The windows of a Wayland session: Xwayland shows ours. It reports only presses over X11 windows,
+ * which is worse than none.
+ */
+Backend xwaylandBackend(const BackendRequest &request)
+{
+    Backend backend = x11::makeBackend(request.listsOutput);
+    backend.presses = nullptr;
+    return backend;
+}
+
+Backend makeGnomeBackend(const BackendRequest &request, const Tokens & /*tokens*/)
+{
+    Backend backend = xwaylandBackend(request);
+    backend.screen = std::make_shared<gnome::GnomeScreenSource>(backend.displays);
+    return backend;
+}
+
+Backend makePortalBackend(const BackendRequest &request, const Tokens &tokens)
+{
+    Backend backend = xwaylandBackend(request);
+    backend.screen = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens);
+    return backend;
+}
+
 constexpr std::array candidates{
-    Candidate{
-        .name = "x11",
-        .isUsable = [] { return true; },
-        .make
-        = [](const BackendRequest &request) { return x11::makeBackend(request.listsOutput); }},
+    Candidate{.name = "gnome",
+              .isUsable = [] { return isWaylandSession() && gnome::isScreenCastThere(); },
+              .make = makeGnomeBackend},
+    Candidate{.name = "portal",
+              .isUsable = [] { return isWaylandSession() && portal::isScreenCastThere(); },
+              .make = makePortalBackend},
+    Candidate{.name = "x11",
+              .isUsable = [] { return true; },
+              .make
+              = [](const BackendRequest &request,
+                   const Tokens & /*tokens*/) { return x11::makeBackend(request.listsOutput); }},
 };
 
 } // namespace
@@ -57,7 +99,7 @@ bool isSameDisplay(const QString &one, const QString &other)
     return x11::isSameDisplay(one, other);
 }
 
-std::expected<Backend, Error> makeBackend(const BackendRequest &request)
+std::expected<Backend, Error> makeBackend(const BackendRequest &request, const Tokens &tokens)
 {
     const auto chosen = std::ranges::find_if(candidates, [&](const Candidate &candidate) {
         return request.name.isEmpty() ? candidate.isUsable()
@@ -70,7 +112,11 @@ std::expected<Backend, Error> makeBackend(const BackendRequest &request)
                   .log = {},
                   .outcome = Outcome::unavailable});
     }
-    return chosen->make(request);
+    Backend backend = chosen->make(request, tokens);
+    backend.name = QLatin1String(chosen->name);
+    qCInfo(platformLog) << "back end" << backend.name << "on"
+                        << qEnvironmentVariable("XDG_CURRENT_DESKTOP") << displayName();
+    return backend;
 }
 
 } // namespace glimmerpane

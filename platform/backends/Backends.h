@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Backend.h"
+#include "services/RestoreTokenStore.h"
 
 #include <QStringList>
 
@@ -23,7 +24,11 @@ QString displayName();
 /** Whether two such names mean the same display. */
 bool isSameDisplay(const QString &one, const QString &other);
 
-/** The named back end, or else the first that works here. Needs a QGuiApplication. */
-std::expected<Backend, Error> makeBackend(const BackendRequest &request);
+/**
+ * The named back end, or else the first that works here. `tokens` saves the user the desktop's
+ * question about recording the screen. Needs a QGuiApplication.
+ */
+std::expected<Backend, Error> makeBackend(const BackendRequest &request,
+                                          const std::shared_ptr<RestoreTokenStore> &tokens);
 
 } // namespace glimmerpane

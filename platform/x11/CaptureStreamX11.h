@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/CaptureStream.h"
+#include "platform/FileDescriptor.h"
 #include "platform/x11/CaptureLoop.h"
-#include "platform/x11/FileDescriptor.h"
 
 #include <QThread>
 #include <QThreadPool>

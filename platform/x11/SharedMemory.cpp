@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/SharedMemory.h"
 
-#include "platform/x11/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -50,8 +50,10 @@ std::expected<SharedMemory, Error> SharedMemory::create(const Connection &connec
     SharedMemory memory;
     memory.mapping_ = {static_cast<std::byte *>(mapped), UnmapMemory{bytes}};
     const auto id = connection.newId();
-    // xcb closes the descriptor that it sends. The server only reads.
-    const auto attached = xcb_shm_attach_fd_checked(connection.get(), id, file.release(), 1);
+    // xcb closes the descriptor that it sends. The server refuses a pixmap in memory that it may
+    // only read.
+    constexpr std::uint8_t readOnly = 0;
+    const auto attached = xcb_shm_attach_fd_checked(connection.get(), id, file.release(), readOnly);
     if (auto result = connection.check(attached, "ShmAttachFd"); !result) {
         return std::unexpected(result.error());
     }

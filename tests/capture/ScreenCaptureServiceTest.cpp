@@ -127,8 +127,8 @@ struct Fixture {
     Fixture()
     {
         desktop.all = {{.name = {}, .pixels = {100, 0, 1440, 900}}};
-        service->setOnCaptureEnded([this](const QString &reason) {
-            QCOMPARE(reason, QStringLiteral("gone"));
+        service->setOnCaptureEnded([this](const Error &reason) {
+            QCOMPARE(reason.text, QStringLiteral("gone"));
             QCOMPARE(QThread::currentThread(), QCoreApplication::instance()->thread());
             ++ends;
         });

@@ -27,8 +27,8 @@ struct Session : FakeApplication {
 
 /** Captures what is printed on standard output. */
 struct StandardOutput {
-    const x11::FileDescriptor own{dup(STDOUT_FILENO)};
-    const x11::FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
+    const FileDescriptor own{dup(STDOUT_FILENO)};
+    const FileDescriptor printed{memfd_create("printed", MFD_CLOEXEC)};
 
     StandardOutput() { dup2(printed.get(), STDOUT_FILENO); }
     ~StandardOutput() { dup2(own.get(), STDOUT_FILENO); }
@@ -71,7 +71,12 @@ const Step fail = [](Session &s) {
 };
 const Step stop = [](Session &s) { s.viewModel->stopSharing(); };
 const Step closeWindow = [](Session &s) { s.coordinator->isVisible = false; };
-const Step end = [](Session &s) { s.capture->onCaptureEnded(QStringLiteral("why")); };
+const Step end
+    = [](Session &s) { s.capture->onCaptureEnded({.text = QStringLiteral("why"), .log = {}}); };
+const Error endedByUser{.text = {}, .log = {}, .outcome = Outcome::cancelled};
+const Step endOutside = [](Session &s) { s.capture->onCaptureEnded(endedByUser); };
+const Step failOutside
+    = [](Session &s) { s.capture->starts.back()->complete(std::unexpected(endedByUser)); };
 const Step watch = [](Session &) {
     const WatchTurns turns;
     QTRY_VERIFY(turns.count > 0);
@@ -194,6 +199,9 @@ private Q_SLOTS:
         row("close while it starts", {start, answer, closeWindow, watch, succeed}, "*, stop, told");
         row("end", {start, answer, succeed, end, start, answer}, "*, close, told, ~, *", "session");
         row("end while it starts", {start, answer, end, succeed}, "*, close, told, ~");
+        row("end outside", {start, answer, succeed, endOutside, start, answer}, "*, close, told, *",
+            "session");
+        row("end outside while it starts", {start, answer, failOutside}, "*, told, close");
         row("stop at once", {endNow, start, answer, succeed, endNow, start, answer},
             "*, close, stop, told, *", "session");
         row("stop at once during the check", {start, endNow, answer}, "");

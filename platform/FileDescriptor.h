@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace glimmerpane::x11
+namespace glimmerpane
 {
 
 /** Owns a file descriptor. Move-only. */
@@ -44,4 +44,4 @@ private:
     int descriptor_ = -1;
 };
 
-} // namespace glimmerpane::x11
+} // namespace glimmerpane

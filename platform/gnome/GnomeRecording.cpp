@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "platform/gnome/GnomeRecording.h"
+
+#include "platform/Answer.h"
+#include "platform/Log.h"
+#include "platform/bus/BusSignal.h"
+
+#include <QCoroFuture>
+#include <QDBusObjectPath>
+#include <QTimer>
+
+#include <chrono>
+#include <optional>
+#include <utility>
+
+namespace glimmerpane::gnome
+{
+
+namespace
+{
+
+using namespace std::chrono_literals;
+
+// The interfaces are described in mutter's org.gnome.Mutter.ScreenCast.xml.
+const BusObject &screenCast()
+{
+    static const BusObject object{.service = QStringLiteral("org.gnome.Mutter.ScreenCast"),
+                                  .path = QStringLiteral("/org/gnome/Mutter/ScreenCast"),
+                                  .interface = QStringLiteral("org.gnome.Mutter.ScreenCast")};
+    return object;
+}
+
+BusObject part(const QVariantList &reply, const QString &interface)
+{
+    return {.service = screenCast().service,
+            .path = reply.value(0).value<QDBusObjectPath>().path(),
+            .interface = screenCast().interface + interface};
+}
+
+// How the pointer comes, in the numbers of the interface.
+constexpr uint hiddenPointer = 0;
+constexpr uint embeddedPointer = 1;
+constexpr uint pointerAsMetadata = 2;
+
+/**
+ * The pointer apart from the picture is cheaper, but mutter 43 crashes, and the desktop with it,
+ * when the pointer enters an area that is recorded so. Version 48 does not.
+ */
+QCoro::Task<uint> shownPointer()
+{
+    const BusObject shell{.service = QStringLiteral("org.gnome.Shell"),
+                          .path = QStringLiteral("/org/gnome/Shell"),
+                          .interface = QStringLiteral("org.gnome.Shell")};
+    const QVariant version = co_await shell.property(QStringLiteral("ShellVersion"));
+    qCInfo(platformLog) << "GNOME Shell" << version.toString();
+    constexpr int soundVersion = 48;
+    const int major = version.toString().section(u'.', 0, 0).toInt();
+    co_return major >= soundVersion ? pointerAsMetadata : embeddedPointer;
+}
+
+/** The shell answers within 100 ms. */
+constexpr auto longestWait = 10s;
+
+} // namespace
+
+/** A session of the shell's service; ends with the object. */
+class GnomeRecording::Session
+{
+public:
+    Session(BusObject session, const std::function<void()> &closed)
+        : session_(std::move(session))
+        , closed_(session_, QStringLiteral("Closed"), [closed](const QVariantList &) { closed(); })
+    {
+    }
+    Q_DISABLE_COPY_MOVE(Session)
+    ~Session() { session_.send(QStringLiteral("Stop")); }
+
+    const BusObject &object() const { return session_; }
+
+private:
+    const BusObject session_;
+    const BusSignal closed_;
+};
+
+GnomeRecording::GnomeRecording(std::unique_ptr<Session> session)
+    : session_(std::move(session))
+{
+}
+
+GnomeRecording::GnomeRecording(GnomeRecording &&other) noexcept = default;
+GnomeRecording &GnomeRecording::operator=(GnomeRecording &&other) noexcept = default;
+GnomeRecording::~GnomeRecording() = default;
+
+bool isScreenCastThere()
+{
+    return screenCast().isThere();
+}
+
+QCoro::Task<std::expected<GnomeRecording, Error>> GnomeRecording::start(
+    QRect area, bool showsCursor, std::function<void()> closed)
+{
+    const QVariantList noProperties{QVariantMap()};
+    const auto session = co_await screenCast().call(QStringLiteral("CreateSession"), noProperties);
+    if (!session) {
+        co_return std::unexpected(session.error());
+    }
+    GnomeRecording recording(
+        std::make_unique<Session>(part(*session, QStringLiteral(".Session")), closed));
+
+    uint pointer = hiddenPointer;
+    if (showsCursor) {
+        pointer = co_await shownPointer();
+    }
+    const QVariantMap properties{{QStringLiteral("cursor-mode"), pointer}};
+    const QVariantList what{area.x(), area.y(), area.width(), area.height(), properties};
+    const auto stream
+        = co_await recording.session_->object().call(QStringLiteral("RecordArea"), what);
+    if (!stream) {
+        co_return std::unexpected(stream.error());
+    }
+    const auto node = std::make_shared<Answer<std::optional<uint>>>();
+    const BusSignal added(
+        part(*stream, QStringLiteral(".Stream")), QStringLiteral("PipeWireStreamAdded"),
+        [node](const QVariantList &values) { node->give(values.value(0).toUInt()); });
+    QTimer::singleShot(longestWait, [node] { node->give(std::nullopt); });
+    const auto started = co_await recording.session_->object().call(QStringLiteral("Start"));
+    if (!started) {
+        co_return std::unexpected(started.error());
+    }
+    const auto number = co_await node->future();
+    if (!number) {
+        co_return std::unexpected(
+            Error{.text = Error::tr("The desktop has not delivered a picture of the screen."),
+                  .log = QStringLiteral("PipeWireStreamAdded did not come")});
+    }
+    recording.node_ = *number;
+    co_return recording;
+}
+
+} // namespace glimmerpane::gnome

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "platform/gnome/GnomeScreenSource.h"
+
+#include "platform/gnome/GnomeRecording.h"
+#include "platform/gnome/GnomeStream.h"
+
+#include <utility>
+
+namespace glimmerpane::gnome
+{
+
+GnomeScreenSource::GnomeScreenSource(std::shared_ptr<Displays> displays)
+    : displays_(std::move(displays))
+{
+}
+
+QCoro::Task<std::expected<ShareableContent, Error>> GnomeScreenSource::shareableContent(
+    Rect /*area*/)
+{
+    if (!isScreenCastThere()) {
+        co_return std::unexpected(
+            Error{.text = Error::tr("GNOME's screen-cast service is not running."),
+                  .log = QStringLiteral("org.gnome.Mutter.ScreenCast has no owner"),
+                  .outcome = Outcome::unavailable});
+    }
+    co_return ShareableContent{.displays = displays_->displays()};
+}
+
+std::unique_ptr<CaptureStream> GnomeScreenSource::makeCaptureStream(
+    const ContentFilter &filter, const StreamConfiguration &configuration)
+{
+    return std::make_unique<GnomeStream>(displays_, filter, configuration, background_);
+}
+
+} // namespace glimmerpane::gnome

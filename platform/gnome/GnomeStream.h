@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Displays.h"
+#include "platform/gnome/GnomeRecording.h"
+#include "platform/pipewire/RecordedStream.h"
+
+#include <QRect>
+#include <QTimer>
+
+#include <memory>
+#include <optional>
+
+namespace glimmerpane
+{
+class BusOwnerWatch;
+}
+
+namespace glimmerpane::gnome
+{
+
+/**
+ * A capture stream of an area that GNOME's shell records.
+ *
+ * The shell counts in its stage's units, from the top-left corner of all monitors. Those are the
+ * pixels of Xwayland's root window, at every scale (mutter 43 and 48, two monitors, scales 1 and
+ * 2).
+ */
+class GnomeStream final : public pipewire::RecordedStream
+{
+    Q_OBJECT
+
+public:
+    /** `background` waits for threads that have been told to stop. */
+    GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter &filter,
+                const StreamConfiguration &configuration, std::shared_ptr<QThreadPool> background);
+    ~GnomeStream() override;
+
+private:
+    QCoro::Task<Result> begin() override;
+    void release() override;
+    QCoro::Task<Result> record();
+    std::expected<QRect, Error> areaPixels() const;
+    void watchDisplays();
+    QCoro::Task<> followDisplays();
+
+    const std::shared_ptr<Displays> displays_;
+    const Rect area_; ///< points, desktop coordinates
+    const StreamConfiguration configuration_;
+    std::unique_ptr<BusOwnerWatch> shell_;
+    std::optional<GnomeRecording> recording_;
+    QTimer displaysSettled_;
+    QRect recorded_; ///< desktop pixels
+};
+
+} // namespace glimmerpane::gnome

@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: MIT
+#include "platform/portal/PortalGrant.h"
+
+#include "platform/Log.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QUuid>
+
+#include <utility>
+
+namespace glimmerpane::portal
+{
+
+namespace
+{
+
+/** A pair of numbers among a stream's properties. */
+std::optional<QPoint> pairIn(const QVariantMap &properties, const char *name)
+{
+    const QVariant value = properties.value(QLatin1String(name));
+    if (!value.canConvert<QDBusArgument>()) {
+        return std::nullopt;
+    }
+    const auto argument = value.value<QDBusArgument>();
+    int first = 0;
+    int second = 0;
+    argument.beginStructure();
+    argument >> first >> second;
+    argument.endStructure();
+    return QPoint(first, second);
+}
+
+/** The first stream of the answer, of type a(ua{sv}). */
+std::optional<std::pair<uint, QVariantMap>> streamIn(const QVariantMap &results)
+{
+    const QVariant value = results.value(QStringLiteral("streams"));
+    if (!value.canConvert<QDBusArgument>()) {
+        return std::nullopt;
+    }
+    const auto argument = value.value<QDBusArgument>();
+    std::pair<uint, QVariantMap> stream;
+    argument.beginArray();
+    if (argument.atEnd()) {
+        return std::nullopt;
+    }
+    argument.beginStructure();
+    argument >> stream.first >> stream.second;
+    return stream;
+}
+
+QVariantMap wantedSources(const QString &token, uint cursorModes)
+{
+    constexpr uint monitor = 1;
+    constexpr uint embedded = 2;
+    constexpr uint asMetadata = 4;
+    constexpr uint untilRevoked = 2;
+    QVariantMap options{
+        {QStringLiteral("types"), monitor},
+        {QStringLiteral("multiple"), false},
+        {QStringLiteral("cursor_mode"), (cursorModes & asMetadata) != 0 ? asMetadata : embedded},
+        {QStringLiteral("persist_mode"), untilRevoked}};
+    if (!token.isEmpty()) {
+        options[QStringLiteral("restore_token")] = token;
+    }
+    return options;
+}
+
+Error withoutStream()
+{
+    return {.text = Error::tr("The desktop could not start to record the screen."),
+            .log = QStringLiteral("the portal's answer names no stream")};
+}
+
+} // namespace
+
+/** A session of the portal; ends with the object. */
+class PortalGrant::Session
+{
+public:
+    explicit Session(const QString &path)
+        : object_{.service = screenCast().service,
+                  .path = path,
+                  .interface = QStringLiteral("org.freedesktop.portal.Session")}
+        , closed_(object_, QStringLiteral("Closed"), [this](const QVariantList &) {
+            isClosed_ = true;
+            if (onClosed_) {
+                onClosed_();
+            }
+        })
+    {
+    }
+    Q_DISABLE_COPY_MOVE(Session)
+    ~Session()
+    {
+        if (!isClosed_) {
+            object_.send(QStringLiteral("Close"));
+        }
+    }
+
+    QVariant handle() const { return QVariant::fromValue(QDBusObjectPath(object_.path)); }
+    void onClosed(std::function<void()> closed)
+    {
+        onClosed_ = std::move(closed);
+        if (isClosed_ && onClosed_) {
+            onClosed_();
+        }
+    }
+
+private:
+    const BusObject object_;
+    std::function<void()> onClosed_;
+    bool isClosed_ = false;
+    const BusSignal closed_;
+};
+
+PortalGrant::PortalGrant(std::unique_ptr<Session> session)
+    : session_(std::move(session))
+{
+}
+
+PortalGrant::PortalGrant(PortalGrant &&other) noexcept = default;
+PortalGrant &PortalGrant::operator=(PortalGrant &&other) noexcept = default;
+PortalGrant::~PortalGrant() = default;
+
+void PortalGrant::onClosed(std::function<void()> closed)
+{
+    session_->onClosed(std::move(closed));
+}
+
+QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &requests,
+                                                                QString token)
+{
+    const QVariant modesValue
+        = co_await screenCast().property(QStringLiteral("AvailableCursorModes"));
+    const uint modes = modesValue.toUInt();
+    const QVariantList nothing;
+    const QVariantMap naming{
+        {QStringLiteral("session_handle_token"),
+         QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128)}};
+    const auto created = co_await requests.ask(QStringLiteral("CreateSession"), nothing, naming);
+    if (!created) {
+        co_return std::unexpected(created.error());
+    }
+    PortalGrant grant(
+        std::make_unique<Session>(created->value(QStringLiteral("session_handle")).toString()));
+    const QVariantList session{grant.session_->handle()};
+    const QVariantMap sources = wantedSources(token, modes);
+    const auto selected = co_await requests.ask(QStringLiteral("SelectSources"), session, sources);
+    if (!selected) {
+        co_return std::unexpected(selected.error());
+    }
+    const QVariantList sessionAndParent{grant.session_->handle(), QString()};
+    const QVariantMap noOptions;
+    const auto started
+        = co_await requests.ask(QStringLiteral("Start"), sessionAndParent, noOptions);
+    if (!started) {
+        co_return std::unexpected(started.error());
+    }
+    const auto stream = streamIn(*started);
+    if (!stream) {
+        co_return std::unexpected(withoutStream());
+    }
+    const QVariantList sessionAndOptions{grant.session_->handle(), QVariantMap()};
+    const auto remote
+        = co_await screenCast().call(QStringLiteral("OpenPipeWireRemote"), sessionAndOptions);
+    if (!remote) {
+        co_return std::unexpected(remote.error());
+    }
+    auto descriptor = remote->value(0).value<QDBusUnixFileDescriptor>();
+    grant.node = stream->first;
+    grant.remote = FileDescriptor(descriptor.takeFileDescriptor());
+    grant.position = pairIn(stream->second, "position");
+    if (const auto extent = pairIn(stream->second, "size")) {
+        grant.size = QSize(extent->x(), extent->y());
+    }
+    grant.token = started->value(QStringLiteral("restore_token")).toString();
+    qCInfo(platformLog) << "the portal grants node" << grant.node << "at"
+                        << grant.position.value_or(QPoint()) << "of size"
+                        << grant.size.value_or(QSize()) << "cursor modes" << modes;
+    co_return grant;
+}
+
+} // namespace glimmerpane::portal

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/ScreenSource.h"
+#include "services/RestoreTokenStore.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+#include <memory>
+
+namespace glimmerpane::portal
+{
+
+class PortalGrant;
+class PortalRequests;
+
+/** Whether this session has a portal that records the screen. Waits for it. */
+bool isScreenCastThere();
+
+/**
+ * The screen of any desktop that has xdg-desktop-portal. The user chooses the monitor in the
+ * desktop's own dialog when sharing starts; a token saves the question from then on. The permission
+ * is good for one stream.
+ */
+class PortalScreenSource : public QObject, public ScreenSource
+{
+    Q_OBJECT
+
+public:
+    /** Without a store, the question comes each time. */
+    PortalScreenSource(std::shared_ptr<Displays> displays,
+                       std::shared_ptr<RestoreTokenStore> tokens);
+    ~PortalScreenSource() override;
+    Q_DISABLE_COPY_MOVE(PortalScreenSource)
+
+    QCoro::Task<std::expected<ShareableContent, Error>> shareableContent(Rect area) override;
+    void withdrawRequest() override;
+    std::unique_ptr<CaptureStream> makeCaptureStream(
+        const ContentFilter &filter, const StreamConfiguration &configuration) override;
+
+private:
+    QCoro::Task<std::expected<PortalGrant, Error>> ask(QString token);
+
+    const std::shared_ptr<Displays> displays_;
+    const std::shared_ptr<RestoreTokenStore> tokens_;
+    std::shared_ptr<PortalRequests> requests_; ///< while they are made
+    std::unique_ptr<PortalGrant> grant_; ///< not used yet
+    /** For calls that block; shared with the streams. Its destructor waits for them. */
+    const std::shared_ptr<QThreadPool> background_ = std::make_shared<QThreadPool>();
+};
+
+} // namespace glimmerpane::portal

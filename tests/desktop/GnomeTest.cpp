@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+#include "rig/CapturedWindow.h"
+#include "rig/ColorWindow.h"
+#include "rig/GnomeSession.h"
+#include "rig/PictureComparison.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusReply>
+#include <QFile>
+#include <QTest>
+
+#include <algorithm>
+#include <csignal>
+#include <functional>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+constexpr std::chrono::seconds patience{15};
+constexpr QRect area(920, 300, 340, 380); ///< desktop pixels; the portal's dialog is beside it
+constexpr QPoint emptyPlace(1100, 640); ///< in the area
+const QString outputTitle = QStringLiteral("Glimmerpane - Output");
+
+/** What the shell shows on a monitor of 1280x720 points. */
+namespace places
+{
+constexpr QPoint cancel(430, 249); ///< in the portal's dialog, as the next two
+constexpr QPoint firstMonitor(600, 402);
+constexpr QPoint share(851, 249);
+constexpr QPoint stopRecording(1204, 16);
+} // namespace places
+
+/** The program in a GNOME session, and what a viewer of its output window sees. */
+struct GnomeFixture {
+    explicit GnomeFixture(const QString &backend, const GnomeSession::Options &options = {})
+        : session(options)
+        , backend_(backend)
+    {
+    }
+
+    GnomeSession session;
+    const XClient client = required(XClient::connect(session.displayName()));
+    const ColorWindow red = required(
+        ColorWindow::show(client, {.rectangle = {910, 280, 300, 200}, .color = 0xffff0000}));
+    const ColorWindow changing = required(
+        ColorWindow::show(client, {.rectangle = {1000, 350, 111, 97}, .color = 0xff00ff00}));
+    const GnomeInput input = session.input();
+    mutable GnomeStream monitor = session.recordMonitor(0, GnomeScreenCast::Pointer::Embedded);
+    ChildProcess program;
+
+    void start(const QStringList &arguments)
+    {
+        auto environment = session.environment();
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"),
+                           QStringLiteral("glimmerpane.*.info=true"));
+        program = required(ChildProcess::start(
+            {.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+             .arguments = QStringList{QStringLiteral("--backend=") + backend_} + arguments,
+             .environment = environment}));
+    }
+    /** Starts the program, which shares, and answers the portal's dialog. */
+    void share(const QRect &rectangle = area)
+    {
+        showPointer();
+        start({QStringLiteral("--area=%1,%2,%3x%4")
+                   .arg(rectangle.x())
+                   .arg(720 - rectangle.y() - rectangle.height())
+                   .arg(rectangle.width())
+                   .arg(rectangle.height()),
+               QStringLiteral("--share")});
+        if (backend_ == u"portal") {
+            answer(places::firstMonitor);
+            answer(places::share);
+        }
+    }
+    /** Moves it: the shell has no image of a pointer that was never shown. */
+    void showPointer()
+    {
+        const auto corner = [this] { return seen({0, 600, 200, 100}); };
+        require(waitFor([&] { return !corner().isNull(); }, patience), "the monitor shows nothing");
+        const QImage empty = corner();
+        input.moveTo({100, 650});
+        require(waitFor([&] { return corner() != empty; }, patience), "there is no pointer");
+    }
+    /** Clicks in the portal's dialog until that changes it. */
+    void answer(QPoint place) const
+    {
+        require(waitFor([this] { return isDialogShown(); }, patience), "no dialog is shown");
+        const auto look = [this] { return seen({380, 226, 520, 300}); };
+        const auto takesClick = [&] {
+            input.moveTo(place);
+            const QImage calm = settled(look);
+            input.click(place);
+            return waitFor([&] { return look() != calm; }, std::chrono::seconds(2));
+        };
+        require(waitFor(takesClick, patience), "the dialog takes no click");
+    }
+    /** Stops what the shell records, which ends our own view and input, too. */
+    void stopRecording() const
+    {
+        input.moveTo(places::stopRecording);
+        try {
+            input.press();
+            input.release();
+        } catch (const Failure &) {
+            return; // the press was enough
+        }
+    }
+    bool isDialogShown() const
+    {
+        return std::ranges::any_of(session.windows(), [](const auto &window) {
+            return window.application.contains(u"portal") || window.windowClass.contains(u"portal");
+        });
+    }
+    /** A picture that stays for a moment: animations have ended. */
+    static QImage settled(const std::function<QImage()> &look)
+    {
+        QImage picture = look();
+        while (waitFor([&] { return look() != picture; }, std::chrono::milliseconds(600))) {
+            picture = look();
+        }
+        return picture;
+    }
+    QByteArray command(const char *option) const
+    {
+        auto other = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                   .arguments = {QString::fromLatin1(option)},
+                                                   .environment = session.environment()}));
+        return other.waitForEnd(patience) ? other.output() : "it does not end";
+    }
+
+    QImage output() const
+    {
+        const auto window = findWindow(client, outputTitle, Listing::All);
+        const auto picture = window ? windowPicture(client, *window) : failure({});
+        return picture.value_or(QImage());
+    }
+    bool becomesHidden() const
+    {
+        return waitFor([this] { return !findWindow(client, outputTitle, Listing::All); }, patience);
+    }
+    /** How many windows of the program the user sees. */
+    auto shownWindows() const
+    {
+        return std::ranges::count_if(session.windows(), [](const auto &window) {
+            return window.windowClass.compare(u"glimmerpane", Qt::CaseInsensitive) == 0
+                && window.title != outputTitle;
+        });
+    }
+    bool becomesWindows(int count) const
+    {
+        return waitFor([&] { return shownWindows() == count; }, patience);
+    }
+    QImage seen(const QRect &rectangle) const { return monitor->picture().copy(rectangle); }
+    bool showsArea(const QRect &rectangle = area) const
+    {
+        return becomeEqual([&] { return output(); }, [&] { return seen(rectangle); }, patience);
+    }
+    QByteArray settings() const
+    {
+        QFile file(session.environment().value(QStringLiteral("XDG_CONFIG_HOME"))
+                   + QStringLiteral("/glimmerpane/glimmerpane.ini"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    bool isAreaSaved() const { return settings().contains("920.0"); }
+    pid_t processOf(const QString &service) const
+    {
+        const QDBusReply<uint> process = session.bus().interface()->servicePid(service);
+        return static_cast<pid_t>(process.value());
+    }
+
+private:
+    const QString backend_;
+};
+
+} // namespace
+
+/** The program in a GNOME session on Wayland. */
+class GnomeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void output_showsTheArea_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addRow("gnome") << QStringLiteral("gnome");
+        QTest::addRow("portal") << QStringLiteral("portal");
+    }
+    void output_showsTheArea()
+    {
+        QFETCH(const QString, backend);
+        GnomeFixture fixture(backend);
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        fixture.changing.setColor(0xff0000ff);
+        QVERIFY(fixture.showsArea());
+        const auto corner = [](const QImage &picture) {
+            return picture.copy(QRect(emptyPlace - area.topLeft(), QSize(40, 40)));
+        };
+        const QImage empty = corner(fixture.output());
+        fixture.input.moveTo(emptyPlace);
+        QVERIFY(waitFor([&] { return corner(fixture.output()) != empty; }, patience));
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        fixture.input.moveTo({100, 600});
+        QVERIFY(waitFor([&] { return corner(fixture.output()) == empty; }, patience));
+        const QByteArray status = fixture.command("--status");
+        QVERIFY2(status.contains(backend.toUtf8()) && status.contains(R"("clicks":"none")"),
+                 status);
+
+        fixture.command("--stop");
+        QVERIFY(fixture.becomesHidden());
+        fixture.command("--share"); // without a question
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        fixture.stopRecording();
+        QVERIFY(fixture.becomesHidden());
+        QCOMPARE(fixture.shownWindows(), 1);
+        QVERIFY(fixture.command("--status").contains(R"("sharing":false)"));
+        QVERIFY(fixture.isAreaSaved());
+    }
+
+    void loss_endsTheSession_data()
+    {
+        QTest::addColumn<QString>("backend");
+        QTest::addColumn<QString>("service"); // on the bus; empty for PipeWire
+        QTest::addRow("gnome without PipeWire") << QStringLiteral("gnome") << QString();
+        QTest::addRow("portal without PipeWire") << QStringLiteral("portal") << QString();
+        QTest::addRow("portal without portal")
+            << QStringLiteral("portal") << QStringLiteral("org.freedesktop.portal.Desktop");
+    }
+    void loss_endsTheSession()
+    {
+        QFETCH(const QString, backend);
+        QFETCH(const QString, service);
+        GnomeFixture fixture(backend);
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        if (service.isEmpty()) {
+            fixture.session.endPipeWire();
+        } else {
+            ::kill(fixture.processOf(service), SIGKILL);
+        }
+        QVERIFY2(fixture.becomesHidden(), fixture.program.output());
+        QVERIFY2(fixture.becomesWindows(2), fixture.program.output());
+        QVERIFY(fixture.program.isRunning());
+        QVERIFY(fixture.command("--share").contains("showing a message"));
+        QVERIFY(fixture.isAreaSaved());
+    }
+
+    void refusal_isToldOnce()
+    {
+        GnomeFixture fixture(QStringLiteral("portal"));
+        fixture.start({QStringLiteral("--area=920,40,340x380"), QStringLiteral("--share")});
+        QVERIFY(waitFor([&] { return fixture.isDialogShown(); }, patience));
+        fixture.command("--stop");
+        QVERIFY(waitFor([&] { return !fixture.isDialogShown(); }, patience));
+        QCOMPARE(fixture.shownWindows(), 1);
+        const auto says = [&] { return fixture.program.output(); };
+        QVERIFY2(waitFor([&] { return says().contains("stopped before it started"); }, patience),
+                 says());
+
+        auto again = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                   .arguments = {QStringLiteral("--share")},
+                                                   .environment = fixture.session.environment()}));
+        fixture.answer(places::cancel);
+        QVERIFY(fixture.becomesWindows(2));
+        QVERIFY(again.waitForEnd(patience));
+        QVERIFY2(again.output().contains("declined"), again.output());
+        QVERIFY(!fixture.settings().contains("screenCastToken=@ByteArray(\"\\\\"));
+        QVERIFY(fixture.isAreaSaved());
+    }
+};
+
+QTEST_GUILESS_MAIN(GnomeTest)
+#include "GnomeTest.moc"
