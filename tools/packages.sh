@@ -27,9 +27,9 @@ test_packages=(
     x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
 )
 # shellcheck disable=SC2034
-package_packages=(
-    dpkg-dev file lintian debootstrap debian-archive-keyring util-linux xvfb x11-utils
-)
+debian_packages=(debootstrap debian-archive-keyring util-linux)
+# shellcheck disable=SC2034
+package_packages=("${debian_packages[@]}" dpkg-dev file lintian xvfb x11-utils)
 # For bench/run: the tools that it compares the program with.
 # shellcheck disable=SC2034
 bench_packages=(

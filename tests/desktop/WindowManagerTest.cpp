@@ -237,9 +237,17 @@ private Q_SLOTS:
         }
         {
             const auto compositor = startManager("picom", startCompositor);
-            QImage grey(visibleCorner.size(), QImage::Format_RGB32); // picom's own root
-            grey.fill(0xff808080);
-            QVERIFY(fixture.becomesListed() && fixture.isUnseen(grey));
+            // It paints a root of its own, which is grey in picom 9 and black in picom 12.
+            const QRect farCorner(screen.topRight(), QSize(1, 1));
+            QRgb root = 0;
+            const auto paintsRoot = [&] {
+                root = required(fixture.client.screenshot(farCorner)).pixel(0, 0);
+                return root != without.pixel(0, 0);
+            };
+            QVERIFY(waitFor(paintsRoot, patience));
+            QImage onlyRoot(visibleCorner.size(), QImage::Format_RGB32);
+            onlyRoot.fill(root);
+            QVERIFY(fixture.becomesListed() && fixture.isUnseen(onlyRoot));
         }
         QVERIFY(fixture.isUnseen(without));
         QCOMPARE(fixture.outputWindow(), output);

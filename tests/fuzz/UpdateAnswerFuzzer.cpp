@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         agreesWithQt(*info, json);
     } else {
         isOneShortLine(info.error().text);
-        isOneShortLine(info.error().description);
+        isOneShortLine(info.error().log);
     }
     return 0;
 }
