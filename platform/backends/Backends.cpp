@@ -39,6 +39,9 @@ Backend xwaylandBackend(const BackendRequest &request)
 {
     Backend backend = x11::makeBackend(request.listsOutput);
     backend.presses = nullptr;
+    if (gnome::isScreenCastThere()) {
+        backend.outputWindows = x11::iconicOutputWindows(backend.displays);
+    }
     return backend;
 }
 

@@ -2,6 +2,7 @@
 #include "platform/x11/X11Backend.h"
 
 #include "platform/x11/DisplaysX11.h"
+#include "platform/x11/IconicWindowX11.h"
 #include "platform/x11/ManagedWindowX11.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
@@ -34,6 +35,30 @@ public:
 
 private:
     const bool listed_;
+};
+
+class IconicWindowsX11 : public OutputWindows
+{
+public:
+    explicit IconicWindowsX11(std::shared_ptr<Displays> displays)
+        : displays_(std::move(displays))
+    {
+    }
+
+    std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
+                                                             QSize size) override
+    {
+        const auto display = displays_->mainDisplay();
+        if (!display) {
+            return IconicWindowX11::create(title, size);
+        }
+        const QRect whole({}, display->pixels.size());
+        const bool fits = whole.contains(QRect({}, size));
+        return IconicWindowX11::create(title, fits ? size : aspectFit(size, whole).size());
+    }
+
+private:
+    const std::shared_ptr<Displays> displays_;
 };
 
 class OverlaysX11 : public Overlays
@@ -74,6 +99,11 @@ Backend makeBackend(bool listsOutput)
             .overlays = std::make_shared<OverlaysX11>(),
             .presses = std::make_shared<PressesX11>(),
             .shell = std::make_shared<ShellX11>()};
+}
+
+std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays)
+{
+    return std::make_shared<IconicWindowsX11>(std::move(displays));
 }
 
 } // namespace glimmerpane::x11

@@ -15,4 +15,10 @@ std::expected<void, Error> checkDisplay();
  */
 Backend makeBackend(bool listsOutput);
 
+/**
+ * Output windows for GNOME on Wayland, which lists managed windows only: minimised ones. None is
+ * larger than the main display, because GNOME would cut off the rest.
+ */
+std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays);
+
 } // namespace glimmerpane::x11
