@@ -11,6 +11,9 @@ find_package(PkgConfig REQUIRED)
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
                   xcb xcb-composite xcb-damage xcb-xfixes xcb-render xcb-renderutil
                   xcb-randr xcb-shm xcb-xinput xcb-cursor)
+pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
+pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
+pkg_get_variable(WAYLAND_PROTOCOLS_DIR wayland-protocols pkgdatadir)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     qcoro_enable_coroutines() # adds an option that clang no longer knows or needs
 endif()

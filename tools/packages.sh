@@ -10,13 +10,14 @@ build_packages=(
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
     libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev
+    libwayland-dev libwayland-bin wayland-protocols
 )
 # shellcheck disable=SC2034
 demo_packages=(xvfb openbox fonts-dejavu-core)
 # shellcheck disable=SC2034
 test_packages=(
     "${demo_packages[@]}"
-    xfwm4 metacity i3-wm icewm fluxbox
+    xfwm4 metacity i3-wm icewm fluxbox sway xwayland grim
     picom x11-xserver-utils dbus at-spi2-core locales openssl chromium chromium-driver
     firefox-esr clang-format-19 clang-tidy-19
     x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
