@@ -50,8 +50,9 @@ std::expected<SharedMemory, Error> SharedMemory::create(const Connection &connec
     SharedMemory memory;
     memory.mapping_ = {static_cast<std::byte *>(mapped), UnmapMemory{bytes}};
     const auto id = connection.newId();
-    // xcb closes the descriptor that it sends. The server only reads.
-    const auto attached = xcb_shm_attach_fd_checked(connection.get(), id, file.release(), 1);
+    // xcb closes the descriptor that it sends. The server only reads, but makes a pixmap only of
+    // memory that it may write.
+    const auto attached = xcb_shm_attach_fd_checked(connection.get(), id, file.release(), 0);
     if (auto result = connection.check(attached, "ShmAttachFd"); !result) {
         return std::unexpected(result.error());
     }
