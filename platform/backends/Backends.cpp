@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/backends/Backends.h"
 
+#include "platform/wlroots/WlrootsBackend.h"
 #include "platform/x11/DisplayName.h"
 #include "platform/x11/X11Backend.h"
 
@@ -21,6 +22,11 @@ struct Candidate {
 };
 
 constexpr std::array candidates{
+    Candidate{
+        .name = "wlroots",
+        .isUsable = wlroots::isUsable,
+        .make
+        = [](const BackendRequest &request) { return wlroots::makeBackend(request.listsOutput); }},
     Candidate{
         .name = "x11",
         .isUsable = [] { return true; },

@@ -30,11 +30,6 @@ Content askCompositor()
 
 } // namespace
 
-bool canCopyScreen()
-{
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && WaylandSession::open().has_value();
-}
-
 QCoro::Task<Content> ScreenSourceWlroots::shareableContent(Rect /*area*/)
 {
     auto request = QtConcurrent::run(background_.get(), askCompositor);

@@ -8,9 +8,6 @@
 namespace glimmerpane::wlroots
 {
 
-/** Whether $WAYLAND_DISPLAY names a compositor that lets its clients copy the screen. Waits. */
-bool canCopyScreen();
-
 /** The compositor's own copies of the screen. No dialog asks for permission. */
 class ScreenSourceWlroots : public ScreenSource
 {

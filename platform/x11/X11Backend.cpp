@@ -65,6 +65,12 @@ std::expected<void, Error> checkDisplay()
     return {};
 }
 
+std::expected<std::unique_ptr<OutputWindow>, Error> makeOutputWindowAt(const QString &title,
+                                                                       QRect frame)
+{
+    return OffscreenWindowX11::createAt(title, frame);
+}
+
 Backend makeBackend(bool listsOutput)
 {
     return {.name = QStringLiteral("x11"),

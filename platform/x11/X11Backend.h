@@ -15,4 +15,11 @@ std::expected<void, Error> checkDisplay();
  */
 Backend makeBackend(bool listsOutput);
 
+/**
+ * A hidden output window for a place that a display shows, so that this display shows nothing else;
+ * root pixels. No window manager moves it, and it never takes the keyboard.
+ */
+std::expected<std::unique_ptr<OutputWindow>, Error> makeOutputWindowAt(const QString &title,
+                                                                       QRect frame);
+
 } // namespace glimmerpane::x11
