@@ -23,7 +23,6 @@ namespace
 const QString areaOption = QStringLiteral("--area=40,180,320x240");
 constexpr QRect area(40, 300, 320, 240);
 constexpr QPoint aside(1200, 50);
-const QString ownOutput = QStringLiteral("HEADLESS-2"); // the next name that sway gives
 const QString firstOutput = QStringLiteral("HEADLESS-1");
 
 /** The built program in a private sway, operated as by a user. */
@@ -74,12 +73,23 @@ struct SwayFixture {
         return required(ColorWindow::show(client, {.rectangle = rectangle, .color = color}));
     }
 
+    /** Where the output is that is not the first one; empty if there is none. */
+    QRect ownPlace() const
+    {
+        for (const QString &name : server.outputNames()) {
+            if (name != firstOutput) {
+                return server.outputPlace(name);
+            }
+        }
+        return {};
+    }
+
     /** The rectangle of the output made for the window, once it has this size. */
     QRect awaitOutput(QSize size) const
     {
         QRect place;
         const auto isThere = [&] {
-            place = server.outputPlace(ownOutput);
+            place = ownPlace();
             return place.size() == size;
         };
         if (!waitFor(isThere, patience)) {
@@ -100,7 +110,7 @@ struct SwayFixture {
     /** Whether the output of our own is gone or, where sway keeps it, shows nothing of the area. */
     bool showsNothing() const
     {
-        const QRect place = server.outputPlace(ownOutput);
+        const QRect place = ownPlace();
         return place.isEmpty() || !contains(server.screenshot(place), sign);
     }
 
@@ -210,7 +220,7 @@ private Q_SLOTS:
         QVERIFY(fixture.server.outputPlace(firstOutput).contains(place()->topLeft()));
         QVERIFY(
             fixture.server.command(QStringLiteral("reload"))); // which forgets the output's mode
-        QVERIFY(waitFor([&] { return fixture.server.outputPlace(ownOutput) == output; }, patience));
+        QVERIFY(waitFor([&] { return fixture.ownPlace() == output; }, patience));
         QVERIFY(fixture.showsArea(output));
     }
 
