@@ -43,7 +43,7 @@ public:
         Hidden,
         Shown,
     };
-    /** What grim reads of a rectangle of the desktop. */
+    /** What grim reads of a rectangle of the desktop; null while outputs come and go. */
     QImage screenshot(QRect rectangle, Pointer pointer = Pointer::Hidden) const;
 
 private:

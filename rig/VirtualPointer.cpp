@@ -108,14 +108,11 @@ void VirtualPointer::sendButton(bool isDown) const
     wl_display_roundtrip(handles_->display);
 }
 
-void VirtualPointer::drag(QPoint from, QPoint to) const
+void VirtualPointer::leap(QPoint from, QPoint to) const
 {
-    constexpr int steps = 10;
     moveTo(from);
     press();
-    for (int step = 1; step <= steps; ++step) {
-        moveTo(from + (to - from) * step / steps);
-    }
+    moveTo(to);
     release();
 }
 

@@ -35,8 +35,8 @@ public:
         release();
     }
 
-    /** Presses at the first place, moves in steps and releases at the second. */
-    void drag(QPoint from, QPoint to) const;
+    /** A drag without a step between its ends. */
+    void leap(QPoint from, QPoint to) const;
 
 private:
     struct Handles;

@@ -224,6 +224,48 @@ private Q_SLOTS:
         QVERIFY(fixture.showsArea(output));
     }
 
+    void selector_followsThePointer_alsoOutsideOfIt()
+    {
+        SwayFixture fixture;
+        fixture.start({QStringLiteral("--area=100,100,600x400"), QStringLiteral("--select")});
+        const auto isOpen = [&] {
+            const auto overlay
+                = findWindow(fixture.client, QStringLiteral("Glimmerpane - Area"), Listing::All);
+            return overlay && isViewable(fixture.client, *overlay);
+        };
+        const auto shows = [&](QPoint place, QRgb color) {
+            return waitFor(
+                [&] {
+                    const QImage pixel = fixture.server.screenshot({place, QSize(1, 1)});
+                    return !pixel.isNull() && pixel.pixel(0, 0) == color;
+                },
+                patience);
+        };
+        constexpr QRgb background = 0xff336699; // as the rig has configured it
+        constexpr QRgb handle = 0xff007aff;
+        QVERIFY(waitFor(isOpen, patience));
+        QVERIFY(shows({105, 225}, handle)); // its top-left corner, 100 points above the bottom
+        QVERIFY(shows({105, 100}, background));
+        // By its inside, then by its right edge; each in one leap, far out of where it was.
+        fixture.pointer.leap({150, 350}, {250, 150});
+        QVERIFY(shows({205, 25}, handle));
+        QVERIFY(shows({105, 600}, background));
+        fixture.pointer.leap({798, 120}, {1100, 500});
+        QVERIFY(shows({1095, 25}, handle));
+        // A press beside it does nothing.
+        fixture.pointer.leap({100, 700}, {600, 100});
+        QVERIFY(shows({205, 25}, handle));
+        constexpr QPoint confirm(650, 205);
+        fixture.pointer.click(confirm);
+        QVERIFY(waitFor([&] { return !isOpen(); }, patience));
+        QByteArray status;
+        const auto isSaved = [&] {
+            return fixture.obeys({QStringLiteral("--status")}, &status)
+                && status.contains(R"("area":{"x":200.0,"y":300.0,"width":900.0,"height":400.0})");
+        };
+        QVERIFY2(waitFor(isSaved, patience), status.constData());
+    }
+
     void output_followsAnAnimation()
     {
         SwayFixture fixture;
