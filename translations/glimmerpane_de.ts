@@ -49,6 +49,10 @@
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
         <translation>Der Bereich kann nicht ausgewählt werden, solange er freigegeben ist. Beenden Sie zuerst die Freigabe.</translation>
     </message>
+    <message>
+        <source>Glimmerpane is already running with another back end. Quit it first.</source>
+        <translation>Glimmerpane läuft bereits mit einem anderen Backend. Beenden Sie es zuerst.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::ContentView</name>
@@ -130,6 +134,70 @@
     <message>
         <source>The area is not on any display. Move it onto one.</source>
         <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
+    </message>
+    <message>
+        <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
+        <translation>Das Backend „%1“ gibt es nicht. Verwenden Sie eines von: %2.</translation>
+    </message>
+    <message>
+        <source>%1 is only offered by programs that share X11 windows, because this compositor makes no output for it: %2</source>
+        <translation>%1 wird nur von Programmen angeboten, die X11-Fenster teilen, denn dieser Compositor legt keine Ausgabe dafür an: %2</translation>
+    </message>
+    <message>
+        <source>The connection to the Wayland compositor was lost.</source>
+        <translation>Die Verbindung zum Wayland-Compositor ist abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor no longer delivers pictures of the screen.</source>
+        <translation>Der Wayland-Compositor liefert keine Bilder des Bildschirms mehr.</translation>
+    </message>
+    <message>
+        <source>Sway does not answer.</source>
+        <translation>Sway antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>SWAYSOCK names no socket of sway.</source>
+        <translation>SWAYSOCK nennt keinen Socket von Sway.</translation>
+    </message>
+    <message>
+        <source>Sway has made no output.</source>
+        <translation>Sway hat keine Ausgabe angelegt.</translation>
+    </message>
+    <message>
+        <source>Cannot write to the folder that XDG_RUNTIME_DIR names.</source>
+        <translation>In den Ordner, den XDG_RUNTIME_DIR nennt, lässt sich nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>Sway does not give an output the size of the area.</source>
+        <translation>Sway gibt einer Ausgabe nicht die Größe des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Cannot connect to the Wayland compositor (WAYLAND_DISPLAY is &quot;%1&quot;).</source>
+        <translation>Keine Verbindung zum Wayland-Compositor (WAYLAND_DISPLAY ist „%1“).</translation>
+    </message>
+    <message>
+        <source>This Wayland compositor does not let programs read the screen.</source>
+        <translation>Dieser Wayland-Compositor lässt Programme den Bildschirm nicht lesen.</translation>
+    </message>
+    <message>
+        <source>There is no memory to share with the X server.</source>
+        <translation>Es gibt keinen Speicher, der sich mit dem X-Server teilen lässt.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the extension %1.</source>
+        <translation>Dem X-Server fehlt die Erweiterung %1.</translation>
+    </message>
+    <message>
+        <source>HTTP error: %1</source>
+        <translation type="unfinished">HTTP-Fehler: %1</translation>
+    </message>
+    <message>
+        <source>Invalid API URL</source>
+        <translation type="unfinished">Ungültige API-URL</translation>
+    </message>
+    <message>
+        <source>Invalid response from server</source>
+        <translation type="unfinished">Ungültige Antwort vom Server</translation>
     </message>
 </context>
 <context>
@@ -352,21 +420,6 @@ Neue Version: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Einstellungen werden aus %1 weder gelesen noch dort gespeichert: zu groß oder keine reguläre Datei.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>HTTP error: %1</source>
-        <translation>HTTP-Fehler: %1</translation>
-    </message>
-    <message>
-        <source>Invalid API URL</source>
-        <translation>Ungültige API-URL</translation>
-    </message>
-    <message>
-        <source>Invalid response from server</source>
-        <translation>Ungültige Antwort vom Server</translation>
     </message>
 </context>
 </TS>

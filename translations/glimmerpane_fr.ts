@@ -49,6 +49,10 @@
         <source>The area cannot be selected while it is being shared. Stop sharing first.</source>
         <translation>La zone ne peut pas être sélectionnée pendant qu’elle est partagée. Arrêtez d’abord le partage.</translation>
     </message>
+    <message>
+        <source>Glimmerpane is already running with another back end. Quit it first.</source>
+        <translation>Glimmerpane est déjà lancé avec un autre moteur. Quittez-le d’abord.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::ContentView</name>
@@ -130,6 +134,70 @@
     <message>
         <source>The area is not on any display. Move it onto one.</source>
         <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
+    </message>
+    <message>
+        <source>There is no back end &apos;%1&apos;. Use one of: %2.</source>
+        <translation>Le moteur « %1 » n’existe pas. Utilisez l’un de ceux-ci : %2.</translation>
+    </message>
+    <message>
+        <source>%1 is only offered by programs that share X11 windows, because this compositor makes no output for it: %2</source>
+        <translation>%1 n’est proposé que par les programmes qui partagent des fenêtres X11, car ce compositeur ne crée pas de sortie pour cela : %2</translation>
+    </message>
+    <message>
+        <source>The connection to the Wayland compositor was lost.</source>
+        <translation>La connexion au compositeur Wayland a été perdue.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor no longer delivers pictures of the screen.</source>
+        <translation>Le compositeur Wayland ne fournit plus d’images de l’écran.</translation>
+    </message>
+    <message>
+        <source>Sway does not answer.</source>
+        <translation>Sway ne répond pas.</translation>
+    </message>
+    <message>
+        <source>SWAYSOCK names no socket of sway.</source>
+        <translation>SWAYSOCK n’indique aucun socket de Sway.</translation>
+    </message>
+    <message>
+        <source>Sway has made no output.</source>
+        <translation>Sway n’a créé aucune sortie.</translation>
+    </message>
+    <message>
+        <source>Cannot write to the folder that XDG_RUNTIME_DIR names.</source>
+        <translation>Impossible d’écrire dans le dossier indiqué par XDG_RUNTIME_DIR.</translation>
+    </message>
+    <message>
+        <source>Sway does not give an output the size of the area.</source>
+        <translation>Sway ne donne pas à une sortie la taille de la zone.</translation>
+    </message>
+    <message>
+        <source>Cannot connect to the Wayland compositor (WAYLAND_DISPLAY is &quot;%1&quot;).</source>
+        <translation>Connexion impossible au compositeur Wayland (WAYLAND_DISPLAY vaut « %1 »).</translation>
+    </message>
+    <message>
+        <source>This Wayland compositor does not let programs read the screen.</source>
+        <translation>Ce compositeur Wayland ne permet pas aux programmes de lire l’écran.</translation>
+    </message>
+    <message>
+        <source>There is no memory to share with the X server.</source>
+        <translation>Aucune mémoire ne peut être partagée avec le serveur X.</translation>
+    </message>
+    <message>
+        <source>The X server lacks the extension %1.</source>
+        <translation>L’extension %1 manque au serveur X.</translation>
+    </message>
+    <message>
+        <source>HTTP error: %1</source>
+        <translation type="unfinished">Erreur HTTP&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>Invalid API URL</source>
+        <translation type="unfinished">URL d’API non valide</translation>
+    </message>
+    <message>
+        <source>Invalid response from server</source>
+        <translation type="unfinished">Réponse non valide du serveur</translation>
     </message>
 </context>
 <context>
@@ -354,21 +422,6 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Les paramètres ne sont ni lus dans %1 ni enregistrés&#xa0;: il est trop volumineux ou n’est pas un fichier ordinaire.</translation>
-    </message>
-</context>
-<context>
-    <name>glimmerpane::UpdateFailure</name>
-    <message>
-        <source>HTTP error: %1</source>
-        <translation>Erreur HTTP&#xa0;: %1</translation>
-    </message>
-    <message>
-        <source>Invalid API URL</source>
-        <translation>URL d’API non valide</translation>
-    </message>
-    <message>
-        <source>Invalid response from server</source>
-        <translation>Réponse non valide du serveur</translation>
     </message>
 </context>
 </TS>

@@ -19,13 +19,6 @@ constexpr std::uint32_t screencopyVersion = 3;
 constexpr std::uint32_t outputVersion = 4;
 constexpr std::uint32_t descriptionVersion = 3;
 
-Error notOffered(const QString &log)
-{
-    return {.text = Error::tr("This Wayland compositor does not let programs read the screen."),
-            .log = log,
-            .outcome = Outcome::unavailable};
-}
-
 timespec toTimespec(std::chrono::nanoseconds time)
 {
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
@@ -97,7 +90,10 @@ std::expected<std::unique_ptr<WaylandSession>, Error> WaylandSession::open()
     // The first one for the registry's globals, the second for what these say of themselves.
     if (wl_display_roundtrip(display) < 0 || !session->screencopy_ || !session->sharedMemory_
         || !session->descriptions_) {
-        return std::unexpected(notOffered(QStringLiteral("screencopy 3 or xdg-output is missing")));
+        return std::unexpected(Error{
+            .text = Error::tr("This Wayland compositor does not let programs read the screen."),
+            .log = QStringLiteral("screencopy 3 or xdg-output is missing"),
+            .outcome = Outcome::unavailable});
     }
     for (const auto &output : session->outputs_) {
         session->describe(*output); // those announced before the manager of descriptions
