@@ -189,15 +189,15 @@
     </message>
     <message>
         <source>HTTP error: %1</source>
-        <translation type="unfinished">HTTP-Fehler: %1</translation>
+        <translation>HTTP-Fehler: %1</translation>
     </message>
     <message>
         <source>Invalid API URL</source>
-        <translation type="unfinished">Ungültige API-URL</translation>
+        <translation>Ungültige API-URL</translation>
     </message>
     <message>
         <source>Invalid response from server</source>
-        <translation type="unfinished">Ungültige Antwort vom Server</translation>
+        <translation>Ungültige Antwort vom Server</translation>
     </message>
 </context>
 <context>

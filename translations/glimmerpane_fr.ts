@@ -189,15 +189,15 @@
     </message>
     <message>
         <source>HTTP error: %1</source>
-        <translation type="unfinished">Erreur HTTP&#xa0;: %1</translation>
+        <translation>Erreur HTTP&#xa0;: %1</translation>
     </message>
     <message>
         <source>Invalid API URL</source>
-        <translation type="unfinished">URL d’API non valide</translation>
+        <translation>URL d’API non valide</translation>
     </message>
     <message>
         <source>Invalid response from server</source>
-        <translation type="unfinished">Réponse non valide du serveur</translation>
+        <translation>Réponse non valide du serveur</translation>
     </message>
 </context>
 <context>
