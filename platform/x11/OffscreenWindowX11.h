@@ -24,8 +24,8 @@ public:
                                                                       QSize size);
 
     /**
-     * The same at a place that a display shows (root pixels). It never takes the keyboard: sway
-     * gives that to such windows of the type "normal".
+     * The same at a place that a display shows (root pixels). It never takes the keyboard: wlroots
+     * lets an unmanaged window have that unless its type says otherwise, as "utility" does.
      */
     static std::expected<std::unique_ptr<OutputWindow>, Error> createAt(const QString &title,
                                                                         QRect frame);

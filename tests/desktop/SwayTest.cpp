@@ -141,6 +141,13 @@ struct SwayFixture {
         return focusedWorkspace().value(QStringLiteral("output")).toString() == output;
     }
 
+    /** Sway's number of what has the keyboard; 0 if nothing in its tree has. */
+    int keyboardFocus() const
+    {
+        const auto seats = server.ask(QStringLiteral("get_seats"));
+        return seats.first().toObject().value(QStringLiteral("focus")).toInt();
+    }
+
     static constexpr QRgb sign = 0xff12ab34; ///< a colour that only the area shows
 };
 
@@ -200,10 +207,17 @@ private Q_SLOTS:
     void people_cannotGetToTheOutput()
     {
         SwayFixture fixture;
-        fixture.start({areaOption, QStringLiteral("--share")});
+        fixture.start({areaOption});
+        const auto isOpen = [&] {
+            return fixture.keyboardFocus() != 0 && fixture.obeys({QStringLiteral("--status")});
+        };
+        QVERIFY(waitFor(isOpen, patience));
+        const int mainWindow = fixture.keyboardFocus();
+        QVERIFY(fixture.obeys({QStringLiteral("--share")}));
         const QRect output = fixture.awaitOutput(area.size());
         QVERIFY(fixture.showsArea(output));
         QVERIFY(fixture.isFocusOn(firstOutput));
+        QCOMPARE(fixture.keyboardFocus(), mainWindow);
         // Neither by going on to the next output, nor by the number of its workspace.
         for (const QString &command :
              {QStringLiteral("focus output right"), QStringLiteral("focus output down"),
