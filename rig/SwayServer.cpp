@@ -22,7 +22,7 @@ constexpr const char *ordinaryUser = "65534";
 QString configuration(QSize screen)
 {
     return QStringLiteral(
-               "output HEADLESS-1 mode --custom %1x%2@60Hz position 0 0\n"
+               "output HEADLESS-1 mode --custom %1x%2@60Hz\n"
                "output HEADLESS-1 bg #336699 solid_color\n"
                "default_border none\n"
                "exec xhost +si:localuser:root && echo $DISPLAY $WAYLAND_DISPLAY $SWAYSOCK"

@@ -127,7 +127,7 @@ std::expected<std::unique_ptr<SwayOutput>, Error> SwayOutput::create(QSize size)
     }
     const QRect place = freePlace(size, *outputs, *name);
     std::unique_ptr<SwayOutput> output(
-        new SwayOutput(std::move(*sway), *name, std::move(*record), place));
+        new SwayOutput(std::move(*sway), *name, std::move(*record), place, *outputs));
     if (auto watching = output->watch(); !watching) {
         return std::unexpected(watching.error());
     }
@@ -138,11 +138,13 @@ std::expected<std::unique_ptr<SwayOutput>, Error> SwayOutput::create(QSize size)
     return output;
 }
 
-SwayOutput::SwayOutput(SwayConnection sway, QString name, OutputRecord record, QRect place)
+SwayOutput::SwayOutput(SwayConnection sway, QString name, OutputRecord record, QRect place,
+                       std::vector<SwayOutputState> others)
     : sway_(std::move(sway))
     , name_(std::move(name))
     , record_(std::move(record))
     , place_(place)
+    , others_(std::move(others))
 {
 }
 
@@ -214,6 +216,7 @@ void SwayOutput::readEvent()
     if (!event) {
         notifier_->setEnabled(false);
     } else if (event->change == u"reload") { // sway has forgotten what is not in its files
+        std::ignore = pin(sway_, others_);
         std::ignore = arrange();
     } else if (event->change == u"focus" && event->output == name_ && !event->previous.isEmpty()) {
         // Otherwise whoever goes on to the next output works where nothing can be seen.

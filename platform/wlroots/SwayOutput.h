@@ -35,7 +35,8 @@ public:
     QRect place() const { return place_; }
 
 private:
-    SwayOutput(SwayConnection sway, QString name, OutputRecord record, QRect place);
+    SwayOutput(SwayConnection sway, QString name, OutputRecord record, QRect place,
+               std::vector<SwayOutputState> others);
     std::expected<void, Error> arrange() const;
     bool isArranged() const;
     std::expected<void, Error> watch();
@@ -45,6 +46,7 @@ private:
     const QString name_;
     const OutputRecord record_;
     const QRect place_;
+    const std::vector<SwayOutputState> others_; ///< the outputs that were there before
     std::optional<SwayConnection> events_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };

@@ -258,6 +258,7 @@ private Q_SLOTS:
         Viewer &viewer = desktop.viewer;
         const auto window = desktop.window({1200, 100, 160, 120}, red);
         viewer.place = {1200, 100, 160, 120};
+        QVERIFY(server.command(QStringLiteral("output HEADLESS-1 position 0 0")));
         QVERIFY(server.command(QStringLiteral("create_output")));
         QVERIFY(server.command(
             QStringLiteral("output HEADLESS-2 mode --custom 640x480@60Hz position 1280 0")));

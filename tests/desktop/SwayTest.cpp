@@ -218,6 +218,7 @@ private Q_SLOTS:
         QVERIFY(fixture.showsArea(output));
         QVERIFY(fixture.isFocusOn(firstOutput));
         QCOMPARE(fixture.keyboardFocus(), mainWindow);
+        const QRect first = fixture.server.outputPlace(firstOutput);
         // Neither by going on to the next output, nor by the number of its workspace.
         for (const QString &command :
              {QStringLiteral("focus output right"), QStringLiteral("focus output down"),
@@ -235,6 +236,7 @@ private Q_SLOTS:
         QVERIFY(
             fixture.server.command(QStringLiteral("reload"))); // which forgets the output's mode
         QVERIFY(waitFor([&] { return fixture.ownPlace() == output; }, patience));
+        QCOMPARE(fixture.server.outputPlace(firstOutput), first);
         QVERIFY(fixture.showsArea(output));
     }
 
