@@ -37,6 +37,36 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/** Of sway, which writes its sockets and logs into the folder. */
+QProcessEnvironment startEnvironment(const QString &folder)
+{
+    auto environment = environmentOf({});
+    environment.remove(QStringLiteral("DISPLAY"));
+    for (const auto &[name, value] :
+         {std::pair("XDG_RUNTIME_DIR", folder), std::pair("HOME", folder),
+          std::pair("WLR_BACKENDS", QStringLiteral("headless")),
+          std::pair("WLR_RENDERER", QStringLiteral("pixman")),
+          std::pair("WLR_LIBINPUT_NO_DEVICES", QStringLiteral("1"))}) {
+        environment.insert(QString::fromLatin1(name), value);
+    }
+    return environment;
+}
+
+/** What runs the rest of a command as an ordinary user, who gets the folder. */
+Result<QStringList> asOrdinaryUser(const QString &folder)
+{
+    if (geteuid() != 0) {
+        return QStringList();
+    }
+    const QString user = QString::fromLatin1(ordinaryUser);
+    if (chown(qPrintable(folder), user.toUInt(), user.toUInt()) != 0) {
+        return failure(QStringLiteral("cannot give sway its folder"));
+    }
+    return QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=") + user,
+                       QStringLiteral("--regid=") + user, QStringLiteral("--clear-groups"),
+                       QStringLiteral("--inh-caps=-all")};
+}
+
 } // namespace
 
 Result<SwayServer> SwayServer::start(QSize screen)
@@ -49,29 +79,14 @@ Result<SwayServer> SwayServer::start(QSize screen)
         return failure(QStringLiteral("cannot write sway's configuration"));
     }
     config.close();
-    auto environment = environmentOf({});
-    environment.remove(QStringLiteral("DISPLAY"));
-    for (const auto &[name, value] :
-         {std::pair("XDG_RUNTIME_DIR", folder), std::pair("HOME", folder),
-          std::pair("WLR_BACKENDS", QStringLiteral("headless")),
-          std::pair("WLR_RENDERER", QStringLiteral("pixman")),
-          std::pair("WLR_LIBINPUT_NO_DEVICES", QStringLiteral("1"))}) {
-        environment.insert(QString::fromLatin1(name), value);
+    auto command = asOrdinaryUser(folder);
+    if (!command) {
+        return failure(command.error());
     }
-    QStringList command{QStringLiteral("sway"), QStringLiteral("-c"), config.fileName()};
-    if (geteuid() == 0) {
-        const QString user = QString::fromLatin1(ordinaryUser);
-        if (chown(qPrintable(folder), user.toUInt(), user.toUInt()) != 0) {
-            return failure(QStringLiteral("cannot give sway its folder"));
-        }
-        command = QStringList{QStringLiteral("setpriv"), QStringLiteral("--reuid=") + user,
-                              QStringLiteral("--regid=") + user, QStringLiteral("--clear-groups"),
-                              QStringLiteral("--inh-caps=-all")}
-            + command;
-    }
-    const QString program = command.takeFirst();
+    *command += {QStringLiteral("sway"), QStringLiteral("-c"), config.fileName()};
+    const QString program = command->takeFirst();
     auto process = ChildProcess::start(
-        {.program = program, .arguments = command, .environment = environment});
+        {.program = program, .arguments = *command, .environment = startEnvironment(folder)});
     if (!process) {
         return failure(process.error());
     }
