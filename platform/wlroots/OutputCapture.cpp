@@ -163,7 +163,8 @@ QImage OutputCapture::image() const
     const BufferLayout &layout = latest_->layout();
     const QImage image(reinterpret_cast<const uchar *>(latest_->memory()->get()),
                        layout.size.width(), layout.size.height(),
-                       static_cast<qsizetype>(layout.stride), *imageFormat(layout.format));
+                       static_cast<qsizetype>(layout.stride),
+                       imageFormat(layout.format).value_or(QImage::Format_Invalid));
     return isLatestInverted_ ? image.mirrored() : image;
 }
 

@@ -55,10 +55,11 @@ std::optional<OutputRecord> OutputRecord::hold(const QString &output)
 QStringList OutputRecord::abandoned()
 {
     const auto notes = folder();
-    const QStringList names
-        = notes ? notes->entryList({prefix() + u'*'}, QDir::Files) : QStringList();
     QStringList outputs;
-    for (const QString &name : names) {
+    if (!notes) {
+        return outputs;
+    }
+    for (const QString &name : notes->entryList({prefix() + u'*'}, QDir::Files)) {
         if (lock(notes->filePath(name), 0)) {
             outputs.append(name.mid(prefix().size()));
         }

@@ -38,14 +38,15 @@ Error nothingCopied()
 } // namespace
 
 std::expected<std::unique_ptr<ScreencopyLoop>, Error> ScreencopyLoop::create(
-    CaptureSource source, std::shared_ptr<CommandPipe> commands, CaptureStream::Handlers handlers)
+    const CaptureSource &source, std::shared_ptr<CommandPipe> commands,
+    CaptureStream::Handlers handlers)
 {
     auto session = WaylandSession::open();
     if (!session) {
         return std::unexpected(session.error());
     }
-    std::unique_ptr<ScreencopyLoop> loop(new ScreencopyLoop(
-        std::move(*session), std::move(source), std::move(commands), std::move(handlers)));
+    std::unique_ptr<ScreencopyLoop> loop(
+        new ScreencopyLoop(std::move(*session), source, std::move(commands), std::move(handlers)));
     loop->followOutputs();
     if (loop->parts_.empty()) {
         return std::unexpected(areaGone());
@@ -54,11 +55,11 @@ std::expected<std::unique_ptr<ScreencopyLoop>, Error> ScreencopyLoop::create(
     return loop;
 }
 
-ScreencopyLoop::ScreencopyLoop(std::unique_ptr<WaylandSession> session, CaptureSource source,
+ScreencopyLoop::ScreencopyLoop(std::unique_ptr<WaylandSession> session, const CaptureSource &source,
                                std::shared_ptr<CommandPipe> commands,
                                CaptureStream::Handlers handlers)
     : session_(std::move(session))
-    , source_(std::move(source))
+    , source_(source)
     , commands_(std::move(commands))
     , handlers_(std::move(handlers))
     , pacer_(source_.minimumFrameInterval)

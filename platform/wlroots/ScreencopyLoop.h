@@ -28,7 +28,7 @@ class ScreencopyLoop
 public:
     /** Waits for the compositor. */
     static std::expected<std::unique_ptr<ScreencopyLoop>, Error> create(
-        CaptureSource source, std::shared_ptr<CommandPipe> commands,
+        const CaptureSource &source, std::shared_ptr<CommandPipe> commands,
         CaptureStream::Handlers handlers);
 
     /** Returns on a command, or once the stream has ended by itself and the handler was called. */
@@ -38,7 +38,7 @@ private:
     using TimePoint = FramePacer::TimePoint;
     using Parts = std::vector<std::unique_ptr<OutputCapture>>;
 
-    ScreencopyLoop(std::unique_ptr<WaylandSession> session, CaptureSource source,
+    ScreencopyLoop(std::unique_ptr<WaylandSession> session, const CaptureSource &source,
                    std::shared_ptr<CommandPipe> commands, CaptureStream::Handlers handlers);
     void followOutputs();
     const Output *mainOutput() const;

@@ -82,7 +82,9 @@ std::expected<SwayConnection, Error> SwayConnection::open()
     x11::FileDescriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     setsockopt(socket.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
     setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-    if (connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+    if (socket.get() < 0
+        || connect(socket.get(), reinterpret_cast<const sockaddr *>(&address), sizeof address)
+            != 0) {
         return std::unexpected(
             unreachable(QStringLiteral("SWAYSOCK: %1").arg(qt_error_string(errno))));
     }

@@ -212,7 +212,7 @@ std::expected<void, Error> SwayOutput::watch()
 
 void SwayOutput::readEvent()
 {
-    const auto event = events_->nextEvent();
+    const auto event = events_ ? events_->nextEvent() : std::nullopt;
     if (!event) {
         notifier_->setEnabled(false);
     } else if (event->change == u"reload") { // sway has forgotten what is not in its files

@@ -2,6 +2,7 @@
 #include "platform/wlroots/WaylandSession.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <ctime>
 #include <poll.h>
@@ -183,10 +184,10 @@ bool WaylandSession::wait(int other, std::optional<std::chrono::nanoseconds> lim
         return wl_display_dispatch_pending(display) >= 0;
     }
     wl_display_flush(display);
-    pollfd files[] = {{.fd = wl_display_get_fd(display), .events = POLLIN, .revents = 0},
-                      {.fd = other, .events = POLLIN, .revents = 0}};
+    std::array files{pollfd{.fd = wl_display_get_fd(display), .events = POLLIN, .revents = 0},
+                     pollfd{.fd = other, .events = POLLIN, .revents = 0}};
     const timespec time = toTimespec(limit.value_or(std::chrono::nanoseconds::zero()));
-    if (ppoll(files, std::size(files), limit ? &time : nullptr, nullptr) > 0
+    if (ppoll(files.data(), files.size(), limit ? &time : nullptr, nullptr) > 0
         && files[0].revents != 0) {
         if (wl_display_read_events(display) < 0) {
             return false;
