@@ -2,6 +2,7 @@
 #pragma once
 
 #include "rig/ChildProcess.h"
+#include "rig/DisplayEnvironment.h"
 #include "rig/WaitFor.h"
 
 #include <QRect>
@@ -54,24 +55,8 @@ public:
     QString displayName() const { return displayName_; }
     pid_t pid() const { return process_.pid(); }
 
-    /**
-     * Our own environment, but on this server and without traces of another session or its bus.
-     * Programs do not check for updates there, and leave no settings behind for the next one.
-     */
-    QProcessEnvironment environment() const
-    {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        for (const char *name : {"WAYLAND_DISPLAY", "XAUTHORITY", "XDG_CURRENT_DESKTOP",
-                                 "XDG_SESSION_TYPE", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR",
-                                 "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"}) {
-            environment.remove(QString::fromLatin1(name));
-        }
-        environment.insert(QStringLiteral("DISPLAY"), displayName_);
-        environment.insert(QStringLiteral("GLIMMERPANE_NO_UPDATE_CHECK"), QStringLiteral("1"));
-        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("disabled:"));
-        environment.insert(QStringLiteral("GSETTINGS_BACKEND"), QStringLiteral("memory"));
-        return environment;
-    }
+    /** For programs on this server. */
+    QProcessEnvironment environment() const { return environmentOf(displayName_); }
 
     /** Runs a program on this display until it ends. It must succeed. */
     void run(const QString &program, const QStringList &arguments) const

@@ -10,13 +10,15 @@ build_packages=(
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
     libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev libpipewire-0.3-dev
+    libwayland-dev libwayland-bin wayland-protocols
 )
 # shellcheck disable=SC2034
 demo_packages=(xvfb openbox fonts-dejavu-core)
-# A private GNOME session on Wayland.
+# Private GNOME and sway sessions on Wayland.
 # shellcheck disable=SC2034
 wayland_packages=(
     gnome-shell xwayland pipewire wireplumber xdg-desktop-portal xdg-desktop-portal-gnome
+    sway grim
 )
 # shellcheck disable=SC2034
 test_packages=(

@@ -215,6 +215,46 @@
         <source>Invalid response from server</source>
         <translation>Ungültige Antwort vom Server</translation>
     </message>
+    <message>
+        <source>%1 is only offered by programs that share X11 windows, because this compositor makes no output for it: %2</source>
+        <translation>%1 wird nur von Programmen angeboten, die X11-Fenster teilen, denn dieser Compositor legt keine Ausgabe dafür an: %2</translation>
+    </message>
+    <message>
+        <source>The connection to the Wayland compositor was lost.</source>
+        <translation>Die Verbindung zum Wayland-Compositor ist abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor no longer delivers pictures of the screen.</source>
+        <translation>Der Wayland-Compositor liefert keine Bilder des Bildschirms mehr.</translation>
+    </message>
+    <message>
+        <source>Sway does not answer.</source>
+        <translation>Sway antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>SWAYSOCK names no socket of sway.</source>
+        <translation>SWAYSOCK nennt keinen Socket von Sway.</translation>
+    </message>
+    <message>
+        <source>Sway has made no output.</source>
+        <translation>Sway hat keine Ausgabe angelegt.</translation>
+    </message>
+    <message>
+        <source>Cannot write to the folder that XDG_RUNTIME_DIR names.</source>
+        <translation>In den Ordner, den XDG_RUNTIME_DIR nennt, lässt sich nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>Sway does not give an output the size of the area.</source>
+        <translation>Sway gibt einer Ausgabe nicht die Größe des Bereichs.</translation>
+    </message>
+    <message>
+        <source>Cannot connect to the Wayland compositor (WAYLAND_DISPLAY is &quot;%1&quot;).</source>
+        <translation>Keine Verbindung zum Wayland-Compositor (WAYLAND_DISPLAY ist „%1“).</translation>
+    </message>
+    <message>
+        <source>This Wayland compositor does not let programs read the screen.</source>
+        <translation>Dieser Wayland-Compositor lässt Programme den Bildschirm nicht lesen.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>

@@ -215,6 +215,46 @@
         <source>Invalid response from server</source>
         <translation>Réponse non valide du serveur</translation>
     </message>
+    <message>
+        <source>%1 is only offered by programs that share X11 windows, because this compositor makes no output for it: %2</source>
+        <translation>%1 n’est proposé que par les programmes qui partagent des fenêtres X11, car ce compositeur ne crée pas de sortie pour cela : %2</translation>
+    </message>
+    <message>
+        <source>The connection to the Wayland compositor was lost.</source>
+        <translation>La connexion au compositeur Wayland a été perdue.</translation>
+    </message>
+    <message>
+        <source>The Wayland compositor no longer delivers pictures of the screen.</source>
+        <translation>Le compositeur Wayland ne fournit plus d’images de l’écran.</translation>
+    </message>
+    <message>
+        <source>Sway does not answer.</source>
+        <translation>Sway ne répond pas.</translation>
+    </message>
+    <message>
+        <source>SWAYSOCK names no socket of sway.</source>
+        <translation>SWAYSOCK n’indique aucun socket de Sway.</translation>
+    </message>
+    <message>
+        <source>Sway has made no output.</source>
+        <translation>Sway n’a créé aucune sortie.</translation>
+    </message>
+    <message>
+        <source>Cannot write to the folder that XDG_RUNTIME_DIR names.</source>
+        <translation>Impossible d’écrire dans le dossier indiqué par XDG_RUNTIME_DIR.</translation>
+    </message>
+    <message>
+        <source>Sway does not give an output the size of the area.</source>
+        <translation>Sway ne donne pas à une sortie la taille de la zone.</translation>
+    </message>
+    <message>
+        <source>Cannot connect to the Wayland compositor (WAYLAND_DISPLAY is &quot;%1&quot;).</source>
+        <translation>Connexion impossible au compositeur Wayland (WAYLAND_DISPLAY vaut « %1 »).</translation>
+    </message>
+    <message>
+        <source>This Wayland compositor does not let programs read the screen.</source>
+        <translation>Ce compositeur Wayland ne permet pas aux programmes de lire l’écran.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>

@@ -5,6 +5,7 @@
 #include "platform/gnome/GnomeRecording.h"
 #include "platform/gnome/GnomeScreenSource.h"
 #include "platform/portal/PortalScreenSource.h"
+#include "platform/wlroots/WlrootsBackend.h"
 #include "platform/x11/DisplayName.h"
 #include "platform/x11/X11Backend.h"
 
@@ -63,6 +64,12 @@ constexpr std::array candidates{
     Candidate{.name = "gnome",
               .isUsable = [] { return isWaylandSession() && gnome::isScreenCastThere(); },
               .make = makeGnomeBackend},
+    Candidate{.name = "wlroots",
+              .isUsable = wlroots::isUsable,
+              .make =
+                  [](const BackendRequest &request, const Tokens & /*tokens*/) {
+                      return wlroots::makeBackend(request.listsOutput);
+                  }},
     Candidate{.name = "portal",
               .isUsable = [] { return isWaylandSession() && portal::isScreenCastThere(); },
               .make = makePortalBackend},

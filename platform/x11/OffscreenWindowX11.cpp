@@ -33,15 +33,29 @@ QPoint unseenOrigin(QSize size)
 std::expected<std::unique_ptr<OutputWindow>, Error> OffscreenWindowX11::create(const QString &title,
                                                                                QSize size)
 {
+    return create(title, {unseenOrigin(size), size}, "_NET_WM_WINDOW_TYPE_NORMAL");
+}
+
+std::expected<std::unique_ptr<OutputWindow>, Error> OffscreenWindowX11::createAt(
+    const QString &title, QRect frame)
+{
+    return create(title, frame, "_NET_WM_WINDOW_TYPE_UTILITY");
+}
+
+std::expected<std::unique_ptr<OutputWindow>, Error> OffscreenWindowX11::create(const QString &title,
+                                                                               QRect frame,
+                                                                               AtomName type)
+{
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    auto window = std::make_unique<OffscreenWindowX11>(std::move(*opened), size);
-    if (auto created = window->createWindow(unseenOrigin(size), false); !created) {
+    auto window = std::make_unique<OffscreenWindowX11>(std::move(*opened), frame.size());
+    window->place_ = frame.topLeft();
+    if (auto created = window->createWindow(window->place_, false); !created) {
         return std::unexpected(created.error());
     }
-    window->describe(title);
+    window->describe(title, type);
     // Browsers' pickers list a window only if it has WM_STATE. A window manager would set it, but
     // this window is unmanaged.
     const Connection &connection = window->connection_;
@@ -85,9 +99,9 @@ std::expected<void, Error> OffscreenWindowX11::createWindow(QPoint origin, bool 
     return connection_.check(redirected, "RedirectWindow");
 }
 
-void OffscreenWindowX11::describe(const QString &title)
+void OffscreenWindowX11::describe(const QString &title, AtomName type)
 {
-    describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_NORMAL");
+    describeWindow(connection_, window_.get(), title, type);
     const xcb_atom_t deleteWindow = connection_.atom("WM_DELETE_WINDOW");
     setProperty(connection_, window_.get(), connection_.atom("WM_PROTOCOLS"), XCB_ATOM_ATOM, 32, 1,
                 &deleteWindow);
@@ -99,7 +113,7 @@ void OffscreenWindowX11::orderFront()
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
-    setFrameOrigin(unseenOrigin(size_));
+    setFrameOrigin(place_);
 }
 
 void OffscreenWindowX11::orderOut()

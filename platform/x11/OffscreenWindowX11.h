@@ -23,6 +23,13 @@ public:
     static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
                                                                       QSize size);
 
+    /**
+     * The same at a place that a display shows (root pixels). It never takes the keyboard: wlroots
+     * lets an unmanaged window have that unless its type says otherwise, as "utility" does.
+     */
+    static std::expected<std::unique_ptr<OutputWindow>, Error> createAt(const QString &title,
+                                                                        QRect frame);
+
     OffscreenWindowX11(ExtendedConnection opened, QSize size);
     Q_DISABLE_COPY_MOVE(OffscreenWindowX11)
 
@@ -36,7 +43,7 @@ protected:
     /** Root pixels. */
     void setFrameOrigin(QPoint origin);
     /** Sets its title and type, and that it handles close requests itself. */
-    void describe(const QString &title);
+    void describe(const QString &title, AtomName type = "_NET_WM_WINDOW_TYPE_NORMAL");
     virtual void handle(const xcb_generic_event_t &event);
 
     const Connection connection_;
@@ -45,6 +52,12 @@ protected:
     Window window_;
     EventReader events_;
     bool isVisible_ = false;
+
+private:
+    static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
+                                                                      QRect frame, AtomName type);
+
+    QPoint place_; ///< root pixels
 };
 
 /** A position off every display for a window of `size`; root pixels. */

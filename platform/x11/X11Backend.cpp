@@ -9,6 +9,7 @@
 #include "platform/x11/PressMonitorX11.h"
 #include "platform/x11/ScreenSourceX11.h"
 #include "platform/x11/ShellX11.h"
+#include "platform/x11/SpanningOverlayX11.h"
 
 #include <utility>
 
@@ -71,6 +72,16 @@ public:
     }
 };
 
+class SpanningOverlaysX11 : public Overlays
+{
+public:
+    std::expected<std::unique_ptr<OverlayWindow>, Error> make(const QString &title, QRect /*area*/,
+                                                              const FrostedGlass &glass) override
+    {
+        return SpanningOverlayX11::create(title, glass);
+    }
+};
+
 class PressesX11 : public Presses
 {
 public:
@@ -88,6 +99,17 @@ std::expected<void, Error> checkDisplay()
         return std::unexpected(connection.error());
     }
     return {};
+}
+
+std::shared_ptr<Overlays> makeSpanningOverlays()
+{
+    return std::make_shared<SpanningOverlaysX11>();
+}
+
+std::expected<std::unique_ptr<OutputWindow>, Error> makeOutputWindowAt(const QString &title,
+                                                                       QRect frame)
+{
+    return OffscreenWindowX11::createAt(title, frame);
 }
 
 Backend makeBackend(bool listsOutput)

@@ -21,4 +21,17 @@ Backend makeBackend(bool listsOutput);
  */
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays);
 
+/**
+ * Overlays for compositors that lose sight of a drag once the pointer has left an X11 window, and
+ * whose screen X11 clients cannot read. They keep the pointer from all other windows.
+ */
+std::shared_ptr<Overlays> makeSpanningOverlays();
+
+/**
+ * A hidden output window for a place that a display shows, so that this display shows nothing else;
+ * root pixels. No window manager moves it, and it never takes the keyboard.
+ */
+std::expected<std::unique_ptr<OutputWindow>, Error> makeOutputWindowAt(const QString &title,
+                                                                       QRect frame);
+
 } // namespace glimmerpane::x11

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "platform/wlroots/CaptureStreamWlroots.h"
+
+#include "platform/wlroots/ScreencopyLoop.h"
+
+#include <QCoroFuture>
+#include <QPromise>
+
+#include <utility>
+
+namespace glimmerpane::wlroots
+{
+
+namespace
+{
+
+// Everything: only the loop knows the picture's size.
+constexpr QRect everything(QPoint(0, 0), QPoint(0x7fff, 0x7fff));
+
+CaptureSource sourceOf(const ContentFilter &filter, const StreamConfiguration &configuration)
+{
+    return {.area = flipped(configuration.sourceRect, filter.display.frame().height),
+            .display = filter.display,
+            .showsPointer = configuration.showsCursor,
+            .minimumFrameInterval = configuration.minimumFrameInterval.duration()};
+}
+
+} // namespace
+
+CaptureStreamWlroots::CaptureStreamWlroots(const ContentFilter &filter,
+                                           const StreamConfiguration &configuration,
+                                           std::shared_ptr<QThreadPool> background)
+    : source_(std::make_unique<const CaptureSource>(sourceOf(filter, configuration)))
+    , background_(std::move(background))
+{
+}
+
+CaptureStreamWlroots::~CaptureStreamWlroots()
+{
+    stopCapture();
+}
+
+QCoro::Task<std::expected<void, Error>> CaptureStreamWlroots::startCapture(Handlers handlers)
+{
+    commands_ = CommandPipe::create();
+    if (!commands_) {
+        co_return std::unexpected(
+            Error{.text = Error::tr("The system has no file descriptors left."),
+                  .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
+    }
+    QPromise<std::expected<void, Error>> outcome;
+    auto started = outcome.future();
+    outcome.start();
+    thread_.reset(
+        QThread::create([source = *source_, commands = commands_, handlers = std::move(handlers),
+                         outcome = std::move(outcome)]() mutable {
+            auto loop = ScreencopyLoop::create(source, std::move(commands), std::move(handlers));
+            outcome.addResult(loop ? std::expected<void, Error>() : std::unexpected(loop.error()));
+            outcome.finish();
+            if (loop) {
+                (*loop)->run();
+            }
+        }));
+    thread_->setObjectName(QStringLiteral("captureQueue"));
+    thread_->start();
+    co_return co_await started;
+}
+
+void CaptureStreamWlroots::stopCapture()
+{
+    if (thread_) {
+        commands_->send({.kind = Command::Kind::Stop, .rectangle = {}});
+        // The thread may be waiting for the compositor.
+        background_->start(
+            [thread = std::shared_ptr<QThread>(std::move(thread_))] { thread->wait(); });
+    }
+}
+
+void CaptureStreamWlroots::returnSampleBuffer(const SampleBuffer &sample)
+{
+    const bool hasPixels = std::holds_alternative<MappedPixels>(sample.picture);
+    commands_->send({.kind = hasPixels ? Command::Kind::Resend : Command::Kind::Show,
+                     .rectangle = sample.changed.boundingRect()});
+}
+
+void CaptureStreamWlroots::invalidate()
+{
+    commands_->send({.kind = Command::Kind::Show, .rectangle = everything});
+}
+
+} // namespace glimmerpane::wlroots

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#include "platform/wlroots/WlrootsBackend.h"
+
+#include "platform/wlroots/OutputWindowsWlroots.h"
+#include "platform/wlroots/ScreenSourceWlroots.h"
+#include "platform/wlroots/WaylandSession.h"
+#include "platform/x11/X11Backend.h"
+
+namespace glimmerpane::wlroots
+{
+
+bool isUsable()
+{
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && WaylandSession::open().has_value();
+}
+
+Backend makeBackend(bool listsOutput)
+{
+    Backend backend = x11::makeBackend(listsOutput);
+    backend.name = QStringLiteral("wlroots");
+    backend.screen = std::make_shared<ScreenSourceWlroots>();
+    backend.outputWindows = std::make_shared<OutputWindowsWlroots>(backend.outputWindows);
+    backend.overlays = x11::makeSpanningOverlays();
+    backend.presses = nullptr; // XWayland only sees those in X11 windows
+    return backend;
+}
+
+} // namespace glimmerpane::wlroots

@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: MIT
+#include "rig/ColorWindow.h"
+#include "rig/FrameNumber.h"
+#include "rig/PatternAnimation.h"
+#include "rig/PictureComparison.h"
+#include "rig/ProgramFixture.h"
+#include "rig/SwayServer.h"
+#include "rig/VirtualPointer.h"
+
+#include <QJsonObject>
+#include <QTest>
+
+#include <csignal>
+#include <set>
+
+using namespace glimmerpane;
+using namespace glimmerpane::testing;
+
+namespace
+{
+
+// The output is 1280 x 720 pixels, so this is its rectangle (40, 300) to (360, 540).
+const QString areaOption = QStringLiteral("--area=40,180,320x240");
+constexpr QRect area(40, 300, 320, 240);
+constexpr QPoint aside(1200, 50);
+const QString firstOutput = QStringLiteral("HEADLESS-1");
+
+/** The built program in a private sway, operated as by a user. */
+struct SwayFixture {
+    SwayServer server = required(SwayServer::start());
+    XClient client = required(XClient::connect(server.displayName()));
+    VirtualPointer pointer = required(VirtualPointer::plugIn(server.socket()));
+    SessionBus bus = required(SessionBus::start());
+    QTemporaryDir folder; ///< for everything that the program stores
+    ChildProcess program;
+
+    SwayFixture() { pointer.moveTo(aside); }
+
+    ChildProcess launch(const QStringList &arguments) const
+    {
+        auto environment = server.environment();
+        environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus.address());
+        for (const char *name :
+             {"XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_RUNTIME_DIR"}) {
+            environment.insert(QString::fromLatin1(name), folder.path());
+        }
+        return required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                             .arguments = arguments,
+                                             .environment = environment}));
+    }
+
+    void start(const QStringList &arguments) { program = launch(arguments); }
+
+    /** Passes options to the running program. */
+    bool obeys(const QStringList &arguments, QByteArray *says = nullptr) const
+    {
+        auto second = launch(arguments);
+        const bool isDone = second.waitForEnd(patience) && second.exitCode() == 0;
+        if (says != nullptr) {
+            *says = second.output();
+        }
+        return isDone;
+    }
+
+    bool isSharing() const
+    {
+        QByteArray says;
+        return obeys({QStringLiteral("--status")}, &says) && says.contains("\"sharing\":true");
+    }
+
+    ColorWindow window(QRect rectangle, QRgb color) const
+    {
+        return required(ColorWindow::show(client, {.rectangle = rectangle, .color = color}));
+    }
+
+    /** Where the output is that is not the first one; empty if there is none. */
+    QRect ownPlace() const
+    {
+        for (const QString &name : server.outputNames()) {
+            if (name != firstOutput) {
+                return server.outputPlace(name);
+            }
+        }
+        return {};
+    }
+
+    /** The rectangle of the output made for the window, once it has this size. */
+    QRect awaitOutput(QSize size) const
+    {
+        QRect place;
+        const auto isThere = [&] {
+            place = ownPlace();
+            return place.size() == size;
+        };
+        if (!waitFor(isThere, patience)) {
+            throw Failure(QStringLiteral("there is no output of the area's size; the program said ")
+                          + QString::fromLocal8Bit(program.output()));
+        }
+        return place;
+    }
+
+    /** Whether the output shows the area, pointer included, in exactly its pixels. */
+    bool showsArea(QRect output, QRect rectangle = area) const
+    {
+        return becomeEqual([&] { return server.screenshot(output); },
+                           [&] { return server.screenshot(rectangle, SwayServer::Pointer::Shown); },
+                           patience);
+    }
+
+    /** Whether the output of our own is gone or, where sway keeps it, shows nothing of the area. */
+    bool showsNothing() const
+    {
+        const QRect place = ownPlace();
+        return place.isEmpty() || !contains(server.screenshot(place), sign);
+    }
+
+    static bool contains(const QImage &picture, QRgb color)
+    {
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) == color) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
+    QJsonObject focusedWorkspace() const
+    {
+        for (const auto &workspace : server.ask(QStringLiteral("get_workspaces"))) {
+            if (workspace.toObject().value(QStringLiteral("focused")).toBool()) {
+                return workspace.toObject();
+            }
+        }
+        return {};
+    }
+
+    bool isFocusOn(const QString &output) const
+    {
+        return focusedWorkspace().value(QStringLiteral("output")).toString() == output;
+    }
+
+    /** Sway's number of what has the keyboard; 0 if nothing in its tree has. */
+    int keyboardFocus() const
+    {
+        const auto seats = server.ask(QStringLiteral("get_seats"));
+        return seats.first().toObject().value(QStringLiteral("focus")).toInt();
+    }
+
+    static constexpr QRgb sign = 0xff12ab34; ///< a colour that only the area shows
+};
+
+} // namespace
+
+class SwayTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void area_fillsAnOutputOfItsOwn_untilItIsStopped()
+    {
+        SwayFixture fixture;
+        const auto window = fixture.window(area.adjusted(20, 20, 50, -50), SwayFixture::sign);
+        const QRect first = fixture.server.outputPlace(firstOutput);
+        fixture.start({areaOption, QStringLiteral("--share")});
+        for (int round = 0; round < 2; ++round) {
+            const QRect output = fixture.awaitOutput(area.size());
+            QVERIFY(fixture.showsArea(output));
+            fixture.pointer.moveTo(area.center());
+            window.setColor(0xffff0000);
+            QVERIFY(fixture.showsArea(output));
+            window.setColor(SwayFixture::sign);
+            fixture.pointer.moveTo(aside);
+            QVERIFY(fixture.showsArea(output));
+            QCOMPARE(fixture.server.outputPlace(firstOutput), first);
+
+            QVERIFY(fixture.obeys({QStringLiteral("--stop")}));
+            QVERIFY(waitFor([&] { return fixture.showsNothing(); }, patience));
+            QCOMPARE(fixture.server.outputPlace(firstOutput), first);
+            QVERIFY(fixture.obeys({QStringLiteral("--share")}));
+        }
+        fixture.program.sendSignal(SIGTERM);
+        QVERIFY(fixture.program.waitForEnd(patience));
+        QCOMPARE(fixture.program.exitCode(), 0);
+        QVERIFY(waitFor([&] { return fixture.showsNothing(); }, patience));
+        QVERIFY2(fixture.server.outputNames().size() <= 2, "outputs add up");
+    }
+
+    void nextStart_removesWhatACrashLeft()
+    {
+        SwayFixture fixture;
+        const auto window = fixture.window(area, SwayFixture::sign);
+        fixture.start({areaOption, QStringLiteral("--share")});
+        QVERIFY(fixture.showsArea(fixture.awaitOutput(area.size())));
+        fixture.program.kill();
+        fixture.start({});
+        QVERIFY(waitFor([&] { return fixture.isSharing() || fixture.showsNothing(); }, patience));
+        QVERIFY(fixture.showsNothing());
+        // Again, and it shares at once.
+        fixture.program.kill();
+        fixture.start({QStringLiteral("--area=40,180,200x100"), QStringLiteral("--share")});
+        QVERIFY(waitFor([&] { return fixture.isSharing(); }, patience));
+        QVERIFY2(fixture.server.outputNames().size() <= 2, "outputs add up");
+    }
+
+    void people_cannotGetToTheOutput()
+    {
+        SwayFixture fixture;
+        fixture.start({areaOption});
+        const auto isOpen = [&] {
+            return fixture.keyboardFocus() != 0 && fixture.obeys({QStringLiteral("--status")});
+        };
+        QVERIFY(waitFor(isOpen, patience));
+        const int mainWindow = fixture.keyboardFocus();
+        QVERIFY(fixture.obeys({QStringLiteral("--share")}));
+        const QRect output = fixture.awaitOutput(area.size());
+        QVERIFY(fixture.showsArea(output));
+        QVERIFY(fixture.isFocusOn(firstOutput));
+        QCOMPARE(fixture.keyboardFocus(), mainWindow);
+        const QRect first = fixture.server.outputPlace(firstOutput);
+        // Neither by going on to the next output, nor by the number of its workspace.
+        for (const QString &command :
+             {QStringLiteral("focus output right"), QStringLiteral("focus output down"),
+              QStringLiteral("workspace number 2")}) {
+            QVERIFY(fixture.server.command(command));
+            QVERIFY(waitFor([&] { return fixture.isFocusOn(firstOutput); }, patience));
+        }
+        const auto managed = required(ColorWindow::show(fixture.client,
+                                                        {.rectangle = {0, 0, 100, 100},
+                                                         .color = 0xff00ffff,
+                                                         .kind = ColorWindow::Kind::Managed}));
+        const auto place = [&] { return geometryOf(fixture.client, managed.id()); };
+        QVERIFY(waitFor([&] { return isViewable(fixture.client, managed.id()); }, patience));
+        QVERIFY(fixture.server.outputPlace(firstOutput).contains(place()->topLeft()));
+        QVERIFY(
+            fixture.server.command(QStringLiteral("reload"))); // which forgets the output's mode
+        QVERIFY(waitFor([&] { return fixture.ownPlace() == output; }, patience));
+        QCOMPARE(fixture.server.outputPlace(firstOutput), first);
+        QVERIFY(fixture.showsArea(output));
+    }
+
+    void selector_followsThePointer_alsoOutsideOfIt()
+    {
+        SwayFixture fixture;
+        fixture.start({QStringLiteral("--area=100,100,600x400"), QStringLiteral("--select")});
+        const auto isOpen = [&] {
+            const auto overlay
+                = findWindow(fixture.client, QStringLiteral("Glimmerpane - Area"), Listing::All);
+            return overlay && isViewable(fixture.client, *overlay);
+        };
+        const auto shows = [&](QPoint place, QRgb color) {
+            return waitFor(
+                [&] {
+                    const QImage pixel = fixture.server.screenshot({place, QSize(1, 1)});
+                    return !pixel.isNull() && pixel.pixel(0, 0) == color;
+                },
+                patience);
+        };
+        constexpr QRgb background = 0xff336699; // as the rig has configured it
+        constexpr QRgb handle = 0xff007aff;
+        QVERIFY(waitFor(isOpen, patience));
+        QVERIFY(shows({105, 225}, handle)); // its top-left corner, 100 points above the bottom
+        QVERIFY(shows({105, 100}, background));
+        // By its inside, then by its right edge; each in one leap, far out of where it was.
+        fixture.pointer.leap({150, 350}, {250, 150});
+        QVERIFY(shows({205, 25}, handle));
+        QVERIFY(shows({105, 600}, background));
+        fixture.pointer.leap({798, 120}, {1100, 500});
+        QVERIFY(shows({1095, 25}, handle));
+        // A press beside it does nothing.
+        fixture.pointer.leap({100, 700}, {600, 100});
+        QVERIFY(shows({205, 25}, handle));
+        constexpr QPoint confirm(650, 205);
+        fixture.pointer.click(confirm);
+        QVERIFY(waitFor([&] { return !isOpen(); }, patience));
+        QByteArray status;
+        const auto isSaved = [&] {
+            return fixture.obeys({QStringLiteral("--status")}, &status)
+                && status.contains(R"("area":{"x":200.0,"y":300.0,"width":900.0,"height":400.0})");
+        };
+        QVERIFY2(waitFor(isSaved, patience), status.constData());
+    }
+
+    void output_followsAnAnimation()
+    {
+        SwayFixture fixture;
+        auto pattern
+            = required(PatternWindow::open(fixture.server.displayName(), {.rectangle = area}));
+        fixture.start({areaOption, QStringLiteral("--share")});
+        const QRect output = fixture.awaitOutput(area.size());
+        PatternAnimation animation(std::move(pattern));
+        animation.start();
+        const auto number = [&] {
+            return frameNumber::read(
+                fixture.server.screenshot({output.topLeft(), frameNumber::stripSize}));
+        };
+        std::set<uint32_t> seen;
+        const auto sees = [&] {
+            if (const auto now = number()) {
+                seen.insert(*now);
+            }
+            return seen.size() >= 20;
+        };
+        QVERIFY(waitFor(sees, patience));
+        QByteArray status;
+        QVERIFY(fixture.obeys({QStringLiteral("--status")}, &status));
+        qInfo("%s", status.trimmed().constData());
+        animation.freeze();
+        QVERIFY(fixture.showsArea(output));
+    }
+};
+
+QTEST_GUILESS_MAIN(SwayTest)
+#include "SwayTest.moc"
