@@ -34,7 +34,7 @@ bool isWaylandSession()
 
 /**
  * The windows of a Wayland session: Xwayland shows ours. It reports only presses over X11 windows,
- * which is worse than none.
+ * which is worse than none. Output windows that suit one desktop better belong into its back end.
  */
 Backend xwaylandBackend(const BackendRequest &request)
 {

@@ -46,7 +46,7 @@ QCoro::Task<GnomeStream::Result> GnomeStream::begin()
              .log = QStringLiteral("org.gnome.Mutter.ScreenCast lost its owner")});
     });
     const QPointer self(this);
-    auto result = co_await record();
+    auto result = co_await record(++attempt_);
     if (result && self && !isStopped()) {
         watchDisplays();
     }
@@ -54,7 +54,7 @@ QCoro::Task<GnomeStream::Result> GnomeStream::begin()
 }
 
 /** Records the area where it is now, instead of any earlier recording. */
-QCoro::Task<GnomeStream::Result> GnomeStream::record()
+QCoro::Task<GnomeStream::Result> GnomeStream::record(int attempt)
 {
     pause();
     recording_.reset();
@@ -71,7 +71,7 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record()
         }
     };
     auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, closed);
-    if (!self || isStopped()) {
+    if (!self || isStopped() || attempt != attempt_) {
         co_return std::unexpected(stopped());
     }
     if (!recording) {
@@ -123,8 +123,9 @@ QCoro::Task<> GnomeStream::followDisplays()
         co_return;
     }
     const QPointer self(this);
-    const auto result = co_await record();
-    if (self && !result) {
+    const int attempt = ++attempt_;
+    const auto result = co_await record(attempt);
+    if (self && attempt == attempt_ && !result) {
         end(result.error());
     }
 }

@@ -23,8 +23,9 @@ namespace glimmerpane::gnome
  * A capture stream of an area that GNOME's shell records.
  *
  * The shell counts in its stage's units, from the top-left corner of all monitors. Those are the
- * pixels of Xwayland's root window, at every scale (mutter 43 and 48, two monitors, scales 1 and
- * 2).
+ * pixels of Xwayland's root window. Measured under mutter 43 with two monitors, an area on both, at
+ * scale 2, and at scale 2 by the stage (scale-monitor-framebuffer): there the pictures are twice as
+ * large as the area and are reduced where they are shown; everywhere else they are exact.
  */
 class GnomeStream final : public pipewire::RecordedStream
 {
@@ -39,7 +40,7 @@ public:
 private:
     QCoro::Task<Result> begin() override;
     void release() override;
-    QCoro::Task<Result> record();
+    QCoro::Task<Result> record(int attempt);
     std::expected<QRect, Error> areaPixels() const;
     void watchDisplays();
     QCoro::Task<> followDisplays();
@@ -50,6 +51,7 @@ private:
     std::unique_ptr<BusOwnerWatch> shell_;
     std::optional<GnomeRecording> recording_;
     QTimer displaysSettled_;
+    int attempt_ = 0; ///< counts recordings; displays may change while one starts
     QRect recorded_; ///< desktop pixels
 };
 

@@ -67,6 +67,15 @@ QVariantMap wantedSources(const QString &token, uint cursorModes)
     return options;
 }
 
+QCoro::Task<PortalAnswer> createSession(PortalRequests &requests)
+{
+    const QVariantList nothing;
+    const QVariantMap naming{
+        {QStringLiteral("session_handle_token"),
+         QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128)}};
+    co_return co_await requests.ask(QStringLiteral("CreateSession"), nothing, naming);
+}
+
 Error withoutStream()
 {
     return {.text = Error::tr("The desktop could not start to record the screen."),
@@ -135,11 +144,11 @@ QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &
     const QVariant modesValue
         = co_await screenCast().property(QStringLiteral("AvailableCursorModes"));
     const uint modes = modesValue.toUInt();
-    const QVariantList nothing;
-    const QVariantMap naming{
-        {QStringLiteral("session_handle_token"),
-         QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128)}};
-    const auto created = co_await requests.ask(QStringLiteral("CreateSession"), nothing, naming);
+    auto created = co_await createSession(requests);
+    if (!created && created.error().outcome == Outcome::failed) {
+        // portal-gnome 43 sometimes refuses a session right after a dialog was withdrawn.
+        created = co_await createSession(requests);
+    }
     if (!created) {
         co_return std::unexpected(created.error());
     }

@@ -3,6 +3,7 @@
 
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Monitors.h"
+#include "platform/x11/Xwayland.h"
 
 #include <algorithm>
 #include <iterator>
@@ -38,7 +39,8 @@ OverlayPainter::OverlayPainter(const Connection &connection, const RenderFormats
     , glass_(glass)
 {
     const auto translucent = translucentVisual(connection.screen());
-    if (translucent != 0 && blursBehindWindows(connection)) {
+    // Xwayland's root has no pixels to blur; its compositor shows what is behind.
+    if (translucent != 0 && (blursBehindWindows(connection) || isXwayland(connection))) {
         depth_ = 32;
         visual_ = translucent;
         format_ = formats.argb;

@@ -4,11 +4,10 @@
 #include "platform/x11/CaptureStreamX11.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/Monitors.h"
+#include "platform/x11/Xwayland.h"
 
 #include <QCoroFuture>
 #include <QtConcurrent>
-
-#include <string_view>
 
 namespace glimmerpane::x11
 {
@@ -37,17 +36,6 @@ std::expected<void, Error> readOnePixel(const Connection &connection)
               .outcome = Outcome::unavailable});
 }
 
-/** Xwayland has the extension XWAYLAND, or outputs of that name. */
-bool isXwayland(const Connection &connection, const std::vector<glimmerpane::Display> &displays)
-{
-    constexpr std::string_view name = "XWAYLAND";
-    const auto cookie = xcb_query_extension(connection.get(), name.size(), name.data());
-    const Reply<xcb_query_extension_reply_t> reply(
-        xcb_query_extension_reply(connection.get(), cookie, nullptr));
-    return (reply && reply->present != 0)
-        || (!displays.empty() && displays.front().name.startsWith(QLatin1String(name)));
-}
-
 Content askServer()
 {
     const auto opened = openExtended();
@@ -56,7 +44,7 @@ Content askServer()
     }
     const Connection &connection = opened->connection;
     ShareableContent content{.displays = monitors(connection)};
-    if (isXwayland(connection, content.displays)) {
+    if (isXwayland(connection)) {
         return std::unexpected(
             Error{.text = Error::tr("This is a Wayland session, in which X11 programs cannot read "
                                     "the screen. Log in to an X11 session instead."),
