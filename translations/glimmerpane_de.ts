@@ -315,8 +315,8 @@ Options:
                            shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
-  --backend=NAME           Read the screen by gnome, portal or x11, instead of
-                           the first that works.
+  --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
+                           instead of the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -341,7 +341,7 @@ Optionen:
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.
-  --backend=NAME           Über gnome, portal oder x11 auf den Bildschirm
+  --backend=NAME           Über gnome, wlroots, portal oder x11 auf den Bildschirm
                            zugreifen, statt über das Erste, das möglich ist.
   -h, --help               Diese Hilfe ausgeben und beenden.
   -v, --version            Die Version ausgeben und beenden.

@@ -315,8 +315,8 @@ Options:
                            shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
-  --backend=NAME           Read the screen by gnome, portal or x11, instead of
-                           the first that works.
+  --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
+                           instead of the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -342,7 +342,7 @@ Options&#xa0;:
   --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
                            de sortie, pour les programmes qui ne proposent que
                            ce qu’il liste.
-  --backend=NAME           Accéder à l’écran par gnome, portal ou x11, au lieu
+  --backend=NAME           Accéder à l’écran par gnome, wlroots, portal ou x11, au lieu
                            du premier qui fonctionne.
   -h, --help               Afficher cette aide et quitter.
   -v, --version            Afficher la version et quitter.
