@@ -18,6 +18,9 @@ public:
     {
     }
 
+    FileDescriptor(const FileDescriptor &) = delete;
+    FileDescriptor &operator=(const FileDescriptor &) = delete;
+
     FileDescriptor(FileDescriptor &&other) noexcept
         : descriptor_(std::exchange(other.descriptor_, -1))
     {

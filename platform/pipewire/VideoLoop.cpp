@@ -5,6 +5,7 @@
 #include "platform/pipewire/Metadata.h"
 #include "platform/pipewire/Parameters.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <spa/param/video/format-utils.h>
 
@@ -50,11 +51,6 @@ void setTimer(pw_loop *loop, spa_source *timer, std::chrono::nanoseconds time)
     value.tv_sec = std::chrono::duration_cast<std::chrono::seconds>(time).count();
     value.tv_nsec = (time % 1s).count();
     pw_loop_update_timer(loop, timer, &value, nullptr, false);
-}
-
-std::uint32_t slotOf(const pw_buffer &buffer)
-{
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(buffer.user_data));
 }
 
 Error unreachable()
@@ -291,8 +287,6 @@ void VideoLoop::takeFormat(const spa_pod *format)
 
 void VideoLoop::addBuffer(pw_buffer *buffer)
 {
-    const std::uint32_t slot = ++latestSlot_;
-    buffer->user_data = reinterpret_cast<void *>(std::uintptr_t{slot});
     auto memory = BufferMapping::create(buffer->buffer->datas[0]);
     if (!memory) {
         end(unreadable(QStringLiteral("a buffer of type %1 and %2 bytes cannot be mapped")
@@ -300,12 +294,12 @@ void VideoLoop::addBuffer(pw_buffer *buffer)
                            .arg(buffer->buffer->datas[0].maxsize)));
         return;
     }
-    slots_[slot] = {.buffer = buffer, .memory = std::move(memory)};
+    slots_[++latestSlot_] = {.buffer = buffer, .memory = std::move(memory)};
 }
 
 void VideoLoop::removeBuffer(pw_buffer *buffer)
 {
-    slots_.erase(slotOf(*buffer));
+    std::erase_if(slots_, [buffer](const auto &slot) { return slot.second.buffer == buffer; });
 }
 
 void VideoLoop::takeBuffers()
@@ -327,7 +321,8 @@ void VideoLoop::takeBuffer(pw_buffer *buffer)
 /** False if the buffer holds less than a whole picture. */
 bool VideoLoop::takePicture(const pw_buffer &buffer)
 {
-    const auto slot = slots_.find(slotOf(buffer));
+    const auto slot = std::ranges::find_if(
+        slots_, [&buffer](const auto &each) { return each.second.buffer == &buffer; });
     const spa_chunk &chunk = *buffer.buffer->datas[0].chunk;
     const QRect crop = cropOf(*buffer.buffer, size_);
     if (slot == slots_.end() || crop.isEmpty() || chunk.stride <= 0) {
