@@ -35,7 +35,9 @@ public:
     {
         const QByteArray value = bytes();
         std::vector<T> items(std::size_t(value.size()) / sizeof(T));
-        std::memcpy(items.data(), value.constData(), items.size() * sizeof(T));
+        if (!items.empty()) {
+            std::memcpy(items.data(), value.constData(), items.size() * sizeof(T));
+        }
         return items;
     }
 
