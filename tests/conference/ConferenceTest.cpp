@@ -6,7 +6,6 @@
 #include "rig/WaitFor.h"
 #include "rig/XWindows.h"
 
-#include <QColor>
 #include <QJsonArray>
 #include <QTest>
 
@@ -38,14 +37,6 @@ WindowManager chosenManager()
     return found != managerPrograms.end() ? found->manager : WindowManager::Openbox;
 }
 
-/** Video loses colour: half of its resolution, and a few levels. */
-bool isAlike(QColor a, QColor b)
-{
-    constexpr int levels = 12;
-    return std::abs(a.red() - b.red()) <= levels && std::abs(a.green() - b.green()) <= levels
-        && std::abs(a.blue() - b.blue()) <= levels;
-}
-
 } // namespace
 
 class ConferenceTest : public QObject
@@ -58,13 +49,7 @@ class ConferenceTest : public QObject
     std::optional<ColorWindow> background_;
     std::unique_ptr<Browser> browser_;
 
-    /** A pixel of the latest frame, at a place of the area. */
-    QColor seen(QPoint place) const
-    {
-        const auto color
-            = browser_->ask(QStringLiteral("pixel(%1, %2)").arg(place.x()).arg(place.y()));
-        return {color[0].toInt(), color[1].toInt(), color[2].toInt()};
-    }
+    QColor seen(QPoint place) const { return pixelIn(*browser_, place); }
     bool isSeen(QPoint place, QColor color) const
     {
         const bool isSo = waitFor([&] { return isAlike(seen(place), color); }, callPatience);
