@@ -4,7 +4,6 @@
 #include "platform/wlroots/ScreencopyLoop.h"
 
 #include <QCoroFuture>
-#include <QPromise>
 
 #include <utility>
 
@@ -31,7 +30,7 @@ CaptureStreamWlroots::CaptureStreamWlroots(const ContentFilter &filter,
                                            const StreamConfiguration &configuration,
                                            std::shared_ptr<QThreadPool> background)
     : source_(std::make_unique<const CaptureSource>(sourceOf(filter, configuration)))
-    , background_(std::move(background))
+    , thread_(std::move(background))
 {
 }
 
@@ -48,31 +47,18 @@ QCoro::Task<std::expected<void, Error>> CaptureStreamWlroots::startCapture(Handl
             Error{.text = Error::tr("The system has no file descriptors left."),
                   .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
     }
-    QPromise<std::expected<void, Error>> outcome;
-    auto started = outcome.future();
-    outcome.start();
-    thread_.reset(
-        QThread::create([source = *source_, commands = commands_, handlers = std::move(handlers),
-                         outcome = std::move(outcome)]() mutable {
-            auto loop = ScreencopyLoop::create(source, std::move(commands), std::move(handlers));
-            outcome.addResult(loop ? std::expected<void, Error>() : std::unexpected(loop.error()));
-            outcome.finish();
-            if (loop) {
-                (*loop)->run();
-            }
-        }));
-    thread_->setObjectName(QStringLiteral("captureQueue"));
-    thread_->start();
+    auto open = [source = *source_, commands = commands_, handlers = std::move(handlers)] {
+        return ScreencopyLoop::create(source, commands, handlers);
+    };
+    auto started = thread_.start(std::move(open));
     co_return co_await started;
 }
 
 void CaptureStreamWlroots::stopCapture()
 {
-    if (thread_) {
+    if (thread_.isStarted()) {
         commands_->send({.kind = Command::Kind::Stop, .rectangle = {}});
-        // The thread may be waiting for the compositor.
-        background_->start(
-            [thread = std::shared_ptr<QThread>(std::move(thread_))] { thread->wait(); });
+        thread_.finish();
     }
 }
 

@@ -2,9 +2,7 @@
 #pragma once
 
 #include "platform/CaptureStream.h"
-
-#include <QThread>
-#include <QThreadPool>
+#include "platform/CaptureThread.h"
 
 #include <memory>
 
@@ -30,9 +28,8 @@ public:
 
 private:
     const std::unique_ptr<const CaptureSource> source_;
-    const std::shared_ptr<QThreadPool> background_;
     std::shared_ptr<CommandPipe> commands_; ///< null before the start
-    std::unique_ptr<QThread> thread_;
+    CaptureThread thread_;
 };
 
 } // namespace glimmerpane::wlroots

@@ -2,7 +2,6 @@
 #include "platform/x11/CaptureStreamX11.h"
 
 #include <QCoroFuture>
-#include <QPromise>
 
 #include <array>
 #include <cerrno>
@@ -34,7 +33,7 @@ CaptureStreamX11::CaptureStreamX11(const ContentFilter &filter,
                                    const StreamConfiguration &configuration,
                                    std::shared_ptr<QThreadPool> background)
     : source_(sourceOf(filter, configuration))
-    , background_(std::move(background))
+    , thread_(std::move(background))
 {
 }
 
@@ -53,31 +52,18 @@ QCoro::Task<std::expected<void, Error>> CaptureStreamX11::startCapture(Handlers 
     }
     redrawReader_ = std::make_shared<const FileDescriptor>(ends[0]);
     redrawWriter_ = FileDescriptor(ends[1]);
-    QPromise<std::expected<void, Error>> outcome;
-    auto started = outcome.future();
-    outcome.start();
-    thread_.reset(
-        QThread::create([source = source_, reader = redrawReader_, handlers = std::move(handlers),
-                         outcome = std::move(outcome)]() mutable {
-            auto loop = CaptureLoop::create(source, reader->get(), std::move(handlers));
-            outcome.addResult(loop ? std::expected<void, Error>() : std::unexpected(loop.error()));
-            outcome.finish();
-            if (loop) {
-                (*loop)->run();
-            }
-        }));
-    thread_->setObjectName(QStringLiteral("captureQueue"));
-    thread_->start();
+    auto open = [source = source_, reader = redrawReader_, handlers = std::move(handlers)] {
+        return CaptureLoop::create(source, reader->get(), handlers);
+    };
+    auto started = thread_.start(std::move(open));
     co_return co_await started;
 }
 
 void CaptureStreamX11::stopCapture()
 {
-    if (thread_) {
+    if (thread_.isStarted()) {
         redrawWriter_ = FileDescriptor();
-        // The thread may be waiting for the server.
-        background_->start(
-            [thread = std::shared_ptr<QThread>(std::move(thread_))] { thread->wait(); });
+        thread_.finish();
     }
 }
 

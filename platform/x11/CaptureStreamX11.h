@@ -2,11 +2,9 @@
 #pragma once
 
 #include "platform/CaptureStream.h"
+#include "platform/CaptureThread.h"
 #include "platform/FileDescriptor.h"
 #include "platform/x11/CaptureLoop.h"
-
-#include <QThread>
-#include <QThreadPool>
 
 #include <memory>
 
@@ -31,10 +29,9 @@ private:
     void redraw(QRect rectangle) const;
 
     const CaptureSource source_;
-    const std::shared_ptr<QThreadPool> background_;
     FileDescriptor redrawWriter_;
     std::shared_ptr<const FileDescriptor> redrawReader_; ///< outlives the thread's use of the pipe
-    std::unique_ptr<QThread> thread_;
+    CaptureThread thread_;
 };
 
 } // namespace glimmerpane::x11

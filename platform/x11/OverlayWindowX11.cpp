@@ -61,7 +61,7 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &exte
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
-    events_.onDrained = [this] { deliverMotion(); };
+    events_.onDrained = [this] { inbox_.deliverMotion(); };
     events_.onBroken = [this] { lose(); };
     raiseTimer_.setSingleShot(true);
     QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { restack(); });
@@ -222,7 +222,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
     renewSoon();
     if (const auto pointer = pointerEvent(event)) {
         if (!OverlayStacking::hasAlert()) {
-            deliver(*pointer);
+            inbox_.deliver(*pointer);
         }
     } else if (type == XCB_DESTROY_NOTIFY) {
         if (eventAs<xcb_destroy_notify_event_t>(event).window == window_.get()) {
@@ -282,31 +282,6 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
     return std::nullopt;
 }
 
-/** Of moves that arrived together, only the last one counts. */
-void OverlayWindowX11::deliver(const PointerEvent &event)
-{
-    using Kind = PointerEvent::Kind;
-    if (event.kind == Kind::Drag || event.kind == Kind::Move) {
-        motion_ = event;
-        return;
-    }
-    const auto handler = onPointer;
-    const QPointer self(&events_);
-    deliverMotion();
-    if (self && handler) {
-        handler(event);
-    }
-}
-
-void OverlayWindowX11::deliverMotion()
-{
-    if (const auto motion = std::exchange(motion_, std::nullopt)) {
-        if (const auto handler = onPointer) {
-            handler(*motion);
-        }
-    }
-}
-
 /** Immediately, and again a little later: some managers notify before they restack. */
 void OverlayWindowX11::stayOnTop()
 {
@@ -338,7 +313,7 @@ void OverlayWindowX11::lookForAlert(bool mayBeNew)
         return;
     }
     isPressed_ = false;
-    motion_.reset();
+    inbox_.dropMotion();
     if (const auto handler = onPointer) {
         handler({.kind = PointerEvent::Kind::Leave, .position = {}});
     }

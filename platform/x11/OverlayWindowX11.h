@@ -6,6 +6,7 @@
 #include "platform/x11/EventReader.h"
 #include "platform/x11/OverlayPainter.h"
 #include "platform/x11/OverlayStacking.h"
+#include "platform/x11/PointerInbox.h"
 #include "services/Error.h"
 
 #include <QTimer>
@@ -53,8 +54,6 @@ private:
 
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
-    void deliver(const PointerEvent &event);
-    void deliverMotion();
     void stayOnTop();
     void restack();
     void lookForAlert(bool mayBeNew);
@@ -73,7 +72,7 @@ private:
     bool isBackgroundOld_ = false; ///< its glass is from a previous position
     bool isPressed_ = false;
     bool hasAlert_ = false; ///< as of the last check
-    std::optional<PointerEvent> motion_; ///< the latest move, until all arrived events are read
+    PointerInbox inbox_{*this};
     QTimer raiseTimer_;
     QTimer renewTimer_;
     EventReader events_;

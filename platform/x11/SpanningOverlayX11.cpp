@@ -60,7 +60,7 @@ SpanningOverlayX11::SpanningOverlayX11(ExtendedConnection opened, const RenderFo
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
-    events_.onDrained = [this] { deliverMotion(); };
+    events_.onDrained = [this] { inbox_.deliverMotion(); };
     events_.onBroken = [this] { lose(); };
     raiseTimer_.setSingleShot(true);
     QObject::connect(&raiseTimer_, &QTimer::timeout, &events_, [this] { raise(); });
@@ -191,7 +191,7 @@ void SpanningOverlayX11::handle(const xcb_generic_event_t &event)
     const int type = event.response_type & 0x7f;
     const bool isShown = !frame_.isEmpty();
     if (const auto pointer = pointerEvent(event)) {
-        deliver(*pointer);
+        inbox_.deliver(*pointer);
     } else if (type == XCB_DESTROY_NOTIFY) {
         if (reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window == window_.get()) {
             lose();
@@ -256,31 +256,6 @@ std::optional<PointerEvent> SpanningOverlayX11::pointerEvent(const xcb_generic_e
                                     : std::nullopt;
 }
 
-/** Of moves that arrived together, only the last one counts. */
-void SpanningOverlayX11::deliver(const PointerEvent &event)
-{
-    using Kind = PointerEvent::Kind;
-    if (event.kind == Kind::Drag || event.kind == Kind::Move) {
-        motion_ = event;
-        return;
-    }
-    const auto handler = onPointer;
-    const QPointer self(&events_);
-    deliverMotion();
-    if (self && handler) {
-        handler(event);
-    }
-}
-
-void SpanningOverlayX11::deliverMotion()
-{
-    if (const auto motion = std::exchange(motion_, std::nullopt)) {
-        if (const auto handler = onPointer) {
-            handler(*motion);
-        }
-    }
-}
-
 /** An alert comes and goes with a window, whose mapping the root reports. */
 void SpanningOverlayX11::lookForAlert()
 {
@@ -297,7 +272,7 @@ void SpanningOverlayX11::lookForAlert()
     events_.flush();
     painted_ = {};
     isPressed_ = false;
-    motion_.reset();
+    inbox_.dropMotion();
     if (const auto handler = onPointer) {
         handler({.kind = PointerEvent::Kind::Leave, .position = {}});
     }

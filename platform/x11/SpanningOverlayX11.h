@@ -5,6 +5,7 @@
 #include "platform/x11/Connection.h"
 #include "platform/x11/CursorTheme.h"
 #include "platform/x11/EventReader.h"
+#include "platform/x11/PointerInbox.h"
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
@@ -42,8 +43,6 @@ private:
     QImage content() const;
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
-    void deliver(const PointerEvent &event);
-    void deliverMotion();
     void lookForAlert();
     void stayOnTop();
     void raise();
@@ -65,7 +64,7 @@ private:
     bool isPressed_ = false;
     bool isInside_ = false; ///< the pointer is over the overlay
     bool hasAlert_ = false; ///< so the window is hidden
-    std::optional<PointerEvent> motion_; ///< the latest move, until all arrived events are read
+    PointerInbox inbox_{*this};
     QTimer raiseTimer_;
     EventReader events_;
 };
