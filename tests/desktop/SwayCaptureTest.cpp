@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "platform/wlroots/ScreenSourceWlroots.h"
 #include "platform/wlroots/WlrootsBackend.h"
 #include "rig/ColorWindow.h"
-#include "rig/PictureComparison.h"
 #include "rig/SwayServer.h"
 #include "rig/VirtualPointer.h"
 #include "rig/WaitFor.h"
+#include "tests/desktop/SwayViewer.h"
 
 #include <QCoroTask>
 #include <QTest>
@@ -18,118 +17,20 @@ using namespace glimmerpane::testing;
 namespace
 {
 
-constexpr auto patience = std::chrono::seconds(5);
 constexpr QRgb red = 0xffff0000;
 constexpr QRgb green = 0xff00ff00;
 constexpr QRgb blue = 0xff0000ff;
-constexpr QRect screen(0, 0, 1280, 720);
+constexpr auto patience = SwayViewer::patience;
+constexpr QRect screen = SwayViewer::screen;
 constexpr QRect area(200, 150, 320, 240);
 const QString firstOutput = QStringLiteral("HEADLESS-1");
 const QString secondOutput = QStringLiteral("HEADLESS-2");
-
-/** A viewer of a stream: a picture that takes over what each frame says has changed. */
-class Viewer
-{
-public:
-    explicit Viewer(const SwayServer &server)
-        : server_(server)
-    {
-        qputenv("WAYLAND_DISPLAY", server.socket().toLocal8Bit());
-    }
-    ~Viewer()
-    {
-        if (stream) {
-            stream->stopCapture();
-        }
-    }
-    Q_DISABLE_COPY_MOVE(Viewer)
-
-    std::expected<void, Error> watch(QRect rectangle)
-    {
-        place = rectangle;
-        stream = source.makeCaptureStream(
-            {.display = {.pixels = screen, .scale = 1}},
-            {.sourceRect = {double(rectangle.x()), double(rectangle.y()), double(rectangle.width()),
-                            double(rectangle.height())},
-             .showsCursor = true});
-        const auto onMainThread = [this](auto work) {
-            QMetaObject::invokeMethod(&context_, std::move(work), Qt::QueuedConnection);
-        };
-        return QCoro::waitFor(stream->startCapture(
-            {.didOutputSampleBuffer
-             = [=, this](
-                   const SampleBuffer &sample) { onMainThread([this, sample] { show(sample); }); },
-             .didStopWithError
-             = [=, this](
-                   const Error &error) { onMainThread([this, error] { ends = error.text; }); }}));
-    }
-
-    /** Whether it comes to show what grim reads there. */
-    bool showsPlace() const
-    {
-        return becomeEqual([this] { return picture; },
-                           [this] { return server_.screenshot(place, SwayServer::Pointer::Shown); },
-                           patience);
-    }
-
-    /** Handles what is on its way: returns once a request to show all again has come back. */
-    bool settle()
-    {
-        const int before = repeated;
-        stream->invalidate();
-        return waitFor([&] { return repeated > before; }, patience);
-    }
-
-    wlroots::ScreenSourceWlroots source;
-    std::unique_ptr<CaptureStream> stream;
-    QRect place;
-    QImage picture;
-    std::vector<QRegion> changes; ///< of the frames with pixels
-    int repeated = 0; ///< frames without
-    int returning = 0; ///< this many frames are returned
-    std::vector<SampleBuffer> kept; ///< while keeps
-    bool keeps = false;
-    QString ends;
-
-private:
-    void show(const SampleBuffer &sample)
-    {
-        if (returning > 0) {
-            --returning;
-            stream->returnSampleBuffer(sample);
-            return;
-        }
-        if (keeps) {
-            kept.push_back(sample);
-        }
-        const auto *const pixels = std::get_if<MappedPixels>(&sample.picture);
-        if (pixels == nullptr) {
-            ++repeated;
-            return;
-        }
-        if (picture.size() != pixels->size) {
-            picture = QImage(pixels->size, QImage::Format_RGB32);
-            picture.fill(Qt::magenta);
-        }
-        changes.push_back(sample.changed);
-        for (const QRect &part : sample.changed) {
-            for (int y = part.top(); y <= part.bottom(); ++y) {
-                std::memcpy(picture.scanLine(y) + 4 * part.x(),
-                            pixels->data + y * pixels->stride + 4 * part.x(),
-                            4 * size_t(part.width()));
-            }
-        }
-    }
-
-    const SwayServer &server_;
-    QObject context_;
-};
 
 struct Desktop {
     SwayServer server = required(SwayServer::start());
     XClient client = required(XClient::connect(server.displayName()));
     VirtualPointer pointer = required(VirtualPointer::plugIn(server.socket()));
-    Viewer viewer{server};
+    SwayViewer viewer{server};
 
     Desktop() { pointer.moveTo({1200, 700}); }
 
@@ -152,11 +53,11 @@ private Q_SLOTS:
         const auto a = desktop.window({0, 0, 640, 360}, red);
         const auto b = desktop.window({600, 340, 680, 380}, green);
         for (const QRect place : {area, screen, QRect(640, 360, 1, 1), QRect(1270, 710, 10, 10)}) {
-            Viewer viewer(desktop.server);
+            SwayViewer viewer(desktop.server);
             QVERIFY(viewer.watch(place));
             QVERIFY(viewer.showsPlace());
         }
-        Viewer beyond(desktop.server);
+        SwayViewer beyond(desktop.server);
         QVERIFY(beyond.watch({-50, -40, 200, 100}));
         QVERIFY(waitFor([&] { return !beyond.picture.isNull(); }, patience));
         QCOMPARE(beyond.picture.pixel(49, 50), 0xff000000);
@@ -167,7 +68,7 @@ private Q_SLOTS:
     void picture_followsTheScreenAndThePointer()
     {
         Desktop desktop;
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         QVERIFY(viewer.watch(area));
         const auto window = desktop.window(area.adjusted(20, 20, -100, -100), red);
         QVERIFY(viewer.showsPlace());
@@ -187,7 +88,7 @@ private Q_SLOTS:
     void frames_areNotMade_whenNothingInTheAreaChanges()
     {
         Desktop desktop;
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         const auto inside = desktop.window(area.adjusted(10, 10, -10, -10), green);
         const auto outside = desktop.window({900, 500, 100, 100}, red);
         QVERIFY(viewer.watch(area));
@@ -210,7 +111,7 @@ private Q_SLOTS:
     void pixels_comeAgain_whenTheirFrameWasReturned()
     {
         Desktop desktop;
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         const auto window = desktop.window(area.adjusted(10, 10, -10, -10), green);
         QVERIFY(viewer.watch(area));
         QVERIFY(viewer.showsPlace());
@@ -223,7 +124,7 @@ private Q_SLOTS:
     void pictures_stayAsTheyAre_whileSomebodyHoldsThem()
     {
         Desktop desktop;
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         const auto window = desktop.window(area, green);
         QVERIFY(viewer.watch(area));
         QVERIFY(viewer.showsPlace());
@@ -255,7 +156,7 @@ private Q_SLOTS:
     {
         Desktop desktop;
         const SwayServer &server = desktop.server;
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         const auto window = desktop.window({1200, 100, 160, 120}, red);
         viewer.place = {1200, 100, 160, 120};
         QVERIFY(server.command(QStringLiteral("output HEADLESS-1 position 0 0")));
@@ -296,14 +197,14 @@ private Q_SLOTS:
         QVERIFY(!off && off.error().text.contains(QStringLiteral("not on any display")));
         qputenv("WAYLAND_DISPLAY", "/nowhere/wayland-0");
         QVERIFY(!wlroots::isUsable());
-        Viewer &viewer = desktop.viewer;
+        SwayViewer &viewer = desktop.viewer;
         QVERIFY(!QCoro::waitFor(viewer.source.shareableContent({})));
     }
 
     void capture_ends_whenTheCompositorDoes()
     {
         auto server = std::make_unique<SwayServer>(required(SwayServer::start()));
-        Viewer viewer(*server);
+        SwayViewer viewer(*server);
         QVERIFY(viewer.watch(area));
         server.reset();
         QVERIFY(waitFor([&] { return !viewer.ends.isEmpty(); }, patience));
