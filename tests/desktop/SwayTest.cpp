@@ -142,7 +142,10 @@ struct SwayFixture {
         return focusedWorkspace().value(QStringLiteral("output")).toString() == output;
     }
 
-    /** Sway's number of what has the keyboard; 0 if nothing in its tree has. */
+    /**
+     * Sway's number of what has the keyboard: of a workspace where no window has, 0 if nothing in
+     * its tree.
+     */
     int keyboardFocus() const
     {
         const auto seats = server.ask(QStringLiteral("get_seats"));
@@ -210,7 +213,10 @@ private Q_SLOTS:
         SwayFixture fixture;
         fixture.start({areaOption});
         const auto isOpen = [&] {
-            return fixture.keyboardFocus() != 0 && fixture.obeys({QStringLiteral("--status")});
+            const int focus = fixture.keyboardFocus();
+            return focus != 0
+                && focus != fixture.focusedWorkspace().value(QStringLiteral("id")).toInt()
+                && fixture.obeys({QStringLiteral("--status")});
         };
         QVERIFY(waitFor(isOpen, patience));
         const int mainWindow = fixture.keyboardFocus();
