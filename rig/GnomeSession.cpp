@@ -61,6 +61,8 @@ GnomeSession::GnomeSession(const Options &options)
     environment_.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), systemBus_->address());
     sessionBus_ = required(SessionBus::start(environment_));
     environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), sessionBus_->address());
+    bus_ = QDBusConnection::connectToBus(sessionBus_->address(), busName);
+    require(bus_->registerService(portalService), "a portal's name is taken");
     startPipeWire();
     startShell(options.monitors);
     findDisplay();
@@ -156,8 +158,6 @@ void GnomeSession::findDisplay()
 
 void GnomeSession::joinBus()
 {
-    bus_ = QDBusConnection::connectToBus(sessionBus_->address(), busName);
-    require(bus_->registerService(portalService), "a portal's name is taken");
     // What the bus starts from now on, such as a portal, belongs to the session.
     using Variables = QMap<QString, QString>;
     qDBusRegisterMetaType<Variables>();
@@ -225,14 +225,43 @@ GnomeInput GnomeSession::input(int monitor) const
     return {*bus_, QStringLiteral("Meta-%1").arg(monitor)};
 }
 
-bool GnomeSession::isOverviewShown() const
+GnomeSession::PortalDialog GnomeSession::portalDialog() const
+{
+    constexpr int firstOfTheOtherKind = 47;
+    const int version = shellProperty("ShellVersion").toString().section(u'.', 0, 0).toInt();
+    if (version < firstOfTheOtherKind) {
+        return {.place = {380, 226, 520, 300},
+                .cancel = {430, 249},
+                .share = {851, 249},
+                .secondWindow = {600, 457},
+                .firstMonitor = QPoint(600, 402)};
+    }
+    return {.place = {310, 126, 660, 500},
+            .cancel = {360, 149},
+            .share = {922, 149},
+            .secondWindow = {600, 325},
+            .firstMonitor = std::nullopt};
+}
+
+bool GnomeSession::isPortalDialogShown() const
+{
+    return std::ranges::any_of(windows(), [](const auto &window) {
+        return window.application.contains(u"portal") || window.windowClass.contains(u"portal");
+    });
+}
+
+QVariant GnomeSession::shellProperty(const char *name) const
 {
     return call(*bus_, shellService, shellPath, properties, QStringLiteral("Get"),
-                {shellService, QStringLiteral("OverviewActive")})
+                {shellService, QString::fromLatin1(name)})
         .value(0)
         .value<QDBusVariant>()
-        .variant()
-        .toBool();
+        .variant();
+}
+
+bool GnomeSession::isOverviewShown() const
+{
+    return shellProperty("OverviewActive").toBool();
 }
 
 void GnomeSession::showOverview(bool isShown) const

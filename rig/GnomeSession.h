@@ -65,10 +65,22 @@ public:
     GnomeStream recordWindow(quint64 id) const;
     GnomeInput input(int monitor = 0) const;
 
+    /** The portal's dialog, where it is on a monitor of 1280x720 points. */
+    struct PortalDialog {
+        QRect place;
+        QPoint cancel;
+        QPoint share;
+        QPoint secondWindow; ///< in the list of windows
+        std::optional<QPoint> firstMonitor; ///< null if it is chosen already
+    };
+    PortalDialog portalDialog() const;
+    bool isPortalDialogShown() const;
+
     bool isOverviewShown() const;
     void showOverview(bool isShown) const;
 
 private:
+    QVariant shellProperty(const char *name) const;
     void makeFolders(const QByteArray &settings);
     void startPipeWire();
     void startShell(const std::vector<QSize> &monitors);

@@ -25,14 +25,6 @@ constexpr QRgb green = 0xff20c040;
 constexpr QRgb purple = 0xff8020c0;
 constexpr int leastRate = 25; ///< of the pattern's 30 frames a second
 
-/** On a monitor of 1280x720 points. */
-namespace places
-{
-constexpr QPoint secondWindow(600, 457); ///< in the portal's dialog, as the next
-constexpr QPoint share(851, 249);
-constexpr QPoint shareInBrowser(445, 612); ///< once the browser shows what it got
-} // namespace places
-
 } // namespace
 
 /** The program and a browser in a GNOME session on Wayland: a call as a person makes it. */
@@ -64,21 +56,20 @@ private Q_SLOTS:
                              .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE))});
         browser->share();
         const auto input = session.input();
-        const auto isDialogShown = [&] {
-            return std::ranges::any_of(session.windows(), [](const auto &window) {
-                return window.windowClass.contains(u"portal");
-            });
-        };
+        const auto dialog = session.portalDialog();
+        // Where the shell places the browser, once it shows what it got.
+        const QPoint shareInBrowser = dialog.firstMonitor ? QPoint(445, 612) : QPoint(835, 620);
+        const auto isDialogShown = [&] { return session.isPortalDialogShown(); };
         const auto sides = [&] { return browser->ask(QStringLiteral("size()")).toArray(); };
         const QJsonArray wanted{area.width(), area.height()};
         // GNOME 43 asks once for the browser's preview, and once more for the call.
         const auto isInCall = [&] {
             if (isDialogShown()) {
-                input.click(places::secondWindow);
-                input.click(places::share);
+                input.click(dialog.secondWindow);
+                input.click(dialog.share);
                 waitFor([&] { return !isDialogShown(); }, step);
             } else {
-                input.click(places::shareInBrowser);
+                input.click(shareInBrowser);
                 waitFor([&] { return isDialogShown() || sides() == wanted; }, step);
             }
             return sides() == wanted;

@@ -25,14 +25,7 @@ constexpr QRect area(920, 300, 340, 380); ///< desktop pixels; the portal's dial
 constexpr QPoint emptyPlace(1100, 640); ///< in the area
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 
-/** What the shell shows on a monitor of 1280x720 points. */
-namespace places
-{
-constexpr QPoint cancel(430, 249); ///< in the portal's dialog, as the next two
-constexpr QPoint firstMonitor(600, 402);
-constexpr QPoint share(851, 249);
-constexpr QPoint stopRecording(1204, 16);
-} // namespace places
+constexpr QPoint stopRecordingPlace(1204, 16); ///< in the shell's bar, 1280 points wide
 
 /** The program in a GNOME session, and what a viewer of its output window sees. */
 struct GnomeFixture {
@@ -50,6 +43,7 @@ struct GnomeFixture {
         ColorWindow::show(client, {.rectangle = {1000, 350, 111, 97}, .color = 0xff00ff00}));
     const GnomeInput input = session.input();
     mutable GnomeStream monitor = session.recordMonitor(0, GnomeScreenCast::Pointer::Embedded);
+    const GnomeSession::PortalDialog dialog = session.portalDialog();
     ChildProcess program;
 
     /** Starts the program, which shares. The area is given in Xwayland's pixels. */
@@ -76,8 +70,10 @@ struct GnomeFixture {
         showPointer();
         startSharing();
         if (backend_ == u"portal") {
-            answer(places::firstMonitor);
-            answer(places::share);
+            if (dialog.firstMonitor) {
+                answer(*dialog.firstMonitor);
+            }
+            answer(dialog.share);
         }
     }
     /** Moves it: the shell has no image of a pointer that was never shown. */
@@ -92,8 +88,9 @@ struct GnomeFixture {
     /** Clicks in the portal's dialog until that changes it. */
     void answer(QPoint place) const
     {
-        require(waitFor([this] { return isDialogShown(); }, patience), "no dialog is shown");
-        const auto look = [this] { return seen({380, 226, 520, 300}); };
+        require(waitFor([this] { return session.isPortalDialogShown(); }, patience),
+                "no dialog is shown");
+        const auto look = [this] { return seen(dialog.place); };
         const auto takesClick = [&] {
             input.moveTo(place);
             const QImage calm = settled(look);
@@ -105,19 +102,13 @@ struct GnomeFixture {
     /** Stops what the shell records, which ends our own view and input, too. */
     void stopRecording() const
     {
-        input.moveTo(places::stopRecording);
+        input.moveTo(stopRecordingPlace);
         try {
             input.press();
             input.release();
         } catch (const Failure &) {
             return; // the press was enough
         }
-    }
-    bool isDialogShown() const
-    {
-        return std::ranges::any_of(session.windows(), [](const auto &window) {
-            return window.application.contains(u"portal") || window.windowClass.contains(u"portal");
-        });
     }
     /** A picture that stays for a moment: animations have ended. */
     static QImage settled(const std::function<QImage()> &look)
@@ -332,9 +323,9 @@ private Q_SLOTS:
     {
         GnomeFixture fixture(QStringLiteral("portal"));
         fixture.startSharing();
-        QVERIFY(waitFor([&] { return fixture.isDialogShown(); }, patience));
+        QVERIFY(waitFor([&] { return fixture.session.isPortalDialogShown(); }, patience));
         fixture.command("--stop");
-        QVERIFY(waitFor([&] { return !fixture.isDialogShown(); }, patience));
+        QVERIFY(waitFor([&] { return !fixture.session.isPortalDialogShown(); }, patience));
         QCOMPARE(fixture.shownWindows(), 1);
         const auto says = [&] { return fixture.program.output(); };
         QVERIFY2(waitFor([&] { return says().contains("stopped before it started"); }, patience),
@@ -343,7 +334,7 @@ private Q_SLOTS:
         auto again = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
                                                    .arguments = {QStringLiteral("--share")},
                                                    .environment = fixture.session.environment()}));
-        fixture.answer(places::cancel);
+        fixture.answer(fixture.dialog.cancel);
         QVERIFY(fixture.becomesWindows(2));
         QVERIFY(again.waitForEnd(patience));
         QVERIFY2(again.output().contains("declined"), again.output());
