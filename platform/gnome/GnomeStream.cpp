@@ -3,6 +3,7 @@
 
 #include "platform/Log.h"
 #include "platform/bus/BusSignal.h"
+#include "platform/gnome/StageSize.h"
 
 #include <QGuiApplication>
 #include <QPointer>
@@ -21,6 +22,24 @@ using namespace std::chrono_literals;
 
 /** A change of displays comes as several events. */
 constexpr auto displaysSettle = 300ms;
+
+/** The smallest whole rectangle that contains this one, but for errors of the arithmetic. */
+QRect outward(const QRectF &rectangle)
+{
+    constexpr double error = 1e-6;
+    return rectangle.adjusted(error, error, -error, -error).toAlignedRect();
+}
+
+/** Where the area is in pictures of the recorded units. */
+auto partOf(QRect units, QRect area, double pixelsPerUnit)
+{
+    return [=](QSize picture) {
+        const double scale = double(picture.width()) / units.width();
+        const QPointF place = QPointF(area.topLeft()) / pixelsPerUnit - units.topLeft();
+        return QRect((place * scale).toPoint(),
+                     (QSizeF(area.size()) / pixelsPerUnit * scale).toSize());
+    };
+}
 
 } // namespace
 
@@ -70,7 +89,14 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record(int attempt)
             self->endedByDesktop(QStringLiteral("GNOME has closed the session"));
         }
     };
-    auto recording = co_await GnomeRecording::start(*pixels, configuration_.showsCursor, closed);
+    const QSizeF stage = co_await stageSize();
+    if (!self) {
+        co_return std::unexpected(stopped());
+    }
+    const double scale = pixelsPerUnit(stage);
+    const QRect units
+        = outward(QRectF(QPointF(pixels->topLeft()) / scale, QSizeF(pixels->size()) / scale));
+    auto recording = co_await GnomeRecording::start(units, configuration_.showsCursor, closed);
     if (!self || isStopped() || attempt != attempt_) {
         co_return std::unexpected(stopped());
     }
@@ -78,13 +104,23 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record(int attempt)
         co_return std::unexpected(recording.error());
     }
     recording_ = std::move(*recording);
-    qCInfo(platformLog) << "GNOME records" << *pixels << "as node" << recording_->node();
+    qCInfo(platformLog) << "GNOME records" << units << "as node" << recording_->node();
     pipewire::VideoNode node{.id = recording_->node(),
                              .remote = {},
-                             .area = [](QSize picture) { return QRect(QPoint(), picture); },
+                             .area = partOf(units, *pixels, scale),
                              .minimumFrameInterval
                              = configuration_.minimumFrameInterval.duration()};
     co_return co_await play(std::move(node));
+}
+
+/** Of Xwayland, for each unit of the stage; both begin at the same corner. */
+double GnomeStream::pixelsPerUnit(QSizeF stage) const
+{
+    QRect all;
+    for (const Display &display : displays_->displays()) {
+        all |= display.pixels;
+    }
+    return stage.isEmpty() || all.isEmpty() ? 1 : (all.right() + 1) / stage.width();
 }
 
 std::expected<QRect, Error> GnomeStream::areaPixels() const

@@ -23,9 +23,10 @@ namespace glimmerpane::gnome
  * A capture stream of an area that GNOME's shell records.
  *
  * The shell counts in its stage's units, from the top-left corner of all monitors. Those are the
- * pixels of Xwayland's root window. Measured under mutter 43 with two monitors, an area on both, at
- * scale 2, and at scale 2 by the stage (scale-monitor-framebuffer): there the pictures are twice as
- * large as the area and are reduced where they are shown; everywhere else they are exact.
+ * pixels of Xwayland's root window, or from version 47 on a whole number of them where a monitor is
+ * scaled. Measured under mutter 43 and 48 with two monitors, an area on both, at scale 2, and at
+ * scale 2 by the stage (scale-monitor-framebuffer): there the pictures are twice as large as the
+ * area and are reduced where they are shown; everywhere else they are exact.
  */
 class GnomeStream final : public pipewire::RecordedStream
 {
@@ -42,6 +43,7 @@ private:
     void release() override;
     QCoro::Task<Result> record(int attempt);
     std::expected<QRect, Error> areaPixels() const;
+    double pixelsPerUnit(QSizeF stage) const;
     void watchDisplays();
     QCoro::Task<> followDisplays();
 

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCoroTask>
+#include <QSizeF>
+
+namespace glimmerpane::gnome
+{
+
+/**
+ * The size of mutter's stage, which has all monitors, in its own units. Empty if mutter does not
+ * say. Main thread.
+ */
+QCoro::Task<QSizeF> stageSize();
+
+} // namespace glimmerpane::gnome
