@@ -4,25 +4,13 @@
 #include "platform/Log.h"
 #include "platform/bus/BusSignal.h"
 
-#include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 
 #include <algorithm>
 #include <utility>
 
 namespace glimmerpane::gnome
 {
-
-namespace
-{
-
-using namespace std::chrono_literals;
-
-/** A change of displays comes as several events. */
-constexpr auto displaysSettle = 300ms;
-
-} // namespace
 
 GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter &filter,
                          const StreamConfiguration &configuration,
@@ -32,9 +20,6 @@ GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter
     , area_(flipped(configuration.sourceRect, filter.display.frame().height))
     , configuration_(configuration)
 {
-    displaysSettled_.setSingleShot(true);
-    displaysSettled_.setInterval(displaysSettle);
-    connect(&displaysSettled_, &QTimer::timeout, this, &GnomeStream::followDisplays);
 }
 
 GnomeStream::~GnomeStream() = default;
@@ -48,7 +33,8 @@ QCoro::Task<GnomeStream::Result> GnomeStream::begin()
     const QPointer self(this);
     auto result = co_await record(++attempt_);
     if (result && self && !isStopped()) {
-        watchDisplays();
+        displayWatch_ = std::make_unique<DisplayWatch>();
+        connect(displayWatch_.get(), &DisplayWatch::changed, this, &GnomeStream::followDisplays);
     }
     co_return result;
 }
@@ -79,11 +65,12 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record(int attempt)
     }
     recording_ = std::move(*recording);
     qCInfo(platformLog) << "GNOME records" << *pixels << "as node" << recording_->node();
-    pipewire::VideoNode node{.id = recording_->node(),
-                             .remote = {},
-                             .area = [](QSize picture) { return QRect(QPoint(), picture); },
-                             .minimumFrameInterval
-                             = configuration_.minimumFrameInterval.duration()};
+    pipewire::VideoNode node{
+        .id = recording_->node(),
+        .remote = {},
+        .area = *pixels,
+        .partOf = [](QSize picture, QRect /*area*/) { return QRect(QPoint(), picture); },
+        .minimumFrameInterval = configuration_.minimumFrameInterval.duration()};
     co_return co_await play(std::move(node));
 }
 
@@ -99,21 +86,6 @@ std::expected<QRect, Error> GnomeStream::areaPixels() const
                   .log = QStringLiteral("no monitor is under the area")});
     }
     return area;
-}
-
-void GnomeStream::watchDisplays()
-{
-    const auto changed = [this] { displaysSettled_.start(); };
-    const auto watch = [this, changed](QScreen *screen) {
-        connect(screen, &QScreen::geometryChanged, this, changed);
-        displaysSettled_.start();
-    };
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed);
-    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, changed);
-    for (QScreen *const screen : QGuiApplication::screens()) {
-        watch(screen);
-    }
 }
 
 QCoro::Task<> GnomeStream::followDisplays()
