@@ -5,6 +5,9 @@
 #include "model/MainViewModel.h"
 #include "services/Json.h"
 
+#include <QCoroFuture>
+#include <QPointer>
+
 #include <utility>
 
 namespace glimmerpane
@@ -21,6 +24,16 @@ Commands::Commands(MainViewModel &model, BackendRequest running, bool showsClick
 
 namespace
 {
+
+CommandResult resultOf(const std::expected<void, Error> &result)
+{
+    return result ? CommandResult{} : CommandResult::failure(result.error().text);
+}
+
+nlohmann::ordered_json jsonOf(const CaptureFrame &area)
+{
+    return {{"x", area.x}, {"y", area.y}, {"width", area.width}, {"height", area.height}};
+}
 
 /** Turns an error text from the model, empty on success, into a reply. */
 auto resultTo(const Commands::Reply &reply)
@@ -77,6 +90,10 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
         done({});
     } else if (options.select) {
         select(done);
+    } else if (options.move) {
+        move(*options.move, options.save, done);
+    } else if (options.order) {
+        obey(*options.order, done);
     } else {
         done({});
     }
@@ -110,13 +127,49 @@ void Commands::select(const Reply &reply)
     }
 }
 
+QCoro::Task<> Commands::move(AreaMove move, bool saves, Reply reply)
+{
+    const QPointer self(this);
+    const CaptureFrame shared = model_.sharedFrame().value_or(CaptureFrame());
+    const CaptureFrame frame{.x = move.x,
+                             .y = move.y,
+                             .width = move.width.value_or(shared.width),
+                             .height = move.height.value_or(shared.height)};
+    const auto moved = co_await model_.moveSharing(frame, saves);
+    if (!self) {
+        co_return;
+    }
+    if (moved && saves) {
+        co_await model_.areaWritten();
+    }
+    reply(resultOf(moved));
+}
+
+QCoro::Task<> Commands::obey(SessionOrder order, Reply reply)
+{
+    const bool resumes = order == SessionOrder::Resume
+        || (order == SessionOrder::TogglePause && model_.isPaused());
+    if (!resumes) {
+        reply(resultOf(model_.pauseSharing(order == SessionOrder::Blank ? PausePicture::Plain
+                                                                        : PausePicture::Latest)));
+        co_return;
+    }
+    const QPointer self(this);
+    const auto resumed = co_await model_.resumeSharing();
+    if (self) {
+        reply(resultOf(resumed));
+    }
+}
+
 CommandResult Commands::status() const
 {
-    const CaptureFrame &area = model_.currentFrame();
+    const auto shared = model_.sharedFrame();
     const CaptureStatistics statistics = model_.captureStatistics();
     const nlohmann::ordered_json object{
-        {"area", {{"x", area.x}, {"y", area.y}, {"width", area.width}, {"height", area.height}}},
+        {"area", jsonOf(model_.currentFrame())},
         {"sharing", model_.isSharingWindowOpen()},
+        {"sharedArea", shared ? jsonOf(*shared) : nlohmann::ordered_json()},
+        {"paused", model_.isPaused()},
         {"framesPerSecond", statistics.framesInLastSecond},
         {"drops", statistics.dropped},
         {"backend", running_.name.toStdString()},

@@ -6,6 +6,7 @@
 
 #include "platform/Backend.h"
 
+#include <QCoroTask>
 #include <QObject>
 
 #include <functional>
@@ -42,6 +43,8 @@ public:
 private:
     void share(const Reply &reply);
     void select(const Reply &reply);
+    QCoro::Task<> move(AreaMove move, bool saves, Reply reply);
+    QCoro::Task<> obey(SessionOrder order, Reply reply);
     CommandResult status() const;
 
     MainViewModel &model_;

@@ -164,7 +164,7 @@ std::expected<LaunchOptions, CommandResult> settle(const CommandLine &commandLin
     if (const auto result = handOver(commandLine)) {
         return std::unexpected(*result);
     }
-    if (options.stop || options.status) {
+    if (options.needsInstance()) {
         return std::unexpected(
             CommandResult::failure(LaunchOptions::tr("Glimmerpane is not running.")));
     }
@@ -209,6 +209,8 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     })
 {
     alerts_.setParentWindow(&window_);
+    QObject::connect(&displayWatch_, &DisplayWatch::changed, viewModel_.get(),
+                     &MainViewModel::displaysChanged);
 }
 
 void GlimmerpaneShareApp::launch(const LaunchOptions &options)

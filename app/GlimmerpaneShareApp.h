@@ -6,6 +6,7 @@
 #include "app/LaunchOptions.h"
 #include "model/MainViewModel.h"
 #include "platform/Backend.h"
+#include "platform/DisplayWatch.h"
 #include "ui/Appearance.h"
 #include "ui/MainWindow.h"
 #include "ui/MessageBoxAlerts.h"
@@ -43,6 +44,7 @@ private:
     const std::shared_ptr<Shell> shell_;
     MessageBoxAlerts alerts_;
     const std::unique_ptr<MainViewModel> viewModel_;
+    const DisplayWatch displayWatch_;
     MainWindow window_;
     Commands commands_;
     InstanceBus bus_;

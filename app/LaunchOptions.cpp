@@ -38,28 +38,123 @@ std::optional<AreaTexts> areaTexts(const QString &text)
     return std::nullopt;
 }
 
+/** Parses X,Y or X,Y,WIDTHxHEIGHT. */
+std::optional<AreaMove> areaMove(const QString &text)
+{
+    const bool isPlace = text.count(u',') == 1;
+    const auto texts = areaTexts(isPlace ? text + QStringLiteral(",1x1") : text);
+    if (!texts) {
+        return std::nullopt;
+    }
+    const auto number = [&](std::size_t i) { return numberFromText((*texts)[i]); };
+    return AreaMove{.x = *number(0),
+                    .y = *number(1),
+                    .width = isPlace ? std::nullopt : number(2),
+                    .height = isPlace ? std::nullopt : number(3)};
+}
+
 /** Joins the lines of what the user typed, since the message must be a single line. */
 std::unexpected<QString> oneLine(const QString &message)
 {
     return std::unexpected(message.simplified());
 }
 
+using Done = std::expected<void, QString>;
+
+void addOptions(QCommandLineParser &parser)
+{
+    for (const char *flag : {"share", "stop", "select", "save", "pause", "blank", "resume",
+                             "toggle-pause", "status"}) {
+        parser.addOption(QCommandLineOption(QLatin1String(flag)));
+    }
+    for (const char *valued : {"area", "move", "output-window", "backend"}) {
+        parser.addOption({QLatin1String(valued), {}, QStringLiteral("value")});
+    }
+    parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
+    parser.addOption(
+        QCommandLineOption(QStringList{QStringLiteral("v"), QStringLiteral("version")}));
+}
+
+bool isSet(const QCommandLineParser &parser, const char *name)
+{
+    return parser.isSet(QLatin1String(name));
+}
+
+std::optional<QString> valueOf(const QCommandLineParser &parser, const char *name)
+{
+    return isSet(parser, name) ? std::optional(parser.value(QLatin1String(name))) : std::nullopt;
+}
+
+std::optional<SessionOrder> orderIn(const QCommandLineParser &parser)
+{
+    for (const auto &[name, order] :
+         {std::pair("pause", SessionOrder::Pause), std::pair("blank", SessionOrder::Blank),
+          std::pair("resume", SessionOrder::Resume),
+          std::pair("toggle-pause", SessionOrder::TogglePause)}) {
+        if (isSet(parser, name)) {
+            return order;
+        }
+    }
+    return std::nullopt;
+}
+
+/** Whether the options can be used together. */
+Done checkCombination(const QCommandLineParser &parser)
+{
+    constexpr std::array actions{"share", "stop",  "select", "move",
+                                 "pause", "blank", "resume", "toggle-pause"};
+    if (std::ranges::count_if(actions, [&](const char *name) { return isSet(parser, name); }) > 1) {
+        return oneLine(LaunchOptions::tr(
+            "Only one of --share, --stop, --select, --move, --pause, --blank, --resume and "
+            "--toggle-pause can be used at a time."));
+    }
+    if (isSet(parser, "save") && !isSet(parser, "move")) {
+        return oneLine(LaunchOptions::tr("--save needs --move."));
+    }
+    return {};
+}
+
+Done readAreas(const QCommandLineParser &parser, LaunchOptions &options)
+{
+    if (const auto text = valueOf(parser, "move")) {
+        options.move = areaMove(*text);
+        if (!options.move) {
+            return oneLine(LaunchOptions::tr("'%1' is no place for the area. Use X,Y or "
+                                             "X,Y,WIDTHxHEIGHT.")
+                               .arg(*text));
+        }
+    }
+    if (const auto text = valueOf(parser, "area")) {
+        options.area = areaTexts(*text);
+        if (!options.area) {
+            return oneLine(
+                LaunchOptions::tr("'%1' is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.")
+                    .arg(*text));
+        }
+    }
+    return {};
+}
+
+Done readOutputWindow(const QCommandLineParser &parser, LaunchOptions &options)
+{
+    const auto kind = valueOf(parser, "output-window");
+    if (kind && kind != u"managed" && kind != u"unlisted") {
+        return oneLine(
+            LaunchOptions::tr("'%1' is not a kind of output window. Use managed or unlisted.")
+                .arg(*kind));
+    }
+    if (kind) {
+        options.listsOutput = kind == u"managed";
+    }
+    return {};
+}
+
 } // namespace
 
 std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments)
 {
-    const QCommandLineOption area(QStringLiteral("area"), {}, QStringLiteral("area"));
-    const QCommandLineOption share(QStringLiteral("share"));
-    const QCommandLineOption stop(QStringLiteral("stop"));
-    const QCommandLineOption select(QStringLiteral("select"));
-    const QCommandLineOption status(QStringLiteral("status"));
-    const QCommandLineOption outputWindow(QStringLiteral("output-window"), {},
-                                          QStringLiteral("kind"));
-    const QCommandLineOption backend(QStringLiteral("backend"), {}, QStringLiteral("name"));
-    const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
-    const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
-    parser.addOptions({area, share, stop, select, status, outputWindow, backend, help, version});
+    addOptions(parser);
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -67,38 +162,22 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         return oneLine(LaunchOptions::tr("Unexpected argument '%1'.")
                            .arg(parser.positionalArguments().front()));
     }
-    if (parser.isSet(share) + parser.isSet(stop) + parser.isSet(select) > 1) {
-        return oneLine(
-            LaunchOptions::tr("Only one of --share, --stop and --select can be used at a time."));
-    }
     LaunchOptions options{.area = std::nullopt,
-                          .share = parser.isSet(share),
-                          .stop = parser.isSet(stop),
-                          .select = parser.isSet(select),
-                          .status = parser.isSet(status),
-                          .backend = parser.isSet(backend) ? std::optional(parser.value(backend))
-                                                           : std::nullopt,
+                          .share = isSet(parser, "share"),
+                          .stop = isSet(parser, "stop"),
+                          .select = isSet(parser, "select"),
+                          .move = std::nullopt,
+                          .save = isSet(parser, "save"),
+                          .order = orderIn(parser),
+                          .status = isSet(parser, "status"),
+                          .backend = valueOf(parser, "backend"),
                           .listsOutput = std::nullopt,
-                          .help = parser.isSet(help),
-                          .version = parser.isSet(version)};
-    if (parser.isSet(area)) {
-        options.area = areaTexts(parser.value(area));
-        if (!options.area) {
-            return oneLine(
-                LaunchOptions::tr("'%1' is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.")
-                    .arg(parser.value(area)));
-        }
-    }
-    if (parser.isSet(outputWindow)) {
-        const QString kind = parser.value(outputWindow);
-        if (kind == u"managed") {
-            options.listsOutput = true;
-        } else if (kind == u"unlisted") {
-            options.listsOutput = false;
-        } else {
-            return oneLine(
-                LaunchOptions::tr("'%1' is not a kind of output window. Use managed or unlisted.")
-                    .arg(kind));
+                          .help = isSet(parser, "help"),
+                          .version = isSet(parser, "version")};
+    for (const Done &done : {checkCombination(parser), readAreas(parser, options),
+                             readOutputWindow(parser, options)}) {
+        if (!done) {
+            return std::unexpected(done.error());
         }
     }
     return options;
@@ -118,10 +197,16 @@ QString helpText()
         "  --share                  Start sharing at once.\n"
         "  --stop                   Stop sharing.\n"
         "  --select                 Open the area selector.\n"
-        "  --status                 Print the area, whether it is being shared, the\n"
-        "                           frames shown in the last second and the frames\n"
-        "                           dropped, the back end, and whether clicks are\n"
-        "                           shown, as JSON.\n"
+        "  --move X,Y[,WIDTHxHEIGHT]\n"
+        "                           Move the area while it is shared; with --save, also\n"
+        "                           store it.\n"
+        "  --pause, --resume, --toggle-pause\n"
+        "                           Keep the latest picture, or go on.\n"
+        "  --blank                  Pause with a picture that says so.\n"
+        "  --status                 Print the stored area, whether one is being shared,\n"
+        "                           which, and whether it is paused, the frames shown\n"
+        "                           in the last second and the frames dropped, the\n"
+        "                           back end, and whether clicks are shown, as JSON.\n"
         "  --output-window=managed  Let the window manager list the output window, for\n"
         "                           programs that offer only what it lists.\n"
         "  --backend=NAME           Read the screen by gnome, wlroots, portal or x11,\n"

@@ -12,6 +12,22 @@
 namespace glimmerpane
 {
 
+/** What a running session is asked to do. */
+enum class SessionOrder {
+    Pause,
+    Blank, ///< a pause with a plain picture
+    Resume,
+    TogglePause,
+};
+
+/** A new place for the running session's area, points. */
+struct AreaMove {
+    double x = 0;
+    double y = 0;
+    std::optional<double> width; ///< without a size, it stays
+    std::optional<double> height;
+};
+
 /** What the command line asks for. */
 struct LaunchOptions {
     /** x, y, width and height as text; all four are valid numbers. */
@@ -19,6 +35,9 @@ struct LaunchOptions {
     bool share = false;
     bool stop = false;
     bool select = false;
+    std::optional<AreaMove> move;
+    bool save = false; ///< stores the moved area
+    std::optional<SessionOrder> order;
     bool status = false;
     std::optional<QString> backend;
     std::optional<bool> listsOutput; ///< whether the window manager is to list the output window
@@ -26,7 +45,9 @@ struct LaunchOptions {
     bool version = false;
 
     /** Whether anything is requested beyond showing the main window. */
-    bool asksForSomething() const { return area || share || stop || select || status; }
+    bool asksForSomething() const { return area || share || select || needsInstance(); }
+    /** Whether this only makes sense for a program that is running already. */
+    bool needsInstance() const { return stop || status || move || order; }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)
 };

@@ -2,6 +2,7 @@
 #include "capture/ScreenCaptureService.h"
 
 #include "capture/Log.h"
+#include "capture/PausePicture.h"
 #include "capture/SharingWindow.h"
 #include "platform/Palette.h"
 
@@ -73,9 +74,11 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     const QPointer self(this);
     const Run run = ++run_;
     clickMonitor_.reset(); // left over from a stream that ended by itself
+    stream_.reset(); // the same
+    if (window_.lock() != window) {
+        frames_ = {};
+    }
     window_ = window;
-    captureFrame_ = frame;
-    frames_ = {};
     if (auto ready = setupPreviewLayer(*window); !ready) {
         co_return std::unexpected(ready.error());
     }
@@ -87,7 +90,7 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     source_ = display->areaPixels(rectOf(frame));
     scale_ = display->scale;
     ring_ = {};
-    const std::shared_ptr stream = makeStream(*display);
+    const std::shared_ptr stream = makeStream(frame, *display);
     starting_.push_back(stream);
     const auto started = co_await stream->startCapture(handlers(stream));
     if (!self) {
@@ -124,15 +127,64 @@ std::expected<void, Error> ScreenCaptureService::setupPreviewLayer(SharingWindow
     (*content)->onContentsLost = [self = QPointer(this)] {
         if (self && self->stream_) {
             self->stream_->invalidate();
+        } else if (self && self->isPlain_) {
+            self->showPausePicture();
         }
     };
+    isPlain_ = false;
     return {};
 }
 
-std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const MainDisplay &display) const
+std::unique_ptr<CaptureStream> ScreenCaptureService::makeStream(const CaptureFrame &frame,
+                                                                const MainDisplay &display) const
 {
-    return backend_.screen->makeCaptureStream(
-        {.display = display}, streamConfiguration(captureFrame_, display.frame().height));
+    return backend_.screen->makeCaptureStream({.display = display},
+                                              streamConfiguration(frame, display.frame().height));
+}
+
+QCoro::Task<StartResult> ScreenCaptureService::moveCapture(CaptureFrame frame)
+{
+    if (stream_ && stream_->move(rectOf(frame))) {
+        co_return StartResult();
+    }
+    co_return co_await switchStream(frame);
+}
+
+/** Starts another stream beside the present one, which it replaces with its first frame. */
+QCoro::Task<StartResult> ScreenCaptureService::switchStream(CaptureFrame frame)
+{
+    const QPointer self(this);
+    const Run run = run_;
+    const Rect area = rectOf(frame);
+    const auto content = co_await backend_.screen->shareableContent(area);
+    if (!self || run != run_) {
+        co_return StartResult();
+    }
+    if (!content) {
+        co_return std::unexpected(content.error());
+    }
+    const auto display = backend_.displays->mainDisplay();
+    if (!display) {
+        co_return std::unexpected(Error{.text = describe(CaptureError::noDisplayFound), .log = {}});
+    }
+    const std::shared_ptr stream = makeStream(frame, *display);
+    nextStream_ = stream;
+    starting_.push_back(stream);
+    const auto started = co_await stream->startCapture(handlers(stream));
+    if (!self) {
+        co_return StartResult();
+    }
+    std::erase(starting_, stream);
+    if (run != run_) {
+        stream->stopCapture();
+        co_return StartResult();
+    }
+    if (!started) {
+        nextStream_.reset();
+        co_return std::unexpected(started.error());
+    }
+    qCInfo(captureLog) << "another stream goes on at" << frame.x << frame.y;
+    co_return StartResult();
 }
 
 CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)
@@ -150,7 +202,7 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
                 [=](SampleBuffer sample) {
                     onMainThread([=, sample = std::move(sample)] {
                         const auto sender = weakStream.lock();
-                        if (self && self->run_ == run && sender) {
+                        if (self && self->run_ == run && self->takesFrames(sender)) {
                             self->show(sample, *sender);
                         }
                     });
@@ -159,11 +211,32 @@ CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<Cap
                 [=](const Error &error) {
                     onMainThread([=] {
                         qCInfo(captureLog, "the stream ended by itself");
-                        if (self && self->run_ == run && self->onCaptureEnded_) {
-                            self->onCaptureEnded_(error);
+                        if (self && self->run_ == run) {
+                            self->handleEnd(weakStream.lock(), error);
                         }
                     });
                 }};
+}
+
+bool ScreenCaptureService::takesFrames(const std::shared_ptr<CaptureStream> &stream)
+{
+    if (stream && stream == nextStream_) {
+        std::exchange(stream_, std::exchange(nextStream_, nullptr))->stopCapture();
+    }
+    return stream && (stream == stream_ || !stream_); // there is none yet during a start
+}
+
+void ScreenCaptureService::handleEnd(const std::shared_ptr<CaptureStream> &stream,
+                                     const Error &error)
+{
+    if (stream && stream == nextStream_) {
+        nextStream_.reset();
+    } else if (onCaptureEnded_ && (stream == stream_ || !stream_)) {
+        if (const auto next = std::exchange(nextStream_, nullptr)) {
+            next->stopCapture();
+        }
+        onCaptureEnded_(error);
+    }
 }
 
 void ScreenCaptureService::show(const SampleBuffer &sample, CaptureStream &stream)
@@ -218,17 +291,44 @@ CaptureStatistics ScreenCaptureService::statistics() const
             .dropped = frames_.dropped()};
 }
 
+void ScreenCaptureService::pauseCapture(PausePicture picture)
+{
+    endRun();
+    isPlain_ = isPlain_ || picture == PausePicture::Plain;
+    if (isPlain_) {
+        showPausePicture();
+    }
+    if (previewLayer_) {
+        previewLayer_->finish();
+    }
+}
+
+void ScreenCaptureService::showPausePicture()
+{
+    const auto window = window_.lock();
+    if (window && previewLayer_) {
+        const PausePictureLook look = pausePicture(window->size());
+        previewLayer_->showPlain(look.background, look.text);
+    }
+}
+
 void ScreenCaptureService::stopCapture()
+{
+    endRun();
+    previewLayer_.reset();
+    window_.reset();
+    frames_ = {};
+}
+
+/** Nothing that is still on its way from a stream is shown any more. */
+void ScreenCaptureService::endRun()
 {
     // A pending start finds that its run is over and stops its stream.
     ++run_;
     clickMonitor_.reset();
     highlights_.reset();
-    previewLayer_.reset();
-    window_.reset();
-    captureFrame_ = {};
     source_ = {};
-    frames_ = {};
+    nextStream_.reset();
     if (stream_) {
         qCInfo(captureLog, "stopping the capture");
         std::exchange(stream_, nullptr)->stopCapture();

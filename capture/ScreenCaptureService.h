@@ -41,6 +41,8 @@ public:
     void setOnCaptureEnded(EndHandler handler) override;
     QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                           std::shared_ptr<SharingWindow> window) override;
+    QCoro::Task<StartResult> moveCapture(CaptureFrame frame) override;
+    void pauseCapture(PausePicture picture) override;
     void stopCapture() override;
     CaptureStatistics statistics() const override;
 
@@ -49,7 +51,13 @@ private:
     using Run = int;
 
     std::expected<void, Error> setupPreviewLayer(SharingWindow &window);
-    std::unique_ptr<CaptureStream> makeStream(const MainDisplay &display) const;
+    std::unique_ptr<CaptureStream> makeStream(const CaptureFrame &frame,
+                                              const MainDisplay &display) const;
+    QCoro::Task<StartResult> switchStream(CaptureFrame frame);
+    bool takesFrames(const std::shared_ptr<CaptureStream> &stream);
+    void handleEnd(const std::shared_ptr<CaptureStream> &stream, const Error &error);
+    void endRun();
+    void showPausePicture();
     CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
     void show(const SampleBuffer &sample, CaptureStream &stream);
     void installClickMonitor();
@@ -59,14 +67,15 @@ private:
     const Backend backend_;
     EndHandler onCaptureEnded_;
     std::shared_ptr<CaptureStream> stream_; ///< set once it has started
+    std::shared_ptr<CaptureStream> nextStream_; ///< replaces it with its first frame
     std::unique_ptr<DisplayLayer> previewLayer_;
     std::unique_ptr<ClickHighlights> highlights_; ///< on the preview layer
     std::unique_ptr<PressMonitor> clickMonitor_; ///< from a successful start to the stop
     std::weak_ptr<SharingWindow> window_;
-    CaptureFrame captureFrame_;
     FrameCounter frames_; ///< of this run
     QRect source_; ///< the area's current position, desktop pixels
     double scale_ = 1; ///< pixels per point
+    bool isPlain_ = false; ///< the window shows the picture of a pause
     QImage ring_; ///< of clicks
     QColor ringColor_;
     Run run_ = 0;

@@ -5,7 +5,8 @@ namespace glimmerpane
 {
 
 SharingWindow::SharingWindow(OutputWindows &windows, QSize size)
-    : content_(windows.make(QStringLiteral("Glimmerpane - Output"), size))
+    : size_(size)
+    , content_(windows.make(QStringLiteral("Glimmerpane - Output"), size))
 {
     if (content_) {
         (*content_)->onCloseRequest = [this] { close(); };

@@ -36,10 +36,13 @@ public:
     void orderOut();
     bool isVisible() const;
 
+    QSize size() const { return size_; } ///< pixels
+
     /** The window to draw into; lives as long as this object. */
     std::expected<OutputWindow *, Error> content() const;
 
 private:
+    const QSize size_;
     std::expected<std::unique_ptr<OutputWindow>, Error> content_;
 };
 

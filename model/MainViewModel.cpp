@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "model/MainViewModel.h"
 
+#include "model/Alerts.h"
+#include "model/AreaFlaw.h"
 #include "model/Log.h"
 #include "model/NumberText.h"
 
 #include <QPointer>
 #include <QScopeGuard>
 
-#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -24,51 +24,6 @@ using Pace = FrameRepositoryProtocol::Pace;
 
 constexpr CaptureFrame fallbackFrame{.x = 0, .y = 0, .width = 1920, .height = 1080};
 constexpr auto windowCheckInterval = 500ms;
-constexpr qsizetype longestVersionShown = 60; ///< characters; the text comes from the service
-
-Rect rectOf(const CaptureFrame &frame)
-{
-    return {.x = frame.x,
-            .y = frame.y,
-            .width = std::abs(frame.width),
-            .height = std::abs(frame.height)};
-}
-
-bool isOnDisplay(const CaptureFrame &frame, const Displays &desktop)
-{
-    const auto displays = desktop.displays();
-    if (displays.empty()) {
-        return true; // the capture reports that itself
-    }
-    const MainDisplay main{.pixels = displays.front().pixels, .scale = desktop.scaleFactor()};
-    const QRect area = main.areaPixels(rectOf(frame));
-    return std::ranges::any_of(
-        displays, [area](const Display &display) { return display.pixels.intersects(area); });
-}
-
-/** Why the area cannot be shared; null if it can. */
-std::optional<QString> flawOf(const CaptureFrame &frame, const Displays &desktop)
-{
-    if (!std::isfinite(frame.width) || !std::isfinite(frame.height)) {
-        return MainViewModel::tr("The area's width and height must be finite numbers.");
-    }
-    if (std::isnan(frame.x) || std::isnan(frame.y)) {
-        return MainViewModel::tr("The area's X and Y must be numbers.");
-    }
-    const QSize size
-        = toPixels(std::abs(frame.width), std::abs(frame.height), desktop.scaleFactor());
-    if (size.isEmpty()) {
-        return MainViewModel::tr("The area is empty. Its width and height must be at least 1.");
-    }
-    if (std::max(size.width(), size.height()) > desktop.largestWindowSide()) {
-        return MainViewModel::tr("The area is too large. Each side can be at most %n pixels.",
-                                 nullptr, desktop.largestWindowSide());
-    }
-    if (!isOnDisplay(frame, desktop)) {
-        return MainViewModel::tr("The area is not on any display. Move it onto one.");
-    }
-    return std::nullopt;
-}
 
 /** For scripts, so never translated. Flushed at once, even into a pipe. */
 void printLine(const QString &text)
@@ -91,9 +46,12 @@ MainViewModel::MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepos
     , backend_(std::move(backend))
     , alerts_(alerts)
     , identity_(std::move(identity))
+    , session_(*captureService_, *windowCoordinator_, backend_)
 {
     currentFrame_ = initialFrame();
     installSessionWatch();
+    connect(&session_, &SharingSession::frameChanged, this, &MainViewModel::sharedFrameChanged);
+    connect(&session_, &SharingSession::pausedChanged, this, &MainViewModel::pausedChanged);
 }
 
 CaptureFrame MainViewModel::initialFrame() const
@@ -193,6 +151,7 @@ QCoro::Task<> MainViewModel::startSharing()
         co_return;
     }
     isCheckingPermission_ = true;
+    firstPause_.reset();
     const QPointer self(this);
     // The content itself is not used: the request fails if the screen may not be read.
     const auto content = co_await backend_.screen->shareableContent(rectOf(currentFrame_));
@@ -213,21 +172,31 @@ QCoro::Task<> MainViewModel::startSharing()
 void MainViewModel::openSharingWindow()
 {
     if (const auto flaw = flawOf(currentFrame_, *backend_.displays)) {
-        captureStartFailed({.text = *flaw, .log = {}});
+        captureStartFailed(*flaw);
         return;
     }
     publish(isSharingWindowOpen_, true);
-    runCapture(windowCoordinator_->showSharingWindow(currentFrame_));
+    const auto window = windowCoordinator_->showSharingWindow(currentFrame_);
+    session_.open(currentFrame_, window);
+    if (const auto picture = std::exchange(firstPause_, std::nullopt)) {
+        backend_.screen->withdrawRequest(); // it is asked for again when the pause ends
+        session_.pause(*picture);
+        Q_EMIT startEnded({});
+    } else {
+        runCapture(window);
+    }
 }
 
 QCoro::Task<> MainViewModel::runCapture(std::shared_ptr<SharingWindow> window)
 {
-    const QPointer self(this);
+    // The session is destroyed before the service, whose end may complete the call.
+    const QPointer session(&session_);
     const auto result = co_await captureService_->startCapture(currentFrame_, window);
-    if (!self) {
+    if (!session) {
         co_return;
     }
     if (result) {
+        session_.started();
         Q_EMIT startEnded({});
     } else {
         captureStartFailed(result.error());
@@ -245,25 +214,67 @@ void MainViewModel::captureStartFailed(const Error &reason)
                   .style = Alert::Style::Warning,
                   .buttons = {tr("OK")}});
     }
+    closeSession();
+}
+
+void MainViewModel::closeSession()
+{
+    session_.close();
     publish(isSharingWindowOpen_, false);
+}
+
+QCoro::Task<SharingSession::Result> MainViewModel::moveSharing(CaptureFrame frame, bool saves)
+{
+    const QPointer session(&session_);
+    auto moved = co_await session_.move(frame);
+    if (session && moved && saves) {
+        publish(currentFrame_, frame);
+        frameRepository_->save(frame, Pace::AtOnce);
+    }
+    co_return moved;
+}
+
+SharingSession::Result MainViewModel::pauseSharing(PausePicture picture)
+{
+    if (isCheckingPermission_) {
+        firstPause_ = picture;
+        return {};
+    }
+    return session_.pause(picture);
+}
+
+QCoro::Task<SharingSession::Result> MainViewModel::resumeSharing()
+{
+    if (isCheckingPermission_) {
+        firstPause_.reset();
+        co_return SharingSession::Result();
+    }
+    const QPointer session(&session_);
+    auto resumed = co_await session_.resume();
+    // A user who has declined can think again.
+    if (session && !resumed && resumed.error().outcome != Outcome::cancelled) {
+        const auto end = [this, error = resumed.error()] {
+            if (isPaused() && windowCoordinator_->isSharingWindowVisible()) {
+                handleCaptureEnded(error);
+            }
+        };
+        QMetaObject::invokeMethod(this, end, Qt::QueuedConnection); // the caller hears of it first
+    }
+    co_return resumed;
+}
+
+void MainViewModel::displaysChanged()
+{
+    if (sharedFrame()) {
+        Q_EMIT sharedFrameChanged();
+    }
 }
 
 void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
 {
-    const int answer = runModal(
-        {.messageText = tr("Screen Recording Permission Required"),
-         .informativeText = tr("Please grant Screen Recording permission in System Settings > "
-                               "Privacy & Security > Screen Recording")
-             + QStringLiteral("\n\n") + reason.text,
-         .style = Alert::Style::Warning,
-         .buttons = {tr("Open System Settings"), tr("Cancel")}});
+    const int answer = runModal(permissionAlert(reason));
     if (answer == firstAlertButton && !backend_.shell->openPrivacySettings()) {
-        runModal({.messageText = tr("Screen Recording"),
-                  .informativeText
-                  = tr("Glimmerpane does not know the settings program of this desktop.")
-                      + QStringLiteral("\n\n") + reason.text,
-                  .style = Alert::Style::Warning,
-                  .buttons = {tr("OK")}});
+        runModal(settingsAlert(reason));
     }
 }
 
@@ -279,14 +290,7 @@ bool MainViewModel::mayClose()
     // Not counted in alertsUp_, so the window watch keeps running: the session may end meanwhile.
     isAskingToClose_ = true;
     const auto done = qScopeGuard([this] { isAskingToClose_ = false; });
-    constexpr int quit = 1; // not the default, in case Ctrl+W was a slip while typing
-    return alerts_.runModal({.messageText = tr("Stop Sharing and Quit?"),
-                             .informativeText = tr("Others in your call will no longer see the "
-                                                   "shared area."),
-                             .style = Alert::Style::Warning,
-                             .buttons = {tr("Keep Sharing"), tr("Stop and Quit")},
-                             .escapesToFirst = true})
-        == quit;
+    return alerts_.runModal(quitAlert()) == quitAlertButton;
 }
 
 int MainViewModel::runModal(const Alert &alert)
@@ -322,12 +326,7 @@ QCoro::Task<> MainViewModel::checkForUpdates()
 
 void MainViewModel::showUpdateAlert(const UpdateInfo &info, const QString &currentVersion)
 {
-    const int answer = runModal(
-        {.messageText = tr("Update Available"),
-         .informativeText = tr("Current version: %1\nNew version: %2")
-                                .arg(currentVersion, info.lastAppVersion.left(longestVersionShown)),
-         .style = Alert::Style::Informational,
-         .buttons = {tr("Download New Version"), tr("Cancel")}});
+    const int answer = runModal(updateAlert(info, currentVersion));
     const QUrl url(info.downloadUrl, QUrl::StrictMode);
     if (answer == firstAlertButton && url.isValid() && !url.isRelative()) {
         backend_.shell->openUrl(url);
@@ -349,7 +348,7 @@ void MainViewModel::endSharing()
     if (isSharingWindowOpen_) {
         windowCoordinator_->closeSharingWindow();
         captureService_->stopCapture();
-        publish(isSharingWindowOpen_, false);
+        closeSession();
     }
 }
 
@@ -361,7 +360,7 @@ void MainViewModel::checkSharingWindow()
         return;
     }
     captureService_->stopCapture();
-    publish(isSharingWindowOpen_, false);
+    closeSession();
 }
 
 void MainViewModel::handleCaptureEnded(const Error &reason)
@@ -370,7 +369,7 @@ void MainViewModel::handleCaptureEnded(const Error &reason)
         return;
     }
     windowCoordinator_->closeSharingWindow();
-    publish(isSharingWindowOpen_, false);
+    closeSession();
     if (reason.outcome != Outcome::cancelled) {
         tellThatSharingEnded(reason.text);
     }

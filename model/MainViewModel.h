@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/SharingSession.h"
 #include "platform/Backend.h"
 #include "services/Alert.h"
 #include "services/FrameRepositoryProtocol.h"
@@ -68,6 +69,18 @@ public:
     QCoro::Task<> startSharing();
     /** Whether a starting session is still checking that the screen may be read. */
     bool isCheckingPermission() const { return isCheckingPermission_; }
+    /** See SharingSession for these. */
+    std::optional<CaptureFrame> sharedFrame() const { return session_.frame(); }
+    bool isPaused() const { return session_.isPaused(); }
+    /** Also stores the area if `saves`. */
+    QCoro::Task<SharingSession::Result> moveSharing(CaptureFrame frame, bool saves);
+    /** A session that is starting starts paused. */
+    SharingSession::Result pauseSharing(PausePicture picture);
+    /** A failure ends the session, and an alert says so a moment later. */
+    QCoro::Task<SharingSession::Result> resumeSharing();
+
+    /** Displays have changed: the area's points may be elsewhere. */
+    void displaysChanged();
     /** Closes the output window; the window watch then ends the session. */
     void stopSharing();
     /** Ends a running or starting session immediately, even while an alert is open. */
@@ -84,10 +97,12 @@ public:
 Q_SIGNALS:
     /** A published property is about to be assigned, possibly to the same value. */
     void objectWillChange();
-
     /** A start has succeeded, or failed with an error that is about to be shown. */
     void startEnded(const QString &error);
-
+    /** sharedFrame() has changed, or where its points are. */
+    void sharedFrameChanged();
+    /** isPaused() has changed. */
+    void pausedChanged();
     /** The selector has opened, or failed to with an error that is about to be shown. */
     void frameSelectorShown(const QString &error);
 
@@ -105,6 +120,7 @@ private:
     void openSharingWindow();
     QCoro::Task<> runCapture(std::shared_ptr<SharingWindow> window);
     void captureStartFailed(const Error &reason);
+    void closeSession();
     void checkSharingWindow();
     void handleCaptureEnded(const Error &reason);
     void tellThatSharingEnded(const QString &reason);
@@ -115,7 +131,6 @@ private:
     CaptureFrame currentFrame_;
     bool isFrameSelectorOpen_ = false;
     bool isSharingWindowOpen_ = false;
-
     const std::unique_ptr<FrameRepositoryProtocol> frameRepository_;
     const std::unique_ptr<UpdateRepositoryProtocol> updateRepository_;
     const std::unique_ptr<WindowCoordinatorProtocol> windowCoordinator_;
@@ -123,9 +138,10 @@ private:
     const Backend backend_;
     AlertPresenterProtocol &alerts_;
     const Identity identity_;
-
+    SharingSession session_;
     QTimer windowCheckTimer_;
     bool isCheckingPermission_ = false;
+    std::optional<PausePicture> firstPause_; ///< with which the session is to start
     bool isCheckingForUpdates_ = false;
     bool isAskingToClose_ = false;
     int alertsUp_ = 0;

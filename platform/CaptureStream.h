@@ -78,6 +78,13 @@ public:
 
     /** Makes the next frame a complete one. */
     virtual void invalidate() = 0;
+
+    /**
+     * Captures `area` (points, desktop coordinates) instead, from a complete frame on that follows
+     * at once. Returns immediately, and can be called for each frame. False if this stream can only
+     * capture what it was made for.
+     */
+    virtual bool move(const Rect & /*area*/) { return false; }
 };
 
 } // namespace glimmerpane

@@ -3,6 +3,7 @@
 
 #include "platform/Frame.h"
 
+#include <QColor>
 #include <QImage>
 #include <QPoint>
 
@@ -20,7 +21,7 @@ struct Highlight {
 
 /**
  * Shows frames in a window. They are fitted into the bounds that the window had when the layer was
- * created, keeping the aspect ratio, with the window's background around them. Main thread.
+ * created, keeping the aspect ratio, with black around them. Main thread.
  */
 class DisplayLayer
 {
@@ -39,6 +40,12 @@ public:
      * next frame will show them: then call again. Never blocks.
      */
     virtual bool setHighlights(const std::vector<Highlight> &highlights) = 0;
+
+    /** Shows an image (premultiplied ARGB) in the middle of a colour, until the next frame. */
+    virtual void showPlain(const QColor &color, const QImage &image) = 0;
+
+    /** Waits until the display server has drawn all of it, so that no change follows. */
+    virtual void finish() = 0;
 };
 
 } // namespace glimmerpane

@@ -55,6 +55,12 @@ struct CaptureStatistics {
     std::int64_t dropped = 0; ///< since the session's start
 };
 
+/** What the window shows while the capture is paused. */
+enum class PausePicture {
+    Latest, ///< the latest picture of the area
+    Plain, ///< a picture that says so
+};
+
 /** Runs the live capture of one area into one window. Main thread. */
 class CaptureServiceProtocol
 {
@@ -77,6 +83,19 @@ public:
     virtual QCoro::Task<StartResult> startCapture(CaptureFrame frame,
                                                   std::shared_ptr<SharingWindow> window)
         = 0;
+
+    /**
+     * Shows `frame` instead, in the same window and without a gap. On failure, the previous area is
+     * still shown. Not while another move is pending. If stopCapture() or pauseCapture() is called
+     * meanwhile, the move completes without an error and has no effect.
+     */
+    virtual QCoro::Task<StartResult> moveCapture(CaptureFrame frame) = 0;
+
+    /**
+     * Ends the current run or a pending start, but leaves a picture in the window. When this
+     * returns, nothing of the screen gets into the window any more. startCapture() goes on.
+     */
+    virtual void pauseCapture(PausePicture picture) = 0;
 
     /** Ends the current run or a pending start, and returns immediately. */
     virtual void stopCapture() = 0;

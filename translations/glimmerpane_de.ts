@@ -255,6 +255,37 @@
         <source>This Wayland compositor does not let programs read the screen.</source>
         <translation>Dieser Wayland-Compositor lässt Programme den Bildschirm nicht lesen.</translation>
     </message>
+    <message>
+        <source>Paused</source>
+        <translation>Pausiert</translation>
+    </message>
+    <message>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s X and Y must be numbers.</source>
+        <translation>Die Position des Bereichs muss aus Zahlen bestehen.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Sharing was paused or stopped before it went on.</source>
+        <translation>Die Freigabe wurde angehalten oder beendet, bevor sie weiterging.</translation>
+    </message>
+    <message>
+        <source>Nothing is being shared.</source>
+        <translation>Es wird nichts freigegeben.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -286,16 +317,24 @@
         <translation>Unerwartetes Argument „%1“.</translation>
     </message>
     <message>
-        <source>Only one of --share, --stop and --select can be used at a time.</source>
-        <translation>Von --share, --stop und --select kann nur eines angegeben werden.</translation>
-    </message>
-    <message>
         <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
         <translation>„%1“ ist kein Bereich. Ein Bereich besteht aus vier Zahlen: X,Y,BREITExHÖHE.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
         <translation>„%1“ ist keine Art von Ausgabefenster. Geben Sie managed oder unlisted an.</translation>
+    </message>
+    <message>
+        <source>Only one of --share, --stop, --select, --move, --pause, --blank, --resume and --toggle-pause can be used at a time.</source>
+        <translation>Von --share, --stop, --select, --move, --pause, --blank, --resume und --toggle-pause kann nur eines angegeben werden.</translation>
+    </message>
+    <message>
+        <source>--save needs --move.</source>
+        <translation>--save braucht --move.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no place for the area. Use X,Y or X,Y,WIDTHxHEIGHT.</source>
+        <translation>„%1“ ist kein Ort für den Bereich. Geben Sie X,Y oder X,Y,BREITExHÖHE an.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -309,10 +348,16 @@ Options:
   --share                  Start sharing at once.
   --stop                   Stop sharing.
   --select                 Open the area selector.
-  --status                 Print the area, whether it is being shared, the
-                           frames shown in the last second and the frames
-                           dropped, the back end, and whether clicks are
-                           shown, as JSON.
+  --move X,Y[,WIDTHxHEIGHT]
+                           Move the area while it is shared; with --save, also
+                           store it.
+  --pause, --resume, --toggle-pause
+                           Keep the latest picture, or go on.
+  --blank                  Pause with a picture that says so.
+  --status                 Print the stored area, whether one is being shared,
+                           which, and whether it is paused, the frames shown
+                           in the last second and the frames dropped, the
+                           back end, and whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
@@ -334,10 +379,17 @@ Optionen:
   --share                  Die Freigabe sofort starten.
   --stop                   Die Freigabe beenden.
   --select                 Den Bereich auf dem Bildschirm auswählen.
-  --status                 Als JSON ausgeben: den Bereich, ob er freigegeben ist,
-                           die in der letzten Sekunde gezeigten und die
-                           ausgelassenen Bilder, den Zugriff auf den Bildschirm
-                           und ob Klicks gezeigt werden.
+  --move X,Y[,BREITExHÖHE]
+                           Den Bereich verschieben, während er freigegeben ist;
+                           mit --save wird das auch gespeichert.
+  --pause, --resume, --toggle-pause
+                           Das letzte Bild behalten oder weitermachen.
+  --blank                  Pausieren, mit einem Bild, das dies sagt.
+  --status                 Als JSON ausgeben: den gespeicherten Bereich, ob einer
+                           freigegeben ist, welcher, und ob er pausiert, die in
+                           der letzten Sekunde gezeigten und die ausgelassenen
+                           Bilder, den Zugriff auf den Bildschirm und ob Klicks
+                           gezeigt werden.
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.
@@ -422,29 +474,6 @@ Neue Version: %2</translation>
     <message>
         <source>Sharing Has Ended</source>
         <translation>Die Freigabe wurde beendet</translation>
-    </message>
-    <message>
-        <source>The area&apos;s width and height must be finite numbers.</source>
-        <translation>Breite und Höhe des Bereichs müssen endliche Zahlen sein.</translation>
-    </message>
-    <message>
-        <source>The area&apos;s X and Y must be numbers.</source>
-        <translation>Die Position des Bereichs muss aus Zahlen bestehen.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and height must be at least 1.</source>
-        <translation>Der Bereich ist leer. Breite und Höhe müssen mindestens 1 sein.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. Each side can be at most %n pixels.</source>
-        <translation>
-            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
-            <numerusform>Der Bereich ist zu groß. Jede Seite darf höchstens %n Pixel lang sein.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>The area is not on any display. Move it onto one.</source>
-        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
     </message>
     <message>
         <source>Sharing was stopped before it started.</source>

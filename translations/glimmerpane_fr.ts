@@ -255,6 +255,37 @@
         <source>This Wayland compositor does not let programs read the screen.</source>
         <translation>Ce compositeur Wayland ne permet pas aux programmes de lire l’écran.</translation>
     </message>
+    <message>
+        <source>Paused</source>
+        <translation>En pause</translation>
+    </message>
+    <message>
+        <source>The area&apos;s width and height must be finite numbers.</source>
+        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
+    </message>
+    <message>
+        <source>The area&apos;s X and Y must be numbers.</source>
+        <translation>La position de la zone doit être donnée par des nombres.</translation>
+    </message>
+    <message>
+        <source>The area is empty. Its width and height must be at least 1.</source>
+        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area is too large. Each side can be at most %n pixels.</source>
+        <translation>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixel.</numerusform>
+            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixels.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Sharing was paused or stopped before it went on.</source>
+        <translation>Le partage a été suspendu ou arrêté avant d’avoir repris.</translation>
+    </message>
+    <message>
+        <source>Nothing is being shared.</source>
+        <translation>Rien n’est partagé.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -286,16 +317,24 @@
         <translation>Argument inattendu «&#xa0;%1&#xa0;».</translation>
     </message>
     <message>
-        <source>Only one of --share, --stop and --select can be used at a time.</source>
-        <translation>Une seule des options --share, --stop et --select peut être utilisée à la fois.</translation>
-    </message>
-    <message>
         <source>&apos;%1&apos; is not an area. An area is four numbers: X,Y,WIDTHxHEIGHT.</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas une zone. Une zone se compose de quatre nombres&#xa0;: X,Y,LARGEURxHAUTEUR.</translation>
     </message>
     <message>
         <source>&apos;%1&apos; is not a kind of output window. Use managed or unlisted.</source>
         <translation>«&#xa0;%1&#xa0;» n’est pas un type de fenêtre de sortie. Indiquez managed ou unlisted.</translation>
+    </message>
+    <message>
+        <source>Only one of --share, --stop, --select, --move, --pause, --blank, --resume and --toggle-pause can be used at a time.</source>
+        <translation>Une seule des options --share, --stop, --select, --move, --pause, --blank, --resume et --toggle-pause peut être utilisée à la fois.</translation>
+    </message>
+    <message>
+        <source>--save needs --move.</source>
+        <translation>--save ne va qu’avec --move.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no place for the area. Use X,Y or X,Y,WIDTHxHEIGHT.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas un emplacement pour la zone. Indiquez X,Y ou X,Y,LARGEURxHAUTEUR.</translation>
     </message>
     <message>
         <source>Usage: glimmerpane [options]
@@ -309,10 +348,16 @@ Options:
   --share                  Start sharing at once.
   --stop                   Stop sharing.
   --select                 Open the area selector.
-  --status                 Print the area, whether it is being shared, the
-                           frames shown in the last second and the frames
-                           dropped, the back end, and whether clicks are
-                           shown, as JSON.
+  --move X,Y[,WIDTHxHEIGHT]
+                           Move the area while it is shared; with --save, also
+                           store it.
+  --pause, --resume, --toggle-pause
+                           Keep the latest picture, or go on.
+  --blank                  Pause with a picture that says so.
+  --status                 Print the stored area, whether one is being shared,
+                           which, and whether it is paused, the frames shown
+                           in the last second and the frames dropped, the
+                           back end, and whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
@@ -335,7 +380,14 @@ Options&#xa0;:
   --share                  Démarrer le partage aussitôt.
   --stop                   Arrêter le partage.
   --select                 Sélectionner la zone à l’écran.
-  --status                 Afficher en JSON la zone, si elle est partagée, le
+  --move X,Y[,LARGEURxHAUTEUR]
+                           Déplacer la zone pendant qu’elle est partagée&#x202f;;
+                           avec --save, l’enregistrer aussi.
+  --pause, --resume, --toggle-pause
+                           Garder la dernière image, ou reprendre.
+  --blank                  Suspendre, avec une image qui le dit.
+  --status                 Afficher en JSON la zone enregistrée, si une zone est
+                           partagée, laquelle, et si elle est en pause, le
                            nombre d’images montrées dans la dernière seconde,
                            celui des images perdues, l’accès à l’écran et si
                            les clics sont montrés.
@@ -424,29 +476,6 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Sharing Has Ended</source>
         <translation>Le partage est terminé</translation>
-    </message>
-    <message>
-        <source>The area&apos;s width and height must be finite numbers.</source>
-        <translation>La largeur et la hauteur de la zone doivent être des nombres finis.</translation>
-    </message>
-    <message>
-        <source>The area&apos;s X and Y must be numbers.</source>
-        <translation>La position de la zone doit être donnée par des nombres.</translation>
-    </message>
-    <message>
-        <source>The area is empty. Its width and height must be at least 1.</source>
-        <translation>La zone est vide. Sa largeur et sa hauteur doivent valoir au moins 1.</translation>
-    </message>
-    <message numerus="yes">
-        <source>The area is too large. Each side can be at most %n pixels.</source>
-        <translation>
-            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixel.</numerusform>
-            <numerusform>La zone est trop grande. Chaque côté peut avoir au plus %n pixels.</numerusform>
-        </translation>
-    </message>
-    <message>
-        <source>The area is not on any display. Move it onto one.</source>
-        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
     </message>
     <message>
         <source>Sharing was stopped before it started.</source>

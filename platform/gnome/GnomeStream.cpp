@@ -5,9 +5,7 @@
 #include "platform/bus/BusSignal.h"
 #include "platform/gnome/StageSize.h"
 
-#include <QGuiApplication>
 #include <QPointer>
-#include <QScreen>
 
 #include <algorithm>
 #include <utility>
@@ -18,11 +16,6 @@ namespace glimmerpane::gnome
 namespace
 {
 
-using namespace std::chrono_literals;
-
-/** A change of displays comes as several events. */
-constexpr auto displaysSettle = 300ms;
-
 /** The smallest whole rectangle that contains this one, but for errors of the arithmetic. */
 QRect outward(const QRectF &rectangle)
 {
@@ -30,10 +23,10 @@ QRect outward(const QRectF &rectangle)
     return rectangle.adjusted(error, error, -error, -error).toAlignedRect();
 }
 
-/** Where the area is in pictures of the recorded units. */
-auto partOf(QRect units, QRect area, double pixelsPerUnit)
+/** Finds an area in pictures of the recorded units. */
+auto partOf(QRect units, double pixelsPerUnit)
 {
-    return [=](QSize picture) {
+    return [=](QSize picture, QRect area) {
         const double scale = double(picture.width()) / units.width();
         const QPointF place = QPointF(area.topLeft()) / pixelsPerUnit - units.topLeft();
         return QRect((place * scale).toPoint(),
@@ -51,9 +44,6 @@ GnomeStream::GnomeStream(std::shared_ptr<Displays> displays, const ContentFilter
     , area_(flipped(configuration.sourceRect, filter.display.frame().height))
     , configuration_(configuration)
 {
-    displaysSettled_.setSingleShot(true);
-    displaysSettled_.setInterval(displaysSettle);
-    connect(&displaysSettled_, &QTimer::timeout, this, &GnomeStream::followDisplays);
 }
 
 GnomeStream::~GnomeStream() = default;
@@ -67,7 +57,8 @@ QCoro::Task<GnomeStream::Result> GnomeStream::begin()
     const QPointer self(this);
     auto result = co_await record(++attempt_);
     if (result && self && !isStopped()) {
-        watchDisplays();
+        displayWatch_ = std::make_unique<DisplayWatch>();
+        connect(displayWatch_.get(), &DisplayWatch::changed, this, &GnomeStream::followDisplays);
     }
     co_return result;
 }
@@ -107,7 +98,8 @@ QCoro::Task<GnomeStream::Result> GnomeStream::record(int attempt)
     qCInfo(platformLog) << "GNOME records" << units << "as node" << recording_->node();
     pipewire::VideoNode node{.id = recording_->node(),
                              .remote = {},
-                             .area = partOf(units, *pixels, scale),
+                             .area = *pixels,
+                             .partOf = partOf(units, scale),
                              .minimumFrameInterval
                              = configuration_.minimumFrameInterval.duration()};
     co_return co_await play(std::move(node));
@@ -135,21 +127,6 @@ std::expected<QRect, Error> GnomeStream::areaPixels() const
                   .log = QStringLiteral("no monitor is under the area")});
     }
     return area;
-}
-
-void GnomeStream::watchDisplays()
-{
-    const auto changed = [this] { displaysSettled_.start(); };
-    const auto watch = [this, changed](QScreen *screen) {
-        connect(screen, &QScreen::geometryChanged, this, changed);
-        displaysSettled_.start();
-    };
-    connect(qGuiApp, &QGuiApplication::screenAdded, this, watch);
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, changed);
-    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, changed);
-    for (QScreen *const screen : QGuiApplication::screens()) {
-        watch(screen);
-    }
 }
 
 QCoro::Task<> GnomeStream::followDisplays()

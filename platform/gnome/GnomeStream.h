@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/DisplayWatch.h"
 #include "platform/Displays.h"
 #include "platform/gnome/GnomeRecording.h"
 #include "platform/pipewire/RecordedStream.h"
 
 #include <QRect>
-#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -44,7 +44,6 @@ private:
     QCoro::Task<Result> record(int attempt);
     std::expected<QRect, Error> areaPixels() const;
     double pixelsPerUnit(QSizeF stage) const;
-    void watchDisplays();
     QCoro::Task<> followDisplays();
 
     const std::shared_ptr<Displays> displays_;
@@ -52,7 +51,7 @@ private:
     const StreamConfiguration configuration_;
     std::unique_ptr<BusOwnerWatch> shell_;
     std::optional<GnomeRecording> recording_;
-    QTimer displaysSettled_;
+    std::unique_ptr<DisplayWatch> displayWatch_;
     int attempt_ = 0; ///< counts recordings; displays may change while one starts
     QRect recorded_; ///< desktop pixels
 };

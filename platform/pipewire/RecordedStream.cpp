@@ -52,6 +52,15 @@ QCoro::Task<RecordedStream::Result> RecordedStream::play(VideoNode node)
     co_return co_await video->startCapture(std::move(handlers));
 }
 
+bool RecordedStream::playArea(QRect area)
+{
+    if (!video_ || isStopped()) {
+        return false;
+    }
+    video_->moveTo(area);
+    return true;
+}
+
 CaptureStream::Handlers RecordedStream::handlersOf(const std::shared_ptr<VideoStream> &video)
 {
     const auto ended = [self = QPointer(this), video = std::weak_ptr(video)](const Error &error) {

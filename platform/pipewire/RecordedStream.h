@@ -33,6 +33,8 @@ protected:
 
     /** Passes on a node's pictures from now on. */
     QCoro::Task<Result> play(VideoNode node);
+    /** Passes on another area, desktop pixels, of the same pictures. False if there are none. */
+    bool playArea(QRect area);
     /** Passes on nothing any more, so that the recording can be replaced. */
     void pause() { video_.reset(); }
     /** The recording is over: makes a start fail, or tells the handler. Only the first time counts.

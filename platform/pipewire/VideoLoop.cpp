@@ -253,6 +253,14 @@ void VideoLoop::readMessages()
             due_ |= message.rectangle;
             showAgainSoon();
             break;
+        case Message::Kind::Move:
+            node_.area = message.rectangle;
+            if (latest_) {
+                latest_->source = node_.partOf(latest_->pixels.size, node_.area);
+                due_ = QRect(QPoint(), latest_->pixels.size);
+                showAgainSoon();
+            }
+            break;
         case Message::Kind::Stop:
             isRunning_ = false;
             pw_main_loop_quit(loop_.get());
@@ -346,7 +354,7 @@ bool VideoLoop::takePicture(const pw_buffer &buffer)
                                  .size = crop.size(),
                                  .owner = std::make_shared<const Loan>(slot->second.memory,
                                                                        messages_, slot->first)},
-                      .source = node_.area(crop.size()),
+                      .source = node_.partOf(crop.size(), node_.area),
                       .origin = crop.topLeft()};
     return true;
 }

@@ -91,4 +91,11 @@ void VideoStream::invalidate()
     }
 }
 
+void VideoStream::moveTo(QRect area)
+{
+    if (messages_) {
+        messages_->send({.kind = Message::Kind::Move, .rectangle = area});
+    }
+}
+
 } // namespace glimmerpane::pipewire

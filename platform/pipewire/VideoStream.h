@@ -19,8 +19,9 @@ class MessagePipe;
 struct VideoNode {
     std::uint32_t id = 0; ///< PipeWire's
     FileDescriptor remote; ///< a connection to PipeWire; without one, the user's own is used
-    /** Which part of a picture of this size is captured, in pixels; it may reach beyond. */
-    std::function<QRect(QSize picture)> area;
+    QRect area; ///< captured, desktop pixels
+    /** Where an area is in a picture of this size, in pixels; it may reach beyond. */
+    std::function<QRect(QSize picture, QRect area)> partOf;
     std::chrono::nanoseconds minimumFrameInterval{};
 };
 
@@ -40,6 +41,8 @@ public:
     void stopCapture() override;
     void returnSampleBuffer(const SampleBuffer &sample) override;
     void invalidate() override;
+    /** Captures another area, desktop pixels, of the same pictures. */
+    void moveTo(QRect area);
 
 private:
     VideoNode node_; ///< until the start

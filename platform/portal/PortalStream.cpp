@@ -13,9 +13,9 @@ namespace
  * Finds an area in pictures of its display. Both are desktop pixels; a picture can have more of
  * them, or fewer, where the compositor scales.
  */
-auto areaIn(QRect display, QRect area)
+auto areaIn(QRect display)
 {
-    return [display, area, scale = 0.0](QSize picture) mutable {
+    return [display, scale = 0.0](QSize picture, QRect area) mutable {
         if (scale == 0) {
             scale = display.isEmpty() ? 1 : double(picture.width()) / display.width();
         }
@@ -37,6 +37,7 @@ PortalStream::PortalStream(std::unique_ptr<PortalGrant> grant, QRect display,
                            std::shared_ptr<QThreadPool> background)
     : RecordedStream(std::move(background))
     , display_(display)
+    , main_(filter.display)
     , area_(areaPixels(filter, configuration))
     , minimumFrameInterval_(configuration.minimumFrameInterval.duration())
     , grant_(std::move(grant))
@@ -60,9 +61,16 @@ QCoro::Task<PortalStream::Result> PortalStream::begin()
     });
     pipewire::VideoNode node{.id = grant_->node,
                              .remote = std::move(grant_->remote),
-                             .area = areaIn(display_, area_),
+                             .area = area_,
+                             .partOf = areaIn(display_),
                              .minimumFrameInterval = minimumFrameInterval_};
     co_return co_await play(std::move(node));
+}
+
+bool PortalStream::move(const Rect &area)
+{
+    const QRect pixels = main_.areaPixels(area);
+    return display_.contains(pixels.center()) && playArea(pixels);
 }
 
 void PortalStream::release()

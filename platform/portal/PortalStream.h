@@ -26,12 +26,16 @@ public:
                  const StreamConfiguration &configuration, std::shared_ptr<QThreadPool> background);
     ~PortalStream() override;
 
+    /** Only on the same monitor. */
+    bool move(const Rect &area) override;
+
 private:
     QCoro::Task<Result> begin() override;
     void release() override;
 
     const QRect display_; ///< desktop pixels
-    const QRect area_; ///< desktop pixels
+    const MainDisplay main_;
+    const QRect area_; ///< at the start, desktop pixels
     const std::chrono::nanoseconds minimumFrameInterval_;
     std::unique_ptr<PortalGrant> grant_;
     std::optional<BusOwnerWatch> portal_;

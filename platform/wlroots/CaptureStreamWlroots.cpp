@@ -74,4 +74,10 @@ void CaptureStreamWlroots::invalidate()
     commands_->send({.kind = Command::Kind::Show, .rectangle = everything});
 }
 
+bool CaptureStreamWlroots::move(const Rect &area)
+{
+    commands_->send({.kind = Command::Kind::Move, .rectangle = {}, .area = area});
+    return true;
+}
+
 } // namespace glimmerpane::wlroots

@@ -25,6 +25,7 @@ public:
     void stopCapture() override;
     void returnSampleBuffer(const SampleBuffer &sample) override;
     void invalidate() override;
+    bool move(const Rect &area) override;
 
 private:
     const std::unique_ptr<const CaptureSource> source_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
+#include "platform/Geometry.h"
 
 #include <QRect>
 
@@ -18,9 +19,11 @@ struct Command {
         Show, ///< the rectangle again, in a frame without new pixels
         Resend, ///< the rectangle's pixels again
         BufferFree, ///< a frame's memory is no longer used
+        Move, ///< the area is captured from now on
     };
     Kind kind = Kind::Stop;
     QRect rectangle; ///< pixels of the picture
+    Rect area = {}; ///< points, desktop coordinates
 };
 
 /** Commands on their way to one thread. Any thread may send; shared, to outlive them all. */

@@ -113,7 +113,11 @@ void OutputCapture::copy()
     }
     target_ = buffer;
     targetMemory_ = buffer->memory();
-    zwlr_screencopy_frame_v1_copy_with_damage(frame_.get(), buffer->proxy());
+    if (isForced_) {
+        zwlr_screencopy_frame_v1_copy(frame_.get(), buffer->proxy());
+    } else {
+        zwlr_screencopy_frame_v1_copy_with_damage(frame_.get(), buffer->proxy());
+    }
 }
 
 /** wlroots describes the damage of the whole output. */
@@ -144,6 +148,7 @@ void OutputCapture::finish()
     latestMemory_ = std::move(targetMemory_);
     isLatestInverted_ = isInverted_;
     frame_.reset();
+    isForced_ = false;
     failingSince_.reset();
     pacer_.advance(Clock::now(), FramePacer::TimePoint::max());
 }

@@ -46,6 +46,11 @@ public:
 
     const Source &source() const { return source_; }
 
+    /**
+     * The next picture comes even if nothing changes, as the first one of an output does by itself.
+     */
+    void force() { isForced_ = true; }
+
     /** Asks for the next picture if none is on its way and one may come. */
     void request(FramePacer::TimePoint now);
 
@@ -102,6 +107,7 @@ private:
     bool isLatestInverted_ = false;
     QRegion changes_;
     std::optional<FramePacer::TimePoint> failingSince_;
+    bool isForced_ = false;
     bool isStarved_ = false; ///< all buffers are in use
 };
 

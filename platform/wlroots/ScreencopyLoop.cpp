@@ -123,6 +123,9 @@ void ScreencopyLoop::followOutputs()
                 parts_.push_back(std::make_unique<OutputCapture>(
                     *session_, *output, source->part, source_.showsPointer,
                     source_.minimumFrameInterval, commands_));
+                if (movedAt_) {
+                    parts_.back()->force();
+                }
             }
         }
         changed_ = everything;
@@ -140,6 +143,7 @@ void ScreencopyLoop::run()
     while (true) {
         readCommands();
         const auto now = std::chrono::steady_clock::now();
+        moveArea(now);
         endIfHopeless(now);
         if (!isRunning_) {
             return;
@@ -178,9 +182,33 @@ void ScreencopyLoop::obey(const Command &command)
     case Command::Kind::Resend:
         changed_ |= command.rectangle;
         break;
+    case Command::Kind::Move:
+        wanted_ = command.area;
+        break;
     case Command::Kind::BufferFree: // request() looks for it
         break;
     }
+}
+
+/** Waits for the previous area's first frame: otherwise, a steady move would show none. */
+void ScreencopyLoop::moveArea(TimePoint now)
+{
+    if (wanted_ && (!movedAt_ || now - *movedAt_ > longestAbsence)) {
+        source_.area = *std::exchange(wanted_, std::nullopt);
+        movedAt_ = now;
+        followOutputs();
+    }
+}
+
+/** After a move, nothing is shown of an area before all of it has come, unless some of it never
+ * does. */
+bool ScreencopyLoop::isPictureComplete() const
+{
+    const auto hasPicture = [](const auto &part) { return part->hasPicture(); };
+    const bool isAwaited
+        = movedAt_ && std::chrono::steady_clock::now() - *movedAt_ < longestAbsence;
+    return isAwaited ? std::ranges::all_of(parts_, hasPicture)
+                     : std::ranges::any_of(parts_, hasPicture);
 }
 
 void ScreencopyLoop::endIfHopeless(TimePoint now)
@@ -225,9 +253,7 @@ void ScreencopyLoop::collectChanges()
 /** When the next frame may be made; null if there is nothing to show. */
 std::optional<ScreencopyLoop::TimePoint> ScreencopyLoop::showingDue() const
 {
-    const bool hasPicture
-        = std::ranges::any_of(parts_, [](const auto &part) { return part->hasPicture(); });
-    if (!hasPicture || (changed_.isEmpty() && repeated_.isEmpty())) {
+    if (!isPictureComplete() || (changed_.isEmpty() && repeated_.isEmpty())) {
         return std::nullopt;
     }
     return pacer_.due() - source_.minimumFrameInterval / 2;
@@ -239,6 +265,7 @@ void ScreencopyLoop::showChanges(TimePoint now)
         return;
     }
     pacer_.advance(now, TimePoint::max());
+    movedAt_.reset();
     const bool direct = isDirect();
     const QRect whole(QPoint(), direct ? parts_.front()->size() : area_.size());
     const QRegion changed = std::exchange(changed_, QRegion()) & whole;
@@ -263,6 +290,9 @@ std::optional<ScreencopyLoop::TimePoint> ScreencopyLoop::nextDue() const
             next = std::min(next.value_or(*due), *due);
         }
     };
+    if (movedAt_ && !isPictureComplete()) {
+        consider(*movedAt_ + longestAbsence);
+    }
     for (const auto &part : parts_) {
         consider(part->due());
     }

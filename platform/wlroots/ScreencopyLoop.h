@@ -46,6 +46,8 @@ private:
     std::vector<OutputCapture::Source> findParts() const;
     void readCommands();
     void obey(const Command &command);
+    void moveArea(TimePoint now);
+    bool isPictureComplete() const;
     void endIfHopeless(TimePoint now);
     void end(Error error);
     void collectChanges();
@@ -55,7 +57,9 @@ private:
     std::optional<TimePoint> nextDue() const;
 
     const std::unique_ptr<WaylandSession> session_;
-    const CaptureSource source_;
+    CaptureSource source_;
+    std::optional<Rect> wanted_; ///< the area to go on with, points
+    std::optional<TimePoint> movedAt_; ///< until the area's first frame
     const std::shared_ptr<CommandPipe> commands_;
     const CaptureStream::Handlers handlers_;
     QString mainName_; ///< of the output that the area's points count from

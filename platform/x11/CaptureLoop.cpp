@@ -43,15 +43,15 @@ Error areaGone()
 } // namespace
 
 std::expected<std::unique_ptr<CaptureLoop>, Error> CaptureLoop::create(
-    CaptureSource source, int redraws, CaptureStream::Handlers handlers)
+    CaptureSource source, int orders, CaptureStream::Handlers handlers)
 {
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
     std::unique_ptr<CaptureLoop> loop(new CaptureLoop(std::move(opened->connection),
-                                                      opened->extensions, std::move(source),
-                                                      redraws, std::move(handlers)));
+                                                      opened->extensions, std::move(source), orders,
+                                                      std::move(handlers)));
     if (auto watching = loop->watch(); !watching) {
         return std::unexpected(watching.error());
     }
@@ -59,11 +59,11 @@ std::expected<std::unique_ptr<CaptureLoop>, Error> CaptureLoop::create(
 }
 
 CaptureLoop::CaptureLoop(Connection connection, const Extensions &extensions, CaptureSource source,
-                         int redraws, CaptureStream::Handlers handlers)
+                         int orders, CaptureStream::Handlers handlers)
     : connection_(std::move(connection))
     , extensions_(extensions)
     , source_(std::move(source))
-    , redraws_(redraws)
+    , orders_(orders)
     , handlers_(std::move(handlers))
     , pacer_(source_.minimumFrameInterval)
 {
@@ -111,7 +111,7 @@ void CaptureLoop::run()
     constexpr auto unwanted = FramePacer::TimePoint::max();
     auto wantedSince = unwanted; // a change other than the pointer's
     while (true) {
-        readRedraws();
+        readOrders();
         readEvents();
         if (!isRunning_) {
             return;
@@ -150,13 +150,21 @@ void CaptureLoop::rest()
     }
 }
 
-void CaptureLoop::readRedraws()
+void CaptureLoop::readOrders()
 {
-    static_assert(std::is_trivially_copyable_v<QRect>);
-    QRect rectangle;
+    static_assert(std::is_trivially_copyable_v<CaptureOrder>);
+    CaptureOrder order;
+    bool isMoved = false;
     ssize_t length = 0;
-    while ((length = read(redraws_, &rectangle, sizeof rectangle)) == sizeof rectangle) {
-        carried_ |= rectangle & area_;
+    while ((length = read(orders_, &order, sizeof order)) == sizeof order) {
+        carried_ |= order.redraw & area_;
+        if (order.area) {
+            source_.area = *order.area;
+            isMoved = true;
+        }
+    }
+    if (isMoved) { // only the latest place is of interest
+        followArea();
     }
     isRunning_ = isRunning_ && length != 0;
 }
@@ -184,15 +192,15 @@ void CaptureLoop::handle(const xcb_generic_event_t &event)
     } else if (pointer_ && pointer_->concerns(event)) {
         isPointerStale_ = true;
     } else if (tellsOfMonitors(event, connection_, extensions_)) {
-        followDisplays();
+        followArea();
     }
 }
 
-void CaptureLoop::followDisplays()
+void CaptureLoop::followArea()
 {
     if (findArea()) {
         giveUpAt_.reset();
-        qCInfo(platformLog) << "displays changed; the area is now at" << area_;
+        qCInfo(platformLog) << "the area is now at" << area_;
     } else if (!giveUpAt_) {
         giveUpAt_ = std::chrono::steady_clock::now() + longestAbsence;
     }
@@ -260,7 +268,7 @@ void CaptureLoop::wait(std::optional<std::chrono::nanoseconds> limit) const
     connection_.flush();
     std::array descriptors{
         pollfd{.fd = connection_.fileDescriptor(), .events = POLLIN, .revents = 0},
-        pollfd{.fd = redraws_, .events = POLLIN, .revents = 0},
+        pollfd{.fd = orders_, .events = POLLIN, .revents = 0},
     };
     const auto time = limit.value_or(std::chrono::nanoseconds::zero());
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(time);

@@ -21,6 +21,12 @@ struct CaptureSource {
     std::chrono::nanoseconds minimumFrameInterval{};
 };
 
+/** What the main thread tells a loop. */
+struct CaptureOrder {
+    QRect redraw; ///< to be shown again, root pixels
+    std::optional<Rect> area; ///< to be captured from now on, points, desktop coordinates
+};
+
 /**
  * The work of the capture thread: waits for the X server to report a change, asks what changed, and
  * passes on a frame that describes it. The only pixels it reads are the pointer's. When displays
@@ -31,11 +37,11 @@ class CaptureLoop
 {
 public:
     /**
-     * `redraws` is the reading end of a pipe: each QRect in it (root pixels) is shown again, and
-     * end-of-file ends the loop. Waits for the server.
+     * `orders` is the reading end of a pipe of CaptureOrder; end-of-file ends the loop. Waits for
+     * the server.
      */
     static std::expected<std::unique_ptr<CaptureLoop>, Error> create(
-        CaptureSource source, int redraws, CaptureStream::Handlers handlers);
+        CaptureSource source, int orders, CaptureStream::Handlers handlers);
 
     /**
      * Returns at the end of the pipe, or once the stream has ended by itself and the handler was
@@ -45,14 +51,14 @@ public:
 
 private:
     CaptureLoop(Connection connection, const Extensions &extensions, CaptureSource source,
-                int redraws, CaptureStream::Handlers handlers);
+                int orders, CaptureStream::Handlers handlers);
     std::expected<void, Error> watch();
     bool findArea();
 
-    void readRedraws();
+    void readOrders();
     void readEvents();
     void handle(const xcb_generic_event_t &event);
-    void followDisplays();
+    void followArea();
     void end(Error error);
     void rest();
     void look();
@@ -61,8 +67,8 @@ private:
 
     const Connection connection_;
     const Extensions extensions_;
-    const CaptureSource source_;
-    const int redraws_;
+    CaptureSource source_;
+    const int orders_;
     const CaptureStream::Handlers handlers_;
     std::optional<PointerTracker> pointer_;
     FramePacer pacer_;

@@ -50,9 +50,9 @@ QCoro::Task<std::expected<void, Error>> CaptureStreamX11::startCapture(Handlers 
             Error{.text = Error::tr("The system has no file descriptors left."),
                   .log = QStringLiteral("pipe2: %1").arg(qt_error_string(errno))});
     }
-    redrawReader_ = std::make_shared<const FileDescriptor>(ends[0]);
-    redrawWriter_ = FileDescriptor(ends[1]);
-    auto open = [source = source_, reader = redrawReader_, handlers = std::move(handlers)] {
+    orderReader_ = std::make_shared<const FileDescriptor>(ends[0]);
+    orderWriter_ = FileDescriptor(ends[1]);
+    auto open = [source = source_, reader = orderReader_, handlers = std::move(handlers)] {
         return CaptureLoop::create(source, reader->get(), handlers);
     };
     auto started = thread_.start(std::move(open));
@@ -62,7 +62,7 @@ QCoro::Task<std::expected<void, Error>> CaptureStreamX11::startCapture(Handlers 
 void CaptureStreamX11::stopCapture()
 {
     if (thread_.isStarted()) {
-        redrawWriter_ = FileDescriptor();
+        orderWriter_ = FileDescriptor();
         thread_.finish();
     }
 }
@@ -74,19 +74,24 @@ void CaptureStreamX11::returnSampleBuffer(const SampleBuffer &sample)
         again |= QRect(sample.pointer->topLeft, sample.pointer->image.size());
     }
     // A frame in which the pointer merely left the picture has no rectangles.
-    redraw(again.isEmpty() ? sample.source : again);
+    send({.redraw = again.isEmpty() ? sample.source : again, .area = std::nullopt});
 }
 
 void CaptureStreamX11::invalidate()
 {
-    redraw(everything);
+    send({.redraw = everything, .area = std::nullopt});
 }
 
-void CaptureStreamX11::redraw(QRect rectangle) const
+bool CaptureStreamX11::move(const Rect &area)
+{
+    return send({.redraw = {}, .area = area});
+}
+
+bool CaptureStreamX11::send(const CaptureOrder &order) const
 {
     // A pipe takes such a small write completely or not at all. It can only fail if the pipe is
-    // full of thousands of unread rectangles.
-    [[maybe_unused]] const auto written = write(redrawWriter_.get(), &rectangle, sizeof rectangle);
+    // full of a thousand unread orders.
+    return write(orderWriter_.get(), &order, sizeof order) == sizeof order;
 }
 
 } // namespace glimmerpane::x11

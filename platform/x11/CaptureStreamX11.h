@@ -24,13 +24,14 @@ public:
     void stopCapture() override;
     void returnSampleBuffer(const SampleBuffer &sample) override;
     void invalidate() override;
+    bool move(const Rect &area) override;
 
 private:
-    void redraw(QRect rectangle) const;
+    bool send(const CaptureOrder &order) const;
 
     const CaptureSource source_;
-    FileDescriptor redrawWriter_;
-    std::shared_ptr<const FileDescriptor> redrawReader_; ///< outlives the thread's use of the pipe
+    FileDescriptor orderWriter_;
+    std::shared_ptr<const FileDescriptor> orderReader_; ///< outlives the thread's use of the pipe
     CaptureThread thread_;
 };
 

@@ -143,16 +143,45 @@ void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
     if (!adoptPicture(sample)) {
         return;
     }
+    const bool isMoved = sample.source != frame_.source;
+    const bool wasScaled = isScaled();
     frame_ = sample;
     frame_.picture = SamePicture(); // gives the buffer back
     lastFrame_ = std::chrono::steady_clock::now();
     const QRegion highlighted = adoptHighlights();
     if (isScaled()) {
         showScaled();
+    } else if (isMoved) {
+        if (wasScaled) {
+            sprites_.clear(); // they were scaled, too
+        }
+        showElsewhere();
     } else {
         show((sample.changed | adoptPointer() | highlighted) & sample.source);
     }
     frameFence_ = setFence();
+}
+
+void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
+{
+    prepareCanvas(bounds_.size());
+    const xcb_rectangle_t whole{0, 0, extent(bounds_.width()), extent(bounds_.height())};
+    xcb_render_fill_rectangles(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas_.picture.get(),
+                               renderColor(color, 1), 1, &whole);
+    const QSize margins = (bounds_.size() - image.size()) / 2;
+    composite(connection_, XCB_RENDER_PICT_OP_OVER,
+              uploadImage(connection_, formats_, image).picture, image.rect(), canvas_.picture,
+              {margins.width(), margins.height()});
+    copy(canvas_.pixmap.get(), {}, window_, {}, bounds_.size());
+    frame_ = {};
+    fitted_ = {};
+    frameFence_ = setFence();
+}
+
+void DisplayLayerX11::finish()
+{
+    const Reply<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
+        connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
 }
 
 bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
@@ -224,6 +253,18 @@ std::vector<QRect> DisplayLayerX11::overlays() const
     return rectangles;
 }
 
+/** Replaces the whole picture in one step, so that no viewer sees parts of two areas. */
+void DisplayLayerX11::showElsewhere()
+{
+    fitted_ = bounds_;
+    adoptPointer();
+    if (overlays().empty()) {
+        show(frame_.source);
+    } else {
+        showPatch(frame_.source);
+    }
+}
+
 void DisplayLayerX11::show(const QRegion &stale)
 {
     QRegion patch;
@@ -250,10 +291,7 @@ void DisplayLayerX11::show(const QRegion &stale)
 void DisplayLayerX11::showPatch(const QRegion &patch)
 {
     const QRect bounds = patch.boundingRect();
-    prepareCanvas(bounds.size());
-    // Copying from beyond the screen would leave old pixels in the pixmap.
-    const xcb_rectangle_t whole{0, 0, extent(bounds.width()), extent(bounds.height())};
-    xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
+    blackenCanvas(bounds.size()); // copying from beyond the screen would leave old pixels in it
     for (const QRect &part : patch) {
         copy(drawable_, part.topLeft(), canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(),
              part.size());
@@ -282,6 +320,10 @@ void DisplayLayerX11::showScaled()
     const QRect source = frame_.source;
     const QRect fitted = aspectFit(source.size(), bounds_);
     const QRect target(QPoint(), fitted.size());
+    // A new fit replaces the whole window in one step: what the old one covered becomes black.
+    const bool isNewFit = std::exchange(fitted_, fitted) != fitted;
+    const QRect shown = isNewFit ? bounds_ : fitted;
+    const QPoint place = fitted.topLeft() - shown.topLeft();
     if (screen_.get() == 0) {
         const auto id = connection_.newId();
         const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
@@ -296,20 +338,24 @@ void DisplayLayerX11::showScaled()
                                                    double(source.height()) / fitted.height(),
                                                    source.topLeft() - origin));
     };
-    prepareCanvas(fitted.size());
+    if (isNewFit) {
+        blackenCanvas(shown.size());
+    } else {
+        prepareCanvas(shown.size());
+    }
     scale(screen_, {});
-    composite(connection_, XCB_RENDER_PICT_OP_SRC, screen_, target, canvas_.picture, {});
+    composite(connection_, XCB_RENDER_PICT_OP_SRC, screen_, target, canvas_.picture, place);
     if (const auto &pointer = frame_.pointer) {
         const Picture &image = sprite(pointer->image);
         scale(image, pointer->topLeft);
-        composite(connection_, XCB_RENDER_PICT_OP_OVER, image, target, canvas_.picture, {});
+        composite(connection_, XCB_RENDER_PICT_OP_OVER, image, target, canvas_.picture, place);
     }
     for (const Highlight &highlight : highlights_) {
         const Picture &image = sprite(highlight.image);
         scale(image, highlight.topLeft);
-        compositeFaded(connection_, image, target, highlight.opacity, canvas_.picture, {});
+        compositeFaded(connection_, image, target, highlight.opacity, canvas_.picture, place);
     }
-    copy(canvas_.pixmap.get(), {}, window_, fitted.topLeft(), fitted.size());
+    copy(canvas_.pixmap.get(), {}, window_, shown.topLeft(), shown.size());
 }
 
 void DisplayLayerX11::copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint,
@@ -326,6 +372,13 @@ void DisplayLayerX11::prepareCanvas(QSize size)
         canvas_ = makeCanvas(connection_, canvas_.size.expandedTo(size),
                              connection_.screen().root_depth, formats_.screen);
     }
+}
+
+void DisplayLayerX11::blackenCanvas(QSize size)
+{
+    prepareCanvas(size);
+    const xcb_rectangle_t whole{0, 0, extent(size.width()), extent(size.height())};
+    xcb_poly_fill_rectangle(connection_.get(), canvas_.pixmap.get(), graphics_.get(), 1, &whole);
 }
 
 const Picture &DisplayLayerX11::sprite(const QImage &image)

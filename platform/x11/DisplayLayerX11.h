@@ -33,6 +33,8 @@ public:
     bool isReadyForMoreMediaData() override;
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
     bool setHighlights(const std::vector<Highlight> &highlights) override;
+    void showPlain(const QColor &color, const QImage &image) override;
+    void finish() override;
 
 private:
     using Fence = std::optional<xcb_get_input_focus_cookie_t>;
@@ -59,11 +61,13 @@ private:
     QRegion adoptPointer();
     std::vector<QRect> overlays() const;
     QRegion adoptHighlights();
+    void showElsewhere();
     void show(const QRegion &stale);
     void showPatch(const QRegion &patch);
     void showScaled();
     void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
     void prepareCanvas(QSize size);
+    void blackenCanvas(QSize size);
     const Picture &sprite(const QImage &image);
 
     const Connection connection_;
@@ -77,6 +81,7 @@ private:
     Canvas canvas_; ///< for assembling a patch before it is shown
     std::deque<Sprite> sprites_;
     SampleBuffer frame_; ///< the latest, without its pixels; empty before the first
+    QRect fitted_; ///< where the window shows the picture, pixels; null while that is unknown
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;
     QRegion highlighted_; ///< where the window shows highlights, root pixels

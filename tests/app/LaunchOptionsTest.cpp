@@ -39,6 +39,18 @@ private Q_SLOTS:
         QVERIFY(shortForms && shortForms->help && shortForms->version && !shortForms->share);
     }
 
+    void move_isAPlace_orAnArea()
+    {
+        for (const auto &[arguments, expected] :
+             {std::pair("--move 10,-20.5", std::pair(-20.5, std::optional<double>())),
+              {"--save --move=-1,2,0x10x5", {2, 16}}}) {
+            const auto options = launchOptions(QString::fromLatin1(arguments).split(u' '));
+            QVERIFY2(options && options->move && options->needsInstance(), arguments);
+            QCOMPARE(std::pair(options->move->y, options->move->width), expected);
+            QCOMPARE(options->save, options->move->width.has_value());
+        }
+    }
+
     void outputWindow_isTheLastOneAskedFor()
     {
         const auto listedBy = [](const char *arguments) {
@@ -61,6 +73,12 @@ private Q_SLOTS:
             {QStringLiteral("--shared"), QStringLiteral("shared")},
             {QStringLiteral("--share=1"), QStringLiteral("share")},
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},
+            {QStringLiteral("--pause|--resume"), QStringLiteral("--resume")},
+            {QStringLiteral("--move=1,2|--blank"), QStringLiteral("--blank")},
+            {QStringLiteral("--move=1,2,3"), QStringLiteral("'1,2,3'")},
+            {QStringLiteral("--move=1,2,3x"), QStringLiteral("'1,2,3x'")},
+            {QStringLiteral("--move=1"), QStringLiteral("'1'")},
+            {QStringLiteral("--share|--save"), QStringLiteral("--save")},
             {QStringLiteral("--share|a\nb"), QStringLiteral("a b")},
             {QStringLiteral("--|--share"), QStringLiteral("--share")}};
         for (const char *area :

@@ -23,6 +23,8 @@ struct Log {
     int shown = 0; ///< frames
     int returned = 0; ///< frames
     int layers = 0;
+    int plain = 0; ///< pictures of a pause
+    int finished = 0; ///< waits for the server
     bool layerIsReady = true;
     bool startsAreHeld = false; ///< until their calls are completed
     PendingCalls<std::expected<void, Error>> starts;
@@ -78,6 +80,8 @@ struct StubLayer : Stub<DisplayLayer> {
         log.highlights.push_back(highlights);
         return log.layerIsReady;
     }
+    void showPlain(const QColor &, const QImage &) override { ++log.plain; }
+    void finish() override { ++log.finished; }
 };
 
 struct StubMonitor : Stub<PressMonitor> {
@@ -226,6 +230,78 @@ private Q_SLOTS:
             fixture.desktop.log.starts.clear(); // They succeed.
             QTRY_COMPARE(succeeded, starts);
             QTRY_COMPARE(fixture.desktop.log.running, starts - 1);
+        }
+    }
+
+    void stream_isReplaced_withTheFirstFrameOfTheNext()
+    {
+        Fixture fixture;
+        Log &log = fixture.desktop.log;
+        QVERIFY(fixture.start());
+        const auto old = log.handlers;
+        fixture.deliver();
+        const auto move = [&] {
+            return QCoro::waitFor(fixture.service->moveCapture({.x = 1, .width = 9, .height = 9}));
+        };
+        // One that cannot start, or that ends at once, changes nothing.
+        log.startAnswer = std::unexpected(Error{QStringLiteral("broken"), {}});
+        QCOMPARE(move().error().text, QStringLiteral("broken"));
+        log.startAnswer = {};
+        QVERIFY(move());
+        log.handlers.didStopWithError({});
+        QTRY_COMPARE(log.running, 1);
+        fixture.desktop.denyContent();
+        QCOMPARE(move().error().text, QStringLiteral("denied"));
+        fixture.desktop.content = {};
+
+        QVERIFY(move());
+        QCOMPARE(log.running, 2);
+        old.didOutputSampleBuffer({});
+        QCoreApplication::processEvents();
+        QCOMPARE(log.shown, 2);
+        fixture.deliver();
+        QCOMPARE(std::pair(log.shown, log.running), std::pair(3, 1));
+        QCOMPARE(log.configuration.sourceRect, (Rect{1, 891, 9, 9}));
+        old.didOutputSampleBuffer({}); // may still be on their way
+        old.didStopWithError({});
+        QCoreApplication::processEvents();
+        QCOMPARE(std::pair(log.shown, fixture.ends), std::pair(3, 0));
+
+        // If the present one ends first, so does the next.
+        const auto present = log.handlers;
+        QVERIFY(move());
+        present.didStopWithError({QStringLiteral("gone"), {}});
+        QTRY_COMPARE(fixture.ends, 1);
+        QCOMPARE(log.running, 1); // the one that has ended by itself
+        fixture.deliver();
+        QCOMPARE(log.shown, 3);
+    }
+
+    void pause_endsEverything_butKeepsTheLayer()
+    {
+        for (const bool isMoving : {false, true}) {
+            Fixture fixture;
+            Log &log = fixture.desktop.log;
+            QVERIFY(fixture.start());
+            if (isMoving) {
+                log.startsAreHeld = true;
+                fixture.service->moveCapture(frame);
+            }
+            fixture.service->pauseCapture(PausePicture::Plain);
+            QCOMPARE(std::tuple(log.plain, log.finished, log.layers), std::tuple(1, 1, 1));
+            log.startsAreHeld = false;
+            log.starts.clear(); // They succeed.
+            QTRY_COMPARE(log.running, 0);
+            fixture.deliver();
+            QCOMPARE(log.shown, 0);
+            QVERIFY(!log.pressed);
+            (*fixture.window->content())->onContentsLost();
+            QCOMPARE(log.plain, 2);
+            QVERIFY(fixture.start()); // in the same window
+            fixture.deliver();
+            QCOMPARE(log.shown, 1);
+            (*fixture.window->content())->onContentsLost();
+            QCOMPARE(log.plain, 2);
         }
     }
 

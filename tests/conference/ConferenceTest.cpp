@@ -23,6 +23,7 @@ constexpr QRect area(20, 20, 640, 260);
 constexpr QRect pattern(20, 20, 320, 260); ///< moves; the rest of the area is still
 constexpr QRgb green = 0xff20c040;
 constexpr QRgb purple = 0xff8020c0;
+constexpr QRgb paused = 0xff202024; ///< around the word
 constexpr QPoint still(500, 130); ///< in the area
 const QPoint beside(700, 900); ///< root pixels
 constexpr int leastRate = 50; ///< frames a second
@@ -58,12 +59,23 @@ class ConferenceTest : public QObject
         }
         return isSo;
     }
+    QSize size() const
+    {
+        const auto sides = browser_->ask(QStringLiteral("size()"));
+        return {sides[0].toInt(), sides[1].toInt()};
+    }
+    void command(const char *option) const
+    {
+        QByteArray said;
+        QVERIFY2(fixture_.launchAgain({QString::fromLatin1(option)}, &said) == 0, said);
+    }
     QString state() const { return browser_->ask(QStringLiteral("state()")).toString(); }
 
 private Q_SLOTS:
     void initTestCase()
     {
         fixture_.input.moveTo(beside);
+        fixture_.startBus();
         fixture_.start(shareArea);
         QVERIFY(waitFor([&] { return fixture_.outputWindow().has_value(); }, patience));
 
@@ -90,10 +102,6 @@ private Q_SLOTS:
 
     void frames_haveTheAreasSizeAndPixels()
     {
-        const auto size = [this] {
-            const auto sides = browser_->ask(QStringLiteral("size()"));
-            return QSize(sides[0].toInt(), sides[1].toInt());
-        };
         QVERIFY(waitFor([&] { return !size().isEmpty(); }, callPatience));
         QCOMPARE(size(), area.size());
         for (const QPoint place : {still, QPoint(345, 5), QPoint(634, 5), QPoint(634, 254)}) {
@@ -142,6 +150,32 @@ private Q_SLOTS:
         QVERIFY(isSeen(onRing, green));
         fixture_.input.moveTo(beside);
         QVERIFY(isSeen(inArrow, green));
+    }
+
+    void frames_followTheSession_inTheSameTrack()
+    {
+        const auto other = required(ColorWindow::show(
+            fixture_.client, {.rectangle = {620, 740, 640, 260}, .color = purple}));
+        command("--move=620,24");
+        QVERIFY(isSeen(still, purple) && isSeen({10, 130}, purple));
+        command("--move=620,24,320x260");
+        QVERIFY(isSeen({80, 130}, Qt::black) && isSeen({560, 130}, Qt::black));
+        QVERIFY(isSeen({320, 130}, purple));
+        command("--pause");
+        other.setColor(green);
+        fixture_.input.moveTo({780, 870}); // which browsers without a new picture do not show
+        for (int i = 0; i < 20; ++i) {
+            QVERIFY(isAlike(seen({320, 130}), purple));
+        }
+        command("--blank");
+        QVERIFY(isSeen({80, 130}, paused) && isSeen({320, 20}, paused));
+        command("--resume");
+        QVERIFY(isSeen({400, 60}, green) && isSeen({80, 130}, Qt::black));
+        fixture_.input.moveTo(beside);
+        command("--move=20,744,640x260");
+        QVERIFY(isSeen({634, 254}, green));
+        QCOMPARE(size(), area.size());
+        QCOMPARE(state(), QStringLiteral("live"));
     }
 
     void frames_goOn_whileTheMainWindowIsAwayOrCovered()

@@ -225,6 +225,19 @@ private Q_SLOTS:
         QVERIFY2(status.contains(backend.toUtf8()) && status.contains(R"("clicks":"none")"),
                  status);
 
+        const QRect moved = area.translated(-20, -40);
+        fixture.command("--move=900,80");
+        QVERIFY2(fixture.showsArea(moved), fixture.program.output());
+        fixture.command("--pause");
+        const QImage kept = fixture.output();
+        fixture.changing.setColor(0xffffff00);
+        const auto isYellow
+            = [&] { return fixture.seen({1050, 400, 1, 1}).pixelColor(0, 0) == Qt::yellow; };
+        QVERIFY(waitFor(isYellow, patience));
+        QCOMPARE(fixture.output(), kept);
+        fixture.command("--resume");
+        QVERIFY2(fixture.showsArea(moved), fixture.program.output());
+
         fixture.command("--stop");
         QVERIFY(fixture.becomesHidden());
         fixture.command("--share"); // without a question

@@ -42,7 +42,8 @@ private Q_SLOTS:
         QVERIFY(fixture.launch());
         fixture.command("--status", 0,
                         R"({"area":{"x":400.0,"y":300.0,"width":600.0,"height":400.0},)"
-                        R"("sharing":false,"framesPerSecond":0,"drops":0,)"
+                        R"("sharing":false,"sharedArea":null,"paused":false,)"
+                        R"("framesPerSecond":0,"drops":0,)"
                         R"("backend":"x11","clicks":"shown"})");
 
         fixture.command("--share", 0);

@@ -47,6 +47,33 @@ class SwayCaptureTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void area_isMoved_whileTheScreenStandsStill_andAtAnyRate()
+    {
+        Desktop desktop;
+        auto &viewer = desktop.viewer;
+        const auto left = desktop.window(area.adjusted(20, 20, -200, -40), red);
+        const auto right = desktop.window({700, 300, 200, 300}, green);
+        QVERIFY(viewer.watch(area) && viewer.showsPlace());
+        const auto move = [&](const QRect &place) {
+            viewer.place = place;
+            const int below = screen.height() - place.y() - place.height();
+            QVERIFY(viewer.stream->move(
+                {double(place.x()), double(below), double(place.width()), double(place.height())}));
+        };
+        move({650, 250, 320, 240});
+        QVERIFY(viewer.showsPlace());
+        int step = 0;
+        const auto enough = viewer.changes.size() + 10;
+        const auto hasFrames = [&] {
+            move(area.translated(++step % 300, 0));
+            return viewer.changes.size() > enough;
+        };
+        QVERIFY(waitFor(hasFrames, patience));
+        QVERIFY(viewer.showsPlace());
+        move({690, 290, 100, 50});
+        QVERIFY(viewer.showsPlace());
+    }
+
     void picture_isTheArea_whereverItLies()
     {
         const Desktop desktop;

@@ -191,6 +191,38 @@ private Q_SLOTS:
         QVERIFY2(fixture.server.outputNames().size() <= 2, "outputs add up");
     }
 
+    void session_isMovedAndPaused_onTheSameOutput()
+    {
+        SwayFixture fixture;
+        const auto window = fixture.window(area.adjusted(20, 20, 50, -50), SwayFixture::sign);
+        const auto other = fixture.window({700, 100, 200, 200}, 0xff00ffff);
+        fixture.start({areaOption, QStringLiteral("--share")});
+        const QRect output = fixture.awaitOutput(area.size());
+        QVERIFY(fixture.showsArea(output));
+        QVERIFY(fixture.obeys({QStringLiteral("--move=690,400")}));
+        QVERIFY(fixture.showsArea(output, {690, 80, 320, 240}));
+        QVERIFY(fixture.obeys({QStringLiteral("--pause")}));
+        const QImage kept = fixture.server.screenshot(output);
+        other.setColor(0xffff0000);
+        QVERIFY(waitFor(
+            [&] { return fixture.server.screenshot({750, 150, 1, 1}).pixel(0, 0) == 0xffff0000; },
+            patience));
+        QCOMPARE(fixture.server.screenshot(output), kept);
+        // Half as wide, so that there is black on both sides.
+        QVERIFY(fixture.obeys({QStringLiteral("--move=690,400,160x240")}));
+        QVERIFY(fixture.obeys({QStringLiteral("--resume")}));
+        QVERIFY(fixture.showsArea({output.topLeft() + QPoint(80, 0), QSize(160, 240)},
+                                  {690, 80, 160, 240}));
+        QImage side(80, 240, QImage::Format_RGB32);
+        side.fill(Qt::black);
+        for (const QPoint place : {QPoint(0, 0), QPoint(240, 0)}) {
+            QCOMPARE(fixture.server.screenshot({output.topLeft() + place, side.size()})
+                         .convertToFormat(QImage::Format_RGB32),
+                     side);
+        }
+        QCOMPARE(fixture.ownPlace(), output);
+    }
+
     void nextStart_removesWhatACrashLeft()
     {
         SwayFixture fixture;

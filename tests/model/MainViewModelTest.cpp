@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <tuple>
+
 using namespace glimmerpane;
 
 namespace
@@ -82,6 +84,15 @@ const Step watch = [](Session &) {
     QTRY_VERIFY(turns.count > 0);
 };
 const Step endNow = [](Session &s) { s.viewModel->endSharing(); };
+Step moveTo(const CaptureFrame &place, bool saves = false)
+{
+    return [=](Session &s) { s.viewModel->moveSharing(place, saves); };
+}
+const Step move = moveTo(chosen);
+const Step halt = [](Session &s) { std::ignore = s.viewModel->pauseSharing(PausePicture::Latest); };
+const Step blank = [](Session &s) { std::ignore = s.viewModel->pauseSharing(PausePicture::Plain); };
+const Step resume = [](Session &s) { s.viewModel->resumeSharing(); };
+const Step decline = [](Session &s) { s.desktop.content = std::unexpected(endedByUser); };
 const Step quit = [](Session &s) {
     s.journal.append(s.viewModel->mayClose() ? QStringLiteral("quits") : QStringLiteral("stays"));
 };
@@ -230,6 +241,48 @@ private Q_SLOTS:
         row("area chosen while it runs", {start, answer, succeed, selectArea, confirm},
             "*, told, select 1 2 3 4, told, save 5 6 7 8, told", "session");
 
+        const std::vector<Step> sharing{start, answer, succeed};
+        const auto sharingRow = [&](const char *name, std::vector<Step> steps, const char *journal,
+                                    const char *open = "session") {
+            steps.insert(steps.begin(), sharing.begin(), sharing.end());
+            row(name, steps, journal, open);
+        };
+        sharingRow("move", {move, succeed, halt, resume, answer},
+                   "*, move 5 6 7 8, pause, capture 5 6 7 8");
+        sharingRow("move and save", {moveTo(chosen, true), succeed},
+                   "*, move 5 6 7 8, told, save 5 6 7 8");
+        sharingRow("move fails", {moveTo(chosen, true), fail, halt, resume, answer},
+                   "*, move 5 6 7 8, pause, capture 1 2 3 4");
+        sharingRow("move refused", {moveTo({-9, 0, 5, 5}, true), moveTo({0, 0, 0, 5}, true)}, "*");
+        sharingRow("moves on the way",
+                   {move, moveTo({1, 1, 1, 1}), moveTo(saved), succeed, succeed},
+                   "*, move 5 6 7 8, move 1 2 3 4");
+        sharingRow("move while paused", {halt, move, resume, answer, succeed},
+                   "*, pause, capture 5 6 7 8");
+        sharingRow("pause during a move", {move, halt, succeed, resume, answer},
+                   "*, move 5 6 7 8, pause, capture 5 6 7 8");
+        sharingRow("move during the resumption", {halt, resume, answer, move, succeed, succeed},
+                   "*, pause, capture 1 2 3 4, move 5 6 7 8");
+        sharingRow("move at the end", {move, endNow, succeed}, "*, move 5 6 7 8, close, stop, told",
+                   "");
+        sharingRow("pause twice", {halt, halt, blank, blank, resume, resume, answer},
+                   "*, pause, blank, blank, capture 1 2 3 4");
+        sharingRow("pause again", {halt, resume, halt, answer, resume, answer, halt, succeed},
+                   "*, pause, pause, capture 1 2 3 4, pause");
+        sharingRow("stop while paused", {halt, resume, endNow, answer, resume, halt, move},
+                   "*, pause, close, stop, told", "");
+        sharingRow("close while paused", {halt, closeWindow, resume, watch}, "*, pause, stop, told",
+                   "");
+        sharingRow("resumption fails", {halt, resume, answer, fail, watch},
+                   "*, pause, capture 1 2 3 4, close, told, ~", "");
+        sharingRow("resumption declined", {halt, decline, resume, answer, watch}, "*, pause");
+        row("pause while it starts", {start, answer, halt, succeed, resume, answer},
+            "*, pause, capture 1 2 3 4", "session");
+        row("pause during the check", {start, blank, answer, resume, answer},
+            "told, window 1 2 3 4, blank, capture 1 2 3 4", "session");
+        row("pause and resume during the check", {start, halt, resume, answer}, "*", "session");
+        row("pause while none runs", {halt, move, resume, start, answer}, "*", "session");
+
         const char *const download = "https://x.example/1.5.0";
         row("update", {ask, update(download)}, "ask 01ab N/A, +, open https://x.example/1.5.0");
         row("update declined", {dismiss, ask, update(download)}, "ask 01ab N/A, +");
@@ -244,6 +297,10 @@ private Q_SLOTS:
         row("gone while asking", {start, answer, reset, ask, leave},
             "*, told, select, ask 01ab N/A");
         row("gone before the answer", {reset, cancel, start, leave}, "told, select, told");
+        sharingRow("gone during a move", {reset, moveTo(chosen, true), leave},
+                   "*, told, select, move 5 6 7 8", "");
+        sharingRow("gone during a resumption", {reset, halt, resume, answer, leave},
+                   "*, told, select, pause, capture 1 2 3 4", "");
         row("gone while it starts", {start, answer, reset, leave}, "*, told, select");
     }
     void steps_haveTheirEffects()
@@ -263,6 +320,39 @@ private Q_SLOTS:
         const MainViewModel *left = session.viewModel.get();
         QCOMPARE(left && left->isFrameSelectorOpen(), open == QStringLiteral("selector"));
         QCOMPARE(left && left->isSharingWindowOpen(), open == QStringLiteral("session"));
+    }
+
+    void session_tellsWhatItShows()
+    {
+        Session session;
+        const MainViewModel &model = *session.viewModel;
+        int frames = 0;
+        int pauses = 0;
+        connect(&model, &MainViewModel::sharedFrameChanged, [&] { ++frames; });
+        connect(&model, &MainViewModel::pausedChanged, [&] { ++pauses; });
+        const Step displaysChange = [](Session &s) { s.viewModel->displaysChanged(); };
+        // How often each has changed after the step, and what they are then.
+        for (const auto &[step, frameChanges, frame, pauseChanges, isPaused] :
+             {std::tuple(displaysChange, 0, Area(), 0, false),
+              {start, 0, Area(), 0, false},
+              {answer, 0, Area(), 0, false},
+              {succeed, 1, Area(saved), 0, false},
+              {displaysChange, 2, Area(saved), 0, false},
+              {move, 2, Area(saved), 0, false},
+              {succeed, 3, Area(chosen), 0, false},
+              {halt, 3, Area(chosen), 1, true},
+              {moveTo(saved), 4, Area(saved), 1, true},
+              {resume, 4, Area(saved), 1, true},
+              {answer, 4, Area(saved), 1, true},
+              {succeed, 4, Area(saved), 2, false},
+              {halt, 4, Area(saved), 3, true},
+              {endNow, 5, Area(), 4, false}}) {
+            step(session);
+            QCOMPARE(frames, frameChanges);
+            QCOMPARE(model.sharedFrame(), frame);
+            QCOMPARE(pauses, pauseChanges);
+            QCOMPARE(model.isPaused(), isPaused);
+        }
     }
 
     void updates_areNotAskedFor_whereTheMachineIsUnknown()

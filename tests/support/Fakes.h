@@ -193,6 +193,16 @@ struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
         journal.append(entry("capture", frame));
         return pend(starts);
     }
+    QCoro::Task<StartResult> moveCapture(CaptureFrame frame) override
+    {
+        journal.append(entry("move", frame));
+        return pend(starts);
+    }
+    void pauseCapture(PausePicture picture) override
+    {
+        journal.append(picture == PausePicture::Plain ? QStringLiteral("blank")
+                                                      : QStringLiteral("pause"));
+    }
     void stopCapture() override { journal.append(QStringLiteral("stop")); }
     CaptureStatistics statistics() const override { return {}; }
 };
