@@ -37,6 +37,7 @@ public:
 
 private:
     void bringForward(const QString &startupId);
+    void showInsteadOfOutput(int tries);
     void scheduleUpdateCheck();
 
     Appearance appearance_;

@@ -23,6 +23,7 @@ namespace
 constexpr std::chrono::seconds patience{15};
 constexpr QRect area(920, 300, 340, 380); ///< desktop pixels; the portal's dialog is beside it
 constexpr QPoint emptyPlace(1100, 640); ///< in the area
+const QString mainTitle = QStringLiteral("Glimmerpane");
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 
 /** What the shell shows on a monitor of 1280x720 points. */
@@ -298,6 +299,37 @@ private Q_SLOTS:
                 && difference(seen, expected()) <= (magnification == 1 ? 0 : 2);
         };
         QVERIFY2(waitFor(isShown, patience), fixture.program.output());
+    }
+
+    void outputsActivation_bringsTheMainWindow_data()
+    {
+        QTest::addColumn<QPoint>("place"); // in the overview
+        QTest::addRow("preview") << QPoint(430, 300);
+        QTest::addRow("dash") << QPoint(643, 672);
+    }
+    void outputsActivation_bringsTheMainWindow()
+    {
+        QFETCH(const QPoint, place);
+        GnomeFixture fixture(QStringLiteral("gnome"));
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        const auto mainWindow = findWindow(fixture.client, mainTitle).value();
+        const auto isHidden
+            = [&](const QString &title) { return fixture.session.window(title)->isHidden; };
+        for (int i = 0; i < 2; ++i) { // the first time may make the output the one used last
+            constexpr uint32_t iconicState = 3; // ICCCM 4.1.4
+            sendMessage(fixture.client, mainWindow, "WM_CHANGE_STATE", iconicState,
+                        fixture.client.root());
+            QVERIFY(waitFor([&] { return isHidden(mainTitle); }, patience));
+            fixture.session.showOverview(true);
+            fixture.settled([&] { return fixture.seen({0, 40, 900, 680}); });
+            fixture.input.click(place);
+            QVERIFY(waitFor([&] { return !fixture.session.isOverviewShown(); }, patience));
+            QVERIFY2(waitFor([&] { return fixture.session.window(mainTitle)->hasFocus; }, patience),
+                     fixture.program.output());
+            QVERIFY(waitFor([&] { return isHidden(outputTitle); }, patience));
+        }
+        QVERIFY(fixture.showsArea());
     }
 
     void loss_endsTheSession_data()
