@@ -31,6 +31,7 @@ namespace places
 {
 constexpr QPoint cancel(430, 249); ///< in the portal's dialog, as the next two
 constexpr QPoint firstMonitor(600, 402);
+constexpr QPoint secondMonitor(600, 457);
 constexpr QPoint share(851, 249);
 constexpr QPoint stopRecording(1204, 16);
 } // namespace places
@@ -253,16 +254,23 @@ private Q_SLOTS:
         QTest::addColumn<int>("scale"); // pixels for each point
         QTest::addColumn<int>("magnification"); // pixels of the monitor for each of Xwayland
         QTest::addColumn<QRect>("place"); // Xwayland's pixels
+        QTest::addColumn<QPoint>("choice"); // in the portal's dialog; null without the portal
         const std::vector<QSize> one{{1280, 720}};
         const std::vector<QSize> two{{1280, 720}, {800, 600}};
         const QByteArray twice = "[org/gnome/desktop/interface]\nscaling-factor=uint32 2\n";
         const QByteArray byStage
             = "[org/gnome/mutter]\nexperimental-features=['scale-monitor-framebuffer']\n";
-        QTest::addRow("second") << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200);
-        QTest::addRow("both") << two << QByteArray() << 1 << 1 << QRect(1180, 50, 300, 200);
-        QTest::addRow("partly none") << two << QByteArray() << 1 << 1 << QRect(1900, 450, 300, 200);
-        QTest::addRow("scaled") << one << twice << 2 << 1 << QRect(920, 300, 340, 380);
-        QTest::addRow("magnified") << one << twice + byStage << 1 << 2 << QRect(460, 150, 170, 190);
+        QTest::addRow("second") << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200)
+                                << QPoint();
+        QTest::addRow("both") << two << QByteArray() << 1 << 1 << QRect(1180, 50, 300, 200)
+                              << QPoint();
+        QTest::addRow("partly none")
+            << two << QByteArray() << 1 << 1 << QRect(1900, 450, 300, 200) << QPoint();
+        QTest::addRow("scaled") << one << twice << 2 << 1 << QRect(920, 300, 340, 380) << QPoint();
+        QTest::addRow("second, portal")
+            << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200) << places::secondMonitor;
+        QTest::addRow("magnified")
+            << one << twice + byStage << 1 << 2 << QRect(460, 150, 170, 190) << QPoint();
     }
     void area_isFoundOnAnyMonitor()
     {
@@ -271,10 +279,16 @@ private Q_SLOTS:
         QFETCH(const int, scale);
         QFETCH(const int, magnification);
         QFETCH(const QRect, place);
-        GnomeFixture fixture(QStringLiteral("gnome"), {.monitors = monitors, .settings = settings});
+        QFETCH(const QPoint, choice);
+        GnomeFixture fixture(choice.isNull() ? QStringLiteral("gnome") : QStringLiteral("portal"),
+                             {.monitors = monitors, .settings = settings});
         const auto window = required(ColorWindow::show(
             fixture.client, {.rectangle = place.adjusted(20, 30, -40, -50), .color = 0xff00ffff}));
         fixture.startSharing(place, scale);
+        if (!choice.isNull()) {
+            fixture.answer(choice);
+            fixture.answer(places::share);
+        }
         std::vector<std::unique_ptr<GnomeStream>> streams;
         for (int i = 0; i < static_cast<int>(monitors.size()); ++i) {
             streams.emplace_back(new GnomeStream(fixture.session.recordMonitor(i)));
@@ -316,13 +330,16 @@ private Q_SLOTS:
         const auto mainWindow = findWindow(fixture.client, mainTitle).value();
         const auto isHidden
             = [&](const QString &title) { return fixture.session.window(title)->isHidden; };
+        const auto settle
+            = [&] { fixture.settled([&] { return fixture.seen({0, 40, 900, 680}); }); };
         for (int i = 0; i < 2; ++i) { // the first time may make the output the one used last
+            settle();
             constexpr uint32_t iconicState = 3; // ICCCM 4.1.4
             sendMessage(fixture.client, mainWindow, "WM_CHANGE_STATE", iconicState,
                         fixture.client.root());
             QVERIFY(waitFor([&] { return isHidden(mainTitle); }, patience));
             fixture.session.showOverview(true);
-            fixture.settled([&] { return fixture.seen({0, 40, 900, 680}); });
+            settle();
             fixture.input.click(place);
             QVERIFY(waitFor([&] { return !fixture.session.isOverviewShown(); }, patience));
             QVERIFY2(waitFor([&] { return fixture.session.window(mainTitle)->hasFocus; }, patience),
