@@ -377,6 +377,29 @@ private Q_SLOTS:
         QVERIFY(fixture.isAreaSaved());
     }
 
+    void anotherMonitor_isAskedForAgain()
+    {
+        constexpr QRect onSecond(1400, 50, 300, 200);
+        GnomeFixture fixture(QStringLiteral("portal"), {.monitors = {{1280, 720}, {800, 600}}});
+        auto second = fixture.session.recordMonitor(1);
+        const auto window = required(ColorWindow::show(
+            fixture.client,
+            {.rectangle = onSecond.adjusted(20, 30, -90, -50), .color = 0xff00ffff}));
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        fixture.command("--stop");
+        fixture.command("--area=1400,470,300x200");
+        auto again = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                   .arguments = {QStringLiteral("--share")},
+                                                   .environment = fixture.session.environment()}));
+        fixture.answer(places::secondMonitor);
+        fixture.answer(places::share);
+        const auto expected = [&] { return second->picture().copy(onSecond.translated(-1280, 0)); };
+        QVERIFY2(becomeEqual([&] { return fixture.output(); }, expected, patience),
+                 fixture.program.output());
+        QVERIFY(again.waitForEnd(patience));
+    }
+
     void refusal_isToldOnce()
     {
         GnomeFixture fixture(QStringLiteral("portal"));
