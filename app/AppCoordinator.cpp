@@ -13,8 +13,9 @@
 namespace glimmerpane
 {
 
-AppCoordinator::AppCoordinator(Backend backend)
+AppCoordinator::AppCoordinator(Backend backend, Handler onOutputActivated)
     : backend_(std::move(backend))
+    , onOutputActivated_(std::move(onOutputActivated))
 {
 }
 
@@ -78,6 +79,7 @@ std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFr
             asked->orderOut();
         }
     };
+    window->onActivated = onOutputActivated_;
     sharingWindow_ = window;
     window->orderFront();
     return window;

@@ -18,7 +18,8 @@ class WindowLifecycleDelegate;
 class AppCoordinator : public QObject, public WindowCoordinatorProtocol
 {
 public:
-    explicit AppCoordinator(Backend backend);
+    /** `onOutputActivated`: the user wants to see the output window. */
+    AppCoordinator(Backend backend, Handler onOutputActivated);
     ~AppCoordinator() override;
 
     std::expected<void, Error> showFrameSelector(std::optional<CaptureFrame> initialFrame,
@@ -30,6 +31,7 @@ public:
 
 private:
     const Backend backend_;
+    const Handler onOutputActivated_;
     std::shared_ptr<FrameSelectorWindowController> frameSelectorController_; ///< while it is open
     std::shared_ptr<WindowLifecycleDelegate> frameSelectorDelegate_;
     std::shared_ptr<SharingWindow> sharingWindow_; ///< may be hidden

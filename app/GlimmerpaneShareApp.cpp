@@ -19,6 +19,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <tuple>
 #include <utility>
 
@@ -30,6 +31,11 @@ namespace
 
 constexpr const char *version = GLIMMERPANE_VERSION;
 constexpr std::chrono::milliseconds updateCheckDelay{500};
+
+// While its overview closes, for a quarter of a second, GNOME ignores requests to activate a
+// window.
+constexpr std::chrono::milliseconds retryInterval{300};
+constexpr int mostTries = 6;
 
 class Application : public QApplication
 {
@@ -96,13 +102,14 @@ void finishAtExit(FrameRepository *repository)
 
 std::unique_ptr<MainViewModel> makeViewModel(
     const Backend &backend, AlertPresenterProtocol &alerts,
-    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository)
+    GlimmerpaneShareApp::UpdateRepositoryMaker makeUpdateRepository,
+    std::function<void()> onOutputActivated)
 {
     auto repository = std::make_unique<FrameRepository>(captureFrameFile());
     FrameRepository *const saves = repository.get();
     auto updateRepository = makeUpdateRepository();
     auto captureService = std::make_unique<ScreenCaptureService>(backend);
-    auto coordinator = std::make_unique<AppCoordinator>(backend);
+    auto coordinator = std::make_unique<AppCoordinator>(backend, std::move(onOutputActivated));
     auto model = std::make_unique<MainViewModel>(std::move(repository), std::move(updateRepository),
                                                  std::move(coordinator), std::move(captureService),
                                                  backend, alerts, deviceIdentity());
@@ -200,7 +207,8 @@ int runApplication(int argc, char **argv, const LaunchOptions &options,
 GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateRepository,
                                          Backend backend, BackendRequest request)
     : shell_(backend.shell)
-    , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository))
+    , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository,
+                               [this] { showInsteadOfOutput(mostTries); }))
     , window_(*viewModel_, shell_)
     , commands_(*viewModel_, std::move(request), backend.presses != nullptr,
                 [this](const QString &startupId) { bringForward(startupId); })
@@ -239,6 +247,17 @@ void GlimmerpaneShareApp::bringForward(const QString &startupId)
         alert->raise(); // otherwise the main window would cover it
         alert->activateWindow();
     }
+}
+
+/** The user has chosen the output window, which nobody is to see. */
+void GlimmerpaneShareApp::showInsteadOfOutput(int tries)
+{
+    bringForward({});
+    QTimer::singleShot(retryInterval, &window_, [this, tries] {
+        if (tries > 1 && !shell_->isActive(*window_.windowHandle())) {
+            showInsteadOfOutput(tries - 1);
+        }
+    });
 }
 
 void GlimmerpaneShareApp::scheduleUpdateCheck()

@@ -38,6 +38,7 @@ public:
 
 private:
     void bringForward(const QString &startupId);
+    void showInsteadOfOutput(int tries);
     void scheduleUpdateCheck();
 
     Appearance appearance_;

@@ -10,6 +10,11 @@ SharingWindow::SharingWindow(OutputWindows &windows, QSize size)
 {
     if (content_) {
         (*content_)->onCloseRequest = [this] { close(); };
+        (*content_)->onActivated = [this] {
+            if (onActivated) {
+                onActivated();
+            }
+        };
     }
 }
 

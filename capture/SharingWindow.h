@@ -29,6 +29,9 @@ public:
     /** Called instead of closing the window. */
     std::function<void()> onCloseRequest;
 
+    /** Called when the user wants to see the window, which stays unseen. */
+    std::function<void()> onActivated;
+
     /** Only calls onCloseRequest. */
     void close();
 

@@ -2,6 +2,7 @@
 #include "demo/Backdrop.h"
 #include "rig/Browser.h"
 #include "rig/CursorPicture.h"
+#include "rig/GnomeSession.h"
 #include "rig/ProgramFixture.h"
 #include "rig/SettingsPortal.h"
 #include "rig/WaitFor.h"
@@ -10,6 +11,7 @@
 #include <QDir>
 #include <QGuiApplication>
 
+#include <array>
 #include <cmath>
 
 using namespace glimmerpane;
@@ -41,9 +43,23 @@ void save(const QImage &picture, const QDir &folder, const QString &name)
     require(picture.save(folder.filePath(name)), "cannot write a picture");
 }
 
-QUrl page(const char *name)
+QUrl page(const char *name, bool isFramed = false)
 {
-    return QUrl::fromLocalFile(QStringLiteral(PICTURES_PAGES "/") + QString::fromLatin1(name));
+    auto url = QUrl::fromLocalFile(QStringLiteral(PICTURES_PAGES "/") + QString::fromLatin1(name));
+    url.setFragment(isFramed ? QStringLiteral("framed") : QString());
+    return url;
+}
+
+ChildProcess openDocument(const QString &home, bool isFramed,
+                          const QProcessEnvironment &environment)
+{
+    // A second window of the browser that runs, with all that has been said to that one.
+    return required(ChildProcess::start(
+        {.program = QStringLiteral("chromium"),
+         .arguments = {QStringLiteral("--no-sandbox"), QStringLiteral("--test-type"),
+                       QStringLiteral("--user-data-dir=%1/chromium").arg(home),
+                       QStringLiteral("--app=") + page("document.html", isFramed).toString()},
+         .environment = environment}));
 }
 
 /** A person's pointer and keyboard. */
@@ -174,13 +190,7 @@ Scene::Scene()
                            .place = callPlace,
                            .isBare = true});
     place(client, QStringLiteral("Weekly call"), callPlace);
-    // A second window of the browser that runs, with all that has been said to that one.
-    document_ = required(ChildProcess::start(
-        {.program = QStringLiteral("chromium"),
-         .arguments = {QStringLiteral("--no-sandbox"), QStringLiteral("--test-type"),
-                       QStringLiteral("--user-data-dir=%1/chromium").arg(home_.path()),
-                       QStringLiteral("--app=") + page("document.html").toString()},
-         .environment = browsers}));
+    document_ = openDocument(home_.path(), false, browsers);
     place(client, QStringLiteral("Spring report"), documentPlace);
     startWith(firstArea, mainWindowPlace, false);
     constexpr uint32_t iconicState = 3; // ICCCM 4.1.4
@@ -271,6 +281,72 @@ void takeTour(const QDir &folder)
     require(camera.waitForEnd(tourLength) && camera.exitCode() == 0, "ffmpeg failed");
 }
 
+/** A call in GNOME's Wayland session, whose shell places the windows from left to right. */
+void takeGnome(const QDir &folder)
+{
+    constexpr QRect shared(752, 84, 412, 404);
+    constexpr QPoint toDialog[] = {{246, 633}, {234, 194}}; // the call's button, "Window"
+    constexpr QPoint inDialog[] = {{600, 512}, {851, 249}}; // the output, "Share"
+    constexpr QPoint shareInBrowser(412, 574);
+    constexpr QPoint hideNotice(397, 62);
+    constexpr QPoint inDocument(1085, 430);
+    const GnomeSession session;
+    const auto input = session.input();
+    auto monitor = session.recordMonitor(0, GnomeScreenCast::Pointer::Embedded);
+    const auto await = [&](const QString &title) {
+        require(waitFor([&] { return session.window(title).has_value(); }, browserPatience),
+                "a window does not come");
+        std::this_thread::sleep_for(1s); // the next one shall stand on its right
+    };
+    const auto pause = [](auto time) { waitFor([] { return false; }, time); };
+    const auto becomesDialog = [&](bool isShown) {
+        const auto isIt
+            = [&] { return session.window(QStringLiteral("Screen Share")).has_value() == isShown; };
+        require(waitFor(isIt, patience), "GNOME's dialog does not come or go");
+        pause(1s); // it opens slowly
+    };
+    const auto click = [&](const auto &places) {
+        for (const QPoint place : places) {
+            input.click(place);
+            pause(1s);
+        }
+    };
+
+    const QTemporaryDir home;
+    const auto call = startChromium({.environment = session.environment(),
+                                     .home = home.path(),
+                                     .page = page("call.html", true),
+                                     .place = callPlace,
+                                     .isBare = true});
+    await(QStringLiteral("Weekly call"));
+    const QString area = QStringLiteral("--area=%1,%2,%3x%4")
+                             .arg(shared.x())
+                             .arg(filmed.height() - shared.y() - shared.height())
+                             .arg(shared.width())
+                             .arg(shared.height());
+    const auto program
+        = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                        .arguments = {area, QStringLiteral("--share")},
+                                        .environment = session.environment()}));
+    await(QStringLiteral("Glimmerpane - Output"));
+    const auto document = openDocument(home.path(), true, session.environment());
+    await(QStringLiteral("Spring report"));
+    click(toDialog);
+    for (const bool isPreview : {true, false}) { // GNOME 43 asks for both
+        becomesDialog(true);
+        click(inDialog);
+        becomesDialog(false);
+        click(std::array{isPreview ? shareInBrowser : hideNotice});
+    }
+    input.moveTo(inDocument);
+    const auto isLive
+        = [&] { return call->ask(QStringLiteral("shownWidth()")).toInt() == shared.width(); };
+    const bool isShared = waitFor(isLive, patience);
+    pause(1s); // the pointer has got there
+    save(monitor->picture(), folder, QStringLiteral("gnome.png"));
+    require(isShared, "the call in GNOME does not show the window; see gnome.png");
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -285,6 +361,7 @@ int main(int argc, char **argv)
         const QDir folder(QString::fromLocal8Bit(argv[1]));
         takeMainWindow(folder);
         takeTour(folder);
+        takeGnome(folder);
     } catch (const Failure &problem) {
         qCritical("%s", problem.what());
         return 1;

@@ -35,6 +35,9 @@ public:
     /** Called when the window is asked to close; it stays open. */
     std::function<void()> onCloseRequest;
 
+    /** Called when the user wants to see the window, where the desktop lets them choose it. */
+    std::function<void()> onActivated;
+
     /** Called when what was drawn into the window is lost. */
     std::function<void()> onContentsLost;
 };

@@ -22,6 +22,9 @@ public:
      */
     virtual void activateWindow(QWindow &window, const QString &startupId) = 0;
 
+    /** Whether the desktop says that the window has the focus; Qt may be late to know. */
+    virtual bool isActive(const QWindow &window) = 0;
+
     /**
      * Limits one of this program's windows to a region of its pixels, both for drawing and for
      * clicks. Does nothing if windows can only be rectangles.

@@ -234,13 +234,15 @@ GnomeSession::PortalDialog GnomeSession::portalDialog() const
                 .cancel = {430, 249},
                 .share = {851, 249},
                 .secondWindow = {600, 457},
-                .firstMonitor = QPoint(600, 402)};
+                .firstMonitor = QPoint(600, 402),
+                .secondMonitor = {600, 457}};
     }
     return {.place = {310, 126, 660, 500},
             .cancel = {360, 149},
             .share = {922, 149},
             .secondWindow = {600, 325},
-            .firstMonitor = std::nullopt};
+            .firstMonitor = std::nullopt,
+            .secondMonitor = {780, 440}};
 }
 
 bool GnomeSession::isPortalDialogShown() const

@@ -72,6 +72,7 @@ public:
         QPoint share;
         QPoint secondWindow; ///< in the list of windows
         std::optional<QPoint> firstMonitor; ///< null if it is chosen already
+        QPoint secondMonitor; ///< of two, the right one of 800x600
     };
     PortalDialog portalDialog() const;
     bool isPortalDialogShown() const;

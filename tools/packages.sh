@@ -41,7 +41,8 @@ bench_packages=(
 # For tools/pictures.
 # shellcheck disable=SC2034
 picture_packages=(
-    "${demo_packages[@]}" dbus chromium chromium-driver ffmpeg fonts-inter adwaita-icon-theme
+    "${demo_packages[@]}" "${wayland_packages[@]}"
+    dbus chromium chromium-driver ffmpeg fonts-inter adwaita-icon-theme
 )
 # shellcheck disable=SC2034
 fuzz_packages=(clang-19 libclang-rt-19-dev)

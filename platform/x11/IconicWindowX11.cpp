@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/IconicWindowX11.h"
 
+#include "platform/Log.h"
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/ManagerMessages.h"
@@ -114,6 +115,7 @@ void IconicWindowX11::orderOut()
 {
     touching_.stop();
     isVisible_ = false;
+    stage_ = Stage::New;
     xcb_unmap_window(connection_.get(), dot_.get());
     withdraw(connection_, window_.get());
     events_.flush();
@@ -122,6 +124,24 @@ void IconicWindowX11::orderOut()
 void IconicWindowX11::minimise()
 {
     sendToManager(connection_, window_.get(), "WM_CHANGE_STATE", {iconicState}); // ICCCM 4.1.4
+}
+
+/** The shell has changed WM_STATE (ICCCM 4.1.3.1): it shows the window, or does so no more. */
+void IconicWindowX11::follow(std::uint32_t state)
+{
+    if (!isVisible_) {
+        return;
+    }
+    if (state == normalState) {
+        stage_ = stage_ == Stage::New ? Stage::New : Stage::Activated;
+        minimise();
+        events_.flush();
+    } else if (std::exchange(stage_, Stage::Minimised) == Stage::Activated) {
+        qCInfo(platformLog, "the user has activated the output window");
+        if (onActivated) {
+            onActivated();
+        }
+    }
 }
 
 /**
@@ -148,12 +168,8 @@ void IconicWindowX11::handle(const xcb_generic_event_t &event)
     events_.await<xcb_get_property_reply_t>(
         xcb_get_property(connection_.get(), 0, window_.get(), wmState, wmState, 0, 1),
         [this](const Reply<xcb_get_property_reply_t> &reply) {
-            const bool isSet = reply && xcb_get_property_value_length(reply.get()) > 0;
-            if (isSet && isVisible_
-                && *static_cast<std::uint32_t *>(xcb_get_property_value(reply.get()))
-                    == normalState) {
-                minimise();
-                events_.flush();
+            if (reply && xcb_get_property_value_length(reply.get()) > 0) {
+                follow(*static_cast<std::uint32_t *>(xcb_get_property_value(reply.get())));
             }
         });
     events_.flush();

@@ -5,12 +5,14 @@
 
 #include <QTimer>
 
+#include <cstdint>
+
 namespace glimmerpane::x11
 {
 
 /**
  * A minimised window. GNOME on Wayland offers only managed windows to viewers, and shows a
- * minimised one to them as it would be on the screen. When the shell shows it, it is minimised
+ * minimised one to them as it would be on the screen. When the user activates it, it is minimised
  * again at once. It takes no focus.
  */
 class IconicWindowX11 : public OffscreenWindowX11
@@ -28,15 +30,23 @@ protected:
     void handle(const xcb_generic_event_t &event) override;
 
 private:
+    enum class Stage {
+        New, ///< nobody has asked for it
+        Minimised,
+        Activated, ///< and not minimised again yet
+    };
+
     void describeToManager();
     void createDot();
     void minimise();
+    void follow(std::uint32_t state);
     void touch();
 
     GraphicsContext context_;
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
     QTimer touching_;
+    Stage stage_ = Stage::New;
 };
 
 } // namespace glimmerpane::x11

@@ -5,6 +5,7 @@
 #include "platform/SettingsProgram.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/ManagerMessages.h"
+#include "platform/x11/WindowProperties.h"
 #include "platform/x11/WindowShape.h"
 
 #include <QDesktopServices>
@@ -42,6 +43,17 @@ void ShellX11::activateWindow(QWindow &window, const QString &startupId)
         endStartupNotification(*connection, startupId.toUtf8());
     }
     connection->flush();
+}
+
+bool ShellX11::isActive(const QWindow &window)
+{
+    const auto connection = Connection::open();
+    if (!connection) {
+        return false;
+    }
+    const PropertyQuestion active(*connection, connection->root(),
+                                  connection->atom("_NET_ACTIVE_WINDOW"), sizeof(xcb_window_t));
+    return active.item<xcb_window_t>() == idOf(window);
 }
 
 void ShellX11::setShape(QWindow &window, const QRegion &pixels)

@@ -11,6 +11,7 @@ class ShellX11 : public Shell
 {
 public:
     void activateWindow(QWindow &window, const QString &startupId) override;
+    bool isActive(const QWindow &window) override;
     void setShape(QWindow &window, const QRegion &pixels) override;
     bool openPrivacySettings() override;
     void notify(const QString &title, const QString &text) override;

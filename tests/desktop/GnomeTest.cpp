@@ -23,6 +23,7 @@ namespace
 constexpr std::chrono::seconds patience{15};
 constexpr QRect area(920, 300, 340, 380); ///< desktop pixels; the portal's dialog is beside it
 constexpr QPoint emptyPlace(1100, 640); ///< in the area
+const QString mainTitle = QStringLiteral("Glimmerpane");
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 
 constexpr QPoint stopRecordingPlace(1204, 16); ///< in the shell's bar, 1280 points wide
@@ -256,16 +257,24 @@ private Q_SLOTS:
         QTest::addColumn<int>("scale"); // pixels for each point
         QTest::addColumn<int>("magnification"); // pixels of the monitor for each of Xwayland
         QTest::addColumn<QRect>("place"); // Xwayland's pixels
+        QTest::addColumn<QString>("backend");
+        const QString gnome = QStringLiteral("gnome");
         const std::vector<QSize> one{{1280, 720}};
         const std::vector<QSize> two{{1280, 720}, {800, 600}};
         const QByteArray twice = "[org/gnome/desktop/interface]\nscaling-factor=uint32 2\n";
         const QByteArray byStage
             = "[org/gnome/mutter]\nexperimental-features=['scale-monitor-framebuffer']\n";
-        QTest::addRow("second") << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200);
-        QTest::addRow("both") << two << QByteArray() << 1 << 1 << QRect(1180, 50, 300, 200);
-        QTest::addRow("partly none") << two << QByteArray() << 1 << 1 << QRect(1900, 450, 300, 200);
-        QTest::addRow("scaled") << one << twice << 2 << 1 << QRect(920, 300, 340, 380);
-        QTest::addRow("magnified") << one << twice + byStage << 1 << 2 << QRect(460, 150, 170, 190);
+        QTest::addRow("second") << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200)
+                                << gnome;
+        QTest::addRow("both") << two << QByteArray() << 1 << 1 << QRect(1180, 50, 300, 200)
+                              << gnome;
+        QTest::addRow("partly none")
+            << two << QByteArray() << 1 << 1 << QRect(1900, 450, 300, 200) << gnome;
+        QTest::addRow("scaled") << one << twice << 2 << 1 << QRect(920, 300, 340, 380) << gnome;
+        QTest::addRow("second, portal") << two << QByteArray() << 1 << 1
+                                        << QRect(1400, 50, 300, 200) << QStringLiteral("portal");
+        QTest::addRow("magnified")
+            << one << twice + byStage << 1 << 2 << QRect(460, 150, 170, 190) << gnome;
     }
     void area_isFoundOnAnyMonitor()
     {
@@ -274,10 +283,15 @@ private Q_SLOTS:
         QFETCH(const int, scale);
         QFETCH(const int, magnification);
         QFETCH(const QRect, place);
-        GnomeFixture fixture(QStringLiteral("gnome"), {.monitors = monitors, .settings = settings});
+        QFETCH(const QString, backend);
+        GnomeFixture fixture(backend, {.monitors = monitors, .settings = settings});
         const auto window = required(ColorWindow::show(
             fixture.client, {.rectangle = place.adjusted(20, 30, -40, -50), .color = 0xff00ffff}));
         fixture.startSharing(place, scale);
+        if (backend == u"portal") {
+            fixture.answer(fixture.dialog.secondMonitor);
+            fixture.answer(fixture.dialog.share);
+        }
         std::vector<std::unique_ptr<GnomeStream>> streams;
         for (int i = 0; i < static_cast<int>(monitors.size()); ++i) {
             streams.emplace_back(new GnomeStream(fixture.session.recordMonitor(i)));
@@ -302,6 +316,40 @@ private Q_SLOTS:
                 && difference(seen, expected()) <= (magnification == 1 ? 0 : 2);
         };
         QVERIFY2(waitFor(isShown, patience), fixture.program.output());
+    }
+
+    void outputsActivation_bringsTheMainWindow_data()
+    {
+        QTest::addColumn<QPoint>("place"); // in the overview
+        QTest::addRow("preview") << QPoint(430, 300);
+        QTest::addRow("dash") << QPoint(643, 672);
+    }
+    void outputsActivation_bringsTheMainWindow()
+    {
+        QFETCH(const QPoint, place);
+        GnomeFixture fixture(QStringLiteral("gnome"));
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        const auto mainWindow = findWindow(fixture.client, mainTitle).value();
+        const auto isHidden
+            = [&](const QString &title) { return fixture.session.window(title)->isHidden; };
+        const auto settle
+            = [&] { fixture.settled([&] { return fixture.seen({0, 40, 900, 680}); }); };
+        for (int i = 0; i < 2; ++i) { // the first time may make the output the one used last
+            settle();
+            constexpr uint32_t iconicState = 3; // ICCCM 4.1.4
+            sendMessage(fixture.client, mainWindow, "WM_CHANGE_STATE", iconicState,
+                        fixture.client.root());
+            QVERIFY(waitFor([&] { return isHidden(mainTitle); }, patience));
+            fixture.session.showOverview(true);
+            settle();
+            fixture.input.click(place);
+            QVERIFY(waitFor([&] { return !fixture.session.isOverviewShown(); }, patience));
+            QVERIFY2(waitFor([&] { return fixture.session.window(mainTitle)->hasFocus; }, patience),
+                     fixture.program.output());
+            QVERIFY(waitFor([&] { return isHidden(outputTitle); }, patience));
+        }
+        QVERIFY(fixture.showsArea());
     }
 
     void loss_endsTheSession_data()
@@ -330,6 +378,29 @@ private Q_SLOTS:
         QVERIFY(fixture.program.isRunning());
         QVERIFY(fixture.command("--share").contains("showing a message"));
         QVERIFY(fixture.isAreaSaved());
+    }
+
+    void anotherMonitor_isAskedForAgain()
+    {
+        constexpr QRect onSecond(1400, 50, 300, 200);
+        GnomeFixture fixture(QStringLiteral("portal"), {.monitors = {{1280, 720}, {800, 600}}});
+        auto second = fixture.session.recordMonitor(1);
+        const auto window = required(ColorWindow::show(
+            fixture.client,
+            {.rectangle = onSecond.adjusted(20, 30, -90, -50), .color = 0xff00ffff}));
+        fixture.share();
+        QVERIFY2(fixture.showsArea(), fixture.program.output());
+        fixture.command("--stop");
+        fixture.command("--area=1400,470,300x200");
+        auto again = required(ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                                   .arguments = {QStringLiteral("--share")},
+                                                   .environment = fixture.session.environment()}));
+        fixture.answer(fixture.dialog.secondMonitor);
+        fixture.answer(fixture.dialog.share);
+        const auto expected = [&] { return second->picture().copy(onSecond.translated(-1280, 0)); };
+        QVERIFY2(becomeEqual([&] { return fixture.output(); }, expected, patience),
+                 fixture.program.output());
+        QVERIFY(again.waitForEnd(patience));
     }
 
     void refusal_isToldOnce()

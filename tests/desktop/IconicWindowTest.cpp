@@ -141,6 +141,8 @@ private Q_SLOTS:
     void window_isMinimisedAgain_whenTheUserActivatesIt()
     {
         IconicFixture fixture;
+        int activations = 0;
+        fixture.window->onActivated = [&] { ++activations; };
         fixture.draw(0xffff0000);
         auto viewer = fixture.record();
         auto monitor = fixture.session.recordMonitor();
@@ -166,6 +168,7 @@ private Q_SLOTS:
         };
         QVERIFY(waitFor(wasShown, patience));
         QVERIFY(waitFor([&] { return fixture.isMinimised(); }, patience));
+        QVERIFY(waitFor([&] { return activations == 1; }, patience));
         QVERIFY(waitFor([&] { return fixture.stillScreen(monitor) == before; }, patience));
         fixture.draw(0xff00ff00);
         QVERIFY(becomeEqual([&] { return viewer->picture(); },
