@@ -58,13 +58,18 @@ GnomeScreenCast::GnomeScreenCast(const QDBusConnection &bus, const Source &sourc
                            QStringLiteral("CreateSession"), {belonging}));
     QVariantMap properties{
         {QStringLiteral("cursor-mode"), source.pointer == Pointer::Hidden ? 0U : 1U}};
-    if (source.monitor.isEmpty()) {
-        properties[QStringLiteral("window-id")] = source.window;
-        stream_ = pathIn(call(bus_, castService, session_, castSession,
-                              QStringLiteral("RecordWindow"), {properties}));
+    const auto record = [&](const char *method, const QVariantList &arguments) {
+        return pathIn(
+            call(bus_, castService, session_, castSession, QString::fromLatin1(method), arguments));
+    };
+    if (!source.monitor.isEmpty()) {
+        stream_ = record("RecordMonitor", {source.monitor, properties});
+    } else if (const QRect &area = source.area; !area.isEmpty()) {
+        stream_
+            = record("RecordArea", {area.x(), area.y(), area.width(), area.height(), properties});
     } else {
-        stream_ = pathIn(call(bus_, castService, session_, castSession,
-                              QStringLiteral("RecordMonitor"), {source.monitor, properties}));
+        properties[QStringLiteral("window-id")] = source.window;
+        stream_ = record("RecordWindow", {properties});
     }
     bus_.connect(castService, stream_, castStream, QStringLiteral("PipeWireStreamAdded"), this,
                  SLOT(onStreamAdded(uint)));

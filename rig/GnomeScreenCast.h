@@ -18,7 +18,8 @@ QVariantList call(const QDBusConnection &bus, const QString &service, const QStr
                   const QString &interface, const QString &method,
                   const QVariantList &arguments = {});
 
-/** A monitor or a window recorded by gnome-shell without asking anybody. Ends with the object. */
+/** A monitor, an area or a window recorded by gnome-shell without asking anybody. Ends with the
+ * object. */
 class GnomeScreenCast : public QObject
 {
     Q_OBJECT
@@ -26,8 +27,9 @@ class GnomeScreenCast : public QObject
 public:
     enum class Pointer { Hidden, Embedded };
     struct Source {
-        QString monitor{}; ///< its connector, such as "Meta-0"; empty for a window
-        quint64 window = 0; ///< as the list of windows names it
+        QString monitor{}; ///< its connector, such as "Meta-0"
+        QRect area{}; ///< pixels of the desktop, if there is no monitor
+        quint64 window = 0; ///< if neither; as the list of windows names it
         Pointer pointer = Pointer::Hidden;
         QString remoteDesktop{}; ///< the id of the input's session, if it belongs to one
     };

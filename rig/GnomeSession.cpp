@@ -36,6 +36,12 @@ void prepareSocketFolder()
     chmod(path, 01777); // does nothing where the folder is not ours
 }
 
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /** Our own environment without what is left of another session. */
 QProcessEnvironment plainEnvironment()
 {
@@ -154,6 +160,20 @@ void GnomeSession::findDisplay()
     }
     require(waitFor([this] { return XClient::connect(displayName()).has_value(); }, limit),
             "Xwayland did not start");
+}
+
+pid_t GnomeSession::serverProcess() const
+{
+    const QString tasks = QStringLiteral("/proc/%1/task").arg(shell_.pid());
+    for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        for (const QByteArray &child :
+             contentOf(QStringLiteral("%1/%2/children").arg(tasks, task)).split(' ')) {
+            if (contentOf(QStringLiteral("/proc/%1/comm").arg(child.toInt())) == "Xwayland\n") {
+                return child.toInt();
+            }
+        }
+    }
+    throw Failure(QStringLiteral("there is no Xwayland"));
 }
 
 void GnomeSession::joinBus()

@@ -44,6 +44,9 @@ public:
     const QDBusConnection &bus() const { return *bus_; }
     /** Ends the service that carries the pictures. */
     void endPipeWire() { pipeWire_.terminate(); }
+    pid_t shellProcess() const { return shell_.pid(); }
+    /** Xwayland's. */
+    pid_t serverProcess() const;
     /** What the shell has printed. */
     QByteArray shellOutput() const { return shell_.output(); }
 
