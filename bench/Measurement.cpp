@@ -105,10 +105,15 @@ FrameCost costOf(const Spent &spent, const SeenFrames &seen, const Spent &aloneB
                  const Spent &aloneAfter)
 {
     const double shown = spent.sourceFrames * seen.shown / seen.sent;
-    const double alone = (aloneBefore.server + aloneAfter.server)
-        / (aloneBefore.sourceFrames + aloneAfter.sourceFrames) * spent.sourceFrames;
-    return {
-        .shown = shown, .program = spent.program / shown, .server = (spent.server - alone) / shown};
+    const auto beyond = [&](double Spent::*share) {
+        const double alone = (aloneBefore.*share + aloneAfter.*share)
+            / (aloneBefore.sourceFrames + aloneAfter.sourceFrames) * spent.sourceFrames;
+        return (spent.*share - alone) / shown;
+    };
+    return {.shown = shown,
+            .program = spent.program / shown,
+            .server = beyond(&Spent::server),
+            .compositor = beyond(&Spent::compositor)};
 }
 
 double timeUntil(const std::function<bool()> &condition, Clock::time_point begin,

@@ -46,6 +46,7 @@ inline constexpr QPoint pointerInArea(1500, 640);
 struct Spent {
     double seconds = 0;
     double server = 0; ///< milliseconds of processor time
+    double compositor = 0; ///< on Wayland
     double program = 0;
     double wakeUps = 0; ///< of the program
     double sourceFrames = 0;
@@ -56,6 +57,7 @@ struct FrameCost {
     double shown = 0; ///< frames
     double program = 0;
     double server = 0; ///< beyond the animation's own share
+    double compositor = 0; ///< the same, on Wayland
 };
 
 /** A fresh display on which something is measured. */
@@ -99,6 +101,7 @@ std::vector<Figure> measureCycles(const Measurement &measurement);
 std::vector<Figure> measureDragging(const Measurement &measurement);
 std::vector<Figure> measureClicks(const Measurement &measurement);
 std::vector<Figure> measurePage(const Measurement &measurement);
+std::vector<Figure> measureGnome(const Measurement &measurement);
 std::vector<Figure> measurePeers(const Measurement &measurement);
 
 } // namespace glimmerpane::bench

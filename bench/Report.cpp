@@ -62,16 +62,16 @@ QString number(double value, int decimals)
     return QString::number(value, 'f', decimals);
 }
 
-QString machineText(const QString &mode)
+QString machineText(const QString &mode, const QString &display)
 {
     // Work of others on the machine blurs every figure; a reader should be able to tell.
     std::array<double, 2> loads{};
     getloadavg(loads.data(), static_cast<int>(loads.size()));
-    return u"%1, %2 x %3, %4, kernel %5, Xvfb (software rendering), Qt %6; %7; load at the end %8 "
-           "(1 min), %9 (5 min)."_s.arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
+    return u"%1, %2 x %3, %4, kernel %5, %6 (software rendering), Qt %7; %8; load at the end %9 "
+           "(1 min), %10 (5 min)."_s.arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate))
                .arg(QThread::idealThreadCount())
                .arg(processorName(), QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
-                    QString::fromLatin1(qVersion()), mode, number(loads[0], 1),
+                    display, QString::fromLatin1(qVersion()), mode, number(loads[0], 1),
                     number(loads[1], 1));
 }
 

@@ -48,7 +48,7 @@ struct Figure {
 QString number(double value, int decimals = 2);
 
 /** The machine, the time, its load and how it was measured, in one sentence. */
-QString machineText(const QString &mode);
+QString machineText(const QString &mode, const QString &display = u"Xvfb"_s);
 
 /** results.md with a head that says on what machine it was measured, and results.dat to plot. */
 void writeResults(const QDir &folder, const std::vector<Figure> &figures, const QString &mode);

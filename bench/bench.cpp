@@ -25,6 +25,7 @@ constexpr Named measurements[] = {
     {"cycles", &measureCycles},
     {"drag", &measureDragging},
     {"clicks", &measureClicks},
+    {"gnome", &measureGnome},
     {"peers", &measurePeers},
 };
 

@@ -36,7 +36,7 @@ package_packages=("${debian_packages[@]}" dpkg-dev file lintian xvfb x11-utils)
 # shellcheck disable=SC2034
 bench_packages=(
     gstreamer1.0-tools gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-x
-    ffmpeg obs-studio gnuplot-nox
+    gstreamer1.0-pipewire ffmpeg obs-studio gnuplot-nox
 )
 # For tools/pictures.
 # shellcheck disable=SC2034
