@@ -99,6 +99,7 @@ struct FakeDesktop : Displays, ScreenSource, OutputWindows, Overlays, Presses, S
         co_return content;
     }
     void activateWindow(QWindow &, const QString &) override { }
+    bool isActive(const QWindow & /*window*/) override { return true; }
     void setShape(QWindow &, const QRegion &pixels) override { shape = pixels; }
     bool openPrivacySettings() override
     {
