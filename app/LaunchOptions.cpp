@@ -60,6 +60,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
     QCommandLineParser parser;
     parser.addOptions({area, share, stop, select, status, outputWindow, backend, help, version});
+    addAreaOptions(parser);
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -71,7 +72,12 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         return oneLine(
             LaunchOptions::tr("Only one of --share, --stop and --select can be used at a time."));
     }
+    const auto areas = areaOptions(parser);
+    if (!areas) {
+        return oneLine(areas.error());
+    }
     LaunchOptions options{.area = std::nullopt,
+                          .areas = *areas,
                           .share = parser.isSet(share),
                           .stop = parser.isSet(stop),
                           .select = parser.isSet(select),
@@ -115,6 +121,12 @@ QString helpText()
         "  --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its\n"
         "                           bottom-left corner, counted from the bottom-left\n"
         "                           corner of the primary display.\n"
+        "  --size WIDTHxHEIGHT      Give the area this size in pixels, around its centre,\n"
+        "                           or a ratio of width to height, such as 16:9.\n"
+        "  --save-as NAME           Store the area under a name.\n"
+        "  --use NAME               Make the area of that name the current one.\n"
+        "  --forget NAME            Forget the area of that name.\n"
+        "  --areas [--json]         List the areas with names, one on each line, or as JSON.\n"
         "  --share                  Start sharing at once.\n"
         "  --stop                   Stop sharing.\n"
         "  --select                 Open the area selector.\n"

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AreaOptions.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
@@ -16,6 +18,7 @@ namespace glimmerpane
 struct LaunchOptions {
     /** x, y, width and height as text; all four are valid numbers. */
     std::optional<std::array<QString, 4>> area;
+    AreaOptions areas;
     bool share = false;
     bool stop = false;
     bool select = false;
@@ -26,7 +29,15 @@ struct LaunchOptions {
     bool version = false;
 
     /** Whether anything is requested beyond showing the main window. */
-    bool asksForSomething() const { return area || share || stop || select || status; }
+    bool asksForSomething() const
+    {
+        return area || share || stop || select || status || areas.asksForSomething();
+    }
+    /** Whether this can be done without a display if no program runs. */
+    bool needsNoDisplay() const
+    {
+        return areas.concernOnlyStored() && !(area || share || stop || select || status);
+    }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)
 };
