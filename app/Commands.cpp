@@ -99,8 +99,9 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
     const QPointer self(this);
     const AreaOptions wanted = std::exchange(options.areas, {});
     if (wanted.use) {
-        const auto area = co_await QtConcurrent::run(
+        auto finding = QtConcurrent::run(
             &storing_, [name = *wanted.use] { return NamedAreas(namedAreasFile()).find(name); });
+        const auto area = co_await finding;
         if (!self) {
             co_return;
         }
@@ -124,8 +125,10 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
     if (!self) {
         co_return;
     }
-    const CommandResult stored = co_await QtConcurrent::run(
+    // Not within co_await: GCC 12 destroys a lambda's captures there twice.
+    auto storing = QtConcurrent::run(
         &storing_, [wanted, current] { return obeyStored(wanted, current); });
+    const CommandResult stored = co_await storing;
     if (!self) {
         co_return;
     }
