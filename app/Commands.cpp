@@ -126,8 +126,8 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
         co_return;
     }
     // Not within co_await: GCC 12 destroys a lambda's captures there twice.
-    auto storing = QtConcurrent::run(
-        &storing_, [wanted, current] { return obeyStored(wanted, current); });
+    auto storing
+        = QtConcurrent::run(&storing_, [wanted, current] { return obeyStored(wanted, current); });
     const CommandResult stored = co_await storing;
     if (!self) {
         co_return;

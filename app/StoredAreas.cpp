@@ -26,12 +26,10 @@ QString jsonOf(const std::vector<NamedArea> &areas)
 {
     auto array = nlohmann::ordered_json::array();
     for (const auto &[name, area] : areas) {
-        array.push_back({{"name", name.toStdString()},
-                         {"area",
-                          {{"x", area.x},
-                           {"y", area.y},
-                           {"width", area.width},
-                           {"height", area.height}}}});
+        array.push_back(
+            {{"name", name.toStdString()},
+             {"area",
+              {{"x", area.x}, {"y", area.y}, {"width", area.width}, {"height", area.height}}}});
     }
     return QString::fromStdString(array.dump());
 }

@@ -19,8 +19,7 @@ std::optional<QSize> fitting(double width, double height, QSize largest)
 {
     const double wide = std::round(width);
     const double high = std::round(height);
-    if (wide < 1 || high < 1 || wide > largest.width()
-        || high > largest.height()) {
+    if (wide < 1 || high < 1 || wide > largest.width() || high > largest.height()) {
         return std::nullopt;
     }
     return QSize(static_cast<int>(wide), static_cast<int>(high));
@@ -42,9 +41,8 @@ std::optional<QRect> displayOf(QRect area, const std::vector<Display> &displays)
 {
     const auto share = [area](const Display &display) {
         const QRect common = display.pixels & area;
-        return display.pixels.contains(area.center())
-            ? std::numeric_limits<qint64>::max()
-            : qint64(common.width()) * common.height();
+        return display.pixels.contains(area.center()) ? std::numeric_limits<qint64>::max()
+                                                      : qint64(common.width()) * common.height();
     };
     const auto best = std::ranges::max_element(displays, {}, share);
     return best != displays.end() && share(*best) > 0 ? std::optional(best->pixels) : std::nullopt;
@@ -79,20 +77,17 @@ std::optional<AreaSize> areaSizeFromText(const QString &text)
 std::expected<CaptureFrame, Error> sized(const CaptureFrame &area, const AreaSize &size,
                                          const Displays &desktop)
 {
-    const auto refused = [](const QString &text) {
-        return std::unexpected(Error{.text = text, .log = {}});
-    };
+    const auto refused
+        = [](const QString &text) { return std::unexpected(Error{.text = text, .log = {}}); };
     const auto main = desktop.mainDisplay();
     if (!main) {
         return refused(AreaSize::tr("There is no display."));
     }
-    const QRect now = main->areaPixels({.x = area.x,
-                                        .y = area.y,
-                                        .width = std::abs(area.width),
-                                        .height = std::abs(area.height)});
+    const QRect now = main->areaPixels(
+        {.x = area.x, .y = area.y, .width = std::abs(area.width), .height = std::abs(area.height)});
     const bool isEmpty = now.isEmpty();
-    const auto display = displayOf(isEmpty ? QRect(now.topLeft(), QSize(1, 1)) : now,
-                                   desktop.displays());
+    const auto display
+        = displayOf(isEmpty ? QRect(now.topLeft(), QSize(1, 1)) : now, desktop.displays());
     if (!display) {
         return refused(AreaSize::tr("The area is not on any display. Move it onto one."));
     }
@@ -109,7 +104,8 @@ std::expected<CaptureFrame, Error> sized(const CaptureFrame &area, const AreaSiz
     const QPoint corner(now.x() + (now.width() - pixels->width()) / 2,
                         now.y() + (now.height() - pixels->height()) / 2);
     const Rect points = main->areaOf(movedInto(*display, QRect(corner, *pixels)));
-    return CaptureFrame{.x = points.x, .y = points.y, .width = points.width, .height = points.height};
+    return CaptureFrame{
+        .x = points.x, .y = points.y, .width = points.width, .height = points.height};
 }
 
 } // namespace glimmerpane

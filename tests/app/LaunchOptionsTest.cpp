@@ -53,10 +53,13 @@ private Q_SLOTS:
 
     void storedAreas_needNoDisplay_unlessTheyAreUsed()
     {
-        for (const auto &[arguments, expected] :
-             {std::pair("--areas --json", true), {"--save-as a --forget b", true},
-              {"--save-as a --share", false}, {"--area 1,2,3x4 --save-as a", false},
-              {"--use a", false}, {"--size 16:9 --save-as a", false}, {"--status", false}}) {
+        for (const auto &[arguments, expected] : {std::pair("--areas --json", true),
+                                                  {"--save-as a --forget b", true},
+                                                  {"--save-as a --share", false},
+                                                  {"--area 1,2,3x4 --save-as a", false},
+                                                  {"--use a", false},
+                                                  {"--size 16:9 --save-as a", false},
+                                                  {"--status", false}}) {
             const auto options = launchOptions(QString::fromLatin1(arguments).split(u' '));
             QVERIFY2(options && options->asksForSomething(), arguments);
             QVERIFY2(options->needsNoDisplay() == expected, arguments);

@@ -49,11 +49,13 @@ private Q_SLOTS:
     void names_areAnyText()
     {
         const Store store;
-        const QStringList names{
-            QStringLiteral("Desk"),          QStringLiteral("desk"),
-            QStringLiteral(" a/b\\c%2F=[x]"), QStringLiteral("%"),
-            QStringLiteral("General/"),      QString::fromUtf8("Präsentation 😀"),
-            QString(NamedAreas::longestName, QChar(0x3042))};
+        const QStringList names{QStringLiteral("Desk"),
+                                QStringLiteral("desk"),
+                                QStringLiteral(" a/b\\c%2F=[x]"),
+                                QStringLiteral("%"),
+                                QStringLiteral("General/"),
+                                QString::fromUtf8("Präsentation 😀"),
+                                QString(NamedAreas::longestName, QChar(0x3042))};
         CaptureFrame area = second;
         for (const QString &name : names) {
             QVERIFY(store.areas.save(name, first));
