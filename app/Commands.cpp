@@ -2,11 +2,14 @@
 #include "app/Commands.h"
 
 #include "app/Log.h"
+#include "app/StoredAreas.h"
 #include "model/MainViewModel.h"
 #include "services/Json.h"
+#include "storage/NamedAreas.h"
 
 #include <QCoroFuture>
 #include <QPointer>
+#include <QtConcurrent>
 
 #include <utility>
 
@@ -20,6 +23,7 @@ Commands::Commands(MainViewModel &model, BackendRequest running, bool showsClick
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
 {
+    storing_.setMaxThreadCount(1);
 }
 
 namespace
@@ -71,6 +75,10 @@ void Commands::obey(const CommandLine &command, const Reply &reply)
 
 void Commands::obey(const LaunchOptions &options, const Reply &reply)
 {
+    if (options.areas.asksForSomething()) {
+        obeyAboutAreas(options, reply);
+        return;
+    }
     Reply done = [this, reply, tells = options.status](const CommandResult &result) {
         reply(tells && result.exitCode == ExitCode::Succeeded ? status() : result);
     };
@@ -97,6 +105,54 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
     } else {
         done({});
     }
+}
+
+/** Sets the area, changes its size, then sees to the stored ones, then to all the rest. */
+QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
+{
+    const QPointer self(this);
+    const AreaOptions wanted = std::exchange(options.areas, {});
+    if (wanted.use) {
+        auto finding = QtConcurrent::run(
+            &storing_, [name = *wanted.use] { return NamedAreas(namedAreasFile()).find(name); });
+        const auto area = co_await finding;
+        if (!self) {
+            co_return;
+        }
+        if (!area) {
+            reply(CommandResult::failure(area.error().text));
+            co_return;
+        }
+        model_.useArea(*area);
+    }
+    if (const auto area = std::exchange(options.area, {})) {
+        model_.updateFrame((*area)[0], (*area)[1], (*area)[2], (*area)[3]);
+    }
+    if (wanted.size) {
+        if (const auto done = model_.setAreaSize(*wanted.size); !done) {
+            reply(CommandResult::failure(done.error().text));
+            co_return;
+        }
+    }
+    const CaptureFrame current = model_.currentFrame();
+    co_await model_.areaWritten();
+    if (!self) {
+        co_return;
+    }
+    // Not within co_await: GCC 12 destroys a lambda's captures there twice.
+    auto storing
+        = QtConcurrent::run(&storing_, [wanted, current] { return obeyStored(wanted, current); });
+    const CommandResult stored = co_await storing;
+    if (!self) {
+        co_return;
+    }
+    if (stored.exitCode != ExitCode::Succeeded) {
+        reply(stored);
+        co_return;
+    }
+    obey(options, [reply, stored](const CommandResult &rest) {
+        reply(rest.exitCode == ExitCode::Succeeded && rest.output.isEmpty() ? stored : rest);
+    });
 }
 
 void Commands::share(const Reply &reply)

@@ -8,6 +8,7 @@
 
 #include <QCoroTask>
 #include <QObject>
+#include <QThreadPool>
 
 #include <functional>
 
@@ -41,6 +42,7 @@ public:
     void obey(const LaunchOptions &options, const Reply &reply);
 
 private:
+    QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
     void share(const Reply &reply);
     void select(const Reply &reply);
     QCoro::Task<> move(AreaMove move, bool saves, Reply reply);
@@ -51,6 +53,7 @@ private:
     const BackendRequest running_;
     const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;
+    QThreadPool storing_; ///< the only thread that uses the areas with names
 };
 
 } // namespace glimmerpane

@@ -3,6 +3,7 @@
 
 #include "app/AppCoordinator.h"
 #include "app/Log.h"
+#include "app/StoredAreas.h"
 #include "app/UnixSignals.h"
 #include "capture/ScreenCaptureService.h"
 #include "platform/backends/Backends.h"
@@ -174,6 +175,9 @@ std::expected<LaunchOptions, CommandResult> settle(const CommandLine &commandLin
     if (options.needsInstance()) {
         return std::unexpected(
             CommandResult::failure(LaunchOptions::tr("Glimmerpane is not running.")));
+    }
+    if (options.needsNoDisplay()) {
+        return std::unexpected(obeyStored(options.areas));
     }
     if (const auto ready = prepareDesktop(); !ready) {
         return std::unexpected(CommandResult::failure(ready.error().text));

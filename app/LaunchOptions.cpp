@@ -155,6 +155,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
 {
     QCommandLineParser parser;
     addOptions(parser);
+    addAreaOptions(parser);
     if (!parser.parse(QStringList(QStringLiteral("glimmerpane")) + arguments)) {
         return oneLine(parser.errorText());
     }
@@ -162,7 +163,12 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
         return oneLine(LaunchOptions::tr("Unexpected argument '%1'.")
                            .arg(parser.positionalArguments().front()));
     }
+    const auto areas = areaOptions(parser);
+    if (!areas) {
+        return oneLine(areas.error());
+    }
     LaunchOptions options{.area = std::nullopt,
+                          .areas = *areas,
                           .share = isSet(parser, "share"),
                           .stop = isSet(parser, "stop"),
                           .select = isSet(parser, "select"),
@@ -194,6 +200,12 @@ QString helpText()
         "  --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its\n"
         "                           bottom-left corner, counted from the bottom-left\n"
         "                           corner of the primary display.\n"
+        "  --size WIDTHxHEIGHT      Give the area this size in pixels, around its centre,\n"
+        "                           or a ratio of width to height, such as 16:9.\n"
+        "  --save-as NAME           Store the area under a name.\n"
+        "  --use NAME               Make the area of that name the current one.\n"
+        "  --forget NAME            Forget the area of that name.\n"
+        "  --areas [--json]         List the areas with names, one on each line, or as JSON.\n"
         "  --share                  Start sharing at once.\n"
         "  --stop                   Stop sharing.\n"
         "  --select                 Open the area selector.\n"

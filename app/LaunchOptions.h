@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AreaOptions.h"
+
 #include <QCoreApplication>
 #include <QString>
 #include <QStringList>
@@ -32,6 +34,7 @@ struct AreaMove {
 struct LaunchOptions {
     /** x, y, width and height as text; all four are valid numbers. */
     std::optional<std::array<QString, 4>> area;
+    AreaOptions areas;
     bool share = false;
     bool stop = false;
     bool select = false;
@@ -45,9 +48,17 @@ struct LaunchOptions {
     bool version = false;
 
     /** Whether anything is requested beyond showing the main window. */
-    bool asksForSomething() const { return area || share || select || needsInstance(); }
+    bool asksForSomething() const
+    {
+        return area || share || select || needsInstance() || areas.asksForSomething();
+    }
     /** Whether this only makes sense for a program that is running already. */
     bool needsInstance() const { return stop || status || move || order; }
+    /** Whether this can be done without a display if no program runs. */
+    bool needsNoDisplay() const
+    {
+        return areas.concernOnlyStored() && !(area || share || select || needsInstance());
+    }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)
 };

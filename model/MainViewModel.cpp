@@ -130,6 +130,22 @@ void MainViewModel::updateFrame(const QString &x, const QString &y, const QStrin
     }
 }
 
+std::expected<void, Error> MainViewModel::setAreaSize(const AreaSize &size)
+{
+    const auto area = sized(currentFrame_, size, *backend_.displays);
+    if (!area) {
+        return std::unexpected(area.error());
+    }
+    useArea(*area);
+    return {};
+}
+
+void MainViewModel::useArea(const CaptureFrame &area)
+{
+    publish(currentFrame_, area);
+    frameRepository_->save(area, Pace::AtOnce);
+}
+
 // The sharing session lives as long as the output window: every way of ending it closes that
 // window, and the window watch then stops the capture and clears the flag.
 

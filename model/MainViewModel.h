@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "model/AreaSize.h"
 #include "model/SharingSession.h"
 #include "platform/Backend.h"
 #include "services/Alert.h"
@@ -11,6 +12,7 @@
 #include <QObject>
 #include <QTimer>
 
+#include <expected>
 #include <memory>
 #include <utility>
 
@@ -52,6 +54,11 @@ public:
     /** Sets and saves the area if all four texts are numbers; otherwise does nothing. */
     void updateFrame(const QString &x, const QString &y, const QString &width,
                      const QString &height);
+
+    /** Gives the area another size, and saves it. The error says why it cannot have that size. */
+    std::expected<void, Error> setAreaSize(const AreaSize &size);
+    /** Sets and saves the area, whose numbers are finite. */
+    void useArea(const CaptureFrame &area);
 
     /** Writes pending changes immediately. Finishes when nothing is left to write. */
     QFuture<void> areaWritten() { return frameRepository_->allWritten(); }

@@ -77,19 +77,44 @@ std::optional<QByteArray> SettingsFile::read() const
     return value.toByteArray();
 }
 
-void SettingsFile::write(const QByteArray &value) const
+bool SettingsFile::write(const QByteArray &value) const
+{
+    return change(value);
+}
+
+bool SettingsFile::remove() const
+{
+    return change({});
+}
+
+std::optional<QStringList> SettingsFile::keysBelow() const
+{
+    if (!isHarmless(QFileInfo(path))) {
+        return std::nullopt;
+    }
+    QSettings settings(path, QSettings::IniFormat);
+    settings.beginGroup(key);
+    return settings.childKeys();
+}
+
+bool SettingsFile::change(const QVariant &value) const
 {
     const QFileInfo file(path);
     if (!isHarmless(file) || !hasRoomFor(file) || !isUnlocked(path)) {
         qCInfo(storageLog) << "cannot save" << key << "in" << path;
-        return;
+        return false;
     }
     QSettings settings(path, QSettings::IniFormat);
     // The new file either replaces the old one when complete, or does not appear at all.
     settings.setAtomicSyncRequired(true);
-    settings.setValue(key, value);
+    if (value.isValid()) {
+        settings.setValue(key, value);
+    } else {
+        settings.remove(key);
+    }
     settings.sync();
     qCInfo(storageLog) << "saving" << key << "in" << path;
+    return settings.status() == QSettings::NoError;
 }
 
 SettingsFile captureFrameFile()
@@ -100,6 +125,11 @@ SettingsFile captureFrameFile()
 SettingsFile restoreTokenFile()
 {
     return {.path = settingsPath(), .key = QStringLiteral("screenCastToken")};
+}
+
+SettingsFile namedAreasFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("areas")};
 }
 
 } // namespace glimmerpane

@@ -4,6 +4,8 @@
 #include <QByteArray>
 #include <QCoreApplication>
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
 #include <optional>
 
@@ -24,19 +26,29 @@ struct SettingsFile {
     std::optional<QByteArray> read() const;
 
     /**
-     * On return, the value is on disk or the file is unchanged. Blocks while the disk does, and up
-     * to a second while another process writes the file.
+     * On return, the value is on disk or the file is unchanged; false for the latter. Blocks while
+     * the disk does, and up to a second while another process writes the file.
      */
-    void write(const QByteArray &value) const;
+    bool write(const QByteArray &value) const;
+    /** The same, but there is no value afterwards. */
+    bool remove() const;
+
+    /** The last parts of the keys below this one. Null if the file is not read. */
+    std::optional<QStringList> keysBelow() const;
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::SettingsFile)
+
+private:
+    bool change(const QVariant &value) const;
 };
 
-// The current user's, both in one file in the XDG configuration folder.
+// The current user's, all in one file in the XDG configuration folder.
 
 /** The capture area. */
 SettingsFile captureFrameFile();
 /** The desktop's token for recording the screen again. */
 SettingsFile restoreTokenFile();
+/** The areas that have a name, each under a key below this one. */
+SettingsFile namedAreasFile();
 
 } // namespace glimmerpane

@@ -21,6 +21,52 @@
     </message>
 </context>
 <context>
+    <name>glimmerpane::AreaOptions</name>
+    <message>
+        <source>&apos;%1&apos; is not a size. Use WIDTHxHEIGHT in pixels, or a ratio such as 16:9.</source>
+        <translation>„%1“ ist keine Größe. Verwenden Sie BREITExHÖHE in Pixeln oder ein Verhältnis wie 16:9.</translation>
+    </message>
+    <message>
+        <source>Only one of --area and --use can be used at a time.</source>
+        <translation>--area und --use können nicht zusammen verwendet werden.</translation>
+    </message>
+    <message>
+        <source>Only one of --areas and --status can be used at a time.</source>
+        <translation>--areas und --status können nicht zusammen verwendet werden.</translation>
+    </message>
+    <message>
+        <source>--json needs --areas.</source>
+        <translation>--json braucht --areas.</translation>
+    </message>
+    <message>
+        <source>Left out because they cannot be read: %1</source>
+        <translation>Ausgelassen, weil nicht lesbar: %1</translation>
+    </message>
+    <message>
+        <source>No area is stored yet. Set one first, for example with --area.</source>
+        <translation>Noch ist kein Bereich gespeichert. Legen Sie zuerst einen fest, zum Beispiel mit --area.</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::AreaSize</name>
+    <message>
+        <source>There is no display.</source>
+        <translation>Es gibt keinen Bildschirm.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>Der Bereich liegt auf keinem Bildschirm. Verschieben Sie ihn auf einen.</translation>
+    </message>
+    <message>
+        <source>The area is empty, so it has no ratio of width to height.</source>
+        <translation>Der Bereich ist leer und hat deshalb kein Seitenverhältnis.</translation>
+    </message>
+    <message>
+        <source>An area of this size does not fit on its display, which has %1 x %2 pixels.</source>
+        <translation>Ein Bereich dieser Größe passt nicht auf seinen Bildschirm, der %1 x %2 Pixel hat.</translation>
+    </message>
+</context>
+<context>
     <name>glimmerpane::ButtonContainerView</name>
     <message>
         <source>Confirm</source>
@@ -345,6 +391,12 @@ Options:
   --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its
                            bottom-left corner, counted from the bottom-left
                            corner of the primary display.
+  --size WIDTHxHEIGHT      Give the area this size in pixels, around its centre,
+                           or a ratio of width to height, such as 16:9.
+  --save-as NAME           Store the area under a name.
+  --use NAME               Make the area of that name the current one.
+  --forget NAME            Forget the area of that name.
+  --areas [--json]         List the areas with names, one on each line, or as JSON.
   --share                  Start sharing at once.
   --stop                   Stop sharing.
   --select                 Open the area selector.
@@ -376,6 +428,13 @@ Optionen:
   --area X,Y,BREITExHÖHE   Den Bereich setzen und speichern, in Punkten; X und Y
                            sind seine linke untere Ecke, gezählt von der linken
                            unteren Ecke des Hauptbildschirms.
+  --size BREITExHÖHE       Dem Bereich um seine Mitte diese Größe in Pixeln geben,
+                           oder ein Seitenverhältnis wie 16:9.
+  --save-as NAME           Den Bereich unter einem Namen speichern.
+  --use NAME               Den Bereich dieses Namens zum aktuellen machen.
+  --forget NAME            Den Bereich dieses Namens entfernen.
+  --areas [--json]         Die Bereiche mit Namen auflisten, je Zeile einen, oder
+                           als JSON.
   --share                  Die Freigabe sofort starten.
   --stop                   Die Freigabe beenden.
   --select                 Den Bereich auf dem Bildschirm auswählen.
@@ -497,6 +556,59 @@ Neue Version: %2</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::NamedAreas</name>
+    <message>
+        <source>The area&apos;s name is empty.</source>
+        <translation>Der Name des Bereichs ist leer.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area&apos;s name is too long. It can have %n characters.</source>
+        <translation>
+            <numerusform>Der Name des Bereichs ist zu lang. Er kann %n Zeichen haben.</numerusform>
+            <numerusform>Der Name des Bereichs ist zu lang. Er kann %n Zeichen haben.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be an area&apos;s name: it contains a control character or is not valid text.</source>
+        <translation>„%1“ kann kein Name eines Bereichs sein: Er enthält ein Steuerzeichen oder ist kein gültiger Text.</translation>
+    </message>
+    <message>
+        <source>The areas cannot be read from %1.</source>
+        <translation>Die Bereiche können nicht aus %1 gelesen werden.</translation>
+    </message>
+    <message>
+        <source>There is no area named &apos;%1&apos;.</source>
+        <translation>Es gibt keinen Bereich namens „%1“.</translation>
+    </message>
+    <message>
+        <source>The area cannot be stored: its numbers must be finite.</source>
+        <translation>Der Bereich kann nicht gespeichert werden: Seine Zahlen müssen endlich sein.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There are already %n areas with names. Forget one first.</source>
+        <translation>
+            <numerusform>Es gibt schon %n Bereich mit einem Namen. Entfernen Sie ihn zuerst.</numerusform>
+            <numerusform>Es gibt schon %n Bereiche mit Namen. Entfernen Sie zuerst einen.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is no room for another area in %1.</source>
+        <translation>In %1 ist kein Platz für einen weiteren Bereich.</translation>
+    </message>
+    <message>
+        <source>The area cannot be stored in %1.</source>
+        <translation>Der Bereich kann nicht in %1 gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>The area named &apos;%1&apos; cannot be read from %2.</source>
+        <translation>Der Bereich namens „%1“ kann nicht aus %2 gelesen werden.</translation>
+    </message>
+    <message>
+        <source>The area cannot be removed from %1.</source>
+        <translation>Der Bereich kann nicht aus %1 entfernt werden.</translation>
     </message>
 </context>
 <context>

@@ -21,6 +21,52 @@
     </message>
 </context>
 <context>
+    <name>glimmerpane::AreaOptions</name>
+    <message>
+        <source>&apos;%1&apos; is not a size. Use WIDTHxHEIGHT in pixels, or a ratio such as 16:9.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est pas une taille. Utilisez LARGEURxHAUTEUR en pixels, ou un rapport tel que 16:9.</translation>
+    </message>
+    <message>
+        <source>Only one of --area and --use can be used at a time.</source>
+        <translation>--area et --use ne peuvent pas être utilisées ensemble.</translation>
+    </message>
+    <message>
+        <source>Only one of --areas and --status can be used at a time.</source>
+        <translation>--areas et --status ne peuvent pas être utilisées ensemble.</translation>
+    </message>
+    <message>
+        <source>--json needs --areas.</source>
+        <translation>--json nécessite --areas.</translation>
+    </message>
+    <message>
+        <source>Left out because they cannot be read: %1</source>
+        <translation>Omises, car illisibles&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>No area is stored yet. Set one first, for example with --area.</source>
+        <translation>Aucune zone n’est encore enregistrée. Définissez-en d’abord une, par exemple avec --area.</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::AreaSize</name>
+    <message>
+        <source>There is no display.</source>
+        <translation>Il n’y a aucun écran.</translation>
+    </message>
+    <message>
+        <source>The area is not on any display. Move it onto one.</source>
+        <translation>La zone ne se trouve sur aucun écran. Placez-la sur un écran.</translation>
+    </message>
+    <message>
+        <source>The area is empty, so it has no ratio of width to height.</source>
+        <translation>La zone est vide, elle n’a donc pas de rapport entre largeur et hauteur.</translation>
+    </message>
+    <message>
+        <source>An area of this size does not fit on its display, which has %1 x %2 pixels.</source>
+        <translation>Une zone de cette taille ne tient pas sur son écran, qui a %1 x %2 pixels.</translation>
+    </message>
+</context>
+<context>
     <name>glimmerpane::ButtonContainerView</name>
     <message>
         <source>Confirm</source>
@@ -345,6 +391,12 @@ Options:
   --area X,Y,WIDTHxHEIGHT  Set and save the area, in points; X and Y are its
                            bottom-left corner, counted from the bottom-left
                            corner of the primary display.
+  --size WIDTHxHEIGHT      Give the area this size in pixels, around its centre,
+                           or a ratio of width to height, such as 16:9.
+  --save-as NAME           Store the area under a name.
+  --use NAME               Make the area of that name the current one.
+  --forget NAME            Forget the area of that name.
+  --areas [--json]         List the areas with names, one on each line, or as JSON.
   --share                  Start sharing at once.
   --stop                   Stop sharing.
   --select                 Open the area selector.
@@ -377,6 +429,12 @@ Options&#xa0;:
                            Définir et enregistrer la zone, en points&#x202f;; X et Y
                            sont son coin inférieur gauche, compté depuis le coin
                            inférieur gauche de l’écran principal.
+  --size LARGEURxHAUTEUR   Donner à la zone cette taille en pixels autour de son
+                           centre, ou un rapport tel que 16:9.
+  --save-as NOM            Enregistrer la zone sous un nom.
+  --use NOM                Faire de la zone de ce nom la zone actuelle.
+  --forget NOM             Oublier la zone de ce nom.
+  --areas [--json]         Lister les zones nommées, une par ligne, ou en JSON.
   --share                  Démarrer le partage aussitôt.
   --stop                   Arrêter le partage.
   --select                 Sélectionner la zone à l’écran.
@@ -499,6 +557,59 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Close</source>
         <translation>Fermer</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::NamedAreas</name>
+    <message>
+        <source>The area&apos;s name is empty.</source>
+        <translation>Le nom de la zone est vide.</translation>
+    </message>
+    <message numerus="yes">
+        <source>The area&apos;s name is too long. It can have %n characters.</source>
+        <translation>
+            <numerusform>Le nom de la zone est trop long. Il peut avoir %n caractère.</numerusform>
+            <numerusform>Le nom de la zone est trop long. Il peut avoir %n caractères.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; cannot be an area&apos;s name: it contains a control character or is not valid text.</source>
+        <translation>«&#xa0;%1&#xa0;» ne peut pas être le nom d’une zone&#xa0;: il contient un caractère de contrôle ou n’est pas un texte valide.</translation>
+    </message>
+    <message>
+        <source>The areas cannot be read from %1.</source>
+        <translation>Les zones ne peuvent pas être lues dans %1.</translation>
+    </message>
+    <message>
+        <source>There is no area named &apos;%1&apos;.</source>
+        <translation>Il n’y a pas de zone nommée «&#xa0;%1&#xa0;».</translation>
+    </message>
+    <message>
+        <source>The area cannot be stored: its numbers must be finite.</source>
+        <translation>La zone ne peut pas être enregistrée&#xa0;: ses nombres doivent être finis.</translation>
+    </message>
+    <message numerus="yes">
+        <source>There are already %n areas with names. Forget one first.</source>
+        <translation>
+            <numerusform>Il y a déjà %n zone nommée. Oubliez-la d’abord.</numerusform>
+            <numerusform>Il y a déjà %n zones nommées. Oubliez-en d’abord une.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There is no room for another area in %1.</source>
+        <translation>Il n’y a plus de place pour une autre zone dans %1.</translation>
+    </message>
+    <message>
+        <source>The area cannot be stored in %1.</source>
+        <translation>La zone ne peut pas être enregistrée dans %1.</translation>
+    </message>
+    <message>
+        <source>The area named &apos;%1&apos; cannot be read from %2.</source>
+        <translation>La zone nommée «&#xa0;%1&#xa0;» ne peut pas être lue dans %2.</translation>
+    </message>
+    <message>
+        <source>The area cannot be removed from %1.</source>
+        <translation>La zone ne peut pas être supprimée de %1.</translation>
     </message>
 </context>
 <context>

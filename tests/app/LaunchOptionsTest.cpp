@@ -63,6 +63,21 @@ private Q_SLOTS:
         QVERIFY(listedBy("--output-window=managed --output-window=unlisted") == false);
     }
 
+    void storedAreas_needNoDisplay_unlessTheyAreUsed()
+    {
+        for (const auto &[arguments, expected] : {std::pair("--areas --json", true),
+                                                  {"--save-as a --forget b", true},
+                                                  {"--save-as a --share", false},
+                                                  {"--area 1,2,3x4 --save-as a", false},
+                                                  {"--use a", false},
+                                                  {"--size 16:9 --save-as a", false},
+                                                  {"--status", false}}) {
+            const auto options = launchOptions(QString::fromLatin1(arguments).split(u' '));
+            QVERIFY2(options && options->asksForSomething(), arguments);
+            QVERIFY2(options->needsNoDisplay() == expected, arguments);
+        }
+    }
+
     void badArguments_areNamedInOneLine()
     {
         std::vector<std::pair<QString, QString>> rows{
@@ -79,6 +94,11 @@ private Q_SLOTS:
             {QStringLiteral("--move=1,2,3x"), QStringLiteral("'1,2,3x'")},
             {QStringLiteral("--move=1"), QStringLiteral("'1'")},
             {QStringLiteral("--share|--save"), QStringLiteral("--save")},
+            {QStringLiteral("--size=12 x9"), QStringLiteral("'12 x9'")},
+            {QStringLiteral("--use=a|--area=1,2,3x4"), QStringLiteral("--use")},
+            {QStringLiteral("--areas|--status"), QStringLiteral("--areas")},
+            {QStringLiteral("--json"), QStringLiteral("--areas")},
+            {QStringLiteral("--forget"), QStringLiteral("forget")},
             {QStringLiteral("--share|a\nb"), QStringLiteral("a b")},
             {QStringLiteral("--|--share"), QStringLiteral("--share")}};
         for (const char *area :

@@ -86,6 +86,30 @@ private Q_SLOTS:
         QVERIFY(waitFor(isAlertOnTop, patience));
     }
 
+    void areasWithNames_areKeptWithAndWithoutTheProgram()
+    {
+        InstanceFixture fixture;
+        fixture.command("--save-as=Left", 1, "No area is stored yet");
+        fixture.command("--areas --json", 0, "[]\n");
+        QVERIFY(fixture.launch({areaOption}));
+        fixture.command("--save-as=Left --areas", 0, "400,300,600x400 Left\n");
+        fixture.command("--size=16:9 --status", 0, R"("y":331.0,"width":600.0,"height":338.0)");
+        fixture.command("--size=1281x1024", 1, "1280 x 1024 pixels");
+        fixture.command("--area=0,0,100x100 --size=640x480 --save-as=Right", 0);
+        QCOMPARE(fixture.savedArea(), (CaptureFrame{0, 0, 640, 480}));
+        fixture.command("--use=Middle --share", 1, "no area named 'Middle'");
+        fixture.command("--use=Left --share --status", 0, R"("width":600.0,"height":400.0)");
+        QVERIFY(fixture.showsArea(area));
+        fixture.command("--use=Right", 0); // for the next time
+        QVERIFY(fixture.showsArea(area));
+        fixture.end();
+        QCOMPARE(fixture.savedArea(), (CaptureFrame{0, 0, 640, 480}));
+        fixture.environment.remove(QStringLiteral("DISPLAY"));
+        fixture.command("--forget=Right --save-as=Now --areas --json", 0,
+                        R"([{"name":"Left","area":{"x":400.0,"y":300.0,"width":600.0,)"
+                        R"("height":400.0}},{"name":"Now","area":{)");
+    }
+
     void command_doesNothing_whereTheProgramIsStoppedOrElsewhere()
     {
         InstanceFixture fixture;

@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/desktop/SelectorFixture.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -111,6 +116,47 @@ private Q_SLOTS:
         qInfo("%d kills: %d before anything was stored, %d after the person saw it done", kills,
               unchanged, seen);
         QVERIFY2(unchanged > 0 && seen < kills, "No kill hit a confirmation");
+    }
+
+    void areasWithNames_areAllKept_whereverAKillHits()
+    {
+        ProgramFixture fixture;
+        fixture.environment.remove(QStringLiteral("DISPLAY"));
+        QDir().mkpath(QFileInfo(fixture.settingsFile()).path());
+        QFile settings(fixture.settingsFile());
+        QVERIFY(settings.open(QIODevice::WriteOnly));
+        settings.write("captureFrame=\"@ByteArray({\\\"x\\\":1,\\\"y\\\":2,\\\"width\\\":3,"
+                       "\\\"height\\\":4})\"\n");
+        settings.close();
+        const CaptureFrame current{1, 2, 3, 4};
+        QCOMPARE(fixture.launchAgain({QStringLiteral("--save-as=kept")}), 0);
+        const auto names = [&] {
+            QByteArray said;
+            return fixture.launchAgain({QStringLiteral("--areas")}, &said) == 0 ? said
+                                                                                : QByteArray();
+        };
+        int unchanged = 0;
+        QElapsedTimer usual;
+        usual.start();
+        fixture.start({QStringLiteral("--save-as=new")});
+        QCOMPARE(fixture.waitForExit(), 0);
+        const qint64 duration = usual.nsecsElapsed();
+        for (int round = 0; round < kills; ++round) {
+            QCOMPARE(fixture.launchAgain({QStringLiteral("--forget=new")}), 0);
+            fixture.start({QStringLiteral("--save-as=new")});
+            const QDeadlineTimer moment(
+                std::chrono::nanoseconds(QRandomGenerator::global()->bounded(duration)),
+                Qt::PreciseTimer);
+            while (!moment.hasExpired() && fixture.program.isRunning()) { }
+            fixture.program.kill();
+            const QByteArray found = names();
+            QVERIFY2(found.startsWith("1,2,3x4 kept\n"), found);
+            QCOMPARE(fixture.savedArea(), current);
+            unchanged += !found.contains("new");
+            QCOMPARE(fixture.launchAgain({QStringLiteral("--save-as=new")}), 0);
+        }
+        qInfo("%d kills: %d before anything was stored", kills, unchanged);
+        QVERIFY2(unchanged > 0 && unchanged < kills, "No kill hit the end of a change");
     }
 };
 
