@@ -61,7 +61,7 @@ struct OverlayDesktop : FakeDesktop {
 /** The selector of a coordinator, and the pointer over it in desktop coordinates. */
 struct Selector {
     OverlayDesktop desktop;
-    AppCoordinator coordinator{desktop.backend()};
+    AppCoordinator coordinator{desktop.backend(), [] { }};
     std::optional<CaptureFrame> confirmed;
 
     void open(std::optional<CaptureFrame> area = CaptureFrame{300, 200, 600, 400})
