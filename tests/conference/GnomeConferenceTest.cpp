@@ -62,10 +62,21 @@ private Q_SLOTS:
         const auto isDialogShown = [&] { return session.isPortalDialogShown(); };
         const auto sides = [&] { return browser->ask(QStringLiteral("size()")).toArray(); };
         const QJsonArray wanted{area.width(), area.height()};
+        // A dialog that still moves takes clicks too late, perhaps for what is below it.
+        const auto settle = [&] {
+            auto monitor = session.recordMonitor();
+            const auto look = [&] { return monitor->picture().copy(dialog.place); };
+            QImage calm;
+            while (waitFor([&] { return look() != calm; }, std::chrono::milliseconds(600))) {
+                calm = look();
+            }
+        };
         // GNOME 43 asks once for the browser's preview, and once more for the call.
         const auto isInCall = [&] {
             if (isDialogShown()) {
+                settle();
                 input.click(dialog.secondWindow);
+                settle();
                 input.click(dialog.share);
                 waitFor([&] { return !isDialogShown(); }, step);
             } else {
