@@ -4,8 +4,8 @@
 namespace glimmerpane
 {
 
-SharingWindow::SharingWindow(OutputWindows &windows, QSize size)
-    : content_(windows.make(QStringLiteral("Glimmerpane - Output"), size))
+SharingWindow::SharingWindow(OutputWindows &windows, QRect area)
+    : content_(windows.make(QStringLiteral("Glimmerpane - Output"), area))
 {
     if (content_) {
         (*content_)->onCloseRequest = [this] { close(); };

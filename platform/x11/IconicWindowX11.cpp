@@ -3,6 +3,7 @@
 
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Events.h"
+#include "platform/x11/ManagerHints.h"
 #include "platform/x11/ManagerMessages.h"
 #include "platform/x11/Regions.h"
 #include "platform/x11/Render.h"
@@ -26,7 +27,6 @@ using namespace std::chrono_literals;
 // ICCCM 4.1.3.1
 constexpr std::uint32_t normalState = 1;
 constexpr std::uint32_t iconicState = 3;
-constexpr std::uint32_t allDesktops = 0xffffffff; // EWMH
 
 /** How long a new viewer of an unchanging picture waits for it at most. */
 constexpr auto touchInterval = 250ms;
@@ -45,7 +45,9 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
         return std::unexpected(created.error());
     }
     window->describe(title);
-    window->describeToManager();
+    setManagerHints(window->connection_, window->window_.get(),
+                    {.size = size, .isIconic = true, .place = {}, .states = {}});
+    window->context_ = makeGraphicsContext(window->connection_, window->window_.get());
     window->createDot();
     return window;
 }
@@ -55,28 +57,6 @@ IconicWindowX11::IconicWindowX11(ExtendedConnection opened, QSize size)
 {
     touching_.setInterval(touchInterval);
     touching_.callOnTimeout([this] { touch(); });
-}
-
-void IconicWindowX11::describeToManager()
-{
-    const auto set = [this](xcb_atom_t property, xcb_atom_t type, const auto &items) {
-        setProperty(connection_, window_.get(), property, type, 32, items.size(), items.data());
-    };
-    const auto width = static_cast<std::uint32_t>(size_.width());
-    const auto height = static_cast<std::uint32_t>(size_.height());
-    // ICCCM 4.1.2.3: PSize, PMinSize and PMaxSize.
-    set(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS,
-        std::array<std::uint32_t, 18>{8 | 16 | 32, 0, 0, width, height, width, height, width,
-                                      height});
-    // ICCCM 4.1.2.4: the flags InputHint and StateHint; no input, and iconic at first.
-    set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, std::array<std::uint32_t, 9>{1 | 2, 0, iconicState});
-    // Motif's hints: the flag for decorations, and no decorations, which viewers would see.
-    const xcb_atom_t motif = connection_.atom("_MOTIF_WM_HINTS");
-    set(motif, motif, std::array<std::uint32_t, 5>{2});
-    set(connection_.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, std::array{allDesktops});
-    // EWMH: no focus when it is mapped.
-    set(connection_.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, std::array{std::uint32_t{0}});
-    context_ = makeGraphicsContext(connection_, window_.get());
 }
 
 void IconicWindowX11::createDot()

@@ -28,7 +28,6 @@ protected:
     void handle(const xcb_generic_event_t &event) override;
 
 private:
-    void describeToManager();
     void createDot();
     void minimise();
     void touch();

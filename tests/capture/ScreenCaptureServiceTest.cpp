@@ -119,7 +119,8 @@ struct CaptureDesktop : FakeDesktop {
 
 struct Fixture {
     CaptureDesktop desktop;
-    std::shared_ptr<SharingWindow> window = std::make_shared<SharingWindow>(desktop, QSize(9, 9));
+    std::shared_ptr<SharingWindow> window
+        = std::make_shared<SharingWindow>(desktop, QRect(0, 0, 9, 9));
     std::unique_ptr<ScreenCaptureService> service
         = std::make_unique<ScreenCaptureService>(desktop.backend());
     int ends = 0;
