@@ -12,7 +12,6 @@
 #include <xcb/xfixes.h>
 
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -22,14 +21,9 @@ namespace glimmerpane::x11
 namespace
 {
 
-using namespace std::chrono_literals;
-
 // ICCCM 4.1.3.1
 constexpr std::uint32_t normalState = 1;
 constexpr std::uint32_t iconicState = 3;
-
-/** How long a new viewer of an unchanging picture waits for it at most. */
-constexpr auto touchInterval = 250ms;
 
 } // namespace
 
@@ -47,16 +41,19 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
     window->describe(title);
     setManagerHints(window->connection_, window->window_.get(),
                     {.size = size, .isIconic = true, .place = {}, .states = {}});
-    window->context_ = makeGraphicsContext(window->connection_, window->window_.get());
     window->createDot();
+    window->touch_.emplace(window->connection_, window->window_.get(), window->events_);
+    // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
+    // the screen.
+    window->touch_->onTouch = [self = window.get()] {
+        xcb_clear_area(self->connection_.get(), 0, self->dot_.get(), 0, 0, 1, 1);
+    };
     return window;
 }
 
 IconicWindowX11::IconicWindowX11(ExtendedConnection opened, QSize size)
     : OffscreenWindowX11(std::move(opened), size)
 {
-    touching_.setInterval(touchInterval);
-    touching_.callOnTimeout([this] { touch(); });
 }
 
 void IconicWindowX11::createDot()
@@ -87,12 +84,12 @@ void IconicWindowX11::orderFront()
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     xcb_map_window(connection_.get(), dot_.get());
     events_.flush();
-    touching_.start();
+    touch_->start();
 }
 
 void IconicWindowX11::orderOut()
 {
-    touching_.stop();
+    touch_->stop();
     isVisible_ = false;
     xcb_unmap_window(connection_.get(), dot_.get());
     withdraw(connection_, window_.get());
@@ -102,19 +99,6 @@ void IconicWindowX11::orderOut()
 void IconicWindowX11::minimise()
 {
     sendToManager(connection_, window_.get(), "WM_CHANGE_STATE", {iconicState}); // ICCCM 4.1.4
-}
-
-/**
- * Copies a pixel to its own place, because a new viewer's picture of a minimised window is only
- * made once something is drawn; and clears the dot, because even that was at times not enough (4 of
- * 160 viewers) until the shell had to paint the screen.
- */
-void IconicWindowX11::touch()
-{
-    xcb_copy_area(connection_.get(), window_.get(), window_.get(), context_.get(), 0, 0, 0, 0, 1,
-                  1);
-    xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1);
-    events_.flush();
 }
 
 void IconicWindowX11::handle(const xcb_generic_event_t &event)

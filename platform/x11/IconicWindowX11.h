@@ -2,8 +2,9 @@
 #pragma once
 
 #include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/WindowTouch.h"
 
-#include <QTimer>
+#include <optional>
 
 namespace glimmerpane::x11
 {
@@ -30,12 +31,10 @@ protected:
 private:
     void createDot();
     void minimise();
-    void touch();
 
-    GraphicsContext context_;
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
-    QTimer touching_;
+    std::optional<WindowTouch> touch_;
 };
 
 } // namespace glimmerpane::x11

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/WindowTouch.h"
 
 #include <optional>
 
@@ -45,6 +46,7 @@ private:
     const Parking parking_;
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed
+    std::optional<WindowTouch> touch_;
     bool isManaged_ = false;
     bool isSettled_ = false; ///< in its place since it was managed
 };

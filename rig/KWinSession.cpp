@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: MIT
+#include "rig/KWinSession.h"
+
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <array>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace glimmerpane::testing
+{
+
+namespace
+{
+
+constexpr std::chrono::seconds limit{30};
+const QString busName = QStringLiteral("kwin-session");
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+KWinSession::KWinSession(QSize screen)
+    : WaylandDesktop(QStringLiteral("KDE"))
+    , bus_(QDBusConnection::connectToBus(busAddress(), busName))
+{
+    startKWin(screen);
+}
+
+KWinSession::~KWinSession()
+{
+    QDBusConnection::disconnectFromBus(busName);
+}
+
+void KWinSession::startKWin(QSize screen)
+{
+    // The packaged one has a file capability, which a container may not grant. A copy has none, but
+    // must have the same name, or it does not load its own plugin for Qt.
+    const QString copy = runtimeFile(QStringLiteral("kwin_wayland"));
+    require(QFile::copy(QStandardPaths::findExecutable(QStringLiteral("kwin_wayland")), copy),
+            "kwin_wayland is not installed");
+    const QString started = runtimeFile(QStringLiteral("started"));
+    QFile script(runtimeFile(QStringLiteral("script")));
+    require(script.open(QIODevice::WriteOnly)
+                && script.write("#!/bin/sh\necho \"$DISPLAY $XAUTHORITY\" > "
+                                + started.toLocal8Bit() + '\n')
+                    > 0,
+            "cannot write a script");
+    script.close();
+    script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    auto environment = compositorEnvironment();
+    for (const char *name : {"LIBGL_ALWAYS_SOFTWARE", "KWIN_WAYLAND_NO_PERMISSION_CHECKS",
+                             "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS"}) {
+        environment.insert(QString::fromLatin1(name), QStringLiteral("1"));
+    }
+    environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP")); // it would load Plasma's parts
+    kwin_ = required(ChildProcess::start(
+        {.program = copy,
+         .arguments
+         = {QStringLiteral("--virtual"), QStringLiteral("--width"), QString::number(screen.width()),
+            QStringLiteral("--height"), QString::number(screen.height()),
+            QStringLiteral("--xwayland"), QStringLiteral("--socket"), QStringLiteral("wayland-0"),
+            QStringLiteral("--no-lockscreen"), QStringLiteral("--no-global-shortcuts"),
+            script.fileName()},
+         .environment = environment}));
+    const auto isReady = [&] { return contentOf(started).endsWith('\n'); };
+    if (!waitFor([&] { return isReady() || !kwin_.isRunning(); }, limit) || !isReady()) {
+        throw Failure(QStringLiteral("KWin did not start: ")
+                      + QString::fromLocal8Bit(kwin_.output()));
+    }
+    const QStringList names = QString::fromLocal8Bit(contentOf(started).trimmed()).split(u' ');
+    enterDisplay(names.value(0), names.value(1));
+}
+
+QImage KWinSession::screenshot(const QRect &rectangle) const
+{
+    std::array<int, 2> ends{};
+    require(pipe2(ends.data(), O_CLOEXEC) == 0, "cannot make a pipe");
+    const FileDescriptor reader(ends[0]);
+    auto message = QDBusMessage::createMethodCall(
+        QStringLiteral("org.kde.KWin"), QStringLiteral("/org/kde/KWin/ScreenShot2"),
+        QStringLiteral("org.kde.KWin.ScreenShot2"), QStringLiteral("CaptureArea"));
+    {
+        const FileDescriptor writer(ends[1]);
+        message.setArguments({rectangle.x(), rectangle.y(), uint(rectangle.width()),
+                              uint(rectangle.height()), QVariantMap(),
+                              QVariant::fromValue(QDBusUnixFileDescriptor(writer.get()))});
+    }
+    const QDBusMessage reply = bus_.call(message);
+    message.setArguments({}); // the last copy of the writing end
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        throw Failure(QStringLiteral("no screenshot: ") + reply.errorMessage());
+    }
+    QFile file;
+    require(file.open(reader.get(), QIODevice::ReadOnly), "cannot read the screenshot");
+    const QByteArray pixels = file.readAll();
+    require(pixels.size() == qsizetype{rectangle.width()} * rectangle.height() * 4,
+            "the screenshot has another size");
+    return QImage(reinterpret_cast<const uchar *>(pixels.constData()), rectangle.width(),
+                  rectangle.height(), QImage::Format_RGB32)
+        .copy();
+}
+
+} // namespace glimmerpane::testing
