@@ -27,11 +27,15 @@ QByteArray contentOf(const QString &path)
 
 } // namespace
 
-KWinSession::KWinSession(QSize screen)
+KWinSession::KWinSession(const Options &options)
     : WaylandDesktop(QStringLiteral("KDE"))
     , bus_(QDBusConnection::connectToBus(busAddress(), busName))
 {
-    startKWin(screen);
+    if (!options.installed.isEmpty()) {
+        setVariable("XDG_DATA_DIRS",
+                    options.installed + QStringLiteral(":/usr/local/share:/usr/share"));
+    }
+    startKWin(options);
 }
 
 KWinSession::~KWinSession()
@@ -39,7 +43,7 @@ KWinSession::~KWinSession()
     QDBusConnection::disconnectFromBus(busName);
 }
 
-void KWinSession::startKWin(QSize screen)
+void KWinSession::startKWin(const Options &options)
 {
     // The packaged one has a file capability, which a container may not grant. A copy has none, but
     // must have the same name, or it does not load its own plugin for Qt.
@@ -56,19 +60,23 @@ void KWinSession::startKWin(QSize screen)
     script.close();
     script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
     auto environment = compositorEnvironment();
-    for (const char *name : {"LIBGL_ALWAYS_SOFTWARE", "KWIN_WAYLAND_NO_PERMISSION_CHECKS",
-                             "KWIN_SCREENSHOT_NO_PERMISSION_CHECKS"}) {
+    const auto enable = [&environment](const char *name) {
         environment.insert(QString::fromLatin1(name), QStringLiteral("1"));
+    };
+    enable("LIBGL_ALWAYS_SOFTWARE");
+    enable("KWIN_SCREENSHOT_NO_PERMISSION_CHECKS");
+    if (options.installed.isEmpty()) {
+        enable("KWIN_WAYLAND_NO_PERMISSION_CHECKS");
     }
     environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP")); // it would load Plasma's parts
     kwin_ = required(ChildProcess::start(
         {.program = copy,
-         .arguments
-         = {QStringLiteral("--virtual"), QStringLiteral("--width"), QString::number(screen.width()),
-            QStringLiteral("--height"), QString::number(screen.height()),
-            QStringLiteral("--xwayland"), QStringLiteral("--socket"), QStringLiteral("wayland-0"),
-            QStringLiteral("--no-lockscreen"), QStringLiteral("--no-global-shortcuts"),
-            script.fileName()},
+         .arguments = {QStringLiteral("--virtual"), QStringLiteral("--width"),
+                       QString::number(options.screen.width()), QStringLiteral("--height"),
+                       QString::number(options.screen.height()), QStringLiteral("--xwayland"),
+                       QStringLiteral("--socket"), QStringLiteral("wayland-0"),
+                       QStringLiteral("--no-lockscreen"), QStringLiteral("--no-global-shortcuts"),
+                       script.fileName()},
          .environment = environment}));
     const auto isReady = [&] { return contentOf(started).endsWith('\n'); };
     if (!waitFor([&] { return isReady() || !kwin_.isRunning(); }, limit) || !isReady()) {

@@ -11,13 +11,23 @@ namespace glimmerpane::testing
 
 /**
  * A private KWin on Wayland without Plasma around it and without hardware: one output, drawn by
- * OpenGL in software. It lets every program record the screen, but has no pictures of it (5.27), so
- * only windows can be recorded.
+ * OpenGL in software. Every program may record the screen, unless Options say otherwise, but
+ * in 5.27 there are no pictures of it, only of windows.
  */
 class KWinSession : public WaylandDesktop
 {
 public:
-    explicit KWinSession(QSize screen = {1280, 720});
+    struct Options {
+        QSize screen{1280, 720};
+        /** The folder "share" of what is installed: KWin permits only what its entries ask for. */
+        QString installed{};
+    };
+
+    explicit KWinSession(const Options &options);
+    KWinSession()
+        : KWinSession(Options{})
+    {
+    }
     ~KWinSession();
     Q_DISABLE_COPY_MOVE(KWinSession)
 
@@ -28,7 +38,7 @@ public:
     QImage screenshot(const QRect &rectangle) const;
 
 private:
-    void startKWin(QSize screen);
+    void startKWin(const Options &options);
 
     ChildProcess kwin_;
     QDBusConnection bus_;

@@ -14,11 +14,11 @@ build_packages=(
 )
 # shellcheck disable=SC2034
 demo_packages=(xvfb openbox fonts-dejavu-core)
-# Private GNOME and sway sessions on Wayland.
+# Private GNOME, sway, KWin and Weston sessions on Wayland.
 # shellcheck disable=SC2034
 wayland_packages=(
     gnome-shell xwayland pipewire wireplumber xdg-desktop-portal xdg-desktop-portal-gnome
-    sway grim
+    sway grim kwin-wayland weston
 )
 # shellcheck disable=SC2034
 test_packages=(

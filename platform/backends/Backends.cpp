@@ -37,7 +37,7 @@ bool isWaylandSession()
 /**
  * The windows of a Wayland session: Xwayland shows ours. It reports only presses over X11 windows,
  * which is worse than none. The output window is one that the desktop offers to a call and keeps
- * drawing, whoever records the screen.
+ * drawing, whoever records the screen. In KWin 5.27 a fast drag out of an X11 window was lost.
  */
 Backend xwaylandBackend(const BackendRequest &request)
 {
@@ -46,6 +46,7 @@ Backend xwaylandBackend(const BackendRequest &request)
     if (gnome::isScreenCastThere()) {
         backend.outputWindows = x11::iconicOutputWindows(backend.displays);
     } else if (x11::windowManager() == "KWin") {
+        backend.overlays = x11::makeSpanningOverlays();
         constexpr int firstThatDrawsOffScreen = 6;
         backend.outputWindows
             = x11::parkedOutputWindows(kwin::majorVersion() >= firstThatDrawsOffScreen);

@@ -100,7 +100,7 @@ struct CaptureDesktop : FakeDesktop {
     Log log;
 
     using FakeDesktop::make;
-    Made<OutputWindow> make(const QString &, QSize) override
+    Made<OutputWindow> make(const QString &, QRect) override
     {
         return std::make_unique<StubWindow>(log);
     }

@@ -25,7 +25,7 @@ const QString title = QStringLiteral("Output");
 
 /** The window in a KWin session, and a client that draws into it. */
 struct ParkedFixture {
-    KWinSession session{screen.size()};
+    KWinSession session;
     KWinClient kwin{session.socket()};
     XClient client = required(XClient::connect(session.displayName()));
     std::unique_ptr<OutputWindow> window;
