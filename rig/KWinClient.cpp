@@ -165,7 +165,8 @@ uint KWinClient::record(const Window &window) const
             if (event == "created") {
                 node = arguments[0].u;
             } else {
-                problem = QString::fromLatin1(event.data());
+                problem = event == "failed" ? QString::fromUtf8(arguments[0].s)
+                                            : QStringLiteral("it closed");
             }
         });
     while (!node && problem.isEmpty() && wl_display_dispatch(connection_->display) >= 0) { }

@@ -87,6 +87,14 @@ void KWinSession::startKWin(const Options &options)
     enterDisplay(names.value(0), names.value(1));
 }
 
+bool KWinSession::draws() const
+{
+    const auto introspect = QDBusMessage::createMethodCall(
+        QStringLiteral("org.kde.KWin"), QStringLiteral("/org/kde/KWin/ScreenShot2"),
+        QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    return bus_.call(introspect).arguments().value(0).toString().contains(u"CaptureArea");
+}
+
 QImage KWinSession::screenshot(const QRect &rectangle) const
 {
     std::array<int, 2> ends{};
