@@ -42,12 +42,6 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
     setManagerHints(window->connection_, window->window_.get(),
                     {.size = size, .isIconic = true, .place = {}, .states = {}});
     window->createDot();
-    window->touch_.emplace(window->connection_, window->window_.get(), window->events_);
-    // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
-    // the screen.
-    window->touch_->onTouch = [self = window.get()] {
-        xcb_clear_area(self->connection_.get(), 0, self->dot_.get(), 0, 0, 1, 1);
-    };
     return window;
 }
 
@@ -84,12 +78,15 @@ void IconicWindowX11::orderFront()
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     xcb_map_window(connection_.get(), dot_.get());
     events_.flush();
-    touch_->start();
+    // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
+    // the screen.
+    touch_.emplace(connection_, window_.get(), events_,
+                   [this] { xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1); });
 }
 
 void IconicWindowX11::orderOut()
 {
-    touch_->stop();
+    touch_.reset();
     isVisible_ = false;
     xcb_unmap_window(connection_.get(), dot_.get());
     withdraw(connection_, window_.get());

@@ -34,7 +34,7 @@ private:
 
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
-    std::optional<WindowTouch> touch_;
+    std::optional<WindowTouch> touch_; ///< while it is shown
 };
 
 } // namespace glimmerpane::x11

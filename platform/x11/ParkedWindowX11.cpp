@@ -43,7 +43,6 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(cons
     setManagerHints(connection, window->window_.get(),
                     {.size = area.size(), .place = window->wanted_, .states = states});
     setWindowShape(connection.get(), window->window_.get(), XCB_SHAPE_SK_INPUT, {});
-    window->touch_.emplace(connection, window->window_.get(), window->events_);
     return window;
 }
 
@@ -85,12 +84,12 @@ void ParkedWindowX11::orderFront()
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     park();
-    touch_->start();
+    touch_.emplace(connection_, window_.get(), events_);
 }
 
 void ParkedWindowX11::orderOut()
 {
-    touch_->stop();
+    touch_.reset();
     isVisible_ = false;
     withdraw(connection_, window_.get());
     events_.flush();

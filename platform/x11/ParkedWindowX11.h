@@ -46,7 +46,7 @@ private:
     const Parking parking_;
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed
-    std::optional<WindowTouch> touch_;
+    std::optional<WindowTouch> touch_; ///< while it is shown
     bool isManaged_ = false;
     bool isSettled_ = false; ///< in its place since it was managed
 };

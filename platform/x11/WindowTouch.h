@@ -7,6 +7,8 @@
 #include <QTimer>
 
 #include <chrono>
+#include <functional>
+#include <utility>
 
 namespace glimmerpane::x11
 {
@@ -19,30 +21,26 @@ namespace glimmerpane::x11
 class WindowTouch
 {
 public:
-    WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events)
+    /** `also` is called each time before the requests are sent. */
+    WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events,
+                std::function<void()> also = {})
         : connection_(connection)
         , window_(window)
         , events_(events)
+        , also_(std::move(also))
         , context_(makeGraphicsContext(connection, window))
     {
-        timer_.callOnTimeout([this] { touch(); });
-    }
-
-    void start()
-    {
         using namespace std::chrono_literals;
+        timer_.callOnTimeout([this] { touch(); });
         timer_.start(250ms); // the longest wait of a new viewer
     }
-    void stop() { timer_.stop(); }
-
-    std::function<void()> onTouch; ///< before the requests are sent
 
 private:
     void touch()
     {
         xcb_copy_area(connection_.get(), window_, window_, context_.get(), 0, 0, 0, 0, 1, 1);
-        if (onTouch) {
-            onTouch();
+        if (also_) {
+            also_();
         }
         events_.flush();
     }
@@ -50,6 +48,7 @@ private:
     const Connection &connection_;
     const xcb_window_t window_;
     EventReader &events_;
+    const std::function<void()> also_;
     const GraphicsContext context_;
     QTimer timer_;
 };
