@@ -71,9 +71,13 @@ void AppCoordinator::closeFrameSelector()
 
 std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFrame &frame)
 {
-    const QSize size
-        = toPixels(std::abs(frame.width), std::abs(frame.height), backend_.displays->scaleFactor());
-    auto window = std::make_shared<SharingWindow>(*backend_.outputWindows, size);
+    const Rect points{.x = frame.x,
+                      .y = frame.y,
+                      .width = std::abs(frame.width),
+                      .height = std::abs(frame.height)};
+    const auto main = backend_.displays->mainDisplay();
+    auto window = std::make_shared<SharingWindow>(*backend_.outputWindows,
+                                                  main ? main->areaPixels(points) : QRect());
     window->onCloseRequest = [weak = std::weak_ptr(window)] {
         if (const auto asked = weak.lock()) {
             asked->orderOut();

@@ -4,9 +4,9 @@
 namespace glimmerpane
 {
 
-SharingWindow::SharingWindow(OutputWindows &windows, QSize size)
-    : size_(size)
-    , content_(windows.make(QStringLiteral("Glimmerpane - Output"), size))
+SharingWindow::SharingWindow(OutputWindows &windows, QRect area)
+    : size_(area.size())
+    , content_(windows.make(QStringLiteral("Glimmerpane - Output"), area))
 {
     if (content_) {
         (*content_)->onCloseRequest = [this] { close(); };

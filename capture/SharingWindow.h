@@ -4,7 +4,7 @@
 #include "platform/OutputWindow.h"
 #include "services/Error.h"
 
-#include <QSize>
+#include <QRect>
 
 #include <expected>
 #include <functional>
@@ -21,10 +21,11 @@ class SharingWindow
 {
 public:
     /**
-     * Creates a hidden, black window with content of `size` pixels. If the desktop refuses, the
-     * window never becomes visible and content() returns the error.
+     * Creates a hidden, black window for an area of the desktop, in its pixels, whose size its
+     * content has. If the desktop refuses, the window never becomes visible and content() returns
+     * the error.
      */
-    SharingWindow(OutputWindows &windows, QSize size);
+    SharingWindow(OutputWindows &windows, QRect area);
 
     /** Called instead of closing the window. */
     std::function<void()> onCloseRequest;

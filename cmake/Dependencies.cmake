@@ -15,6 +15,7 @@ pkg_check_modules(PIPEWIRE REQUIRED IMPORTED_TARGET libpipewire-0.3)
 pkg_check_modules(WAYLAND REQUIRED IMPORTED_TARGET wayland-client)
 pkg_get_variable(WAYLAND_SCANNER wayland-scanner wayland_scanner)
 pkg_get_variable(WAYLAND_PROTOCOLS_DIR wayland-protocols pkgdatadir)
+find_package(PlasmaWaylandProtocols REQUIRED)
 if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     qcoro_enable_coroutines() # adds an option that clang no longer knows or needs
 endif()

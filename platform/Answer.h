@@ -4,8 +4,6 @@
 #include <QFuture>
 #include <QPromise>
 
-#include <utility>
-
 namespace glimmerpane
 {
 
@@ -19,12 +17,12 @@ public:
     QFuture<T> future() const { return promise_.future(); }
 
     /** False if there is an answer already. */
-    bool give(T value)
+    bool give(const T &value)
     {
         if (promise_.future().isFinished()) {
             return false;
         }
-        promise_.addResult(std::move(value));
+        promise_.addResult(value); // GCC 14 would warn of a moved std::expected's parts
         promise_.finish();
         return true;
     }

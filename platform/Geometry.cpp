@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
+#include <tuple>
 
 namespace glimmerpane
 {
@@ -78,6 +80,34 @@ Point MainDisplay::pointOf(QPoint desktopPixel) const
 {
     const Rect corner = areaOf({desktopPixel, QSize(0, 0)});
     return corner.origin();
+}
+
+QPoint onePixelPlace(QRect area, std::span<const QRect> displays)
+{
+    const QSize size = area.size();
+    using Rank = std::tuple<int, double>; // visible pixels, then the negative distance
+    std::optional<Rank> best;
+    QPoint place(-size.width(), -size.height());
+    for (const QRect &display : displays) {
+        const int left = display.x() - size.width() + 1;
+        const int top = display.y() - size.height() + 1;
+        for (const QPoint origin : {QPoint(left, top), QPoint(left, display.bottom()),
+                                    QPoint(display.right(), top), display.bottomRight()}) {
+            const QRect window(origin, size);
+            int visible = 0;
+            for (const QRect &other : displays) {
+                const QRect seen = window & other;
+                visible += seen.width() * seen.height();
+            }
+            const QPoint away = (window & display).center() - area.center();
+            const Rank rank(visible, -std::hypot(away.x(), away.y()));
+            if (!best || rank < *best) {
+                best = rank;
+                place = origin;
+            }
+        }
+    }
+    return place;
 }
 
 QRect aspectFit(QSize picture, QRect bounds)

@@ -5,6 +5,8 @@
 #include <QRect>
 #include <QSize>
 
+#include <span>
+
 namespace glimmerpane
 {
 
@@ -79,6 +81,13 @@ struct MainDisplay {
 
     friend bool operator==(const MainDisplay &, const MainDisplay &) = default;
 };
+
+/**
+ * Where a window of the area's size shows one pixel only: in the corner of a display that lies
+ * farthest from the area, beside which there is no other display. Where every corner has
+ * neighbours, the one that shows least. Desktop pixels.
+ */
+QPoint onePixelPlace(QRect area, std::span<const QRect> displays);
 
 /** Scales a picture to fit into `bounds`, centred and keeping its aspect ratio. */
 QRect aspectFit(QSize picture, QRect bounds);

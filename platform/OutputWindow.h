@@ -4,7 +4,7 @@
 #include "platform/DisplayLayer.h"
 #include "services/Error.h"
 
-#include <QSize>
+#include <QRect>
 #include <QString>
 
 #include <expected>
@@ -48,9 +48,9 @@ class OutputWindows
 public:
     virtual ~OutputWindows() = default;
 
-    /** A hidden window with content of `size` pixels. */
+    /** A hidden window for pictures of an area (desktop pixels), whose size its content has. */
     virtual std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
-                                                                     QSize size)
+                                                                     QRect area)
         = 0;
 };
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "rig/GnomeSession.h"
 
-#include "rig/XClient.h"
-
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
@@ -12,7 +10,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <sys/stat.h>
 
 namespace glimmerpane::testing
 {
@@ -28,48 +25,20 @@ const QString busName = QStringLiteral("gnome-session");
 /** The shell lets only a portal's back end list the windows. */
 const QString portalService = QStringLiteral("org.freedesktop.impl.portal.desktop.gtk");
 
-/** Without systemd the first X server makes it; what root's makes, mutter refuses to use. */
-void prepareSocketFolder()
-{
-    constexpr auto *path = "/tmp/.X11-unix";
-    mkdir(path, 0);
-    chmod(path, 01777); // does nothing where the folder is not ours
-}
-
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/** Our own environment without what is left of another session. */
-QProcessEnvironment plainEnvironment()
-{
-    auto environment = QProcessEnvironment::systemEnvironment();
-    for (const auto &name : environment.keys()) {
-        if (name.startsWith(QStringLiteral("XDG_")) || name.startsWith(QStringLiteral("QT_"))) {
-            environment.remove(name);
-        }
-    }
-    for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "XAUTHORITY", "DESKTOP_SESSION"}) {
-        environment.remove(QString::fromLatin1(name));
-    }
-    return environment;
-}
-
 } // namespace
 
 GnomeSession::GnomeSession(const Options &options)
-    : environment_(plainEnvironment())
+    : WaylandDesktop(QStringLiteral("GNOME"))
 {
-    makeFolders(options.settings);
-    systemBus_ = required(SessionBus::start(environment_));
-    environment_.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), systemBus_->address());
-    sessionBus_ = required(SessionBus::start(environment_));
-    environment_.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), sessionBus_->address());
-    bus_ = QDBusConnection::connectToBus(sessionBus_->address(), busName);
+    bus_ = QDBusConnection::connectToBus(busAddress(), busName);
     require(bus_->registerService(portalService), "a portal's name is taken");
-    startPipeWire();
+    writeSettings(options.settings);
     startShell(options.monitors);
     findDisplay();
     joinBus();
@@ -79,32 +48,13 @@ GnomeSession::GnomeSession(const Options &options)
 GnomeSession::~GnomeSession()
 {
     QDBusConnection::disconnectFromBus(busName);
-    qunsetenv("DISPLAY");
-    qunsetenv("XAUTHORITY");
 }
 
-void GnomeSession::makeFolders(const QByteArray &settings)
+void GnomeSession::writeSettings(const QByteArray &settings)
 {
-    const auto makeFolder = [this](const char *variable, const char *name) {
-        const QString path = scratch_.filePath(QString::fromLatin1(name));
-        QDir().mkpath(path);
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        environment_.insert(QString::fromLatin1(variable), path);
-    };
-    makeFolder("XDG_RUNTIME_DIR", "run");
-    makeFolder("HOME", "home");
-    makeFolder("XDG_CONFIG_HOME", "config");
-    makeFolder("XDG_DATA_HOME", "data");
-    makeFolder("XDG_CACHE_HOME", "cache");
-    for (const auto &[name, value] : {std::pair("XDG_SESSION_TYPE", "wayland"),
-                                      {"XDG_CURRENT_DESKTOP", "GNOME"},
-                                      {"XDG_SESSION_DESKTOP", "gnome"},
-                                      {"WAYLAND_DISPLAY", "wayland-0"},
-                                      {"GSETTINGS_BACKEND", "keyfile"},
-                                      {"GLIMMERPANE_NO_UPDATE_CHECK", "1"}}) {
-        environment_.insert(QString::fromLatin1(name), QString::fromLatin1(value));
-    }
-    const QString folder = scratch_.filePath(QStringLiteral("config/glib-2.0/settings"));
+    setVariable("GSETTINGS_BACKEND", QStringLiteral("keyfile"));
+    const QString folder = environment().value(QStringLiteral("XDG_CONFIG_HOME"))
+        + QStringLiteral("/glib-2.0/settings");
     QDir().mkpath(folder);
     const QByteArray all = "[org/gnome/desktop/notifications]\nshow-banners=false\n" + settings;
     QFile file(folder + QStringLiteral("/keyfile"));
@@ -112,31 +62,17 @@ void GnomeSession::makeFolders(const QByteArray &settings)
             "cannot write the session's settings");
 }
 
-void GnomeSession::startPipeWire()
-{
-    pipeWire_ = required(
-        ChildProcess::start({.program = QStringLiteral("pipewire"), .environment = environment_}));
-    require(
-        waitFor([this] { return QFile::exists(runtimeFile(QStringLiteral("pipewire-0"))); }, limit),
-        "PipeWire did not start");
-    sessionManager_ = required(ChildProcess::start(
-        {.program = QStringLiteral("wireplumber"), .environment = environment_}));
-}
-
 void GnomeSession::startShell(const std::vector<QSize> &monitors)
 {
-    prepareSocketFolder();
     QStringList arguments{QStringLiteral("--headless"), QStringLiteral("--wayland"),
                           QStringLiteral("--wayland-display"), QStringLiteral("wayland-0")};
     for (const auto &size : monitors) {
         arguments << QStringLiteral("--virtual-monitor")
                   << QStringLiteral("%1x%2").arg(size.width()).arg(size.height());
     }
-    auto environment = environment_;
-    environment.remove(QStringLiteral("WAYLAND_DISPLAY")); // it would be a client of that
     shell_ = required(ChildProcess::start({.program = QStringLiteral("gnome-shell"),
                                            .arguments = arguments,
-                                           .environment = environment}));
+                                           .environment = compositorEnvironment()}));
     // It says so once its first animation is over; the names on the bus are there long before.
     const auto isReady = [this] { return shellOutput().contains("GNOME Shell started at"); };
     if (!waitFor([&] { return isReady() || !shell_.isRunning(); }, limit) || !isReady()) {
@@ -148,18 +84,12 @@ void GnomeSession::startShell(const std::vector<QSize> &monitors)
 void GnomeSession::findDisplay()
 {
     const QRegularExpression said(QStringLiteral("public X11 display (:[0-9]+)"));
-    environment_.insert(QStringLiteral("DISPLAY"),
-                        said.match(QString::fromLocal8Bit(shellOutput())).captured(1));
-    const QDir folder(scratch_.filePath(QStringLiteral("run")));
+    const QDir folder(runtimeFile({}));
     const auto files
         = folder.entryList({QStringLiteral(".mutter-Xwaylandauth.*")}, QDir::Files | QDir::Hidden);
     require(files.size() == 1, "mutter made no authority file for Xwayland");
-    environment_.insert(QStringLiteral("XAUTHORITY"), folder.filePath(files.front()));
-    for (const char *name : {"DISPLAY", "XAUTHORITY"}) {
-        qputenv(name, environment_.value(QString::fromLatin1(name)).toLocal8Bit());
-    }
-    require(waitFor([this] { return XClient::connect(displayName()).has_value(); }, limit),
-            "Xwayland did not start");
+    enterDisplay(said.match(QString::fromLocal8Bit(shellOutput())).captured(1),
+                 folder.filePath(files.front()));
 }
 
 pid_t GnomeSession::serverProcess() const
@@ -184,7 +114,7 @@ void GnomeSession::joinBus()
     Variables variables;
     for (const char *name : {"DISPLAY", "XAUTHORITY"}) {
         const QString key = QString::fromLatin1(name);
-        variables[key] = environment_.value(key);
+        variables[key] = environment().value(key);
     }
     call(*bus_, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("UpdateActivationEnvironment"),

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "rig/ChildProcess.h"
 #include "rig/GnomeScreenCast.h"
-#include "rig/SessionBus.h"
+#include "rig/WaylandDesktop.h"
 
 #include <QDBusConnection>
 #include <QSize>
-#include <QTemporaryDir>
 
 #include <optional>
 #include <vector>
@@ -17,10 +15,9 @@ namespace glimmerpane::testing
 
 /**
  * A private GNOME session on Wayland, without hardware: gnome-shell with Xwayland, PipeWire, and
- * two message buses. It shows an empty desktop, not the overview. While it exists, DISPLAY and
- * XAUTHORITY of this process name its Xwayland. Everything it started ends with the object.
+ * two message buses. It shows an empty desktop, not the overview.
  */
-class GnomeSession
+class GnomeSession : public WaylandDesktop
 {
 public:
     struct Options {
@@ -38,12 +35,7 @@ public:
     ~GnomeSession();
     Q_DISABLE_COPY_MOVE(GnomeSession)
 
-    /** For a program of the session. */
-    const QProcessEnvironment &environment() const { return environment_; }
-    QString displayName() const { return environment_.value(QStringLiteral("DISPLAY")); }
     const QDBusConnection &bus() const { return *bus_; }
-    /** Ends the service that carries the pictures. */
-    void endPipeWire() { pipeWire_.terminate(); }
     pid_t shellProcess() const { return shell_.pid(); }
     /** Xwayland's. */
     pid_t serverProcess() const;
@@ -85,22 +77,11 @@ public:
 
 private:
     QVariant shellProperty(const char *name) const;
-    void makeFolders(const QByteArray &settings);
-    void startPipeWire();
+    void writeSettings(const QByteArray &settings);
     void startShell(const std::vector<QSize> &monitors);
     void joinBus();
     void findDisplay();
-    QString runtimeFile(const QString &name) const
-    {
-        return scratch_.filePath(QStringLiteral("run/") + name);
-    }
 
-    QTemporaryDir scratch_;
-    QProcessEnvironment environment_;
-    std::optional<SessionBus> systemBus_;
-    std::optional<SessionBus> sessionBus_;
-    ChildProcess pipeWire_;
-    ChildProcess sessionManager_; ///< of PipeWire
     ChildProcess shell_;
     std::optional<QDBusConnection> bus_;
 };

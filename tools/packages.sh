@@ -10,15 +10,15 @@ build_packages=(
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
     libxcb-cursor-dev libxcb-xtest0-dev libxcb-res0-dev libpipewire-0.3-dev
-    libwayland-dev libwayland-bin wayland-protocols
+    libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
 )
 # shellcheck disable=SC2034
 demo_packages=(xvfb openbox fonts-dejavu-core)
-# Private GNOME and sway sessions on Wayland.
+# Private GNOME, sway, KWin and Weston sessions on Wayland.
 # shellcheck disable=SC2034
 wayland_packages=(
     gnome-shell xwayland pipewire wireplumber xdg-desktop-portal xdg-desktop-portal-gnome
-    sway grim
+    sway grim kwin-wayland weston
 )
 # shellcheck disable=SC2034
 test_packages=(

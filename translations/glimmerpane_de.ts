@@ -332,6 +332,18 @@
         <source>Nothing is being shared.</source>
         <translation>Es wird nichts freigegeben.</translation>
     </message>
+    <message>
+        <source>This Wayland session offers none of the ways to record the screen: GNOME&apos;s screen-cast service, wlr-screencopy 3 (as in sway), KWin&apos;s screencast, or a desktop portal with ScreenCast. Install xdg-desktop-portal with the part for this desktop, or log in to GNOME, KDE Plasma, sway or an X11 session.</source>
+        <translation>Diese Wayland-Sitzung bietet keinen der Wege, den Bildschirm aufzuzeichnen: GNOMEs Aufzeichnungsdienst, wlr-screencopy 3 (wie in sway), KWins Aufzeichnung oder ein Desktop-Portal mit ScreenCast. Installieren Sie xdg-desktop-portal mit dem Teil für diesen Desktop, oder melden Sie sich in GNOME, KDE Plasma, sway oder einer X11-Sitzung an.</translation>
+    </message>
+    <message>
+        <source>KWin does not record the screen: %1</source>
+        <translation>KWin zeichnet den Bildschirm nicht auf: %1</translation>
+    </message>
+    <message>
+        <source>KWin does not let this program record the screen. It does so once Glimmerpane is installed; --backend=portal asks you instead.</source>
+        <translation>KWin lässt dieses Programm den Bildschirm nicht aufzeichnen. Sobald Glimmerpane installiert ist, geht es; mit --backend=portal werden stattdessen Sie gefragt.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -412,8 +424,8 @@ Options:
                            back end, and whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
-  --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
-                           instead of the first that works.
+  --backend=NAME           Read the screen by gnome, wlroots, kwin, portal or
+                           x11, instead of the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -452,8 +464,9 @@ Optionen:
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.
-  --backend=NAME           Über gnome, wlroots, portal oder x11 auf den Bildschirm
-                           zugreifen, statt über das Erste, das möglich ist.
+  --backend=NAME           Über gnome, wlroots, kwin, portal oder x11 auf den
+                           Bildschirm zugreifen, statt über das Erste, das
+                           möglich ist.
   -h, --help               Diese Hilfe ausgeben und beenden.
   -v, --version            Die Version ausgeben und beenden.
 

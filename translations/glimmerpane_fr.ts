@@ -332,6 +332,18 @@
         <source>Nothing is being shared.</source>
         <translation>Rien n’est partagé.</translation>
     </message>
+    <message>
+        <source>This Wayland session offers none of the ways to record the screen: GNOME&apos;s screen-cast service, wlr-screencopy 3 (as in sway), KWin&apos;s screencast, or a desktop portal with ScreenCast. Install xdg-desktop-portal with the part for this desktop, or log in to GNOME, KDE Plasma, sway or an X11 session.</source>
+        <translation>Cette session Wayland n’offre aucun moyen d’enregistrer l’écran&#xa0;: service d’enregistrement de GNOME, wlr-screencopy 3 (comme dans sway), enregistrement de KWin ou portail de bureau avec ScreenCast. Installez xdg-desktop-portal avec la partie propre à ce bureau, ou connectez-vous à GNOME, KDE Plasma, sway ou à une session X11.</translation>
+    </message>
+    <message>
+        <source>KWin does not record the screen: %1</source>
+        <translation>KWin n’enregistre pas l’écran&#xa0;: %1</translation>
+    </message>
+    <message>
+        <source>KWin does not let this program record the screen. It does so once Glimmerpane is installed; --backend=portal asks you instead.</source>
+        <translation>KWin ne laisse pas ce programme enregistrer l’écran. Il le fait dès que Glimmerpane est installé&#x202f;; avec --backend=portal, la question vous est posée.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -412,8 +424,8 @@ Options:
                            back end, and whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
-  --backend=NAME           Read the screen by gnome, wlroots, portal or x11,
-                           instead of the first that works.
+  --backend=NAME           Read the screen by gnome, wlroots, kwin, portal or
+                           x11, instead of the first that works.
   -h, --help               Print this and exit.
   -v, --version            Print the version and exit.
 
@@ -452,8 +464,8 @@ Options&#xa0;:
   --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
                            de sortie, pour les programmes qui ne proposent que
                            ce qu’il liste.
-  --backend=NAME           Accéder à l’écran par gnome, wlroots, portal ou x11, au lieu
-                           du premier qui fonctionne.
+  --backend=NAME           Accéder à l’écran par gnome, wlroots, kwin, portal ou
+                           x11, au lieu du premier qui fonctionne.
   -h, --help               Afficher cette aide et quitter.
   -v, --version            Afficher la version et quitter.
 

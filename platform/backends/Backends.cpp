@@ -2,8 +2,10 @@
 #include "platform/backends/Backends.h"
 
 #include "platform/Log.h"
+#include "platform/backends/NoScreenSource.h"
 #include "platform/gnome/GnomeRecording.h"
 #include "platform/gnome/GnomeScreenSource.h"
+#include "platform/kwin/KWinScreenSource.h"
 #include "platform/portal/PortalScreenSource.h"
 #include "platform/wlroots/WlrootsBackend.h"
 #include "platform/x11/DisplayName.h"
@@ -34,7 +36,8 @@ bool isWaylandSession()
 
 /**
  * The windows of a Wayland session: Xwayland shows ours. It reports only presses over X11 windows,
- * which is worse than none. Output windows that suit one desktop better belong into its back end.
+ * which is worse than none. The output window is one that the desktop offers to a call and keeps
+ * drawing, whoever records the screen. In KWin 5.27 a fast drag out of an X11 window was lost.
  */
 Backend xwaylandBackend(const BackendRequest &request)
 {
@@ -42,6 +45,11 @@ Backend xwaylandBackend(const BackendRequest &request)
     backend.presses = nullptr;
     if (gnome::isScreenCastThere()) {
         backend.outputWindows = x11::iconicOutputWindows(backend.displays);
+    } else if (x11::windowManager() == "KWin") {
+        backend.overlays = x11::makeSpanningOverlays();
+        constexpr int firstThatDrawsOffScreen = 6;
+        backend.outputWindows
+            = x11::parkedOutputWindows(kwin::majorVersion() >= firstThatDrawsOffScreen);
     }
     return backend;
 }
@@ -53,10 +61,30 @@ Backend makeGnomeBackend(const BackendRequest &request, const Tokens & /*tokens*
     return backend;
 }
 
+Backend makeKWinBackend(const BackendRequest &request, const Tokens & /*tokens*/)
+{
+    Backend backend = xwaylandBackend(request);
+    backend.screen = std::make_shared<kwin::KWinScreenSource>(backend.displays);
+    return backend;
+}
+
 Backend makePortalBackend(const BackendRequest &request, const Tokens &tokens)
 {
     Backend backend = xwaylandBackend(request);
     backend.screen = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens);
+    return backend;
+}
+
+Backend makeX11Backend(const BackendRequest &request, const Tokens & /*tokens*/)
+{
+    return x11::makeBackend(request.listsOutput);
+}
+
+/** For a session in which nothing works. */
+Backend makeNoBackend(const BackendRequest &request)
+{
+    Backend backend = xwaylandBackend(request);
+    backend.screen = std::make_shared<NoScreenSource>();
     return backend;
 }
 
@@ -70,14 +98,13 @@ constexpr std::array candidates{
                   [](const BackendRequest &request, const Tokens & /*tokens*/) {
                       return wlroots::makeBackend(request.listsOutput);
                   }},
+    Candidate{.name = "kwin", .isUsable = kwin::isUsable, .make = makeKWinBackend},
     Candidate{.name = "portal",
               .isUsable = [] { return isWaylandSession() && portal::isScreenCastThere(); },
               .make = makePortalBackend},
     Candidate{.name = "x11",
-              .isUsable = [] { return true; },
-              .make
-              = [](const BackendRequest &request,
-                   const Tokens & /*tokens*/) { return x11::makeBackend(request.listsOutput); }},
+              .isUsable = [] { return !isWaylandSession() || !x11::isXwayland(); },
+              .make = makeX11Backend},
 };
 
 } // namespace
@@ -115,15 +142,16 @@ std::expected<Backend, Error> makeBackend(const BackendRequest &request, const T
         return request.name.isEmpty() ? candidate.isUsable()
                                       : request.name == QLatin1String(candidate.name);
     });
-    if (chosen == candidates.end()) {
+    if (chosen == candidates.end() && !request.name.isEmpty()) {
         return std::unexpected(
             Error{.text = Error::tr("There is no back end '%1'. Use one of: %2.")
                               .arg(request.name, backendNames().join(QStringLiteral(", "))),
                   .log = {},
                   .outcome = Outcome::unavailable});
     }
-    Backend backend = chosen->make(request, tokens);
-    backend.name = QLatin1String(chosen->name);
+    const bool isFound = chosen != candidates.end();
+    Backend backend = isFound ? chosen->make(request, tokens) : makeNoBackend(request);
+    backend.name = QLatin1String(isFound ? chosen->name : "none");
     qCInfo(platformLog) << "back end" << backend.name << "on"
                         << qEnvironmentVariable("XDG_CURRENT_DESKTOP") << displayName();
     return backend;

@@ -15,6 +15,8 @@ namespace glimmerpane
 namespace
 {
 
+constexpr int longestWait = 2000; // milliseconds
+
 QDBusMessage callOf(const BusObject &object, const QString &method, const QVariantList &arguments)
 {
     auto message
@@ -77,9 +79,16 @@ QCoro::Task<QVariant> BusObject::property(QString name) const
     co_return valueIn(reply);
 }
 
+QVariant BusObject::resultNow(const QString &method) const
+{
+    return QDBusConnection::sessionBus()
+        .call(callOf(*this, method, {}), QDBus::Block, longestWait)
+        .arguments()
+        .value(0);
+}
+
 QVariant BusObject::propertyNow(const QString &name) const
 {
-    constexpr int longestWait = 2000; // milliseconds
     return valueIn(
         QDBusConnection::sessionBus().call(readingOf(*this, name), QDBus::Block, longestWait));
 }

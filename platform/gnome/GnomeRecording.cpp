@@ -4,6 +4,8 @@
 #include "platform/Answer.h"
 #include "platform/Log.h"
 #include "platform/bus/BusSignal.h"
+#include "platform/gnome/StageSize.h"
+#include "platform/pipewire/LogicalRegion.h"
 
 #include <QCoroFuture>
 #include <QDBusObjectPath>
@@ -61,60 +63,75 @@ QCoro::Task<uint> shownPointer()
 /** The shell answers within 100 ms. */
 constexpr auto longestWait = 10s;
 
-} // namespace
-
 /** A session of the shell's service; ends with the object. */
-class GnomeRecording::Session
+class GnomeSession : public pipewire::RecordingSession
 {
 public:
-    Session(BusObject session, const std::function<void()> &closed)
+    using Ended = std::function<void(const Error &)>;
+
+    GnomeSession(BusObject session, const Ended &ended)
         : session_(std::move(session))
-        , closed_(session_, QStringLiteral("Closed"), [closed](const QVariantList &) { closed(); })
+        , closed_(session_, QStringLiteral("Closed"),
+                  [ended](const QVariantList &) {
+                      ended({.text = Error::tr("Sharing was stopped."),
+                             .log = QStringLiteral("GNOME has closed the session"),
+                             .outcome = Outcome::cancelled});
+                  })
+        , shell_(screenCast().service, [ended] {
+            ended({.text = Error::tr("GNOME's screen-cast service has ended."),
+                   .log = QStringLiteral("org.gnome.Mutter.ScreenCast lost its owner"),
+                   .outcome = Outcome::unavailable});
+        })
     {
     }
-    Q_DISABLE_COPY_MOVE(Session)
-    ~Session() { session_.send(QStringLiteral("Stop")); }
+    ~GnomeSession() override { session_.send(QStringLiteral("Stop")); }
+    Q_DISABLE_COPY_MOVE(GnomeSession)
 
     const BusObject &object() const { return session_; }
 
 private:
     const BusObject session_;
     const BusSignal closed_;
+    const BusOwnerWatch shell_;
 };
 
-GnomeRecording::GnomeRecording(std::unique_ptr<Session> session)
-    : session_(std::move(session))
-{
-}
-
-GnomeRecording::GnomeRecording(GnomeRecording &&other) noexcept = default;
-GnomeRecording &GnomeRecording::operator=(GnomeRecording &&other) noexcept = default;
-GnomeRecording::~GnomeRecording() = default;
+} // namespace
 
 bool isScreenCastThere()
 {
     return screenCast().isThere();
 }
 
-QCoro::Task<std::expected<GnomeRecording, Error>> GnomeRecording::start(
-    QRect area, bool showsCursor, std::function<void()> closed)
+GnomeRecorder::GnomeRecorder(std::shared_ptr<Displays> displays)
+    : displays_(std::move(displays))
+{
+}
+
+QCoro::Task<pipewire::AreaRecorder::Result> GnomeRecorder::record(
+    QRect area, bool showsCursor, std::function<void(const Error &)> ended)
 {
     const QVariantList noProperties{QVariantMap()};
     const auto session = co_await screenCast().call(QStringLiteral("CreateSession"), noProperties);
     if (!session) {
         co_return std::unexpected(session.error());
     }
-    GnomeRecording recording(
-        std::make_unique<Session>(part(*session, QStringLiteral(".Session")), closed));
+    auto running
+        = std::make_unique<GnomeSession>(part(*session, QStringLiteral(".Session")), ended);
 
     uint pointer = hiddenPointer;
     if (showsCursor) {
         pointer = co_await shownPointer();
     }
+    QRect pixels;
+    for (const Display &display : displays_->displays()) {
+        pixels |= display.pixels;
+    }
+    const QSize stage = co_await stageSize();
+    const auto region = pipewire::regionOf(area, pixels, {QPoint(), stage});
+    const QRect &units = region.logical;
     const QVariantMap properties{{QStringLiteral("cursor-mode"), pointer}};
-    const QVariantList what{area.x(), area.y(), area.width(), area.height(), properties};
-    const auto stream
-        = co_await recording.session_->object().call(QStringLiteral("RecordArea"), what);
+    const QVariantList what{units.x(), units.y(), units.width(), units.height(), properties};
+    const auto stream = co_await running->object().call(QStringLiteral("RecordArea"), what);
     if (!stream) {
         co_return std::unexpected(stream.error());
     }
@@ -123,7 +140,7 @@ QCoro::Task<std::expected<GnomeRecording, Error>> GnomeRecording::start(
         part(*stream, QStringLiteral(".Stream")), QStringLiteral("PipeWireStreamAdded"),
         [node](const QVariantList &values) { node->give(values.value(0).toUInt()); });
     QTimer::singleShot(longestWait, [node] { node->give(std::nullopt); });
-    const auto started = co_await recording.session_->object().call(QStringLiteral("Start"));
+    const auto started = co_await running->object().call(QStringLiteral("Start"));
     if (!started) {
         co_return std::unexpected(started.error());
     }
@@ -133,8 +150,8 @@ QCoro::Task<std::expected<GnomeRecording, Error>> GnomeRecording::start(
             Error{.text = Error::tr("The desktop has not delivered a picture of the screen."),
                   .log = QStringLiteral("PipeWireStreamAdded did not come")});
     }
-    recording.node_ = *number;
-    co_return recording;
+    co_return pipewire::AreaRecording{
+        .node = *number, .part = region.part, .session = std::move(running)};
 }
 
 } // namespace glimmerpane::gnome

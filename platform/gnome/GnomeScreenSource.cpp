@@ -2,7 +2,7 @@
 #include "platform/gnome/GnomeScreenSource.h"
 
 #include "platform/gnome/GnomeRecording.h"
-#include "platform/gnome/GnomeStream.h"
+#include "platform/pipewire/AreaStream.h"
 
 #include <utility>
 
@@ -29,7 +29,8 @@ QCoro::Task<std::expected<ShareableContent, Error>> GnomeScreenSource::shareable
 std::unique_ptr<CaptureStream> GnomeScreenSource::makeCaptureStream(
     const ContentFilter &filter, const StreamConfiguration &configuration)
 {
-    return std::make_unique<GnomeStream>(displays_, filter, configuration, background_);
+    return std::make_unique<pipewire::AreaStream>(std::make_shared<GnomeRecorder>(displays_),
+                                                  displays_, filter, configuration, background_);
 }
 
 } // namespace glimmerpane::gnome

@@ -104,14 +104,14 @@ QSize pixelsOf(const LogicalMonitor &logical, const QList<Monitor> &monitors)
 
 } // namespace
 
-QCoro::Task<QSizeF> stageSize()
+QCoro::Task<QSize> stageSize()
 {
     const BusObject displays{.service = QStringLiteral("org.gnome.Mutter.DisplayConfig"),
                              .path = QStringLiteral("/org/gnome/Mutter/DisplayConfig"),
                              .interface = QStringLiteral("org.gnome.Mutter.DisplayConfig")};
     const auto state = co_await displays.call(QStringLiteral("GetCurrentState"));
     if (!state || state->size() != 4) {
-        co_return QSizeF();
+        co_return QSize();
     }
     const auto monitors = qdbus_cast<QList<Monitor>>(state->at(1));
     const auto logicals = qdbus_cast<QList<LogicalMonitor>>(state->at(2));
@@ -124,7 +124,7 @@ QCoro::Task<QSizeF> stageSize()
         size = size.expandedTo(
             QSizeF(logical.place.x() + units.width(), logical.place.y() + units.height()));
     }
-    co_return size;
+    co_return size.toSize();
 }
 
 } // namespace glimmerpane::gnome

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QCoroTask>
-#include <QSizeF>
+#include <QSize>
 
 namespace glimmerpane::gnome
 {
@@ -11,6 +11,6 @@ namespace glimmerpane::gnome
  * The size of mutter's stage, which has all monitors, in its own units. Empty if mutter does not
  * say. Main thread.
  */
-QCoro::Task<QSizeF> stageSize();
+QCoro::Task<QSize> stageSize();
 
 } // namespace glimmerpane::gnome

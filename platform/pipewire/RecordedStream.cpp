@@ -66,7 +66,7 @@ CaptureStream::Handlers RecordedStream::handlersOf(const std::shared_ptr<VideoSt
     const auto ended = [self = QPointer(this), video = std::weak_ptr(video)](const Error &error) {
         const auto onMainThread = [=] {
             if (self && self->video_ && self->video_ == video.lock()) {
-                self->videoEnded(error);
+                self->recordingEnded(error);
             }
         };
         QMetaObject::invokeMethod(QCoreApplication::instance(), onMainThread, Qt::QueuedConnection);
@@ -74,7 +74,7 @@ CaptureStream::Handlers RecordedStream::handlersOf(const std::shared_ptr<VideoSt
     return {.didOutputSampleBuffer = handlers_.didOutputSampleBuffer, .didStopWithError = ended};
 }
 
-void RecordedStream::videoEnded(const Error &error)
+void RecordedStream::recordingEnded(const Error &error)
 {
     if (error.outcome == Outcome::unavailable) {
         end(error);

@@ -42,13 +42,14 @@ protected:
     void end(const Error &error);
     /** The desktop has closed the recording, at the user's wish unless there is another reason. */
     void endedByDesktop(const QString &log);
+    /** The recording has ended by itself: see AreaRecorder. */
+    void recordingEnded(const Error &error);
     /** For a recording that the user, or this program, has ended. */
     static Error stopped();
     bool isStopped() const { return isStopped_ || end_; }
 
 private:
     Handlers handlersOf(const std::shared_ptr<VideoStream> &video);
-    void videoEnded(const Error &error);
     void endSoon(const Error &error);
 
     const std::shared_ptr<QThreadPool> background_;

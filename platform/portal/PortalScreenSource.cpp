@@ -29,9 +29,12 @@ bool isScreenCastThere()
     if (!screenCast().isThere()) {
         return false;
     }
+    // A desktop's part of the portal may run in another desktop, where it can record nothing.
+    constexpr uint monitor = 1;
     const uint version = screenCast().propertyNow(QStringLiteral("version")).toUInt();
-    qCInfo(platformLog, "the portal's ScreenCast has version %u", version);
-    return version > 0;
+    const uint types = screenCast().propertyNow(QStringLiteral("AvailableSourceTypes")).toUInt();
+    qCInfo(platformLog, "the portal's ScreenCast has version %u, types %u", version, types);
+    return version > 0 && (types & monitor) != 0;
 }
 
 PortalScreenSource::PortalScreenSource(std::shared_ptr<Displays> displays,

@@ -15,7 +15,7 @@ namespace glimmerpane::portal
 class PortalGrant;
 class PortalRequests;
 
-/** Whether this session has a portal that records the screen. Waits for it. */
+/** Whether this session has a portal that records monitors. Waits for it. */
 bool isScreenCastThere();
 
 /**

@@ -50,7 +50,7 @@ struct OutputCapture::Listeners {
         .buffer_done = [](void *data, zwlr_screencopy_frame_v1 *) { of(data).copy(); }};
 };
 
-OutputCapture::OutputCapture(const WaylandSession &session, const Output &output, QRect part,
+OutputCapture::OutputCapture(const ScreencopySession &session, const Output &output, QRect part,
                              bool showsPointer, std::chrono::nanoseconds interval,
                              std::shared_ptr<CommandPipe> commands)
     : session_(session)
@@ -77,7 +77,7 @@ void OutputCapture::request(FramePacer::TimePoint now)
     }
     damage_ = {};
     isInverted_ = false;
-    auto *const manager = session_.screencopy();
+    auto *const manager = session_.screencopy.get();
     const QRect part = source_.part;
     const int pointer = showsPointer_ ? 1 : 0;
     // Of turned outputs, wlroots 0.15 copies wrong regions.
@@ -102,7 +102,7 @@ void OutputCapture::copy()
     if (buffer == nullptr || buffer->layout() != layout_) {
         std::erase_if(buffers_, [&](const SharedBuffer &old) { return &old == buffer; });
         auto made = imageFormat(layout_.format)
-            ? SharedBuffer::create(session_.sharedMemory(), layout_)
+            ? SharedBuffer::create(session_.sharedMemory.get(), layout_)
             : std::nullopt;
         if (!made) {
             qCInfo(platformLog, "no buffer of format %#x", layout_.format);

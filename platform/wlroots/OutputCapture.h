@@ -4,8 +4,8 @@
 #include "platform/Frame.h"
 #include "platform/FramePacer.h"
 #include "platform/wlroots/CommandPipe.h"
+#include "platform/wlroots/ScreencopySession.h"
 #include "platform/wlroots/SharedBuffer.h"
-#include "platform/wlroots/WaylandSession.h"
 
 #include <QRegion>
 
@@ -37,7 +37,7 @@ public:
     };
 
     /** The session must outlive it; `output` is only needed now. */
-    OutputCapture(const WaylandSession &session, const Output &output, QRect part,
+    OutputCapture(const ScreencopySession &session, const Output &output, QRect part,
                   bool showsPointer, std::chrono::nanoseconds interval,
                   std::shared_ptr<CommandPipe> commands);
     OutputCapture(const OutputCapture &) = delete;
@@ -88,7 +88,7 @@ private:
     void finish();
     void fail();
 
-    const WaylandSession &session_;
+    const ScreencopySession &session_;
     wl_output *const output_;
     const Source source_;
     const bool showsPointer_;

@@ -60,15 +60,15 @@ OutputWindowsWlroots::OutputWindowsWlroots(std::shared_ptr<OutputWindows> offscr
 }
 
 std::expected<std::unique_ptr<OutputWindow>, Error> OutputWindowsWlroots::make(const QString &title,
-                                                                               QSize size)
+                                                                               QRect area)
 {
-    auto output = SwayOutput::create(size);
+    auto output = SwayOutput::create(area.size());
     if (!output) {
         qCWarning(platformLog).noquote() << Error::tr("%1 is only offered by programs that share "
                                                       "X11 windows, because this compositor makes "
                                                       "no output for it: %2")
                                                 .arg(title, output.error().text);
-        return offscreen_->make(title, size);
+        return offscreen_->make(title, area);
     }
     auto window = x11::makeOutputWindowAt(title, (*output)->place());
     if (!window) {

@@ -17,7 +17,7 @@ public:
     explicit OutputWindowsWlroots(std::shared_ptr<OutputWindows> offscreen);
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
-                                                             QSize size) override;
+                                                             QRect area) override;
 
 private:
     const std::shared_ptr<OutputWindows> offscreen_; ///< makes windows off every display

@@ -2,7 +2,7 @@
 #include "platform/wlroots/ScreenSourceWlroots.h"
 
 #include "platform/wlroots/CaptureStreamWlroots.h"
-#include "platform/wlroots/WaylandSession.h"
+#include "platform/wlroots/ScreencopySession.h"
 
 #include <QCoroFuture>
 #include <QtConcurrent>
@@ -17,12 +17,12 @@ using Content = std::expected<ShareableContent, Error>;
 
 Content askCompositor()
 {
-    const auto session = WaylandSession::open();
+    const auto session = ScreencopySession::open();
     if (!session) {
         return std::unexpected(session.error());
     }
     ShareableContent content;
-    for (const Output *output : (*session)->outputs()) {
+    for (const Output *output : session->wayland->outputs()) {
         content.displays.push_back({.name = output->state.name, .pixels = output->state.logical});
     }
     return content;

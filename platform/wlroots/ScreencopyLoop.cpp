@@ -41,7 +41,7 @@ std::expected<std::unique_ptr<ScreencopyLoop>, Error> ScreencopyLoop::create(
     const CaptureSource &source, std::shared_ptr<CommandPipe> commands,
     CaptureStream::Handlers handlers)
 {
-    auto session = WaylandSession::open();
+    auto session = ScreencopySession::open();
     if (!session) {
         return std::unexpected(session.error());
     }
@@ -51,11 +51,11 @@ std::expected<std::unique_ptr<ScreencopyLoop>, Error> ScreencopyLoop::create(
     if (loop->parts_.empty()) {
         return std::unexpected(areaGone());
     }
-    loop->session_->onOutputsChanged = [self = loop.get()] { self->followOutputs(); };
+    loop->session_.wayland->onOutputsChanged = [self = loop.get()] { self->followOutputs(); };
     return loop;
 }
 
-ScreencopyLoop::ScreencopyLoop(std::unique_ptr<WaylandSession> session, const CaptureSource &source,
+ScreencopyLoop::ScreencopyLoop(ScreencopySession session, const CaptureSource &source,
                                std::shared_ptr<CommandPipe> commands,
                                CaptureStream::Handlers handlers)
     : session_(std::move(session))
@@ -72,7 +72,7 @@ ScreencopyLoop::ScreencopyLoop(std::unique_ptr<WaylandSession> session, const Ca
 /** The one that counts as the main display; null if there is none. */
 const Output *ScreencopyLoop::mainOutput() const
 {
-    const auto outputs = session_->outputs();
+    const auto outputs = session_.wayland->outputs();
     const auto isMain = [this](const Output *output) {
         return mainName_.isEmpty() ? output->state.logical == source_.display.pixels
                                    : output->state.name == mainName_;
@@ -96,7 +96,7 @@ QRect ScreencopyLoop::findArea() const
 std::vector<OutputCapture::Source> ScreencopyLoop::findParts() const
 {
     std::vector<OutputCapture::Source> parts;
-    for (const Output *output : session_->outputs()) {
+    for (const Output *output : session_.wayland->outputs()) {
         const QRect logical = output->state.logical;
         if (const QRect common = logical & area_; !common.isEmpty()) {
             parts.push_back({.output = output->global,
@@ -116,12 +116,12 @@ void ScreencopyLoop::followOutputs()
                                            [](const auto &part) { return part->source(); });
     if (!isSame) {
         parts_.clear();
-        for (const Output *output : session_->outputs()) {
+        for (const Output *output : session_.wayland->outputs()) {
             const auto source
                 = std::ranges::find(wanted, output->global, &OutputCapture::Source::output);
             if (source != wanted.end()) {
                 parts_.push_back(std::make_unique<OutputCapture>(
-                    *session_, *output, source->part, source_.showsPointer,
+                    session_, *output, source->part, source_.showsPointer,
                     source_.minimumFrameInterval, commands_));
                 if (movedAt_) {
                     parts_.back()->force();
@@ -157,7 +157,7 @@ void ScreencopyLoop::run()
         const auto limit = due ? std::optional(std::max(*due - std::chrono::steady_clock::now(),
                                                         std::chrono::nanoseconds::zero()))
                                : std::nullopt;
-        if (!session_->wait(commands_->fileDescriptor(), limit)) {
+        if (!session_.wayland->wait(commands_->fileDescriptor(), limit)) {
             end(connectionLost());
         }
     }

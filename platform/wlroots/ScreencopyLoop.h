@@ -4,7 +4,7 @@
 #include "platform/CaptureStream.h"
 #include "platform/FramePacer.h"
 #include "platform/wlroots/PictureComposer.h"
-#include "platform/wlroots/WaylandSession.h"
+#include "platform/wlroots/ScreencopySession.h"
 
 namespace glimmerpane::wlroots
 {
@@ -38,7 +38,7 @@ private:
     using TimePoint = FramePacer::TimePoint;
     using Parts = std::vector<std::unique_ptr<OutputCapture>>;
 
-    ScreencopyLoop(std::unique_ptr<WaylandSession> session, const CaptureSource &source,
+    ScreencopyLoop(ScreencopySession session, const CaptureSource &source,
                    std::shared_ptr<CommandPipe> commands, CaptureStream::Handlers handlers);
     void followOutputs();
     const Output *mainOutput() const;
@@ -56,7 +56,7 @@ private:
     std::optional<TimePoint> showingDue() const;
     std::optional<TimePoint> nextDue() const;
 
-    const std::unique_ptr<WaylandSession> session_;
+    const ScreencopySession session_;
     CaptureSource source_;
     std::optional<Rect> wanted_; ///< the area to go on with, points
     std::optional<TimePoint> movedAt_; ///< until the area's first frame

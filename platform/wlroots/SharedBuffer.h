@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/wlroots/WaylandObject.h"
+#include "platform/wlroots/ScreencopySession.h"
 
 #include <QImage>
 #include <QSize>

@@ -3,7 +3,7 @@
 
 #include "platform/wlroots/OutputWindowsWlroots.h"
 #include "platform/wlroots/ScreenSourceWlroots.h"
-#include "platform/wlroots/WaylandSession.h"
+#include "platform/wlroots/ScreencopySession.h"
 #include "platform/x11/X11Backend.h"
 
 namespace glimmerpane::wlroots
@@ -11,7 +11,7 @@ namespace glimmerpane::wlroots
 
 bool isUsable()
 {
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && WaylandSession::open().has_value();
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && ScreencopySession::open().has_value();
 }
 
 Backend makeBackend(bool listsOutput)

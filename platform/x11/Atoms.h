@@ -12,7 +12,7 @@ namespace glimmerpane::x11
 {
 
 /** The atoms that the program uses, except those that the protocol predefines. */
-inline constexpr std::array<std::string_view, 32> atomNames{
+inline constexpr std::array<std::string_view, 33> atomNames{
     "ESETROOT_PMAP_ID",
     "UTF8_STRING",
     "WM_CHANGE_STATE",
@@ -36,6 +36,7 @@ inline constexpr std::array<std::string_view, 32> atomNames{
     "_NET_WM_PID",
     "_NET_WM_STATE",
     "_NET_WM_STATE_BELOW",
+    "_NET_WM_STATE_DEMANDS_ATTENTION",
     "_NET_WM_STATE_SKIP_PAGER",
     "_NET_WM_STATE_SKIP_TASKBAR",
     "_NET_WM_STATE_STICKY",

@@ -4,6 +4,7 @@
 #include "platform/Log.h"
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Events.h"
+#include "platform/x11/ManagerHints.h"
 #include "platform/x11/ManagerMessages.h"
 #include "platform/x11/Regions.h"
 #include "platform/x11/Render.h"
@@ -12,7 +13,6 @@
 #include <xcb/xfixes.h>
 
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <utility>
 
@@ -22,15 +22,9 @@ namespace glimmerpane::x11
 namespace
 {
 
-using namespace std::chrono_literals;
-
 // ICCCM 4.1.3.1
 constexpr std::uint32_t normalState = 1;
 constexpr std::uint32_t iconicState = 3;
-constexpr std::uint32_t allDesktops = 0xffffffff; // EWMH
-
-/** How long a new viewer of an unchanging picture waits for it at most. */
-constexpr auto touchInterval = 250ms;
 
 } // namespace
 
@@ -46,7 +40,8 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
         return std::unexpected(created.error());
     }
     window->describe(title);
-    window->describeToManager();
+    setManagerHints(window->connection_, window->window_.get(),
+                    {.size = size, .isIconic = true, .place = {}, .states = {}});
     window->createDot();
     return window;
 }
@@ -54,30 +49,6 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
 IconicWindowX11::IconicWindowX11(ExtendedConnection opened, QSize size)
     : OffscreenWindowX11(std::move(opened), size)
 {
-    touching_.setInterval(touchInterval);
-    touching_.callOnTimeout([this] { touch(); });
-}
-
-void IconicWindowX11::describeToManager()
-{
-    const auto set = [this](xcb_atom_t property, xcb_atom_t type, const auto &items) {
-        setProperty(connection_, window_.get(), property, type, 32, items.size(), items.data());
-    };
-    const auto width = static_cast<std::uint32_t>(size_.width());
-    const auto height = static_cast<std::uint32_t>(size_.height());
-    // ICCCM 4.1.2.3: PSize, PMinSize and PMaxSize.
-    set(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS,
-        std::array<std::uint32_t, 18>{8 | 16 | 32, 0, 0, width, height, width, height, width,
-                                      height});
-    // ICCCM 4.1.2.4: the flags InputHint and StateHint; no input, and iconic at first.
-    set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, std::array<std::uint32_t, 9>{1 | 2, 0, iconicState});
-    // Motif's hints: the flag for decorations, and no decorations, which viewers would see.
-    const xcb_atom_t motif = connection_.atom("_MOTIF_WM_HINTS");
-    set(motif, motif, std::array<std::uint32_t, 5>{2});
-    set(connection_.atom("_NET_WM_DESKTOP"), XCB_ATOM_CARDINAL, std::array{allDesktops});
-    // EWMH: no focus when it is mapped.
-    set(connection_.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, std::array{std::uint32_t{0}});
-    context_ = makeGraphicsContext(connection_, window_.get());
 }
 
 void IconicWindowX11::createDot()
@@ -108,12 +79,15 @@ void IconicWindowX11::orderFront()
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     xcb_map_window(connection_.get(), dot_.get());
     events_.flush();
-    touching_.start();
+    // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
+    // the screen.
+    touch_.emplace(connection_, window_.get(), events_,
+                   [this] { xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1); });
 }
 
 void IconicWindowX11::orderOut()
 {
-    touching_.stop();
+    touch_.reset();
     isVisible_ = false;
     stage_ = Stage::New;
     xcb_unmap_window(connection_.get(), dot_.get());
@@ -142,19 +116,6 @@ void IconicWindowX11::follow(std::uint32_t state)
             onActivated();
         }
     }
-}
-
-/**
- * Copies a pixel to its own place, because a new viewer's picture of a minimised window is only
- * made once something is drawn; and clears the dot, because even that was at times not enough (4 of
- * 160 viewers) until the shell had to paint the screen.
- */
-void IconicWindowX11::touch()
-{
-    xcb_copy_area(connection_.get(), window_.get(), window_.get(), context_.get(), 0, 0, 0, 0, 1,
-                  1);
-    xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1);
-    events_.flush();
 }
 
 void IconicWindowX11::handle(const xcb_generic_event_t &event)

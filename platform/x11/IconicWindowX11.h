@@ -2,8 +2,9 @@
 #pragma once
 
 #include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/WindowTouch.h"
 
-#include <QTimer>
+#include <optional>
 
 #include <cstdint>
 
@@ -36,17 +37,14 @@ private:
         Activated, ///< and not minimised again yet
     };
 
-    void describeToManager();
     void createDot();
     void minimise();
     void follow(std::uint32_t state);
-    void touch();
 
-    GraphicsContext context_;
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
-    QTimer touching_;
     Stage stage_ = Stage::New;
+    std::optional<WindowTouch> touch_; ///< while it is shown
 };
 
 } // namespace glimmerpane::x11

@@ -4,7 +4,9 @@
 #include "platform/Log.h"
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Events.h"
+#include "platform/x11/ManagerHints.h"
 #include "platform/x11/ManagerMessages.h"
+#include "platform/x11/WindowManagerName.h"
 #include "platform/x11/WindowProperties.h"
 #include "platform/x11/WindowShape.h"
 
@@ -26,28 +28,15 @@ namespace
 {
 
 // EWMH
-constexpr std::uint32_t allDesktops = 0xffffffff;
 constexpr std::uint32_t fromApplication = 1;
 constexpr std::uint32_t removeState = 0;
 constexpr std::array<AtomName, 4> states{"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
                                          "_NET_WM_STATE_BELOW", "_NET_WM_STATE_STICKY"};
 
-/** The window manager's name; empty if none announces itself (EWMH). */
-QByteArray windowManager(const Connection &connection)
-{
-    const PropertyQuestion check(connection, connection.root(),
-                                 connection.atom("_NET_SUPPORTING_WM_CHECK"), sizeof(xcb_window_t));
-    const auto window = check.item<xcb_window_t>();
-    constexpr std::uint32_t longest = 100;
-    return window
-        ? PropertyQuestion(connection, *window, connection.atom("_NET_WM_NAME"), longest).bytes()
-        : QByteArray();
-}
-
 /** Why a managed window is of no use here; null if it is. */
 std::optional<QString> hindrance(const Connection &connection)
 {
-    const QByteArray manager = windowManager(connection);
+    const QByteArray manager = windowManagerName(connection);
     if (manager.isEmpty()) {
         return Error::tr("no window manager here keeps a list of windows");
     }
@@ -91,31 +80,8 @@ ManagedWindowX11::ManagedWindowX11(ExtendedConnection opened, QSize size)
 
 void ManagedWindowX11::describeToManager()
 {
-    const auto set = [this](xcb_atom_t property, xcb_atom_t type, const auto &items) {
-        setProperty(connection_, window_.get(), property, type, 32, items.size(), items.data());
-    };
-    const auto width = static_cast<std::uint32_t>(size_.width());
-    const auto height = static_cast<std::uint32_t>(size_.height());
-    // ICCCM 4.1.2.3: USPosition, PSize, PMinSize, PMaxSize and PWinGravity, static.
-    set(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS,
-        std::array<std::uint32_t, 18>{
-            1 | 8 | 16 | 32 | 512, static_cast<std::uint32_t>(origin_.x()),
-            static_cast<std::uint32_t>(origin_.y()), width, height, width, height, width, height, 0,
-            0, 0, 0, 0, 0, 0, 0, XCB_GRAVITY_STATIC});
-    // ICCCM 4.1.2.4: the flag InputHint, and no input.
-    set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, std::array<std::uint32_t, 9>{1});
-    // Motif's hints, which every manager supports: the flag for decorations, and no decorations.
-    const xcb_atom_t motif = connection_.atom("_MOTIF_WM_HINTS");
-    set(motif, motif, std::array<std::uint32_t, 5>{2});
-    std::array<xcb_atom_t, states.size()> atoms{};
-    std::ranges::transform(states, atoms.begin(),
-                           [this](AtomName name) { return connection_.atom(name); });
-    set(connection_.atom("_NET_WM_STATE"), XCB_ATOM_ATOM, atoms);
-    const auto setNumber = [&](AtomName name, std::uint32_t value) {
-        set(connection_.atom(name), XCB_ATOM_CARDINAL, std::array{value});
-    };
-    setNumber("_NET_WM_DESKTOP", allDesktops);
-    setNumber("_NET_WM_USER_TIME", 0); // EWMH: no focus when it is mapped
+    setManagerHints(connection_, window_.get(),
+                    {.size = size_, .place = origin_, .states = states});
     makeTransparent();
     setWindowShape(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT, {});
 }
@@ -165,13 +131,7 @@ void ManagedWindowX11::orderOut()
 void ManagedWindowX11::moveAway()
 {
     setFrameOrigin(origin_);
-    // kwin and fluxbox accept a position from this message, though not from the window's own
-    // request. EWMH: the gravity, the flags for x and y, and the source of the request.
-    constexpr std::uint32_t both = 3U << 8U;
-    sendToManager(connection_, window_.get(), "_NET_MOVERESIZE_WINDOW",
-                  {XCB_GRAVITY_STATIC | both | fromApplication << 12U,
-                   static_cast<std::uint32_t>(origin_.x()), static_cast<std::uint32_t>(origin_.y()),
-                   0, 0});
+    requestPlace(connection_, window_.get(), origin_);
 }
 
 /** Null if the server draws the window. */

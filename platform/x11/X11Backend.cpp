@@ -6,10 +6,13 @@
 #include "platform/x11/ManagedWindowX11.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
+#include "platform/x11/ParkedWindowX11.h"
 #include "platform/x11/PressMonitorX11.h"
 #include "platform/x11/ScreenSourceX11.h"
 #include "platform/x11/ShellX11.h"
 #include "platform/x11/SpanningOverlayX11.h"
+#include "platform/x11/WindowManagerName.h"
+#include "platform/x11/Xwayland.h"
 
 #include <utility>
 
@@ -28,10 +31,10 @@ public:
     }
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
-                                                             QSize size) override
+                                                             QRect area) override
     {
-        return listed_ ? ManagedWindowX11::create(title, size)
-                       : OffscreenWindowX11::create(title, size);
+        return listed_ ? ManagedWindowX11::create(title, area.size())
+                       : OffscreenWindowX11::create(title, area.size());
     }
 
 private:
@@ -47,8 +50,9 @@ public:
     }
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
-                                                             QSize size) override
+                                                             QRect area) override
     {
+        const QSize size = area.size();
         const auto display = displays_->mainDisplay();
         if (!display) {
             return IconicWindowX11::create(title, size);
@@ -60,6 +64,24 @@ public:
 
 private:
     const std::shared_ptr<Displays> displays_;
+};
+
+class ParkedWindowsX11 : public OutputWindows
+{
+public:
+    explicit ParkedWindowsX11(Parking parking)
+        : parking_(parking)
+    {
+    }
+
+    std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
+                                                             QRect area) override
+    {
+        return ParkedWindowX11::create(title, area, parking_);
+    }
+
+private:
+    const Parking parking_;
 };
 
 class OverlaysX11 : public Overlays
@@ -101,6 +123,18 @@ std::expected<void, Error> checkDisplay()
     return {};
 }
 
+QByteArray windowManager()
+{
+    const auto connection = Connection::open();
+    return connection ? windowManagerName(*connection) : QByteArray();
+}
+
+bool isXwayland()
+{
+    const auto connection = Connection::open();
+    return connection && isXwayland(*connection);
+}
+
 std::shared_ptr<Overlays> makeSpanningOverlays()
 {
     return std::make_shared<SpanningOverlaysX11>();
@@ -126,6 +160,12 @@ Backend makeBackend(bool listsOutput)
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays)
 {
     return std::make_shared<IconicWindowsX11>(std::move(displays));
+}
+
+std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen)
+{
+    return std::make_shared<ParkedWindowsX11>(isDrawnOffScreen ? Parking::OffScreen
+                                                               : Parking::OnePixel);
 }
 
 } // namespace glimmerpane::x11

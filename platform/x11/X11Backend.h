@@ -22,6 +22,18 @@ Backend makeBackend(bool listsOutput);
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays);
 
 /**
+ * Output windows for KWin on Wayland, which lists managed windows only, but lets them go off the
+ * screen. Unless the compositor draws windows there, too, one pixel of them stays on the screen.
+ */
+std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen);
+
+/** The window manager's name, such as "KWin"; empty if none announces itself. */
+QByteArray windowManager();
+
+/** Whether the X server is Xwayland, whose clients cannot read the screen. */
+bool isXwayland();
+
+/**
  * Overlays for compositors that lose sight of a drag once the pointer has left an X11 window, and
  * whose screen X11 clients cannot read. They keep the pointer from all other windows.
  */

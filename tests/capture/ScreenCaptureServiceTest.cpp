@@ -104,7 +104,7 @@ struct CaptureDesktop : FakeDesktop {
     Log log;
 
     using FakeDesktop::make;
-    Made<OutputWindow> make(const QString &, QSize) override
+    Made<OutputWindow> make(const QString &, QRect) override
     {
         return std::make_unique<StubWindow>(log);
     }
@@ -123,7 +123,8 @@ struct CaptureDesktop : FakeDesktop {
 
 struct Fixture {
     CaptureDesktop desktop;
-    std::shared_ptr<SharingWindow> window = std::make_shared<SharingWindow>(desktop, QSize(9, 9));
+    std::shared_ptr<SharingWindow> window
+        = std::make_shared<SharingWindow>(desktop, QRect(0, 0, 9, 9));
     std::unique_ptr<ScreenCaptureService> service
         = std::make_unique<ScreenCaptureService>(desktop.backend());
     int ends = 0;

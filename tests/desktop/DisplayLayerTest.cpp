@@ -44,7 +44,8 @@ struct LayerFixture : DesktopFixture {
         : left(required(ColorWindow::show(client, {.rectangle = source, .color = red})))
         , right(required(ColorWindow::show(
               client, {.rectangle = source.adjusted(100, 0, 0, 0), .color = green})))
-        , window(desktop.outputWindows->make(QStringLiteral("layer"), windowSize).value())
+        , window(
+              desktop.outputWindows->make(QStringLiteral("layer"), {QPoint(), windowSize}).value())
         , layer(window->makeDisplayLayer().value())
     {
         window->orderFront();

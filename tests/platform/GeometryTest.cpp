@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+#include <vector>
+
 using namespace glimmerpane;
 
 class GeometryTest : public QObject
@@ -49,6 +51,26 @@ private Q_SLOTS:
               Row({10000, 1}, {0, 0, 100, 100}, {0, 49, 100, 1}),
               Row({1, 10000}, {0, 0, 100, 100}, {49, 0, 1, 100})}) {
             QCOMPARE(aspectFit(picture, bounds), expected);
+        }
+    }
+
+    void onePixelPlace_showsOnePixelFarFromTheArea()
+    {
+        using Displays = std::vector<QRect>;
+        using Row = std::tuple<QRect, Displays, QPoint>;
+        const QRect main(0, 0, 1000, 800);
+        const QRect right(1000, 0, 600, 500);
+        for (const auto &[area, displays, expected] :
+             {Row({10, 10, 300, 200}, {main}, {999, 799}),
+              Row({600, 500, 300, 200}, {main}, {-299, -199}),
+              Row({0, 0, 1000, 800}, {main}, {999, 799}), // nothing is outside it
+              // The inner corners have a neighbour, which would show more of the window.
+              Row({10, 10, 300, 200}, {main, right}, {1599, 499}),
+              Row({1100, 10, 300, 200}, {main, right}, {-299, 799}),
+              Row({1100, 10, 300, 200}, {main, right, {0, 800, 1600, 500}}, {-299, 1299}),
+              Row({-900, -700, 300, 200}, {{-1000, -800, 1000, 800}}, {-1, -1}),
+              Row({0, 0, 300, 200}, {}, {-300, -200})}) {
+            QCOMPARE(onePixelPlace(area, displays), expected);
         }
     }
 };

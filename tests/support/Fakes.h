@@ -117,7 +117,7 @@ struct FakeDesktop : Displays, ScreenSource, OutputWindows, Overlays, Presses, S
 
     template<typename T>
     using Made = std::expected<std::unique_ptr<T>, Error>;
-    Made<OutputWindow> make(const QString &, QSize) override { return {}; }
+    Made<OutputWindow> make(const QString &, QRect) override { return {}; }
     Made<OverlayWindow> make(const QString &, QRect, const FrostedGlass &) override { return {}; }
     std::unique_ptr<PressMonitor> monitor(std::function<void(QPoint)>) override { return {}; }
     std::unique_ptr<CaptureStream> makeCaptureStream(const ContentFilter &,

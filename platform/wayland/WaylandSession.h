@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "platform/wlroots/WaylandObject.h"
+#include "platform/wayland/WaylandObject.h"
 #include "services/Error.h"
 
+#include <QByteArray>
 #include <QRect>
 #include <QSize>
 #include <QString>
 
+#include <algorithm>
 #include <chrono>
 #include <expected>
 #include <functional>
@@ -15,7 +17,7 @@
 #include <optional>
 #include <vector>
 
-namespace glimmerpane::wlroots
+namespace glimmerpane::wayland
 {
 
 /** An output as its clients see it. */
@@ -40,22 +42,24 @@ struct Output {
     OutputState incoming;
 };
 
-/** A connection to the compositor and what capturing needs of it. Used by one thread. */
+/** A connection to the compositor, what it offers and its outputs. Used by one thread. */
 class WaylandSession
 {
 public:
-    /**
-     * Connects to the compositor that $WAYLAND_DISPLAY names and waits for what it announces. Fails
-     * if it does not let its clients copy the screen.
-     */
+    /** Connects to the compositor that $WAYLAND_DISPLAY names and waits for what it announces. */
     static std::expected<std::unique_ptr<WaylandSession>, Error> open();
 
     WaylandSession(const WaylandSession &) = delete;
     WaylandSession &operator=(const WaylandSession &) = delete;
     ~WaylandSession() = default;
 
-    zwlr_screencopy_manager_v1 *screencopy() const { return screencopy_.get(); }
-    wl_shm *sharedMemory() const { return sharedMemory_.get(); }
+    /** A global object in this version; null if the compositor does not offer it. */
+    template<typename Proxy>
+    WaylandObject<Proxy> bind(const wl_interface &wanted, std::uint32_t version) const
+    {
+        const auto found = std::ranges::find(globals_, QByteArray(wanted.name), &Global::interface);
+        return found == globals_.end() ? nullptr : bind<Proxy>(*found, wanted, version);
+    }
 
     /** Those that have been described completely, in the order of their announcement. */
     std::vector<const Output *> outputs() const;
@@ -69,21 +73,37 @@ public:
      */
     bool wait(int other, std::optional<std::chrono::nanoseconds> limit);
 
+    /** Readable when there are events to handle. */
+    int fileDescriptor() const { return wl_display_get_fd(display_.get()); }
+
 private:
     struct Listeners;
+    struct Global {
+        std::uint32_t name = 0; ///< its number in the registry
+        QByteArray interface;
+        std::uint32_t version = 0;
+    };
 
     explicit WaylandSession(wl_display *display);
-    void bind(std::uint32_t name, const char *interface, std::uint32_t version);
+    template<typename Proxy>
+    WaylandObject<Proxy> bind(const Global &global, const wl_interface &wanted,
+                              std::uint32_t version) const
+    {
+        return WaylandObject<Proxy>(global.version < version
+                                        ? nullptr
+                                        : static_cast<Proxy *>(wl_registry_bind(
+                                              registry_.get(), global.name, &wanted, version)));
+    }
+    void add(const Global &global);
     void describe(Output &output);
     void remove(std::uint32_t name);
     void outputsChanged() const;
 
     WaylandObject<wl_display> display_; // destroyed last
     WaylandObject<wl_registry> registry_;
-    WaylandObject<zwlr_screencopy_manager_v1> screencopy_;
+    std::vector<Global> globals_;
     WaylandObject<zxdg_output_manager_v1> descriptions_;
-    WaylandObject<wl_shm> sharedMemory_;
     std::vector<std::unique_ptr<Output>> outputs_;
 };
 
-} // namespace glimmerpane::wlroots
+} // namespace glimmerpane::wayland

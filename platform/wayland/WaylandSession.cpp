@@ -1,22 +1,18 @@
 // SPDX-License-Identifier: MIT
-#include "platform/wlroots/WaylandSession.h"
+#include "platform/wayland/WaylandSession.h"
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <ctime>
 #include <poll.h>
-#include <type_traits>
 
-namespace glimmerpane::wlroots
+namespace glimmerpane::wayland
 {
 
 namespace
 {
 
-// What is used here: screencopy's third version says when it has named all kinds of buffers,
-// wl_output's fourth and xdg-output's third describe an output in one step.
-constexpr std::uint32_t screencopyVersion = 3;
+// These describe an output in one step.
 constexpr std::uint32_t outputVersion = 4;
 constexpr std::uint32_t descriptionVersion = 3;
 
@@ -36,7 +32,8 @@ struct WaylandSession::Listeners {
         .global =
             [](void *data, wl_registry *, std::uint32_t name, const char *interface,
                std::uint32_t version) {
-                static_cast<WaylandSession *>(data)->bind(name, interface, version);
+                static_cast<WaylandSession *>(data)->add(
+                    {.name = name, .interface = interface, .version = version});
             },
         .global_remove
         = [](void *data, wl_registry *,
@@ -89,15 +86,11 @@ std::expected<std::unique_ptr<WaylandSession>, Error> WaylandSession::open()
     }
     std::unique_ptr<WaylandSession> session(new WaylandSession(display));
     // The first one for the registry's globals, the second for what these say of themselves.
-    if (wl_display_roundtrip(display) < 0 || !session->screencopy_ || !session->sharedMemory_
-        || !session->descriptions_) {
-        return std::unexpected(Error{
-            .text = Error::tr("This Wayland compositor does not let programs read the screen."),
-            .log = QStringLiteral("screencopy 3 or xdg-output is missing"),
-            .outcome = Outcome::unavailable});
-    }
+    wl_display_roundtrip(display);
+    session->descriptions_ = session->bind<zxdg_output_manager_v1>(zxdg_output_manager_v1_interface,
+                                                                   descriptionVersion);
     for (const auto &output : session->outputs_) {
-        session->describe(*output); // those announced before the manager of descriptions
+        session->describe(*output);
     }
     wl_display_roundtrip(display);
     return session;
@@ -110,31 +103,17 @@ WaylandSession::WaylandSession(wl_display *display)
     wl_registry_add_listener(registry_.get(), &Listeners::registry, this);
 }
 
-void WaylandSession::bind(std::uint32_t name, const char *interface, std::uint32_t version)
+void WaylandSession::add(const Global &global)
 {
-    const auto take = [&](auto &object, const wl_interface &wanted, std::uint32_t used) {
-        using Proxy = std::remove_cvref_t<decltype(*object)>;
-        if (version >= used) {
-            object.reset(
-                static_cast<Proxy *>(wl_registry_bind(registry_.get(), name, &wanted, used)));
-        }
-    };
-    if (std::strcmp(interface, zwlr_screencopy_manager_v1_interface.name) == 0) {
-        take(screencopy_, zwlr_screencopy_manager_v1_interface, screencopyVersion);
-    } else if (std::strcmp(interface, wl_shm_interface.name) == 0) {
-        take(sharedMemory_, wl_shm_interface, 1);
-    } else if (std::strcmp(interface, zxdg_output_manager_v1_interface.name) == 0) {
-        take(descriptions_, zxdg_output_manager_v1_interface, descriptionVersion);
-    } else if (std::strcmp(interface, wl_output_interface.name) == 0) {
+    globals_.push_back(global);
+    if (global.interface == wl_output_interface.name && global.version >= outputVersion) {
         auto output = std::make_unique<Output>();
-        take(output->proxy, wl_output_interface, outputVersion);
-        if (output->proxy) {
-            output->session = this;
-            output->global = name;
-            wl_output_add_listener(output->proxy.get(), &Listeners::output, output.get());
-            describe(*output);
-            outputs_.push_back(std::move(output));
-        }
+        output->proxy = bind<wl_output>(global, wl_output_interface, outputVersion);
+        output->session = this;
+        output->global = global.name;
+        wl_output_add_listener(output->proxy.get(), &Listeners::output, output.get());
+        describe(*output);
+        outputs_.push_back(std::move(output));
     }
 }
 
@@ -150,6 +129,7 @@ void WaylandSession::describe(Output &output)
 
 void WaylandSession::remove(std::uint32_t name)
 {
+    std::erase_if(globals_, [name](const Global &global) { return global.name == name; });
     const auto isIt = [name](const auto &output) { return output->global == name; };
     const auto gone = std::ranges::find_if(outputs_, isIt);
     if (gone != outputs_.end()) {
@@ -198,4 +178,4 @@ bool WaylandSession::wait(int other, std::optional<std::chrono::nanoseconds> lim
     return wl_display_dispatch_pending(display) >= 0;
 }
 
-} // namespace glimmerpane::wlroots
+} // namespace glimmerpane::wayland

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/WindowTouch.h"
+
+#include <optional>
+
+namespace glimmerpane::x11
+{
+
+/** Where a managed window is out of the way. */
+enum class Parking {
+    OffScreen, ///< off every display
+    OnePixel, ///< off every display, but for one pixel in the corner farthest from the area
+};
+
+/**
+ * A managed window for KWin on Wayland, which offers only such windows to viewers, and lets them go
+ * off the screen. It is an ordinary entry of the taskbar, because viewers are not offered others.
+ * It lies below everything, takes no input, and is transparent until it is in its place.
+ */
+class ParkedWindowX11 : public OffscreenWindowX11
+{
+public:
+    /** `area` is where it must not be seen, root pixels; its content has the same size. */
+    static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
+                                                                      QRect area, Parking parking);
+
+    ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking);
+
+    void orderFront() override;
+    void orderOut() override;
+
+protected:
+    void handle(const xcb_generic_event_t &event) override;
+
+private:
+    QPoint choosePlace() const;
+    void setTransparent(bool isTransparent);
+    void park();
+    void checkPlace();
+    void settle();
+
+    const QRect area_;
+    const Parking parking_;
+    QPoint wanted_; ///< root pixels, as the next
+    std::optional<QPoint> seen_; ///< since it was managed
+    std::optional<WindowTouch> touch_; ///< while it is shown
+    bool isManaged_ = false;
+    bool isSettled_ = false; ///< in its place since it was managed
+};
+
+} // namespace glimmerpane::x11
