@@ -2,7 +2,6 @@
 #include "app/Commands.h"
 
 #include "app/Log.h"
-#include "model/MainViewModel.h"
 #include "services/Json.h"
 
 #include <QCoroFuture>
@@ -13,9 +12,10 @@
 namespace glimmerpane
 {
 
-Commands::Commands(MainViewModel &model, BackendRequest running, bool showsClicks,
+Commands::Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
                    std::function<void(const QString &)> bringForward)
     : model_(model)
+    , frame_(frame)
     , running_(std::move(running))
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
@@ -77,9 +77,15 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
     if (options.area) {
         const auto &[x, y, width, height] = *options.area;
         model_.updateFrame(x, y, width, height);
-        done = [this, done, written = model_.areaWritten()](const CommandResult &result) {
-            QFuture(written).then(this, [done, result] { done(result); });
-        };
+        done = afterwards(model_.areaWritten(), done);
+    }
+    if (options.frame) {
+        const auto turned = frame_.turn(*options.frame);
+        if (!turned) {
+            reply(CommandResult::failure(turned.error().text));
+            return;
+        }
+        done = afterwards(*turned, done);
     }
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
@@ -97,6 +103,13 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
     } else {
         done({});
     }
+}
+
+Commands::Reply Commands::afterwards(const QFuture<void> &written, const Reply &reply)
+{
+    return [this, reply, written](const CommandResult &result) {
+        QFuture(written).then(this, [reply, result] { reply(result); });
+    };
 }
 
 void Commands::share(const Reply &reply)
@@ -135,7 +148,7 @@ QCoro::Task<> Commands::move(AreaMove move, bool saves, Reply reply)
                              .y = move.y,
                              .width = move.width.value_or(shared.width),
                              .height = move.height.value_or(shared.height)};
-    const auto moved = co_await model_.moveSharing(frame, saves);
+    const auto moved = co_await frame_.move(frame, saves);
     if (!self) {
         co_return;
     }

@@ -38,6 +38,7 @@ struct LaunchOptions {
     std::optional<AreaMove> move;
     bool save = false; ///< stores the moved area
     std::optional<SessionOrder> order;
+    std::optional<bool> frame; ///< whether one is to be shown around the shared area
     bool status = false;
     std::optional<QString> backend;
     std::optional<bool> listsOutput; ///< whether the window manager is to list the output window
@@ -45,7 +46,7 @@ struct LaunchOptions {
     bool version = false;
 
     /** Whether anything is requested beyond showing the main window. */
-    bool asksForSomething() const { return area || share || select || needsInstance(); }
+    bool asksForSomething() const { return area || frame || share || select || needsInstance(); }
     /** Whether this only makes sense for a program that is running already. */
     bool needsInstance() const { return stop || status || move || order; }
 

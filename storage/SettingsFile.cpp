@@ -102,4 +102,9 @@ SettingsFile restoreTokenFile()
     return {.path = settingsPath(), .key = QStringLiteral("screenCastToken")};
 }
 
+SettingsFile areaFrameFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("areaFrame")};
+}
+
 } // namespace glimmerpane

@@ -32,11 +32,13 @@ struct SettingsFile {
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::SettingsFile)
 };
 
-// The current user's, both in one file in the XDG configuration folder.
+// The current user's, all in one file in the XDG configuration folder.
 
 /** The capture area. */
 SettingsFile captureFrameFile();
 /** The desktop's token for recording the screen again. */
 SettingsFile restoreTokenFile();
+/** Whether a frame is to be shown around the shared area. */
+SettingsFile areaFrameFile();
 
 } // namespace glimmerpane
