@@ -148,13 +148,19 @@ void AreaFrame::refresh()
 void AreaFrame::keepClear(const QRect &place)
 {
     seen_.push_back({.place = place, .until = QDeadlineTimer(settlingTime)});
-    forgetting_.start(settlingTime);
+    if (!forgetting_.isActive()) {
+        forgetting_.start(settlingTime / 5);
+    }
 }
 
 void AreaFrame::forget()
 {
-    std::erase_if(seen_, [](const Seen &seen) { return seen.until.hasExpired(); });
-    refresh();
+    if (std::erase_if(seen_, [](const Seen &seen) { return seen.until.hasExpired(); }) > 0) {
+        refresh();
+    }
+    if (!seen_.empty()) {
+        forgetting_.start(settlingTime / 5);
+    }
 }
 
 QCoro::Task<SharingSession::Result> AreaFrame::move(CaptureFrame frame, bool saves)
