@@ -139,7 +139,8 @@ private Q_SLOTS:
             fixture.command("--frame off");
             QVERIFY(fixture.screen() == bare);
             fixture.command("--frame on");
-            QVERIFY(fixture.shown() == before && !watch.take());
+            QVERIFY(fixture.shown() == before);
+            QVERIFY(manager != Manager::None || !watch.take()); // a compositor draws anew
             fixture.command("--pause");
             QVERIFY(fixture.shows(bare, place, orange));
             fixture.command("--resume");
