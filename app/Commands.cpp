@@ -16,9 +16,10 @@
 namespace glimmerpane
 {
 
-Commands::Commands(MainViewModel &model, BackendRequest running, bool showsClicks,
+Commands::Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
                    std::function<void(const QString &)> bringForward)
     : model_(model)
+    , frame_(frame)
     , running_(std::move(running))
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
@@ -85,9 +86,15 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
     if (options.area) {
         const auto &[x, y, width, height] = *options.area;
         model_.updateFrame(x, y, width, height);
-        done = [this, done, written = model_.areaWritten()](const CommandResult &result) {
-            QFuture(written).then(this, [done, result] { done(result); });
-        };
+        done = afterwards(model_.areaWritten(), done);
+    }
+    if (options.frame) {
+        const auto turned = frame_.turn(*options.frame);
+        if (!turned) {
+            reply(CommandResult::failure(turned.error().text));
+            return;
+        }
+        done = afterwards(*turned, done);
     }
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
@@ -155,6 +162,13 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
     });
 }
 
+Commands::Reply Commands::afterwards(const QFuture<void> &written, const Reply &reply)
+{
+    return [this, reply, written](const CommandResult &result) {
+        QFuture(written).then(this, [reply, result] { reply(result); });
+    };
+}
+
 void Commands::share(const Reply &reply)
 {
     if (model_.isFrameSelectorOpen()) {
@@ -191,7 +205,7 @@ QCoro::Task<> Commands::move(AreaMove move, bool saves, Reply reply)
                              .y = move.y,
                              .width = move.width.value_or(shared.width),
                              .height = move.height.value_or(shared.height)};
-    const auto moved = co_await model_.moveSharing(frame, saves);
+    const auto moved = co_await frame_.move(frame, saves);
     if (!self) {
         co_return;
     }

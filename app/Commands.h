@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AreaFrame.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
 
@@ -15,8 +16,6 @@
 namespace glimmerpane
 {
 
-class MainViewModel;
-
 /** Carries out command lines in the running program. Main thread. */
 class Commands : public QObject
 {
@@ -27,9 +26,9 @@ public:
 
     /**
      * `running` is what this program runs with, which may not show clicks; `bringForward` raises
-     * the main window. The model must outlive this object.
+     * the main window. The model and the frame must outlive this object.
      */
-    Commands(MainViewModel &model, BackendRequest running, bool showsClicks,
+    Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
              std::function<void(const QString &startupId)> bringForward);
 
     /** Carries out a command line from another launch. */
@@ -43,6 +42,7 @@ public:
 
 private:
     QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
+    Reply afterwards(const QFuture<void> &written, const Reply &reply);
     void share(const Reply &reply);
     void select(const Reply &reply);
     QCoro::Task<> move(AreaMove move, bool saves, Reply reply);
@@ -50,6 +50,7 @@ private:
     CommandResult status() const;
 
     MainViewModel &model_;
+    AreaFrame &frame_;
     const BackendRequest running_;
     const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;

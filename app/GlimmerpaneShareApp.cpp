@@ -213,8 +213,9 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     : shell_(backend.shell)
     , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository,
                                [this] { showInsteadOfOutput(mostTries); }))
+    , areaFrame_(*viewModel_, backend, areaFrameFile())
     , window_(*viewModel_, shell_)
-    , commands_(*viewModel_, std::move(request), backend.presses != nullptr,
+    , commands_(*viewModel_, areaFrame_, std::move(request), backend.presses != nullptr,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "app/AreaFrame.h"
 #include "app/Commands.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
@@ -45,6 +46,7 @@ private:
     const std::shared_ptr<Shell> shell_;
     MessageBoxAlerts alerts_;
     const std::unique_ptr<MainViewModel> viewModel_;
+    AreaFrame areaFrame_;
     const DisplayWatch displayWatch_;
     MainWindow window_;
     Commands commands_;

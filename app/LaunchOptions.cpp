@@ -67,7 +67,7 @@ void addOptions(QCommandLineParser &parser)
                              "toggle-pause", "status"}) {
         parser.addOption(QCommandLineOption(QLatin1String(flag)));
     }
-    for (const char *valued : {"area", "move", "output-window", "backend"}) {
+    for (const char *valued : {"area", "move", "frame", "output-window", "backend"}) {
         parser.addOption({QLatin1String(valued), {}, QStringLiteral("value")});
     }
     parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
@@ -135,17 +135,49 @@ Done readAreas(const QCommandLineParser &parser, LaunchOptions &options)
     return {};
 }
 
-Done readOutputWindow(const QCommandLineParser &parser, LaunchOptions &options)
+/** An option that has one of two values. */
+struct Switch {
+    const char *name;
+    QLatin1String on;
+    QLatin1String off;
+    const char *otherwise; ///< what to say of another value
+};
+
+/** Null without the option. */
+std::expected<std::optional<bool>, QString> readSwitch(const QCommandLineParser &parser,
+                                                       const Switch &option)
 {
-    const auto kind = valueOf(parser, "output-window");
-    if (kind && kind != u"managed" && kind != u"unlisted") {
-        return oneLine(
-            LaunchOptions::tr("'%1' is not a kind of output window. Use managed or unlisted.")
-                .arg(*kind));
+    const auto value = valueOf(parser, option.name);
+    if (value && *value != option.on && *value != option.off) {
+        return oneLine(LaunchOptions::tr(option.otherwise).arg(*value));
     }
-    if (kind) {
-        options.listsOutput = kind == u"managed";
+    return value ? std::optional(*value == option.on) : std::nullopt;
+}
+
+Done readSwitches(const QCommandLineParser &parser, LaunchOptions &options)
+{
+    const auto listed
+        = readSwitch(parser,
+                     {.name = "output-window",
+                      .on = QLatin1String("managed"),
+                      .off = QLatin1String("unlisted"),
+                      .otherwise = QT_TRANSLATE_NOOP(
+                          "glimmerpane::LaunchOptions",
+                          "'%1' is not a kind of output window. Use managed or unlisted.")});
+    const auto frame
+        = readSwitch(parser,
+                     {.name = "frame",
+                      .on = QLatin1String("on"),
+                      .off = QLatin1String("off"),
+                      .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
+                                                     "'%1' is neither on nor off, for --frame.")});
+    for (const auto &value : {listed, frame}) {
+        if (!value) {
+            return std::unexpected(value.error());
+        }
     }
+    options.listsOutput = *listed;
+    options.frame = *frame;
     return {};
 }
 
@@ -175,13 +207,14 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                           .move = std::nullopt,
                           .save = isSet(parser, "save"),
                           .order = orderIn(parser),
+                          .frame = std::nullopt,
                           .status = isSet(parser, "status"),
                           .backend = valueOf(parser, "backend"),
                           .listsOutput = std::nullopt,
                           .help = isSet(parser, "help"),
                           .version = isSet(parser, "version")};
-    for (const Done &done : {checkCombination(parser), readAreas(parser, options),
-                             readOutputWindow(parser, options)}) {
+    for (const Done &done :
+         {checkCombination(parser), readAreas(parser, options), readSwitches(parser, options)}) {
         if (!done) {
             return std::unexpected(done.error());
         }
@@ -215,6 +248,9 @@ QString helpText()
         "  --pause, --resume, --toggle-pause\n"
         "                           Keep the latest picture, or go on.\n"
         "  --blank                  Pause with a picture that says so.\n"
+        "  --frame on|off           Show a frame around the area while it is shared, which\n"
+        "                           the others do not see, with a handle to drag the area\n"
+        "                           by; or show none. Remembered; off at first.\n"
         "  --status                 Print the stored area, whether one is being shared,\n"
         "                           which, and whether it is paused, the frames shown\n"
         "                           in the last second and the frames dropped, the\n"

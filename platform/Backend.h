@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/AreaMarks.h"
 #include "platform/Displays.h"
 #include "platform/OutputWindow.h"
 #include "platform/OverlayWindow.h"
@@ -10,7 +11,9 @@
 
 #include <QString>
 
+#include <chrono>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane
 {
@@ -32,6 +35,12 @@ struct Backend {
     std::shared_ptr<Overlays> overlays;
     std::shared_ptr<Presses> presses; ///< null if the desktop does not report presses
     std::shared_ptr<Shell> shell;
+    std::shared_ptr<AreaMarksMaker> marks = nullptr; ///< never null outside tests
+    /**
+     * The shortest time between two moves of the area in a drag; null if a handle would lose the
+     * pointer in a drag.
+     */
+    std::optional<std::chrono::milliseconds> dragPause = std::chrono::milliseconds(0);
 };
 
 } // namespace glimmerpane

@@ -20,4 +20,10 @@ inline QColor systemBlue(const QPalette &palette)
     return isDark(palette) ? QColor(10, 132, 255) : QColor(0, 122, 255);
 }
 
+/** The orange that stands for a pause. */
+inline QColor systemOrange(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(255, 159, 10) : QColor(255, 149, 0);
+}
+
 } // namespace glimmerpane

@@ -132,4 +132,9 @@ SettingsFile namedAreasFile()
     return {.path = settingsPath(), .key = QStringLiteral("areas")};
 }
 
+SettingsFile areaFrameFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("areaFrame")};
+}
+
 } // namespace glimmerpane

@@ -50,5 +50,7 @@ SettingsFile captureFrameFile();
 SettingsFile restoreTokenFile();
 /** The areas that have a name, each under a key below this one. */
 SettingsFile namedAreasFile();
+/** Whether a frame is to be shown around the shared area. */
+SettingsFile areaFrameFile();
 
 } // namespace glimmerpane

@@ -395,6 +395,10 @@
         <translation>„%1“ ist kein Ort für den Bereich. Geben Sie X,Y oder X,Y,BREITExHÖHE an.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --frame.</source>
+        <translation>„%1“ ist weder „on“ noch „off“ für --frame.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -418,6 +422,9 @@ Options:
   --pause, --resume, --toggle-pause
                            Keep the latest picture, or go on.
   --blank                  Pause with a picture that says so.
+  --frame on|off           Show a frame around the area while it is shared, which
+                           the others do not see, with a handle to drag the area
+                           by; or show none. Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
                            which, and whether it is paused, the frames shown
                            in the last second and the frames dropped, the
@@ -456,6 +463,9 @@ Optionen:
   --pause, --resume, --toggle-pause
                            Das letzte Bild behalten oder weitermachen.
   --blank                  Pausieren, mit einem Bild, das dies sagt.
+  --frame on|off           Beim Teilen einen Rahmen um den Bereich zeigen, den die
+                           anderen nicht sehen, mit einem Griff zum Verschieben;
+                           oder keinen. Wird gemerkt; anfangs keiner.
   --status                 Als JSON ausgeben: den gespeicherten Bereich, ob einer
                            freigegeben ist, welcher, und ob er pausiert, die in
                            der letzten Sekunde gezeigten und die ausgelassenen

@@ -395,6 +395,10 @@
         <translation>«&#xa0;%1&#xa0;» n’est pas un emplacement pour la zone. Indiquez X,Y ou X,Y,LARGEURxHAUTEUR.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --frame.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est ni «&#xa0;on&#xa0;» ni «&#xa0;off&#xa0;», pour --frame.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -418,6 +422,9 @@ Options:
   --pause, --resume, --toggle-pause
                            Keep the latest picture, or go on.
   --blank                  Pause with a picture that says so.
+  --frame on|off           Show a frame around the area while it is shared, which
+                           the others do not see, with a handle to drag the area
+                           by; or show none. Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
                            which, and whether it is paused, the frames shown
                            in the last second and the frames dropped, the
@@ -456,6 +463,9 @@ Options&#xa0;:
   --pause, --resume, --toggle-pause
                            Garder la dernière image, ou reprendre.
   --blank                  Suspendre, avec une image qui le dit.
+  --frame on|off           Montrer pendant le partage un cadre autour de la zone,
+                           que les autres ne voient pas, avec une poignée pour la
+                           déplacer, ou aucun. Mémorisé, aucun au début.
   --status                 Afficher en JSON la zone enregistrée, si une zone est
                            partagée, laquelle, et si elle est en pause, le
                            nombre d’images montrées dans la dernière seconde,

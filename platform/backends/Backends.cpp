@@ -20,6 +20,8 @@ namespace glimmerpane
 namespace
 {
 
+using namespace std::chrono_literals;
+
 using Tokens = std::shared_ptr<RestoreTokenStore>;
 
 /** One way to share; the first whose probe succeeds is chosen. */
@@ -43,6 +45,7 @@ Backend xwaylandBackend(const BackendRequest &request)
 {
     Backend backend = x11::makeBackend(request.listsOutput);
     backend.presses = nullptr;
+    backend.dragPause = 300ms; // a move may start another recording
     if (gnome::isScreenCastThere()) {
         backend.outputWindows = x11::iconicOutputWindows(backend.displays);
     } else if (x11::windowManager() == "KWin") {

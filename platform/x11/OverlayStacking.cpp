@@ -16,6 +16,11 @@ namespace glimmerpane::x11
 namespace
 {
 
+// EWMH: the window manager changes these properties of the root when it restacks its managed
+// windows. Menus and screen lockers are not managed and may well be above an overlay.
+constexpr std::array<AtomName, 3> restackSigns{"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST",
+                                               "_NET_ACTIVE_WINDOW"};
+
 /** 0 if there is none. */
 xcb_window_t alertFrame(const Connection &connection)
 {
@@ -24,6 +29,12 @@ xcb_window_t alertFrame(const Connection &connection)
 }
 
 } // namespace
+
+bool tellsOfRestacking(const Connection &connection, const xcb_property_notify_event_t &event)
+{
+    return std::ranges::any_of(restackSigns,
+                               [&](AtomName sign) { return event.atom == connection.atom(sign); });
+}
 
 OverlayStacking::OverlayStacking(const Connection &connection)
     : connection_(connection)

@@ -9,6 +9,9 @@
 namespace glimmerpane::x11
 {
 
+/** Whether the window manager may have restacked its windows; the root's PropertyChange events. */
+bool tellsOfRestacking(const Connection &connection, const xcb_property_notify_event_t &event);
+
 /** Keeps an overlay above all other windows except the program's own alert. */
 class OverlayStacking
 {

@@ -22,11 +22,6 @@ namespace
 
 using namespace std::chrono_literals;
 
-// EWMH: the window manager changes these properties of the root when it restacks its managed
-// windows. Menus and screen lockers are not managed and may well be above the overlay.
-constexpr std::array<AtomName, 3> restackSigns{"_NET_CLIENT_LIST_STACKING", "_NET_CLIENT_LIST",
-                                               "_NET_ACTIVE_WINDOW"};
-
 } // namespace
 
 std::expected<std::unique_ptr<OverlayWindow>, Error> OverlayWindowX11::create(
@@ -97,18 +92,7 @@ std::expected<void, Error> OverlayWindowX11::createWindow()
 
 void OverlayWindowX11::describe(const QString &title)
 {
-    describeWindow(connection_, window_.get(), title, "_NET_WM_WINDOW_TYPE_UTILITY");
-    // ICCCM 4.1.2.4: the flag InputHint, and no input.
-    const std::array<std::uint32_t, 9> hints{1};
-    setProperty(connection_, window_.get(), XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),
-                hints.data());
-    // Keeps compositors from drawing a shadow around the area. picom uses the first property,
-    // mutter the second, which says that the window draws its own shadow, with zero width.
-    const std::array<std::uint32_t, 4> none{};
-    setProperty(connection_, window_.get(), connection_.atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL,
-                32, 1, none.data());
-    setProperty(connection_, window_.get(), connection_.atom("_GTK_FRAME_EXTENTS"),
-                XCB_ATOM_CARDINAL, 32, none.size(), none.data());
+    describeOverlay(connection_, window_.get(), title);
     if (painter_.isTranslucent()) { // an empty list means the whole window
         setProperty(connection_, window_.get(), connection_.atom(blurBehindProperty),
                     XCB_ATOM_CARDINAL, 32, 0, nullptr);
@@ -233,9 +217,7 @@ void OverlayWindowX11::handle(const xcb_generic_event_t &event)
                             *shown_); // the server painted uncovered parts with the old one
         events_.flush();
     } else if (type == XCB_PROPERTY_NOTIFY) {
-        const xcb_atom_t changed = eventAs<xcb_property_notify_event_t>(event).atom;
-        if (std::ranges::any_of(restackSigns,
-                                [&](AtomName sign) { return changed == connection_.atom(sign); })) {
+        if (tellsOfRestacking(connection_, eventAs<xcb_property_notify_event_t>(event))) {
             stayOnTop();
         }
     } else if (tellsOfMonitors(event, connection_, extensions_)) {

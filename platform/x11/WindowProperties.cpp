@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QSysInfo>
 
+#include <array>
 #include <string_view>
 
 namespace glimmerpane::x11
@@ -64,6 +65,22 @@ void describeWindow(const Connection &connection, xcb_window_t window, const QSt
     setText(XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, QSysInfo::machineHostName().toLatin1());
     const auto pid = static_cast<std::uint32_t>(QCoreApplication::applicationPid());
     set(connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
+}
+
+void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title)
+{
+    describeWindow(connection, window, title, "_NET_WM_WINDOW_TYPE_UTILITY");
+    // ICCCM 4.1.2.4: the flag InputHint, and no input.
+    const std::array<std::uint32_t, 9> hints{1};
+    setProperty(connection, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),
+                hints.data());
+    // picom uses the first property, mutter the second, which says that the window draws its own
+    // shadow, with zero width.
+    const std::array<std::uint32_t, 4> none{};
+    setProperty(connection, window, connection.atom("_COMPTON_SHADOW"), XCB_ATOM_CARDINAL, 32, 1,
+                none.data());
+    setProperty(connection, window, connection.atom("_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32,
+                none.size(), none.data());
 }
 
 } // namespace glimmerpane::x11

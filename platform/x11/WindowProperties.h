@@ -61,4 +61,10 @@ private:
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
                     AtomName type);
 
+/**
+ * The same for a window above all others that the program moves by itself: it takes no keyboard
+ * input, and compositors draw no shadow around it.
+ */
+void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title);
+
 } // namespace glimmerpane::x11

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/X11Backend.h"
 
+#include "platform/x11/AreaMarksX11.h"
 #include "platform/x11/DisplaysX11.h"
 #include "platform/x11/IconicWindowX11.h"
 #include "platform/x11/ManagedWindowX11.h"
@@ -104,6 +105,15 @@ public:
     }
 };
 
+class AreaMarksMakerX11 : public AreaMarksMaker
+{
+public:
+    std::expected<std::unique_ptr<AreaMarks>, Error> make() override
+    {
+        return AreaMarksX11::create();
+    }
+};
+
 class PressesX11 : public Presses
 {
 public:
@@ -154,7 +164,8 @@ Backend makeBackend(bool listsOutput)
             .outputWindows = std::make_shared<OutputWindowsX11>(listsOutput),
             .overlays = std::make_shared<OverlaysX11>(),
             .presses = std::make_shared<PressesX11>(),
-            .shell = std::make_shared<ShellX11>()};
+            .shell = std::make_shared<ShellX11>(),
+            .marks = std::make_shared<AreaMarksMakerX11>()};
 }
 
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays)

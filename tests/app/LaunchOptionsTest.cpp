@@ -78,6 +78,16 @@ private Q_SLOTS:
         }
     }
 
+    void frame_isOnOrOff_andStartsTheProgram()
+    {
+        for (const auto &[argument, isOn] :
+             {std::pair("--frame=on", true), {"--frame=off", false}}) {
+            const auto options = launchOptions({QString::fromLatin1(argument)});
+            QVERIFY(options && options->frame == isOn && options->asksForSomething()
+                    && !options->needsInstance());
+        }
+    }
+
     void badArguments_areNamedInOneLine()
     {
         std::vector<std::pair<QString, QString>> rows{
@@ -85,6 +95,7 @@ private Q_SLOTS:
             {QStringLiteral("--area|10,20\n300x200"), QStringLiteral("10,20 300x200")},
             {QStringLiteral("--share|--area"), QStringLiteral("area")},
             {QStringLiteral("--output-window=Managed"), QStringLiteral("'Managed'")},
+            {QStringLiteral("--frame=yes"), QStringLiteral("'yes'")},
             {QStringLiteral("--shared"), QStringLiteral("shared")},
             {QStringLiteral("--share=1"), QStringLiteral("share")},
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},

@@ -122,6 +122,19 @@ private Q_SLOTS:
         QVERIFY(isSeen(still, green));
     }
 
+    void frames_showNothingOfTheFrame_aroundTheArea()
+    {
+        command("--frame=on");
+        const auto bar = [&] {
+            return required(fixture_.client.screenshot({area.right() + 2, 150, 1, 1})).pixel(0, 0);
+        };
+        QVERIFY(waitFor([&] { return (bar() & 0xffffff) == 0x007aff; }, patience));
+        for (const QPoint place : {QPoint(639, 130), QPoint(500, 0), QPoint(500, 259)}) {
+            QVERIFY(isSeen(place, green));
+        }
+        command("--frame=off");
+    }
+
     void frames_come50TimesASecond()
     {
         const auto rate = [this] { return browser_->ask(QStringLiteral("rate()")).toInt(); };
