@@ -18,8 +18,6 @@ namespace glimmerpane
 namespace
 {
 
-using namespace std::chrono_literals;
-
 using Tokens = std::shared_ptr<RestoreTokenStore>;
 
 /** One way to share; the first whose probe succeeds is chosen. */
@@ -42,7 +40,7 @@ Backend xwaylandBackend(const BackendRequest &request)
 {
     Backend backend = x11::makeBackend(request.listsOutput);
     backend.presses = nullptr;
-    backend.dragPause = 300ms; // a move may start another recording
+    backend.areaDrag = AreaDrag::MovesAtEnd; // a move may start another recording
     if (gnome::isScreenCastThere()) {
         backend.outputWindows = x11::iconicOutputWindows(backend.displays);
     }

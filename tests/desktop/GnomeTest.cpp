@@ -247,6 +247,19 @@ private Q_SLOTS:
         fixture.command("--resume");
         QVERIFY2(fixture.showsArea(moved), fixture.program.output());
 
+        fixture.command("--frame=on");
+        const auto bar
+            = [&] { return fixture.seen({moved.left() - 2, 400, 1, 1}).pixelColor(0, 0); };
+        QVERIFY(waitFor([&] { return bar() == QColor(0, 122, 255); }, patience));
+        QVERIFY2(fixture.showsArea(moved), fixture.program.output());
+        const QPoint handle(moved.center().x(), moved.top() - 10);
+        fixture.input.moveTo(handle);
+        fixture.input.press();
+        fixture.input.moveTo(handle + QPoint(-30, 12));
+        fixture.input.moveTo(handle + QPoint(-60, 24));
+        fixture.input.release();
+        QVERIFY2(fixture.showsArea(moved.translated(-60, 24)), fixture.program.output());
+
         fixture.command("--stop");
         QVERIFY(fixture.becomesHidden());
         fixture.command("--share"); // without a question
