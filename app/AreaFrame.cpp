@@ -97,6 +97,7 @@ void AreaFrame::areaChanged()
         drag_.reset();
         goal_.reset();
     } else if (const QRect place = placeOf(*shared); place != area_) {
+        interruptDrag();
         keepClear(std::exchange(area_, place));
     }
     refresh();
@@ -137,12 +138,12 @@ void AreaFrame::refresh()
     }
     const QPalette palette = QGuiApplication::palette();
     marks_->present(
-        layOutFrame({.area = isFollowing_ && goal_ ? placeOf(*goal_) : area_,
+        layOutFrame({.area = goal_ ? placeOf(*goal_) : area_,
                      .clear = clear,
                      .desktop = desktop_,
                      .scale = main_.scale,
                      .color = model_.isPaused() ? systemOrange(palette) : systemBlue(palette),
-                     .hasHandle = backend_.dragPause.has_value()}));
+                     .hasHandle = backend_.areaDrag != AreaDrag::Impossible}));
 }
 
 void AreaFrame::keepClear(const QRect &place)
@@ -168,6 +169,7 @@ QCoro::Task<SharingSession::Result> AreaFrame::move(CaptureFrame frame, bool sav
     if (!marks_ || area_.isEmpty() || flawOf(frame, *backend_.displays)) {
         co_return co_await model_.moveSharing(frame, saves);
     }
+    interruptDrag();
     const QPointer self(this);
     const QRect place = placeOf(frame);
     coming_.push_back(place);
@@ -196,7 +198,21 @@ void AreaFrame::handle(const PointerEvent &event)
         if (event.kind == Kind::Release) {
             drag_.reset();
         }
-        follow();
+        if (!drag_ || backend_.areaDrag == AreaDrag::Follows) {
+            follow();
+        } else {
+            refresh(); // shows where the area will be
+        }
+    }
+}
+
+/** If the area moves otherwise, a handle that stays during a drag might get into it. */
+void AreaFrame::interruptDrag()
+{
+    if (marks_ && drag_ && backend_.areaDrag == AreaDrag::MovesAtEnd) {
+        drag_.reset();
+        goal_.reset();
+        marks_->hide();
     }
 }
 
@@ -232,10 +248,6 @@ QCoro::Task<> AreaFrame::follow()
             qCInfo(appLog, "the drag ends: %s", qPrintable(moved.error().text));
             drag_.reset();
             goal_.reset();
-        }
-        co_await pause(backend_.dragPause.value_or(0ms));
-        if (!self) {
-            co_return;
         }
     }
     isFollowing_ = false;

@@ -55,6 +55,7 @@ private:
     QRect placeOf(const CaptureFrame &frame) const;
 
     void handle(const PointerEvent &event);
+    void interruptDrag();
     CaptureFrame draggedTo(QPoint pointer) const;
     QCoro::Task<> follow();
 

@@ -44,7 +44,8 @@ public:
 
     /**
      * On return, all is where it should be, and nothing was elsewhere in between. A handle that is
-     * left out while it is pressed is still dragged.
+     * left out while it is pressed is still dragged; under Xwayland, a pressed one stays where it
+     * is.
      */
     virtual void present(const MarksPicture &picture) = 0;
     virtual void hide() = 0;

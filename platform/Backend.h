@@ -11,9 +11,7 @@
 
 #include <QString>
 
-#include <chrono>
 #include <memory>
-#include <optional>
 
 namespace glimmerpane
 {
@@ -26,6 +24,13 @@ struct BackendRequest {
     friend bool operator==(const BackendRequest &, const BackendRequest &) = default;
 };
 
+/** How an area moves while the handle of its frame is dragged. */
+enum class AreaDrag {
+    Follows, ///< with the pointer
+    MovesAtEnd, ///< a move is costly, or the handle must stay to get the pointer's place right
+    Impossible, ///< the handle would lose the pointer
+};
+
 /** The desktop that the program runs on, by roles; each may be played by another system. */
 struct Backend {
     QString name; ///< as --backend takes it
@@ -36,11 +41,7 @@ struct Backend {
     std::shared_ptr<Presses> presses; ///< null if the desktop does not report presses
     std::shared_ptr<Shell> shell;
     std::shared_ptr<AreaMarksMaker> marks = nullptr; ///< never null outside tests
-    /**
-     * The shortest time between two moves of the area in a drag; null if a handle would lose the
-     * pointer in a drag.
-     */
-    std::optional<std::chrono::milliseconds> dragPause = std::chrono::milliseconds(0);
+    AreaDrag areaDrag = AreaDrag::Follows;
 };
 
 } // namespace glimmerpane

@@ -20,8 +20,6 @@ namespace glimmerpane
 namespace
 {
 
-using namespace std::chrono_literals;
-
 using Tokens = std::shared_ptr<RestoreTokenStore>;
 
 /** One way to share; the first whose probe succeeds is chosen. */
@@ -45,11 +43,12 @@ Backend xwaylandBackend(const BackendRequest &request)
 {
     Backend backend = x11::makeBackend(request.listsOutput);
     backend.presses = nullptr;
-    backend.dragPause = 300ms; // a move may start another recording
+    backend.areaDrag = AreaDrag::MovesAtEnd; // a move may start another recording
     if (gnome::isScreenCastThere()) {
         backend.outputWindows = x11::iconicOutputWindows(backend.displays);
     } else if (x11::windowManager() == "KWin") {
         backend.overlays = x11::makeSpanningOverlays();
+        backend.areaDrag = AreaDrag::Impossible;
         constexpr int firstThatDrawsOffScreen = 6;
         backend.outputWindows
             = x11::parkedOutputWindows(kwin::majorVersion() >= firstThatDrawsOffScreen);

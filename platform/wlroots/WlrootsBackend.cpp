@@ -21,7 +21,7 @@ Backend makeBackend(bool listsOutput)
     backend.screen = std::make_shared<ScreenSourceWlroots>();
     backend.outputWindows = std::make_shared<OutputWindowsWlroots>(backend.outputWindows);
     backend.overlays = x11::makeSpanningOverlays();
-    backend.dragPause.reset();
+    backend.areaDrag = AreaDrag::Impossible;
     backend.presses = nullptr; // XWayland only sees those in X11 windows
     return backend;
 }

@@ -6,6 +6,7 @@
 #include "platform/x11/Monitors.h"
 #include "platform/x11/WindowProperties.h"
 #include "platform/x11/WindowShape.h"
+#include "platform/x11/Xwayland.h"
 
 #include <array>
 #include <chrono>
@@ -41,6 +42,7 @@ AreaMarksX11::AreaMarksX11(ExtendedConnection opened)
     , extensions_(opened.extensions)
     , cursors_(connection_)
     , stacking_(connection_)
+    , isXwayland_(isXwayland(connection_))
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
@@ -89,6 +91,11 @@ void AreaMarksX11::present(const MarksPicture &picture)
 
 void AreaMarksX11::presentHandle(const MarksPicture &picture)
 {
+    if (isPressed_ && isXwayland_) {
+        // Xwayland adds its own idea of the window's place to the compositor's idea of the
+        // pointer's place in it; they differ while the window moves.
+        return;
+    }
     if (picture.handle.isEmpty() && !isPressed_) {
         hide(handle_);
         return;

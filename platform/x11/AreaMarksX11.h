@@ -48,6 +48,7 @@ private:
     const Extensions extensions_;
     CursorTheme cursors_;
     OverlayStacking stacking_;
+    const bool isXwayland_;
     std::vector<MarkWindow> bars_; ///< they are reused, and never become fewer
     MarkWindow handle_;
     std::vector<MarkWindow> grip_; ///< in the handle

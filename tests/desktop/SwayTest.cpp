@@ -199,6 +199,10 @@ private Q_SLOTS:
         fixture.start({areaOption, QStringLiteral("--share")});
         const QRect output = fixture.awaitOutput(area.size());
         QVERIFY(fixture.showsArea(output));
+        QVERIFY(fixture.obeys({QStringLiteral("--frame=on")})); // which the output never shows
+        const auto bar = [&] { return fixture.server.screenshot({38, 400, 1, 1}).pixel(0, 0); };
+        QVERIFY(waitFor([&] { return bar() == 0xff007aff; }, patience));
+        QVERIFY(fixture.showsArea(output));
         QVERIFY(fixture.obeys({QStringLiteral("--move=690,400")}));
         QVERIFY(fixture.showsArea(output, {690, 80, 320, 240}));
         QVERIFY(fixture.obeys({QStringLiteral("--pause")}));
