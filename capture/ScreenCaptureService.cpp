@@ -71,8 +71,7 @@ void ScreenCaptureService::setOnCaptureEnded(EndHandler handler)
 QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
                                                             std::shared_ptr<SharingWindow> window)
 {
-    const QPointer self(this);
-    const Run run = ++run_;
+    ++run_;
     clickMonitor_.reset(); // left over from a stream that ended by itself
     stream_.reset(); // the same
     if (window_.lock() != window) {
@@ -91,18 +90,12 @@ QCoro::Task<StartResult> ScreenCaptureService::startCapture(CaptureFrame frame,
     scale_ = display->scale;
     ring_ = {};
     const std::shared_ptr stream = makeStream(frame, *display);
-    starting_.push_back(stream);
-    const auto started = co_await stream->startCapture(handlers(stream));
-    if (!self) {
-        co_return StartResult();
+    const auto runs = co_await begin(stream);
+    if (!runs) {
+        co_return std::unexpected(runs.error());
     }
-    std::erase(starting_, stream);
-    if (run != run_) {
-        stream->stopCapture();
+    if (!*runs) {
         co_return StartResult();
-    }
-    if (!started) {
-        co_return std::unexpected(started.error());
     }
     qCInfo(captureLog) << "capturing" << frame.width << "x" << frame.height << "points at"
                        << frame.x << frame.y;
@@ -169,22 +162,38 @@ QCoro::Task<StartResult> ScreenCaptureService::switchStream(CaptureFrame frame)
     }
     const std::shared_ptr stream = makeStream(frame, *display);
     nextStream_ = stream;
+    const auto runs = co_await begin(stream);
+    if (!runs) {
+        nextStream_.reset();
+        co_return std::unexpected(runs.error());
+    }
+    if (!*runs) {
+        co_return StartResult();
+    }
+    qCInfo(captureLog) << "another stream goes on at" << frame.x << frame.y;
+    co_return StartResult();
+}
+
+/** Starts a stream for this run. False if the run, or this service, is over by then. */
+QCoro::Task<std::expected<bool, Error>> ScreenCaptureService::begin(
+    std::shared_ptr<CaptureStream> stream)
+{
+    const QPointer self(this);
+    const Run run = run_;
     starting_.push_back(stream);
     const auto started = co_await stream->startCapture(handlers(stream));
     if (!self) {
-        co_return StartResult();
+        co_return false;
     }
     std::erase(starting_, stream);
     if (run != run_) {
         stream->stopCapture();
-        co_return StartResult();
+        co_return false;
     }
     if (!started) {
-        nextStream_.reset();
         co_return std::unexpected(started.error());
     }
-    qCInfo(captureLog) << "another stream goes on at" << frame.x << frame.y;
-    co_return StartResult();
+    co_return true;
 }
 
 CaptureStream::Handlers ScreenCaptureService::handlers(const std::shared_ptr<CaptureStream> &stream)

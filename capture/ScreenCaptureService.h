@@ -58,6 +58,7 @@ private:
     void handleEnd(const std::shared_ptr<CaptureStream> &stream, const Error &error);
     void endRun();
     void showPausePicture();
+    QCoro::Task<std::expected<bool, Error>> begin(std::shared_ptr<CaptureStream> stream);
     CaptureStream::Handlers handlers(const std::shared_ptr<CaptureStream> &stream);
     void show(const SampleBuffer &sample, CaptureStream &stream);
     void installClickMonitor();
