@@ -4,6 +4,7 @@
 #include "rig/InputInjector.h"
 #include "rig/PictureComparison.h"
 #include "rig/XWindows.h"
+#include "tests/desktop/WindowSign.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -48,22 +49,8 @@ struct IconicFixture {
     }
     GnomeStream record() const { return session.recordWindow(session.window(title)->id); }
 
-    void draw(QRgb color) const
-    {
-        client.fill(id, {QPoint(), size}, color);
-        client.fill(id, {10, 10, 20, 20}, 0xffffffff);
-    }
-    static QImage drawn(QRgb color)
-    {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(color);
-        for (int y = 10; y < 30; ++y) {
-            for (int x = 10; x < 30; ++x) {
-                image.setPixel(x, y, 0xffffffff);
-            }
-        }
-        return image;
-    }
+    void draw(QRgb color) const { drawWindowSign(client, id, size, color); }
+    static QImage drawn(QRgb color) { return windowSign(size, color); }
 
     /** Returns once the desktop, which is still animated at times, has its final look. */
     QImage stillScreen(GnomeStream &monitor) const

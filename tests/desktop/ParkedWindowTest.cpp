@@ -5,6 +5,7 @@
 #include "rig/KWinSession.h"
 #include "rig/PictureComparison.h"
 #include "rig/PipeWireReader.h"
+#include "tests/desktop/WindowSign.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -69,22 +70,8 @@ struct ParkedFixture {
         return {session.pipeWireSocket(), kwin.record(*kwin.window(title))};
     }
 
-    void draw(QRgb color) const
-    {
-        client.fill(id, {QPoint(), size}, color);
-        client.fill(id, {10, 10, 20, 20}, 0xffffffff);
-    }
-    static QImage drawn(QRgb color)
-    {
-        QImage image(size, QImage::Format_RGB32);
-        image.fill(color);
-        for (int y = 10; y < 30; ++y) {
-            for (int x = 10; x < 30; ++x) {
-                image.setPixel(x, y, 0xffffffff);
-            }
-        }
-        return image;
-    }
+    void draw(QRgb color) const { drawWindowSign(client, id, size, color); }
+    static QImage drawn(QRgb color) { return windowSign(size, color); }
 
     /** An empty screen that shows one pixel of the window's in this place. */
     QImage screenWith(QPoint pixel, QRgb color) const
