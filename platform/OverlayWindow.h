@@ -35,6 +35,12 @@ struct OverlayPicture {
     friend bool operator==(const OverlayPicture &, const OverlayPicture &) = default;
 };
 
+/** A small picture beside an overlay, which takes no pointer. */
+struct OverlayLabel {
+    QImage picture; ///< premultiplied ARGB, opaque; null for none
+    QPoint topLeft; ///< desktop pixels
+};
+
 /** A pointer event of an overlay. */
 struct PointerEvent {
     enum class Kind {
@@ -46,6 +52,7 @@ struct PointerEvent {
     };
     Kind kind = Kind::Move;
     QPoint position; ///< desktop pixels; while the button is down it may lie outside
+    bool isShiftDown = false; ///< of a drag
 };
 
 /**
@@ -60,7 +67,7 @@ public:
 
     /** Shows the overlay at exactly this position (desktop pixels) with this picture, in one step.
      */
-    virtual void present(QRect frame, const OverlayPicture &picture) = 0;
+    virtual void present(QRect frame, const OverlayPicture &picture, const OverlayLabel &label) = 0;
 
     /**
      * Supports the arrow, the open hand, the cross and the two resize cursors; any other becomes

@@ -3,6 +3,7 @@
 
 #include "platform/Palette.h"
 #include "selection/Log.h"
+#include "selection/SizeLabel.h"
 #include "services/CallOnce.h"
 
 #include <QGuiApplication>
@@ -168,7 +169,8 @@ void FrameSelectorWindowController::present()
                      {.marks = border_.marks(pixels.size(), scale),
                       .markColor = systemBlue(QGuiApplication::palette()),
                       .panel = panel_,
-                      .panelOrigin = panelOrigin});
+                      .panelOrigin = panelOrigin},
+                     isDragged_ ? sizeLabel(pixels, display_) : OverlayLabel());
 }
 
 void FrameSelectorWindowController::handle(const PointerEvent &event)
@@ -177,6 +179,8 @@ void FrameSelectorWindowController::handle(const PointerEvent &event)
     using Kind = PointerEvent::Kind;
     if (event.kind == Kind::Press) {
         lookAtDisplay();
+    } else if (event.kind != Kind::Drag) {
+        dragEnded();
     }
     if (offerToButtons(event)) {
         if (!isClosing_) {
@@ -189,7 +193,7 @@ void FrameSelectorWindowController::handle(const PointerEvent &event)
         mouseDown(display_.pointOf(event.position));
         break;
     case Kind::Drag:
-        mouseDragged(event.position);
+        mouseDragged(event);
         break;
     case Kind::Move:
         showCursor(display_.pointOf(event.position));
@@ -221,14 +225,25 @@ void FrameSelectorWindowController::mouseDown(Point pointer)
     initialFrame_ = frame_;
 }
 
-void FrameSelectorWindowController::mouseDragged(QPoint desktopPixel)
+void FrameSelectorWindowController::mouseDragged(const PointerEvent &event)
 {
     if (!hasDisplay_ || !dragStartLocation_) {
         return;
     }
     const bool isMove = resizeEdge_ == ResizeHandler::ResizeEdge::none;
-    setFrame(isMove ? movedFrame(display_.pointOf(desktopPixel), *dragStartLocation_)
-                    : resizedFrame(desktopPixel));
+    const Rect frame = isMove ? movedFrame(display_.pointOf(event.position), *dragStartLocation_)
+                              : resizedFrame(event.position, event.isShiftDown);
+    if (!std::exchange(isDragged_, true) || frame != frame_) {
+        frame_ = frame;
+        present();
+    }
+}
+
+void FrameSelectorWindowController::dragEnded()
+{
+    if (std::exchange(isDragged_, false)) {
+        present();
+    }
 }
 
 Rect FrameSelectorWindowController::movedFrame(Point pointer, Point start) const
@@ -239,7 +254,7 @@ Rect FrameSelectorWindowController::movedFrame(Point pointer, Point start) const
         {.x = origin.x, .y = origin.y, .width = frame_.width, .height = frame_.height});
 }
 
-Rect FrameSelectorWindowController::resizedFrame(QPoint desktopPixel) const
+Rect FrameSelectorWindowController::resizedFrame(QPoint desktopPixel, bool keepsRatio) const
 {
     // The pointer cannot move past the last pixel, so there it counts as the display's edge.
     if (desktopPixel.x() == display_.pixels.right()) {
@@ -249,19 +264,13 @@ Rect FrameSelectorWindowController::resizedFrame(QPoint desktopPixel) const
         ++desktopPixel.ry();
     }
     const Rect screen = display_.frame();
-    const Rect frame = resizeHandler_.resizedFrame(
-        resizeEdge_, wholePoint(display_.pointOf(desktopPixel)), initialFrame_, screen);
+    const Point pointer = wholePoint(display_.pointOf(desktopPixel));
+    const Rect frame = keepsRatio
+        ? resizeHandler_.resizedInRatio(resizeEdge_, pointer, initialFrame_, screen)
+        : resizeHandler_.resizedFrame(resizeEdge_, pointer, initialFrame_, screen);
     // If the fixed side lies beyond the screen, no size brings the other side onto it.
     const bool isPossible = frame.width >= 1 && frame.height >= 1;
     return isPossible ? frame : movedOnto(screen, initialFrame_);
-}
-
-void FrameSelectorWindowController::setFrame(const Rect &frame)
-{
-    if (frame != frame_) {
-        frame_ = frame;
-        present();
-    }
 }
 
 void FrameSelectorWindowController::showCursor(Point pointer)

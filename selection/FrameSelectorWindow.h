@@ -51,12 +51,12 @@ private:
     void handle(const PointerEvent &event);
     bool offerToButtons(const PointerEvent &event);
     void mouseDown(Point pointer);
-    void mouseDragged(QPoint desktopPixel);
+    void mouseDragged(const PointerEvent &event);
+    void dragEnded();
     void showCursor(Point pointer);
     ResizeHandler::ResizeEdge edgeAt(Point pointer) const;
     Rect movedFrame(Point pointer, Point start) const;
-    Rect resizedFrame(QPoint desktopPixel) const;
-    void setFrame(const Rect &frame);
+    Rect resizedFrame(QPoint desktopPixel, bool keepsRatio) const;
     void present();
     void confirmSelection();
     void cancelSelection();
@@ -68,6 +68,7 @@ private:
     std::optional<Point> dragStartLocation_; ///< from the frame's bottom-left corner
     ResizeHandler::ResizeEdge resizeEdge_ = ResizeHandler::ResizeEdge::none;
     Rect initialFrame_; ///< when the button was pressed
+    bool isDragged_ = false;
     const ResizeHandler resizeHandler_{};
     const CursorManager cursorManager_{};
     BorderView border_;

@@ -39,6 +39,14 @@ public:
      */
     Rect resizedFrame(ResizeEdge edge, Point mouseLocation, const Rect &initialFrame,
                       const Rect &screen) const;
+
+    /**
+     * The same, but width : height stays, up to whole points. The pointer is on the dragged side,
+     * or on that of a corner's two which makes the frame larger; a frame of which only one side is
+     * dragged grows around its middle in the other direction. Both sizes of the frame are positive.
+     */
+    Rect resizedInRatio(ResizeEdge edge, Point mouseLocation, const Rect &initialFrame,
+                        const Rect &screen) const;
 };
 
 } // namespace glimmerpane

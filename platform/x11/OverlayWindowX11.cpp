@@ -53,6 +53,7 @@ OverlayWindowX11::OverlayWindowX11(Connection connection, const Extensions &exte
     , painter_(connection_, formats, glass)
     , cursors_(connection_)
     , stacking_(connection_)
+    , label_(connection_, formats)
     , events_(connection_)
 {
     events_.onEvent = [this](const xcb_generic_event_t &event) { handle(event); };
@@ -104,7 +105,8 @@ void OverlayWindowX11::watchDesktop()
     watchMonitors(connection_, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY);
 }
 
-void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
+void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture,
+                               const OverlayLabel &label)
 {
     const OverlayScene scene = sceneOf(frame, picture);
     const auto before = std::exchange(shown_, scene);
@@ -123,6 +125,7 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture)
             xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
         }
     }
+    label_.show(label);
     renewSoon();
     events_.flush();
 }
@@ -195,6 +198,7 @@ void OverlayWindowX11::hide()
     shown_.reset();
     raiseTimer_.stop();
     renewTimer_.stop();
+    label_.show({});
     xcb_unmap_window(connection_.get(), window_.get());
     events_.flush();
 }
@@ -233,7 +237,9 @@ std::optional<PointerEvent> OverlayWindowX11::pointerEvent(const xcb_generic_eve
     // These events share their first fields; XCB_BUTTON_INDEX_1 is the left button.
     const auto &pointer = eventAs<xcb_button_press_event_t>(event);
     const auto at = [&](Kind kind) {
-        return PointerEvent{.kind = kind, .position = {pointer.root_x, pointer.root_y}};
+        return PointerEvent{.kind = kind,
+                            .position = {pointer.root_x, pointer.root_y},
+                            .isShiftDown = (pointer.state & XCB_MOD_MASK_SHIFT) != 0};
     };
     switch (typeOf(event)) {
     case XCB_BUTTON_PRESS:
@@ -276,6 +282,7 @@ void OverlayWindowX11::stayOnTop()
 void OverlayWindowX11::restack()
 {
     stacking_.restack(window_.get());
+    label_.restack(stacking_);
     events_.flush();
 }
 

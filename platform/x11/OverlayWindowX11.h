@@ -4,6 +4,7 @@
 #include "platform/OverlayWindow.h"
 #include "platform/x11/CursorTheme.h"
 #include "platform/x11/EventReader.h"
+#include "platform/x11/OverlayLabelX11.h"
 #include "platform/x11/OverlayPainter.h"
 #include "platform/x11/OverlayStacking.h"
 #include "platform/x11/PointerInbox.h"
@@ -35,7 +36,7 @@ public:
                                                                        QRect area,
                                                                        const FrostedGlass &glass);
 
-    void present(QRect frame, const OverlayPicture &picture) override;
+    void present(QRect frame, const OverlayPicture &picture, const OverlayLabel &label) override;
     void setCursor(Qt::CursorShape shape) override;
     void hide() override;
 
@@ -67,6 +68,7 @@ private:
     OverlayStacking stacking_;
     Colormap colormap_;
     Window window_;
+    OverlayLabelX11 label_;
     std::optional<OverlayScene> shown_; ///< set while the window is mapped
     std::array<Canvas, 2> backgrounds_; ///< the first is the window's; they never shrink
     bool isBackgroundOld_ = false; ///< its glass is from a previous position

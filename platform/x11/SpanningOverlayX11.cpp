@@ -100,11 +100,13 @@ std::expected<void, Error> SpanningOverlayX11::createWindow(const QString &title
     return {};
 }
 
-void SpanningOverlayX11::present(QRect frame, const OverlayPicture &picture)
+void SpanningOverlayX11::present(QRect frame, const OverlayPicture &picture,
+                                 const OverlayLabel &label)
 {
     const bool isNew = frame_.isEmpty();
     frame_ = frame;
     picture_ = picture;
+    label_ = label;
     if (isNew) {
         span();
     }
@@ -132,25 +134,34 @@ void SpanningOverlayX11::span()
     xcb_map_window(connection_.get(), window_.get());
 }
 
-/** The whole overlay, and nothing where it was before. */
+/** The whole overlay with its label, and nothing where they were before. */
 void SpanningOverlayX11::paint()
 {
     auto *const connection = connection_.get();
-    const QRect shown = frame_ & place_;
+    const QRegion shown
+        = QRegion(frame_ & place_) + (QRect(label_.topLeft, label_.picture.size()) & place_);
     std::vector<xcb_rectangle_t> left;
-    for (const QRect &part : QRegion(painted_) - shown) {
+    for (const QRect &part : painted_ - shown) {
         left.push_back(toXcb(part.translated(-place_.topLeft())));
     }
     xcb_poly_fill_rectangle(connection, window_.get(), transparent_.get(),
                             static_cast<std::uint32_t>(left.size()), left.data());
     painted_ = shown;
+    paint(content(), frame_.topLeft());
+    paint(label_.picture, label_.topLeft);
+}
+
+/** As far as it lies in the window. The place is in root pixels. */
+void SpanningOverlayX11::paint(const QImage &image, QPoint topLeft)
+{
+    const QRect shown = QRect(topLeft, image.size()) & place_;
     if (shown.isEmpty()) {
         return;
     }
-    const Canvas canvas = uploadImage(connection_, formats_, content());
-    const QPoint from = shown.topLeft() - frame_.topLeft();
+    const Canvas canvas = uploadImage(connection_, formats_, image);
+    const QPoint from = shown.topLeft() - topLeft;
     const QPoint to = shown.topLeft() - place_.topLeft();
-    xcb_copy_area(connection, canvas.pixmap.get(), window_.get(), transparent_.get(),
+    xcb_copy_area(connection_.get(), canvas.pixmap.get(), window_.get(), transparent_.get(),
                   coordinate(from.x()), coordinate(from.y()), coordinate(to.x()),
                   coordinate(to.y()), extent(shown.width()), extent(shown.height()));
 }
@@ -247,7 +258,9 @@ std::optional<PointerEvent> SpanningOverlayX11::pointerEvent(const xcb_generic_e
         return ends ? std::optional(PointerEvent{Kind::Release, place}) : std::nullopt;
     }
     if (isPressed_ && type == XCB_MOTION_NOTIFY) {
-        return PointerEvent{Kind::Drag, place};
+        return PointerEvent{.kind = Kind::Drag,
+                            .position = place,
+                            .isShiftDown = (pointer.state & XCB_MOD_MASK_SHIFT) != 0};
     }
     if (isInside_ && !isPressed_) {
         return PointerEvent{Kind::Move, place};

@@ -9,6 +9,7 @@
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
+#include <QRegion>
 #include <QTimer>
 
 #include <memory>
@@ -30,7 +31,7 @@ public:
     static std::expected<std::unique_ptr<OverlayWindow>, Error> create(const QString &title,
                                                                        const FrostedGlass &glass);
 
-    void present(QRect frame, const OverlayPicture &picture) override;
+    void present(QRect frame, const OverlayPicture &picture, const OverlayLabel &label) override;
     void setCursor(Qt::CursorShape shape) override;
     void hide() override;
 
@@ -40,6 +41,7 @@ private:
     std::expected<void, Error> createWindow(const QString &title);
     void span();
     void paint();
+    void paint(const QImage &image, QPoint topLeft);
     QImage content() const;
     void handle(const xcb_generic_event_t &event);
     std::optional<PointerEvent> pointerEvent(const xcb_generic_event_t &event);
@@ -59,8 +61,9 @@ private:
     Window window_;
     QRect place_; ///< of the window, root pixels
     QRect frame_; ///< of the overlay, root pixels; empty while it is hidden
-    QRect painted_; ///< where the window is not transparent, root pixels
+    QRegion painted_; ///< where the window is not transparent, root pixels
     OverlayPicture picture_;
+    OverlayLabel label_;
     bool isPressed_ = false;
     bool isInside_ = false; ///< the pointer is over the overlay
     bool hasAlert_ = false; ///< so the window is hidden

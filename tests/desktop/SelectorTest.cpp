@@ -90,6 +90,22 @@ private Q_SLOTS:
         QVERIFY(fixture.open() && fixture.becomes(frame));
         fixture.input.drag(frame.topLeft() + QPoint(90, 90), frame.topLeft() + QPoint(190, 80));
         QVERIFY(fixture.becomes(frame.translated(100, -10)));
+        fixture.input.pressKey(keys::shift);
+        const int width = frame.width() - 70;
+        const QRect smaller(frame.topLeft() + QPoint(100, -10),
+                            QSize(width, qRound(double(width) * frame.height() / frame.width())));
+        fixture.input.moveTo(smaller.topLeft() + QPoint(frame.width() - 5, frame.height() - 5));
+        fixture.input.press();
+        fixture.input.moveTo(smaller.bottomRight() + QPoint(1, -30));
+        QVERIFY(fixture.becomes(smaller));
+        const QRect below(smaller.bottomLeft() + QPoint(0, 1), QSize(width, 40));
+        const auto label = [&] {
+            return required(fixture.client.screenshot(below)).pixelColor(below.width() / 2, 8);
+        };
+        QTRY_COMPARE(label(), QColor(24, 24, 27));
+        fixture.input.release();
+        fixture.input.releaseKey(keys::shift);
+        QTRY_VERIFY(label() != QColor(24, 24, 27));
         fixture.cancel();
         QVERIFY(fixture.becomes(std::nullopt));
         QVERIFY(fixture.open(places::resetArea));

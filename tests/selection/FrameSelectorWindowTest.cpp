@@ -23,16 +23,19 @@ struct FakeOverlayWindow : OverlayWindow {
     {
     }
     ~FakeOverlayWindow() override { log_.append(QStringLiteral("destroyed")); }
-    void present(QRect newFrame, const OverlayPicture &newPicture) override
+    void present(QRect newFrame, const OverlayPicture &newPicture,
+                 const OverlayLabel &newLabel) override
     {
         frame = newFrame;
         picture = newPicture;
+        label = QRect(newLabel.topLeft, newLabel.picture.size());
     }
     void setCursor(Qt::CursorShape) override { }
     void hide() override { log_.append(QStringLiteral("hidden")); }
 
     QRect frame;
     OverlayPicture picture;
+    QRect label; ///< empty if there is none
 
 private:
     QStringList &log_;
@@ -75,17 +78,19 @@ struct Selector {
             [this] { desktop.log.append(QStringLiteral("cancelled")); });
     }
 
-    void pointer(Kind kind, QPointF place) const
+    void pointer(Kind kind, QPointF place, bool isShiftDown = false) const
     {
         const Rect spot{.x = place.x(), .y = place.y(), .width = 0, .height = 0};
         const auto handler = desktop.overlay->onPointer;
-        handler({.kind = kind, .position = desktop.mainDisplay()->areaPixels(spot).topLeft()});
+        handler({.kind = kind,
+                 .position = desktop.mainDisplay()->areaPixels(spot).topLeft(),
+                 .isShiftDown = isShiftDown});
     }
-    void drag(QPointF from, QPointF to) const
+    void drag(QPointF from, QPointF to, bool isShiftDown = false) const
     {
         pointer(Kind::Press, from);
         pointer(Kind::Drag, (from + to) / 2);
-        pointer(Kind::Drag, to);
+        pointer(Kind::Drag, to, isShiftDown);
         pointer(Kind::Release, to);
     }
     void click(QPointF place) const
@@ -206,11 +211,12 @@ private Q_SLOTS:
             QPointF from;
             QPointF to;
             CaptureFrame expected;
+            bool keepsRatio = false;
         };
         const CaptureFrame usual{300, 200, 600, 400};
         const CaptureFrame elsewhere{2000, 500, 300, 200};
         const QPointF lastPixel(1919, 1);
-        for (const auto &[area, from, to, expected] :
+        for (const auto &[area, from, to, expected, keepsRatio] :
              {Row{{300.25, 200.5, 600, 400}, {500, 300}, {540, 270}, {340.25, 170.5, 600, 400}},
               // A pixel may be half a point, but areas are of whole ones.
               Row{{200, 150, 250, 180}, {216, 200}, {226.5, 200}, {211, 150, 250, 180}},
@@ -236,7 +242,17 @@ private Q_SLOTS:
               Row{{-10, -10, 3000, 2000}, {500, 300}, {600, 400}, {0, 0, 3000, 2000}},
               Row{usual, {890, 210}, lastPixel, {300, 0, 1620, 600}},
               Row{elsewhere, {2050, 550}, {2060, 550}, {1620, 500, 300, 200}},
-              Row{elsewhere, {2290, 600}, {2400, 600}, {1620, 500, 300, 200}}}) {
+              Row{elsewhere, {2290, 600}, {2400, 600}, {1620, 500, 300, 200}},
+              Row{usual, {890, 590}, {960, 590}, {300, 200, 660, 440}, true},
+              Row{usual, {890, 590}, {800, 560}, {300, 200, 540, 360}, true},
+              Row{usual, {310, 210}, {360, 120}, {180, 120, 720, 480}, true},
+              Row{usual, {890, 300}, {1050, 999}, {300, 150, 750, 500}, true},
+              Row{usual, {500, 590}, {0, 350}, {488, 200, 225, 150}, true}, // not smaller
+              Row{usual, {890, 590}, {301, 201}, {300, 200, 225, 150}, true},
+              Row{usual, {890, 590}, {1900, 900}, {300, 200, 1320, 880}, true}, // on the screen
+              Row{usual, {310, 590}, {0, 0}, {0, 200, 900, 600}, true},
+              Row{{300, 20, 600, 400}, {890, 200}, {1200, 200}, {300, 0, 900, 600}, true},
+              Row{usual, {500, 300}, {540, 270}, {340, 170, 600, 400}, true}}) {
             for (const double scale : {1.0, 2.0}) {
                 Selector selector;
                 selector.desktop.scale = scale;
@@ -247,12 +263,44 @@ private Q_SLOTS:
                 selector.desktop.all = {{.name = {}, .pixels = {origin, size}},
                                         {.name = {}, .pixels = {right, size}}};
                 selector.open(area);
-                selector.drag(from, to == lastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to);
+                selector.drag(from, to == lastPixel ? QPointF(1920 - 1 / scale, 1 / scale) : to,
+                              keepsRatio);
                 const Rect frame{expected.x, expected.y, expected.width, expected.height};
                 QCOMPARE(selector.desktop.overlay->frame,
                          selector.desktop.mainDisplay()->areaPixels(frame));
                 selector.click({frame.midX(), frame.midY() + 15});
                 QCOMPARE(selector.confirmed, expected);
+            }
+        }
+    }
+
+    void size_isToldBesideTheAreaWhileItIsDragged()
+    {
+        const QRect screen(0, 0, 1920, 1080);
+        using Side = bool (*)(QRect area, QRect label);
+        const Side below = [](QRect area, QRect label) { return label.top() > area.bottom(); };
+        const Side above = [](QRect area, QRect label) { return label.bottom() < area.top(); };
+        const Side right = [](QRect area, QRect label) { return label.left() > area.right(); };
+        const Side left = [](QRect area, QRect label) { return label.right() < area.left(); };
+        const Side inside = [](QRect area, QRect label) { return area.contains(label); };
+        for (const auto &[area, side] : {std::pair(CaptureFrame{300, 200, 600, 400}, below),
+                                         std::pair(CaptureFrame{0, 200, 160, 400}, below),
+                                         std::pair(CaptureFrame{300, 10, 600, 400}, above),
+                                         std::pair(CaptureFrame{300, 10, 600, 1060}, right),
+                                         std::pair(CaptureFrame{1300, 0, 620, 1080}, left),
+                                         std::pair(CaptureFrame{0, 0, 1920, 1080}, inside)}) {
+            for (const Kind end : {Kind::Release, Kind::Move, Kind::Leave}) {
+                Selector selector;
+                selector.open(area);
+                const QRect &label = selector.desktop.overlay->label;
+                const QPointF grip(area.x + 50, area.y + 50);
+                selector.pointer(Kind::Press, grip);
+                QVERIFY(label.isEmpty());
+                selector.pointer(Kind::Drag, grip);
+                QVERIFY(!label.isEmpty() && screen.contains(label));
+                QVERIFY(side(selector.desktop.overlay->frame, label));
+                selector.pointer(end, grip);
+                QVERIFY(label.isEmpty());
             }
         }
     }
