@@ -69,7 +69,10 @@ AreaMarksX11::MarkWindow AreaMarksX11::makeWindow(xcb_window_t parent) const
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
                       XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT, values.data());
     if (parent == connection_.root()) {
-        describeOverlay(connection_, id, QStringLiteral("Glimmerpane - Frame"));
+        // Of what it does not manage, metacity leaves only this kind without a shadow, which would
+        // reach into the area.
+        describeOverlay(connection_, id, QStringLiteral("Glimmerpane - Frame"),
+                        "_NET_WM_WINDOW_TYPE_DND");
         setWindowShape(connection_.get(), id, XCB_SHAPE_SK_INPUT, {});
     }
     return {.window = Window(connection_.get(), id), .isShown = false, .mark = {}};

@@ -67,9 +67,10 @@ void describeWindow(const Connection &connection, xcb_window_t window, const QSt
     set(connection.atom("_NET_WM_PID"), XCB_ATOM_CARDINAL, 32, 1, &pid);
 }
 
-void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title)
+void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title,
+                     AtomName type)
 {
-    describeWindow(connection, window, title, "_NET_WM_WINDOW_TYPE_UTILITY");
+    describeWindow(connection, window, title, type);
     // ICCCM 4.1.2.4: the flag InputHint, and no input.
     const std::array<std::uint32_t, 9> hints{1};
     setProperty(connection, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32, hints.size(),

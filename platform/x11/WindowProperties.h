@@ -65,6 +65,7 @@ void describeWindow(const Connection &connection, xcb_window_t window, const QSt
  * The same for a window above all others that the program moves by itself: it takes no keyboard
  * input, and compositors draw no shadow around it.
  */
-void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title);
+void describeOverlay(const Connection &connection, xcb_window_t window, const QString &title,
+                     AtomName type = "_NET_WM_WINDOW_TYPE_UTILITY");
 
 } // namespace glimmerpane::x11
