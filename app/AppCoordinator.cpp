@@ -84,6 +84,7 @@ std::shared_ptr<SharingWindow> AppCoordinator::showSharingWindow(const CaptureFr
         }
     };
     window->onActivated = onOutputActivated_;
+    window->onWatchedChanged = onWatchedChanged_;
     sharingWindow_ = window;
     window->orderFront();
     return window;
@@ -99,6 +100,11 @@ void AppCoordinator::closeSharingWindow()
 bool AppCoordinator::isSharingWindowVisible() const
 {
     return sharingWindow_ && sharingWindow_->isVisible();
+}
+
+std::optional<bool> AppCoordinator::isSharingWindowWatched() const
+{
+    return sharingWindow_ ? sharingWindow_->isWatched() : std::nullopt;
 }
 
 } // namespace glimmerpane

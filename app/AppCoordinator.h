@@ -7,6 +7,8 @@
 #include <QObject>
 
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace glimmerpane
 {
@@ -28,10 +30,13 @@ public:
     std::shared_ptr<SharingWindow> showSharingWindow(const CaptureFrame &frame) override;
     void closeSharingWindow() override;
     bool isSharingWindowVisible() const override;
+    std::optional<bool> isSharingWindowWatched() const override;
+    void setOnWatchedChanged(Handler handler) override { onWatchedChanged_ = std::move(handler); }
 
 private:
     const Backend backend_;
     const Handler onOutputActivated_;
+    Handler onWatchedChanged_;
     std::shared_ptr<FrameSelectorWindowController> frameSelectorController_; ///< while it is open
     std::shared_ptr<WindowLifecycleDelegate> frameSelectorDelegate_;
     std::shared_ptr<SharingWindow> sharingWindow_; ///< may be hidden

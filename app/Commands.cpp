@@ -234,12 +234,14 @@ QCoro::Task<> Commands::obey(SessionOrder order, Reply reply)
 CommandResult Commands::status() const
 {
     const auto shared = model_.sharedFrame();
+    const auto watched = model_.isWatched();
     const CaptureStatistics statistics = model_.captureStatistics();
     const nlohmann::ordered_json object{
         {"area", jsonOf(model_.currentFrame())},
         {"sharing", model_.isSharingWindowOpen()},
         {"sharedArea", shared ? jsonOf(*shared) : nlohmann::ordered_json()},
         {"paused", model_.isPaused()},
+        {"watched", watched ? nlohmann::ordered_json(*watched) : nlohmann::ordered_json()},
         {"framesPerSecond", statistics.framesInLastSecond},
         {"drops", statistics.dropped},
         {"backend", running_.name.toStdString()},

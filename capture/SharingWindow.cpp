@@ -15,6 +15,11 @@ SharingWindow::SharingWindow(OutputWindows &windows, QRect area)
                 onActivated();
             }
         };
+        (*content_)->onWatchedChanged = [this] {
+            if (onWatchedChanged) {
+                onWatchedChanged();
+            }
+        };
     }
 }
 
@@ -43,6 +48,11 @@ void SharingWindow::orderOut()
 bool SharingWindow::isVisible() const
 {
     return content_ && (*content_)->isVisible();
+}
+
+std::optional<bool> SharingWindow::isWatched() const
+{
+    return content_ ? (*content_)->isWatched() : std::nullopt;
 }
 
 std::expected<OutputWindow *, Error> SharingWindow::content() const

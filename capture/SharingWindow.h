@@ -9,6 +9,7 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane
 {
@@ -33,12 +34,17 @@ public:
     /** Called when the user wants to see the window, which stays unseen. */
     std::function<void()> onActivated;
 
+    /** Called when isWatched() has changed. */
+    std::function<void()> onWatchedChanged;
+
     /** Only calls onCloseRequest. */
     void close();
 
     void orderFront();
     void orderOut();
     bool isVisible() const;
+    /** Whether another program reads it; null if the desktop does not tell. */
+    std::optional<bool> isWatched() const;
 
     QSize size() const { return size_; } ///< pixels
 

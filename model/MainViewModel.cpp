@@ -52,6 +52,11 @@ MainViewModel::MainViewModel(std::unique_ptr<FrameRepositoryProtocol> frameRepos
     installSessionWatch();
     connect(&session_, &SharingSession::frameChanged, this, &MainViewModel::sharedFrameChanged);
     connect(&session_, &SharingSession::pausedChanged, this, &MainViewModel::pausedChanged);
+    windowCoordinator_->setOnWatchedChanged([self = QPointer(this)] {
+        if (self) {
+            Q_EMIT self->watchedChanged();
+        }
+    });
 }
 
 CaptureFrame MainViewModel::initialFrame() const

@@ -79,6 +79,8 @@ public:
     /** See SharingSession for these. */
     std::optional<CaptureFrame> sharedFrame() const { return session_.frame(); }
     bool isPaused() const { return session_.isPaused(); }
+    /** Whether another program reads the output window; null if nobody tells, or there is none. */
+    std::optional<bool> isWatched() const { return windowCoordinator_->isSharingWindowWatched(); }
     /** Also stores the area if `saves`. */
     QCoro::Task<SharingSession::Result> moveSharing(CaptureFrame frame, bool saves);
     /** A session that is starting starts paused. */
@@ -110,6 +112,8 @@ Q_SIGNALS:
     void sharedFrameChanged();
     /** isPaused() has changed. */
     void pausedChanged();
+    /** isWatched() has changed during a session. */
+    void watchedChanged();
     /** The selector has opened, or failed to with an error that is about to be shown. */
     void frameSelectorShown(const QString &error);
 

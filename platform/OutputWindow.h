@@ -10,6 +10,7 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane
 {
@@ -37,6 +38,11 @@ public:
 
     /** Called when the user wants to see the window, where the desktop lets them choose it. */
     std::function<void()> onActivated;
+
+    /** Whether another program reads the window; null if the desktop does not tell. */
+    virtual std::optional<bool> isWatched() const { return std::nullopt; }
+
+    std::function<void()> onWatchedChanged; ///< isWatched() has changed
 
     /** Called when what was drawn into the window is lost. */
     std::function<void()> onContentsLost;

@@ -47,6 +47,11 @@ public:
 
     /** Whether there is an output window and it is shown. */
     virtual bool isSharingWindowVisible() const = 0;
+
+    /** Whether another program reads the output window; null without one, or if nobody tells. */
+    virtual std::optional<bool> isSharingWindowWatched() const = 0;
+    /** Called when that has changed while the window is open. Set once, by the view model. */
+    virtual void setOnWatchedChanged(Handler handler) = 0;
 };
 
 /** Statistics of the current session; zeros without one. */

@@ -426,9 +426,10 @@ Options:
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
-                           which, and whether it is paused, the frames shown
-                           in the last second and the frames dropped, the
-                           back end, and whether clicks are shown, as JSON.
+                           which, whether it is paused and whether another
+                           program reads it, the frames shown in the last
+                           second and the frames dropped, the back end, and
+                           whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   --backend=NAME           Read the screen by gnome, wlroots, kwin, portal or
@@ -467,10 +468,11 @@ Optionen:
                            anderen nicht sehen, mit einem Griff zum Verschieben;
                            oder keinen. Wird gemerkt; anfangs keiner.
   --status                 Als JSON ausgeben: den gespeicherten Bereich, ob einer
-                           freigegeben ist, welcher, und ob er pausiert, die in
-                           der letzten Sekunde gezeigten und die ausgelassenen
-                           Bilder, den Zugriff auf den Bildschirm und ob Klicks
-                           gezeigt werden.
+                           freigegeben ist, welcher, ob er pausiert und ob ein
+                           anderes Programm ihn liest, die in der letzten
+                           Sekunde gezeigten und die ausgelassenen Bilder, den
+                           Zugriff auf den Bildschirm und ob Klicks gezeigt
+                           werden.
   --output-window=managed  Den Fensterverwalter das Ausgabefenster auflisten
                            lassen, für Programme, die nur anbieten, was er
                            auflistet.

@@ -426,9 +426,10 @@ Options:
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
-                           which, and whether it is paused, the frames shown
-                           in the last second and the frames dropped, the
-                           back end, and whether clicks are shown, as JSON.
+                           which, whether it is paused and whether another
+                           program reads it, the frames shown in the last
+                           second and the frames dropped, the back end, and
+                           whether clicks are shown, as JSON.
   --output-window=managed  Let the window manager list the output window, for
                            programs that offer only what it lists.
   --backend=NAME           Read the screen by gnome, wlroots, kwin, portal or
@@ -467,10 +468,10 @@ Options&#xa0;:
                            que les autres ne voient pas, avec une poignée pour la
                            déplacer, ou aucun. Mémorisé, aucun au début.
   --status                 Afficher en JSON la zone enregistrée, si une zone est
-                           partagée, laquelle, et si elle est en pause, le
-                           nombre d’images montrées dans la dernière seconde,
-                           celui des images perdues, l’accès à l’écran et si
-                           les clics sont montrés.
+                           partagée, laquelle, si elle est en pause et si un
+                           autre programme la lit, le nombre d’images montrées
+                           dans la dernière seconde, celui des images perdues,
+                           l’accès à l’écran et si les clics sont montrés.
   --output-window=managed  Laisser le gestionnaire de fenêtres lister la fenêtre
                            de sortie, pour les programmes qui ne proposent que
                            ce qu’il liste.

@@ -69,6 +69,7 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ManagedWindowX11::create(con
     window->describe(title);
     window->describeToManager();
     window->watchCompositor();
+    window->watchViewers();
     return window;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/x11/DisplayLayerX11.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/WindowProperties.h"
+#include "platform/x11/Xwayland.h"
 
 #include <xcb/composite.h>
 
@@ -63,6 +64,7 @@ std::expected<std::unique_ptr<OutputWindow>, Error> OffscreenWindowX11::create(c
     const std::array<std::uint32_t, 2> state{normalState, XCB_WINDOW_NONE};
     setProperty(connection, window->window_.get(), wmState, wmState, 32, state.size(),
                 state.data());
+    window->watchViewers();
     return window;
 }
 
@@ -105,6 +107,22 @@ void OffscreenWindowX11::describe(const QString &title, AtomName type)
     const xcb_atom_t deleteWindow = connection_.atom("WM_DELETE_WINDOW");
     setProperty(connection_, window_.get(), connection_.atom("WM_PROTOCOLS"), XCB_ATOM_ATOM, 32, 1,
                 &deleteWindow);
+}
+
+void OffscreenWindowX11::watchViewers()
+{
+    if (!isXwayland(connection_)) {
+        viewers_ = ViewerWatch::create(connection_, window_.get(), [this] {
+            if (onWatchedChanged) {
+                onWatchedChanged();
+            }
+        });
+    }
+}
+
+std::optional<bool> OffscreenWindowX11::isWatched() const
+{
+    return viewers_ ? std::optional(viewers_->hasViewers()) : std::nullopt;
 }
 
 void OffscreenWindowX11::orderFront()

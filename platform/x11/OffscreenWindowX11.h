@@ -5,6 +5,7 @@
 #include "platform/x11/Connection.h"
 #include "platform/x11/EventReader.h"
 #include "platform/x11/ServerId.h"
+#include "platform/x11/ViewerWatch.h"
 
 #include <expected>
 #include <memory>
@@ -37,6 +38,7 @@ public:
     void orderFront() override;
     void orderOut() override;
     std::expected<std::unique_ptr<DisplayLayer>, Error> makeDisplayLayer() override;
+    std::optional<bool> isWatched() const override;
 
 protected:
     std::expected<void, Error> createWindow(QPoint origin, bool isManaged);
@@ -45,6 +47,8 @@ protected:
     /** Sets its title and type, and that it handles close requests itself. */
     void describe(const QString &title, AtomName type = "_NET_WM_WINDOW_TYPE_NORMAL");
     virtual void handle(const xcb_generic_event_t &event);
+    /** From now on, if the programs that read the window are clients of this X server. */
+    void watchViewers();
 
     const Connection connection_;
     const Extensions extensions_;
@@ -58,6 +62,7 @@ private:
                                                                       QRect frame, AtomName type);
 
     QPoint place_; ///< root pixels
+    std::unique_ptr<ViewerWatch> viewers_; ///< null if nobody tells of them
 };
 
 /** A position off every display for a window of `size`; root pixels. */

@@ -69,6 +69,12 @@ class ConferenceTest : public QObject
         QByteArray said;
         QVERIFY2(fixture_.launchAgain({QString::fromLatin1(option)}, &said) == 0, said);
     }
+    bool isWatched(const char *answer) const
+    {
+        QByteArray status;
+        return fixture_.launchAgain({QStringLiteral("--status")}, &status) == 0
+            && status.contains(QByteArray("\"watched\":") + answer);
+    }
     QString state() const { return browser_->ask(QStringLiteral("state()")).toString(); }
 
 private Q_SLOTS:
@@ -79,6 +85,7 @@ private Q_SLOTS:
         fixture_.start(shareArea);
         QVERIFY(waitFor([&] { return fixture_.outputWindow().has_value(); }, patience));
 
+        QVERIFY(waitFor([&] { return isWatched("false"); }, patience));
         auto environment = fixture_.environment;
         environment.insert(QStringLiteral("HOME"), home_.path());
         const bool isFirefox = qgetenv("TEST_BROWSER") == "firefox";
@@ -209,6 +216,15 @@ private Q_SLOTS:
         background_->setColor(green);
         QVERIFY(isSeen(still, green));
         QCOMPARE(state(), QStringLiteral("live"));
+    }
+
+    void status_tellsWhetherTheCallWatches()
+    {
+        QVERIFY(isWatched("true"));
+        browser_.reset();
+        QVERIFY(waitFor([&] { return isWatched("false"); }, patience));
+        command("--stop");
+        QVERIFY(isWatched("null"));
     }
 };
 

@@ -42,7 +42,7 @@ private Q_SLOTS:
         QVERIFY(fixture.launch());
         fixture.command("--status", 0,
                         R"({"area":{"x":400.0,"y":300.0,"width":600.0,"height":400.0},)"
-                        R"("sharing":false,"sharedArea":null,"paused":false,)"
+                        R"("sharing":false,"sharedArea":null,"paused":false,"watched":null,)"
                         R"("framesPerSecond":0,"drops":0,)"
                         R"("backend":"x11","clicks":"shown"})");
 

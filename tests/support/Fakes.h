@@ -180,6 +180,8 @@ struct FakeWindowCoordinator : Journalist<WindowCoordinatorProtocol> {
         isVisible = false;
     }
     bool isSharingWindowVisible() const override { return isVisible; }
+    std::optional<bool> isSharingWindowWatched() const override { return std::nullopt; }
+    void setOnWatchedChanged(Handler) override { }
 };
 
 struct FakeCaptureService : Journalist<CaptureServiceProtocol> {
