@@ -112,7 +112,7 @@ void OffscreenWindowX11::describe(const QString &title, AtomName type)
 void OffscreenWindowX11::watchViewers()
 {
     if (!isXwayland(connection_)) {
-        viewers_ = ViewerWatch::create(connection_, window_.get(), [this] {
+        viewers_ = RedirectionWatch::create(connection_, window_.get(), [this] {
             if (onWatchedChanged) {
                 onWatchedChanged();
             }

@@ -4,8 +4,8 @@
 #include "platform/OutputWindow.h"
 #include "platform/x11/Connection.h"
 #include "platform/x11/EventReader.h"
+#include "platform/x11/RedirectionWatch.h"
 #include "platform/x11/ServerId.h"
-#include "platform/x11/ViewerWatch.h"
 
 #include <expected>
 #include <memory>
@@ -62,7 +62,7 @@ private:
                                                                       QRect frame, AtomName type);
 
     QPoint place_; ///< root pixels
-    std::unique_ptr<ViewerWatch> viewers_; ///< null if nobody tells of them
+    std::unique_ptr<RedirectionWatch> viewers_; ///< null if nobody tells of them
 };
 
 /** A position off every display for a window of `size`; root pixels. */

@@ -20,21 +20,21 @@ namespace glimmerpane::x11
  * program that captures windows gets the pixels of a covered one. The server reports the requests
  * for that, and no others, through RECORD. Main thread.
  */
-class ViewerWatch
+class RedirectionWatch
 {
 public:
     /**
      * Counts from now on; `owner` is the connection whose own redirection of the window does not
      * count. Null if the server has no RECORD. Waits for the server.
      */
-    static std::unique_ptr<ViewerWatch> create(const Connection &owner, xcb_window_t window,
-                                               std::function<void()> changed);
+    static std::unique_ptr<RedirectionWatch> create(const Connection &owner, xcb_window_t window,
+                                                    std::function<void()> changed);
 
     bool hasViewers() const { return !viewers_.empty(); }
 
 private:
-    ViewerWatch(Connection connection, std::uint32_t owner, xcb_window_t window,
-                std::function<void()> changed);
+    RedirectionWatch(Connection connection, std::uint32_t owner, xcb_window_t window,
+                     std::function<void()> changed);
     bool begin();
     void read();
     void note(const xcb_record_enable_context_reply_t &report);

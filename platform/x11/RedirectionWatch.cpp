@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "platform/x11/ViewerWatch.h"
+#include "platform/x11/RedirectionWatch.h"
 
 #include <xcb/composite.h>
 #include <xcb/record.h>
@@ -31,21 +31,22 @@ bool isReadable(const Report &report)
 
 } // namespace
 
-std::unique_ptr<ViewerWatch> ViewerWatch::create(const Connection &owner, xcb_window_t window,
-                                                 std::function<void()> changed)
+std::unique_ptr<RedirectionWatch> RedirectionWatch::create(const Connection &owner,
+                                                           xcb_window_t window,
+                                                           std::function<void()> changed)
 {
     auto connection = Connection::open();
     if (!connection) {
         return nullptr;
     }
     const auto base = xcb_get_setup(owner.get())->resource_id_base;
-    std::unique_ptr<ViewerWatch> watch(
-        new ViewerWatch(std::move(*connection), base, window, std::move(changed)));
+    std::unique_ptr<RedirectionWatch> watch(
+        new RedirectionWatch(std::move(*connection), base, window, std::move(changed)));
     return watch->begin() ? std::move(watch) : nullptr;
 }
 
-ViewerWatch::ViewerWatch(Connection connection, std::uint32_t owner, xcb_window_t window,
-                         std::function<void()> changed)
+RedirectionWatch::RedirectionWatch(Connection connection, std::uint32_t owner, xcb_window_t window,
+                                   std::function<void()> changed)
     : connection_(std::move(connection))
     , owner_(owner)
     , window_(window)
@@ -56,7 +57,7 @@ ViewerWatch::ViewerWatch(Connection connection, std::uint32_t owner, xcb_window_
 }
 
 /** The connection serves nothing else: a recording one gets no other replies. */
-bool ViewerWatch::begin()
+bool RedirectionWatch::begin()
 {
     auto *const connection = connection_.get();
     const auto *record = xcb_get_extension_data(connection, &xcb_record_id);
@@ -84,7 +85,7 @@ bool ViewerWatch::begin()
     return first && first->category == std::uint8_t(Category::StartOfData);
 }
 
-void ViewerWatch::read()
+void RedirectionWatch::read()
 {
     const bool hadViewers = hasViewers();
     void *reply = nullptr;
@@ -103,7 +104,7 @@ void ViewerWatch::read()
     }
 }
 
-void ViewerWatch::note(const Report &report)
+void RedirectionWatch::note(const Report &report)
 {
     const auto client = report.xid_base;
     if (report.category == std::uint8_t(Category::ClientDied)) {
