@@ -231,6 +231,11 @@ QCoro::Task<> Commands::obey(SessionOrder order, Reply reply)
     }
 }
 
+QString Commands::clicks() const
+{
+    return showsClicks_ ? QStringLiteral("shown") : QStringLiteral("none");
+}
+
 CommandResult Commands::status() const
 {
     const auto shared = model_.sharedFrame();
@@ -245,7 +250,7 @@ CommandResult Commands::status() const
         {"framesPerSecond", statistics.framesInLastSecond},
         {"drops", statistics.dropped},
         {"backend", running_.name.toStdString()},
-        {"clicks", showsClicks_ ? "shown" : "none"},
+        {"clicks", clicks().toStdString()},
     };
     return {.exitCode = ExitCode::Succeeded,
             .output = QString::fromStdString(object.dump()),

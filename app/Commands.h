@@ -40,6 +40,11 @@ public:
      */
     void obey(const LaunchOptions &options, const Reply &reply);
 
+    /** How the screen is read, as --backend takes it. */
+    const QString &backend() const { return running_.name; }
+    /** "shown", or "none" if the others see no clicks. */
+    QString clicks() const;
+
 private:
     QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
     Reply afterwards(const QFuture<void> &written, const Reply &reply);

@@ -3,6 +3,7 @@
 
 #include "app/AppCoordinator.h"
 #include "app/Log.h"
+#include "app/SessionInterface.h"
 #include "app/StoredAreas.h"
 #include "app/UnixSignals.h"
 #include "capture/ScreenCaptureService.h"
@@ -221,6 +222,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
         commands_.obey(commandLine, reply);
     })
 {
+    serveSession(bus_.object(), *viewModel_, areaFrame_, commands_);
     alerts_.setParentWindow(&window_);
     QObject::connect(&displayWatch_, &DisplayWatch::changed, viewModel_.get(),
                      &MainViewModel::displaysChanged);
