@@ -16,10 +16,12 @@
 namespace glimmerpane
 {
 
-Commands::Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
+Commands::Commands(MainViewModel &model, AreaFrame &frame, Shortcuts &shortcuts,
+                   BackendRequest running, bool showsClicks,
                    std::function<void(const QString &)> bringForward)
     : model_(model)
     , frame_(frame)
+    , shortcuts_(shortcuts)
     , running_(std::move(running))
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
@@ -78,6 +80,10 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
 {
     if (options.areas.asksForSomething()) {
         obeyAboutAreas(options, reply);
+        return;
+    }
+    if (options.shortcuts) {
+        obeyAboutShortcuts(options, reply);
         return;
     }
     Reply done = [this, reply, tells = options.status](const CommandResult &result) {
@@ -162,6 +168,22 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
     });
 }
 
+/** Turns them on or off, then sees to all the rest. */
+QCoro::Task<> Commands::obeyAboutShortcuts(LaunchOptions options, Reply reply)
+{
+    const QPointer self(this);
+    const bool on = *std::exchange(options.shortcuts, std::nullopt);
+    const auto turned = co_await shortcuts_.turn(on);
+    if (!self) {
+        co_return;
+    }
+    if (turned) {
+        obey(options, reply);
+    } else {
+        reply(CommandResult::failure(turned.error().text));
+    }
+}
+
 Commands::Reply Commands::afterwards(const QFuture<void> &written, const Reply &reply)
 {
     return [this, reply, written](const CommandResult &result) {
@@ -231,6 +253,11 @@ QCoro::Task<> Commands::obey(SessionOrder order, Reply reply)
     }
 }
 
+QString Commands::clicks() const
+{
+    return showsClicks_ ? QStringLiteral("shown") : QStringLiteral("none");
+}
+
 CommandResult Commands::status() const
 {
     const auto shared = model_.sharedFrame();
@@ -245,7 +272,7 @@ CommandResult Commands::status() const
         {"framesPerSecond", statistics.framesInLastSecond},
         {"drops", statistics.dropped},
         {"backend", running_.name.toStdString()},
-        {"clicks", showsClicks_ ? "shown" : "none"},
+        {"clicks", clicks().toStdString()},
     };
     return {.exitCode = ExitCode::Succeeded,
             .output = QString::fromStdString(object.dump()),

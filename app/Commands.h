@@ -4,6 +4,7 @@
 #include "app/AreaFrame.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
+#include "app/Shortcuts.h"
 
 #include "platform/Backend.h"
 
@@ -26,10 +27,10 @@ public:
 
     /**
      * `running` is what this program runs with, which may not show clicks; `bringForward` raises
-     * the main window. The model and the frame must outlive this object.
+     * the main window. The references must outlive this object.
      */
-    Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
-             std::function<void(const QString &startupId)> bringForward);
+    Commands(MainViewModel &model, AreaFrame &frame, Shortcuts &shortcuts, BackendRequest running,
+             bool showsClicks, std::function<void(const QString &startupId)> bringForward);
 
     /** Carries out a command line from another launch. */
     void obey(const CommandLine &command, const Reply &reply);
@@ -40,8 +41,14 @@ public:
      */
     void obey(const LaunchOptions &options, const Reply &reply);
 
+    /** How the screen is read, as --backend takes it. */
+    const QString &backend() const { return running_.name; }
+    /** "shown", or "none" if the others see no clicks. */
+    QString clicks() const;
+
 private:
     QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
+    QCoro::Task<> obeyAboutShortcuts(LaunchOptions options, Reply reply);
     Reply afterwards(const QFuture<void> &written, const Reply &reply);
     void share(const Reply &reply);
     void select(const Reply &reply);
@@ -51,6 +58,7 @@ private:
 
     MainViewModel &model_;
     AreaFrame &frame_;
+    Shortcuts &shortcuts_;
     const BackendRequest running_;
     const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;

@@ -3,6 +3,7 @@
 
 #include "app/AppCoordinator.h"
 #include "app/Log.h"
+#include "app/SessionInterface.h"
 #include "app/StoredAreas.h"
 #include "app/UnixSignals.h"
 #include "capture/ScreenCaptureService.h"
@@ -214,13 +215,16 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     , viewModel_(makeViewModel(backend, alerts_, makeUpdateRepository,
                                [this] { showInsteadOfOutput(mostTries); }))
     , areaFrame_(*viewModel_, backend, areaFrameFile())
+    , shortcuts_(shortcutsFile(), *viewModel_, areaFrame_)
     , window_(*viewModel_, shell_)
-    , commands_(*viewModel_, areaFrame_, std::move(request), backend.presses != nullptr,
+    , commands_(*viewModel_, areaFrame_, shortcuts_, std::move(request), backend.presses != nullptr,
                 [this](const QString &startupId) { bringForward(startupId); })
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);
     })
 {
+    serveSession(bus_.object(), *viewModel_, areaFrame_, commands_);
+    obeyShortcuts();
     alerts_.setParentWindow(&window_);
     QObject::connect(&displayWatch_, &DisplayWatch::changed, viewModel_.get(),
                      &MainViewModel::displaysChanged);
@@ -233,12 +237,30 @@ void GlimmerpaneShareApp::launch(const LaunchOptions &options)
         scheduleUpdateCheck();
     }
     window_.show();
+    if (!options.shortcuts) {
+        shortcuts_.restore();
+    }
     // Deferred into the event loop: a signal can end an alert's loop only once the main loop is
     // running.
     const auto obey = [this, options] {
         commands_.obey(options, [](const CommandResult &result) { print(result); });
     };
     QMetaObject::invokeMethod(&commands_, obey, Qt::QueuedConnection);
+}
+
+/** Failures are told by notifications: whoever presses such keys looks at another window. */
+void GlimmerpaneShareApp::obeyShortcuts()
+{
+    const auto tell = [this](const QString &text) {
+        if (!text.isEmpty()) {
+            shell_->notify(QGuiApplication::applicationDisplayName(), text);
+        }
+    };
+    QObject::connect(&shortcuts_, &Shortcuts::failed, &commands_, tell);
+    QObject::connect(
+        &shortcuts_, &Shortcuts::pressed, &commands_, [this, tell](const LaunchOptions &options) {
+            commands_.obey(options, [tell](const CommandResult &result) { tell(result.error); });
+        });
 }
 
 void GlimmerpaneShareApp::bringForward(const QString &startupId)

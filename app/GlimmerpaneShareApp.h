@@ -5,6 +5,7 @@
 #include "app/Commands.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
+#include "app/Shortcuts.h"
 #include "model/MainViewModel.h"
 #include "platform/Backend.h"
 #include "platform/DisplayWatch.h"
@@ -41,12 +42,14 @@ private:
     void bringForward(const QString &startupId);
     void showInsteadOfOutput(int tries);
     void scheduleUpdateCheck();
+    void obeyShortcuts();
 
     Appearance appearance_;
     const std::shared_ptr<Shell> shell_;
     MessageBoxAlerts alerts_;
     const std::unique_ptr<MainViewModel> viewModel_;
     AreaFrame areaFrame_;
+    Shortcuts shortcuts_;
     const DisplayWatch displayWatch_;
     MainWindow window_;
     Commands commands_;

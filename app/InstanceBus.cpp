@@ -77,6 +77,34 @@ std::optional<CommandResult> objection(const QDBusMessage &answer)
         InstanceBus::tr("Glimmerpane is already running on display %1.").arg(theirs));
 }
 
+/** Between launches of the same version, so not for other programs. */
+ServedInterface commandInterface(InstanceBus::Handler handler)
+{
+    const auto argument = [](const char *signature, const char *name) {
+        return ServedArgument{.signature = QLatin1String(signature), .name = QLatin1String(name)};
+    };
+    auto command
+        = [handler = std::move(handler)](const QVariantList &taken, const CallReply &reply) {
+              handler({.arguments = taken[0].toStringList(), .startupId = taken[1].toString()},
+                      [reply](const CommandResult &result) {
+                          reply(QVariantList{int(result.exitCode), result.output, result.error});
+                      });
+          };
+    const auto display
+        = [](const QVariantList &, const CallReply &reply) { reply(QVariantList{displayName()}); };
+    return {.name = name(),
+            .methods = {{.name = QStringLiteral("Command"),
+                         .takes = {argument("as", "arguments"), argument("s", "startup_id")},
+                         .gives = {argument("i", "exit_code"), argument("s", "output"),
+                                   argument("s", "error")},
+                         .call = std::move(command)},
+                        {.name = QStringLiteral("Display"),
+                         .takes = {},
+                         .gives = {argument("s", "name")},
+                         .call = display}},
+            .properties = {}};
+}
+
 bool isNobodyThere(const QDBusMessage &reply)
 {
     return reply.errorName() == u"org.freedesktop.DBus.Error.ServiceUnknown"
@@ -115,8 +143,9 @@ std::optional<CommandResult> handOver(const CommandLine &command)
 }
 
 InstanceBus::InstanceBus(Handler handler)
-    : handler_(std::move(handler))
+    : object_(path())
 {
+    object_.add(commandInterface(std::move(handler)));
 }
 
 bool InstanceBus::claimName()
@@ -129,25 +158,9 @@ bool InstanceBus::claimName()
         return true;
     }
     // Register the object first: clients may call as soon as they see the name.
-    bus.registerObject(path(), this, QDBusConnection::ExportAllSlots);
+    object_.showOn(bus);
     const auto answer = bus.interface()->registerService(name());
     return !answer.isValid() || answer.value() == QDBusConnectionInterface::ServiceRegistered;
-}
-
-QString InstanceBus::Display() const
-{
-    return displayName();
-}
-
-int InstanceBus::Command(const QStringList &arguments, const QString &startupId,
-                         QString & /*output*/, QString & /*error*/)
-{
-    setDelayedReply(true);
-    const auto reply = [bus = connection(), call = message()](const CommandResult &result) {
-        bus.send(call.createReply(QVariantList{int(result.exitCode), result.output, result.error}));
-    };
-    handler_({.arguments = arguments, .startupId = startupId}, reply);
-    return 0;
 }
 
 } // namespace glimmerpane

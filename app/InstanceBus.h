@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/CommandResult.h"
+#include "platform/bus/ServedObject.h"
 
-#include <QDBusContext>
-#include <QObject>
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <functional>
@@ -26,13 +26,12 @@ struct CommandLine {
 std::optional<CommandResult> handOver(const CommandLine &command);
 
 /**
- * Makes this program the only instance in its session by owning a name on the session bus. Main
- * thread.
+ * Makes this program the only instance in its session by owning a name on the session bus, with one
+ * object that takes commands from other launches. Main thread.
  */
-class InstanceBus : public QObject, protected QDBusContext
+class InstanceBus
 {
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "io.github.glimmerpane.Glimmerpane")
+    Q_DECLARE_TR_FUNCTIONS(glimmerpane::InstanceBus)
 
 public:
     using Reply = std::function<void(const CommandResult &)>;
@@ -41,21 +40,14 @@ public:
     /** The handler replies to each command exactly once, immediately or later. */
     explicit InstanceBus(Handler handler);
 
+    /** What others see; more interfaces can be added before the name is claimed. */
+    ServedObject &object() { return object_; }
+
     /** False if another program owns the name. True without a bus. */
     bool claimName();
 
-public Q_SLOTS:
-    /** D-Bus method. Its results are sent when the handler replies. */
-    // NOLINTNEXTLINE(readability-identifier-naming): methods of D-Bus begin with a capital letter
-    int Command(const QStringList &arguments, const QString &startupId, QString &output,
-                QString &error);
-
-    /** D-Bus method. Names the display of this program's windows. */
-    // NOLINTNEXTLINE(readability-identifier-naming)
-    QString Display() const;
-
 private:
-    const Handler handler_;
+    ServedObject object_;
 };
 
 } // namespace glimmerpane

@@ -67,7 +67,7 @@ void addOptions(QCommandLineParser &parser)
                              "toggle-pause", "status"}) {
         parser.addOption(QCommandLineOption(QLatin1String(flag)));
     }
-    for (const char *valued : {"area", "move", "frame", "output-window", "backend"}) {
+    for (const char *valued : {"area", "move", "frame", "shortcuts", "output-window", "backend"}) {
         parser.addOption({QLatin1String(valued), {}, QStringLiteral("value")});
     }
     parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
@@ -171,13 +171,21 @@ Done readSwitches(const QCommandLineParser &parser, LaunchOptions &options)
                       .off = QLatin1String("off"),
                       .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
                                                      "'%1' is neither on nor off, for --frame.")});
-    for (const auto &value : {listed, frame}) {
+    const auto shortcuts = readSwitch(
+        parser,
+        {.name = "shortcuts",
+         .on = QLatin1String("on"),
+         .off = QLatin1String("off"),
+         .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
+                                        "'%1' is neither on nor off, for --shortcuts.")});
+    for (const auto &value : {listed, frame, shortcuts}) {
         if (!value) {
             return std::unexpected(value.error());
         }
     }
     options.listsOutput = *listed;
     options.frame = *frame;
+    options.shortcuts = *shortcuts;
     return {};
 }
 
@@ -208,6 +216,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                           .save = isSet(parser, "save"),
                           .order = orderIn(parser),
                           .frame = std::nullopt,
+                          .shortcuts = std::nullopt,
                           .status = isSet(parser, "status"),
                           .backend = valueOf(parser, "backend"),
                           .listsOutput = std::nullopt,
@@ -251,6 +260,9 @@ QString helpText()
         "  --frame on|off           Show a frame around the area while it is shared, which\n"
         "                           the others do not see, with a handle to drag the area\n"
         "                           by; or show none. Remembered; off at first.\n"
+        "  --shortcuts on|off       Have the desktop ask for keys that share or stop, pause\n"
+        "                           or go on, and show or hide the frame; or use none.\n"
+        "                           Remembered; off at first.\n"
         "  --status                 Print the stored area, whether one is being shared,\n"
         "                           which, whether it is paused and whether another\n"
         "                           program reads it, the frames shown in the last\n"

@@ -137,4 +137,9 @@ SettingsFile areaFrameFile()
     return {.path = settingsPath(), .key = QStringLiteral("areaFrame")};
 }
 
+SettingsFile shortcutsFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("shortcuts")};
+}
+
 } // namespace glimmerpane

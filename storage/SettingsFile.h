@@ -52,5 +52,7 @@ SettingsFile restoreTokenFile();
 SettingsFile namedAreasFile();
 /** Whether a frame is to be shown around the shared area. */
 SettingsFile areaFrameFile();
+/** Whether the desktop is to offer shortcuts. */
+SettingsFile shortcutsFile();
 
 } // namespace glimmerpane

@@ -344,6 +344,22 @@
         <source>KWin does not let this program record the screen. It does so once Glimmerpane is installed; --backend=portal asks you instead.</source>
         <translation>KWin lässt dieses Programm den Bildschirm nicht aufzeichnen. Sobald Glimmerpane installiert ist, geht es; mit --backend=portal werden stattdessen Sie gefragt.</translation>
     </message>
+    <message>
+        <source>This desktop does not let programs set shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
+        <translation>Hier können Programme keine Tastenkürzel festlegen. docs/shortcuts.md sagt, wie es in den Einstellungen des Desktops geht.</translation>
+    </message>
+    <message>
+        <source>The shortcuts were turned off meanwhile.</source>
+        <translation>Die Tastenkürzel wurden inzwischen abgeschaltet.</translation>
+    </message>
+    <message>
+        <source>The shortcuts were declined.</source>
+        <translation>Die Tastenkürzel wurden abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The desktop could not set up the shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
+        <translation>Der Desktop konnte die Tastenkürzel nicht einrichten. docs/shortcuts.md sagt, wie es in seinen Einstellungen geht.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -399,6 +415,10 @@
         <translation>„%1“ ist weder „on“ noch „off“ für --frame.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --shortcuts.</source>
+        <translation>„%1“ ist weder „on“ noch „off“ für --shortcuts.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -425,6 +445,9 @@ Options:
   --frame on|off           Show a frame around the area while it is shared, which
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
+  --shortcuts on|off       Have the desktop ask for keys that share or stop, pause
+                           or go on, and show or hide the frame; or use none.
+                           Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
                            which, whether it is paused and whether another
                            program reads it, the frames shown in the last
@@ -467,6 +490,9 @@ Optionen:
   --frame on|off           Beim Teilen einen Rahmen um den Bereich zeigen, den die
                            anderen nicht sehen, mit einem Griff zum Verschieben;
                            oder keinen. Wird gemerkt; anfangs keiner.
+  --shortcuts on|off       Den Desktop nach Tasten für Freigabe, Pause und
+                           Rahmen fragen lassen; oder keine benutzen. Wird
+                           gemerkt; anfangs keine.
   --status                 Als JSON ausgeben: den gespeicherten Bereich, ob einer
                            freigegeben ist, welcher, ob er pausiert und ob ein
                            anderes Programm ihn liest, die in der letzten
@@ -648,6 +674,25 @@ Neue Version: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Einstellungen werden aus %1 weder gelesen noch dort gespeichert: zu groß oder keine reguläre Datei.</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::Shortcuts</name>
+    <message>
+        <source>The shortcuts were turned on or off again meanwhile.</source>
+        <translation>Die Tastenkürzel wurden inzwischen erneut an- oder abgeschaltet.</translation>
+    </message>
+    <message>
+        <source>Start or stop sharing</source>
+        <translation>Freigabe starten oder beenden</translation>
+    </message>
+    <message>
+        <source>Pause sharing or go on</source>
+        <translation>Freigabe pausieren oder fortsetzen</translation>
+    </message>
+    <message>
+        <source>Show or hide the frame around the area</source>
+        <translation>Rahmen um den Bereich zeigen oder verbergen</translation>
     </message>
 </context>
 </TS>

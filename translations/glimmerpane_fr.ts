@@ -344,6 +344,22 @@
         <source>KWin does not let this program record the screen. It does so once Glimmerpane is installed; --backend=portal asks you instead.</source>
         <translation>KWin ne laisse pas ce programme enregistrer l’écran. Il le fait dès que Glimmerpane est installé&#x202f;; avec --backend=portal, la question vous est posée.</translation>
     </message>
+    <message>
+        <source>This desktop does not let programs set shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
+        <translation>Ici, les programmes ne peuvent pas définir de raccourcis. docs/shortcuts.md dit comment les définir dans les réglages du bureau.</translation>
+    </message>
+    <message>
+        <source>The shortcuts were turned off meanwhile.</source>
+        <translation>Les raccourcis ont été désactivés entre-temps.</translation>
+    </message>
+    <message>
+        <source>The shortcuts were declined.</source>
+        <translation>Les raccourcis ont été refusés.</translation>
+    </message>
+    <message>
+        <source>The desktop could not set up the shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
+        <translation>Le bureau n’a pas pu définir les raccourcis. docs/shortcuts.md dit comment les définir dans ses réglages.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -399,6 +415,10 @@
         <translation>«&#xa0;%1&#xa0;» n’est ni «&#xa0;on&#xa0;» ni «&#xa0;off&#xa0;», pour --frame.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --shortcuts.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est ni «&#xa0;on&#xa0;» ni «&#xa0;off&#xa0;», pour --shortcuts.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -425,6 +445,9 @@ Options:
   --frame on|off           Show a frame around the area while it is shared, which
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
+  --shortcuts on|off       Have the desktop ask for keys that share or stop, pause
+                           or go on, and show or hide the frame; or use none.
+                           Remembered; off at first.
   --status                 Print the stored area, whether one is being shared,
                            which, whether it is paused and whether another
                            program reads it, the frames shown in the last
@@ -467,6 +490,9 @@ Options&#xa0;:
   --frame on|off           Montrer pendant le partage un cadre autour de la zone,
                            que les autres ne voient pas, avec une poignée pour la
                            déplacer, ou aucun. Mémorisé, aucun au début.
+  --shortcuts on|off       Faire demander par le bureau des touches pour partager,
+                           mettre en pause et montrer le cadre, ou n’en utiliser
+                           aucune. Mémorisé, aucune au début.
   --status                 Afficher en JSON la zone enregistrée, si une zone est
                            partagée, laquelle, si elle est en pause et si un
                            autre programme la lit, le nombre d’images montrées
@@ -647,6 +673,25 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Settings are neither read from nor saved to %1: it is too large or not a regular file.</source>
         <translation>Les paramètres ne sont ni lus dans %1 ni enregistrés&#xa0;: il est trop volumineux ou n’est pas un fichier ordinaire.</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::Shortcuts</name>
+    <message>
+        <source>The shortcuts were turned on or off again meanwhile.</source>
+        <translation>Les raccourcis ont été de nouveau activés ou désactivés entre-temps.</translation>
+    </message>
+    <message>
+        <source>Start or stop sharing</source>
+        <translation>Démarrer ou arrêter le partage</translation>
+    </message>
+    <message>
+        <source>Pause sharing or go on</source>
+        <translation>Mettre le partage en pause ou le reprendre</translation>
+    </message>
+    <message>
+        <source>Show or hide the frame around the area</source>
+        <translation>Montrer ou cacher le cadre autour de la zone</translation>
     </message>
 </context>
 </TS>

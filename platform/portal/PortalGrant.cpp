@@ -2,11 +2,10 @@
 #include "platform/portal/PortalGrant.h"
 
 #include "platform/Log.h"
+#include "platform/portal/PortalSession.h"
 
 #include <QDBusArgument>
-#include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
-#include <QUuid>
 
 #include <utility>
 
@@ -67,15 +66,6 @@ QVariantMap wantedSources(const QString &token, uint cursorModes)
     return options;
 }
 
-QCoro::Task<PortalAnswer> createSession(PortalRequests &requests)
-{
-    const QVariantList nothing;
-    const QVariantMap naming{
-        {QStringLiteral("session_handle_token"),
-         QStringLiteral("glimmerpane_") + QUuid::createUuid().toString(QUuid::Id128)}};
-    co_return co_await requests.ask(QStringLiteral("CreateSession"), nothing, naming);
-}
-
 Error withoutStream()
 {
     return {.text = Error::tr("The desktop could not start to record the screen."),
@@ -84,47 +74,7 @@ Error withoutStream()
 
 } // namespace
 
-/** A session of the portal; ends with the object. */
-class PortalGrant::Session
-{
-public:
-    explicit Session(const QString &path)
-        : object_{.service = screenCast().service,
-                  .path = path,
-                  .interface = QStringLiteral("org.freedesktop.portal.Session")}
-        , closed_(object_, QStringLiteral("Closed"), [this](const QVariantList &) {
-            isClosed_ = true;
-            if (onClosed_) {
-                onClosed_();
-            }
-        })
-    {
-    }
-    Q_DISABLE_COPY_MOVE(Session)
-    ~Session()
-    {
-        if (!isClosed_) {
-            object_.send(QStringLiteral("Close"));
-        }
-    }
-
-    QVariant handle() const { return QVariant::fromValue(QDBusObjectPath(object_.path)); }
-    void onClosed(std::function<void()> closed)
-    {
-        onClosed_ = std::move(closed);
-        if (isClosed_ && onClosed_) {
-            onClosed_();
-        }
-    }
-
-private:
-    const BusObject object_;
-    std::function<void()> onClosed_;
-    bool isClosed_ = false;
-    const BusSignal closed_;
-};
-
-PortalGrant::PortalGrant(std::unique_ptr<Session> session)
+PortalGrant::PortalGrant(std::unique_ptr<PortalSession> session)
     : session_(std::move(session))
 {
 }
@@ -152,8 +102,7 @@ QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &
     if (!created) {
         co_return std::unexpected(created.error());
     }
-    PortalGrant grant(
-        std::make_unique<Session>(created->value(QStringLiteral("session_handle")).toString()));
+    PortalGrant grant(std::make_unique<PortalSession>(*created));
     const QVariantList session{grant.session_->handle()};
     const QVariantMap sources = wantedSources(token, modes);
     const auto selected = co_await requests.ask(QStringLiteral("SelectSources"), session, sources);

@@ -10,6 +10,8 @@
 namespace glimmerpane::portal
 {
 
+class PortalSession;
+
 /**
  * The user's permission to record one monitor; the recording ends with the object. Main thread.
  */
@@ -39,11 +41,9 @@ public:
     QString token; ///< for the next time; empty if the user does not want that
 
 private:
-    class Session;
+    explicit PortalGrant(std::unique_ptr<PortalSession> session);
 
-    explicit PortalGrant(std::unique_ptr<Session> session);
-
-    std::unique_ptr<Session> session_;
+    std::unique_ptr<PortalSession> session_;
 };
 
 } // namespace glimmerpane::portal

@@ -73,14 +73,14 @@ QCoro::Task<PortalAnswer> PortalRequests::ask(QString method, QVariantList argum
     const BusSignal response(
         waiting_->request, QStringLiteral("Response"),
         [answer, method](const QVariantList &values) { answer->give(answerOf(values, method)); });
-    const BusOwnerWatch portal(screenCast().service, [answer] {
+    const BusOwnerWatch portal(portal_.service, [answer] {
         answer->give(std::unexpected(
             Error{.text = Error::tr("The desktop's portal has ended."),
                   .log = QStringLiteral("org.freedesktop.portal.Desktop lost its owner")}));
     });
     options[QStringLiteral("handle_token")] = token;
     arguments.append(options);
-    const auto called = co_await screenCast().call(method, arguments);
+    const auto called = co_await portal_.call(method, arguments);
     if (!called) {
         answer->give(std::unexpected(called.error()));
     }

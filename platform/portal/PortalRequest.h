@@ -6,6 +6,8 @@
 
 #include <QVariantMap>
 
+#include <utility>
+
 namespace glimmerpane::portal
 {
 
@@ -15,13 +17,19 @@ using PortalAnswer = std::expected<QVariantMap, Error>;
 const BusObject &screenCast();
 
 /**
- * Requests to the portal, one at a time. Each is answered by a signal, which comes when the user
- * has decided. The interfaces are described in org.freedesktop.portal.Request.xml and
- * org.freedesktop.portal.ScreenCast.xml. Main thread.
+ * Requests to an interface of the portal, one at a time. Each is answered by a signal, which comes
+ * when the user has decided. They are described in org.freedesktop.portal.Request.xml and
+ * org.freedesktop.portal.ScreenCast.xml. The texts of errors are about recording the screen. Main
+ * thread.
  */
 class PortalRequests
 {
 public:
+    explicit PortalRequests(BusObject portal = screenCast())
+        : portal_(std::move(portal))
+    {
+    }
+
     /** `arguments` are those before the options. */
     QCoro::Task<PortalAnswer> ask(QString method, QVariantList arguments, QVariantMap options);
 
@@ -34,6 +42,7 @@ private:
         std::shared_ptr<Answer<PortalAnswer>> answer;
     };
 
+    const BusObject portal_;
     std::optional<Waiting> waiting_;
     bool isWithdrawn_ = false;
 };

@@ -78,13 +78,13 @@ private Q_SLOTS:
         }
     }
 
-    void frame_isOnOrOff_andStartsTheProgram()
+    void switches_areOnOrOff_andStartTheProgram()
     {
         for (const auto &[argument, isOn] :
-             {std::pair("--frame=on", true), {"--frame=off", false}}) {
+             {std::pair("--frame=on", true), {"--frame=off", false}, {"--shortcuts=on", true}}) {
             const auto options = launchOptions({QString::fromLatin1(argument)});
-            QVERIFY(options && options->frame == isOn && options->asksForSomething()
-                    && !options->needsInstance());
+            QVERIFY(options && (options->frame ? options->frame : options->shortcuts) == isOn
+                    && options->asksForSomething() && !options->needsInstance());
         }
     }
 
@@ -96,6 +96,7 @@ private Q_SLOTS:
             {QStringLiteral("--share|--area"), QStringLiteral("area")},
             {QStringLiteral("--output-window=Managed"), QStringLiteral("'Managed'")},
             {QStringLiteral("--frame=yes"), QStringLiteral("'yes'")},
+            {QStringLiteral("--shortcuts=1"), QStringLiteral("--shortcuts")},
             {QStringLiteral("--shared"), QStringLiteral("shared")},
             {QStringLiteral("--share=1"), QStringLiteral("share")},
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},
