@@ -67,6 +67,7 @@ std::expected<QFuture<void>, Error> AreaFrame::turn(bool on)
             return std::unexpected(made.error());
         }
     }
+    Q_EMIT turned(on);
     return file_.save(on);
 }
 

@@ -33,11 +33,17 @@ public:
     AreaFrame(MainViewModel &model, Backend backend, SettingsFile file);
     ~AreaFrame() override;
 
+    /** Whether a frame is shown while the area is shared. */
+    bool isOn() const { return marks_ != nullptr; }
     /** The result finishes when it is stored. On failure nothing has changed. */
     std::expected<QFuture<void>, Error> turn(bool on);
 
     /** Has the model move the area, when the frame has made room there. */
     QCoro::Task<SharingSession::Result> move(CaptureFrame frame, bool saves);
+
+Q_SIGNALS:
+    /** isOn(), perhaps as before. */
+    void turned(bool isOn);
 
 private:
     /** Pixels of the desktop that the others may see for some time. */

@@ -17,12 +17,14 @@ namespace glimmerpane
 {
 
 Commands::Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
-                   std::function<void(const QString &)> bringForward)
+                   std::function<void(const QString &)> bringForward,
+                   std::function<QFuture<void>(bool)> turnTray)
     : model_(model)
     , frame_(frame)
     , running_(std::move(running))
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
+    , turnTray_(std::move(turnTray))
 {
     storing_.setMaxThreadCount(1);
 }
@@ -52,7 +54,7 @@ auto resultTo(const Commands::Reply &reply)
 
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
-    qCInfo(appLog) << "command from another launch:" << command.arguments;
+    qCInfo(appLog) << "command:" << command.arguments;
     const auto options = launchOptions(command.arguments);
     if (!options) {
         reply(CommandResult::failure(options.error(), ExitCode::Misused));
@@ -95,6 +97,9 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
             return;
         }
         done = afterwards(*turned, done);
+    }
+    if (options.tray) {
+        done = afterwards(turnTray_(*options.tray), done);
     }
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
@@ -159,6 +164,18 @@ QCoro::Task<> Commands::obeyAboutAreas(LaunchOptions options, Reply reply)
     }
     obey(options, [reply, stored](const CommandResult &rest) {
         reply(rest.exitCode == ExitCode::Succeeded && rest.output.isEmpty() ? stored : rest);
+    });
+}
+
+QFuture<QStringList> Commands::areaNames()
+{
+    return QtConcurrent::run(&storing_, [] {
+        QStringList names;
+        for (const NamedArea &area :
+             NamedAreas(namedAreasFile()).list().value_or(NamedAreaList()).areas) {
+            names.append(area.name);
+        }
+        return names;
     });
 }
 

@@ -26,12 +26,14 @@ public:
 
     /**
      * `running` is what this program runs with, which may not show clicks; `bringForward` raises
-     * the main window. The model and the frame must outlive this object.
+     * the main window; `turnTray` shows or hides the icon in the tray, and finishes when that is
+     * stored. The model and the frame must outlive this object.
      */
     Commands(MainViewModel &model, AreaFrame &frame, BackendRequest running, bool showsClicks,
-             std::function<void(const QString &startupId)> bringForward);
+             std::function<void(const QString &startupId)> bringForward,
+             std::function<QFuture<void>(bool)> turnTray);
 
-    /** Carries out a command line from another launch. */
+    /** Carries out a command line from another launch, or from the tray. */
     void obey(const CommandLine &command, const Reply &reply);
 
     /**
@@ -39,6 +41,9 @@ public:
      * is open.
      */
     void obey(const LaunchOptions &options, const Reply &reply);
+
+    /** Of the stored areas; none if they cannot be read. */
+    QFuture<QStringList> areaNames();
 
 private:
     QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
@@ -54,6 +59,7 @@ private:
     const BackendRequest running_;
     const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;
+    const std::function<QFuture<void>(bool)> turnTray_;
     QThreadPool storing_; ///< the only thread that uses the areas with names
 };
 

@@ -215,8 +215,12 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
                                [this] { showInsteadOfOutput(mostTries); }))
     , areaFrame_(*viewModel_, backend, areaFrameFile())
     , window_(*viewModel_, shell_)
-    , commands_(*viewModel_, areaFrame_, std::move(request), backend.presses != nullptr,
-                [this](const QString &startupId) { bringForward(startupId); })
+    , commands_(
+          *viewModel_, areaFrame_, std::move(request), backend.presses != nullptr,
+          [this](const QString &startupId) { bringForward(startupId); },
+          [this](bool on) { return tray_.turn(on); })
+    , tray_(*viewModel_, areaFrame_, commands_, trayFile(),
+            {.bringForward = [this] { bringForward({}); }, .close = [this] { window_.close(); }})
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);
     })

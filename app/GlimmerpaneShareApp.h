@@ -5,6 +5,7 @@
 #include "app/Commands.h"
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
+#include "app/Tray.h"
 #include "model/MainViewModel.h"
 #include "platform/Backend.h"
 #include "platform/DisplayWatch.h"
@@ -50,6 +51,7 @@ private:
     const DisplayWatch displayWatch_;
     MainWindow window_;
     Commands commands_;
+    Tray tray_;
     InstanceBus bus_;
 };
 

@@ -67,7 +67,7 @@ void addOptions(QCommandLineParser &parser)
                              "toggle-pause", "status"}) {
         parser.addOption(QCommandLineOption(QLatin1String(flag)));
     }
-    for (const char *valued : {"area", "move", "frame", "output-window", "backend"}) {
+    for (const char *valued : {"area", "move", "frame", "tray", "output-window", "backend"}) {
         parser.addOption({QLatin1String(valued), {}, QStringLiteral("value")});
     }
     parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
@@ -164,20 +164,27 @@ Done readSwitches(const QCommandLineParser &parser, LaunchOptions &options)
                       .otherwise = QT_TRANSLATE_NOOP(
                           "glimmerpane::LaunchOptions",
                           "'%1' is not a kind of output window. Use managed or unlisted.")});
-    const auto frame
-        = readSwitch(parser,
-                     {.name = "frame",
-                      .on = QLatin1String("on"),
-                      .off = QLatin1String("off"),
-                      .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
-                                                     "'%1' is neither on nor off, for --frame.")});
-    for (const auto &value : {listed, frame}) {
+    const auto onOrOff = [&](const char *name, const char *otherwise) {
+        return readSwitch(parser,
+                          {.name = name,
+                           .on = QLatin1String("on"),
+                           .off = QLatin1String("off"),
+                           .otherwise = otherwise});
+    };
+    const auto frame = onOrOff("frame",
+                               QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
+                                                 "'%1' is neither on nor off, for --frame."));
+    const auto tray = onOrOff(
+        "tray",
+        QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions", "'%1' is neither on nor off, for --tray."));
+    for (const auto &value : {listed, frame, tray}) {
         if (!value) {
             return std::unexpected(value.error());
         }
     }
     options.listsOutput = *listed;
     options.frame = *frame;
+    options.tray = *tray;
     return {};
 }
 
@@ -208,6 +215,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                           .save = isSet(parser, "save"),
                           .order = orderIn(parser),
                           .frame = std::nullopt,
+                          .tray = std::nullopt,
                           .status = isSet(parser, "status"),
                           .backend = valueOf(parser, "backend"),
                           .listsOutput = std::nullopt,
@@ -251,6 +259,9 @@ QString helpText()
         "  --frame on|off           Show a frame around the area while it is shared, which\n"
         "                           the others do not see, with a handle to drag the area\n"
         "                           by; or show none. Remembered; off at first.\n"
+        "  --tray on|off            Show an icon in the desktop's tray, where there\n"
+        "                           is one, with a menu to share by; or show none.\n"
+        "                           Remembered; off at first.\n"
         "  --status                 Print the stored area, whether one is being shared,\n"
         "                           which, whether it is paused and whether another\n"
         "                           program reads it, the frames shown in the last\n"

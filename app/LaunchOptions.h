@@ -42,6 +42,7 @@ struct LaunchOptions {
     bool save = false; ///< stores the moved area
     std::optional<SessionOrder> order;
     std::optional<bool> frame; ///< whether one is to be shown around the shared area
+    std::optional<bool> tray; ///< whether an icon is to be shown in the tray
     bool status = false;
     std::optional<QString> backend;
     std::optional<bool> listsOutput; ///< whether the window manager is to list the output window
@@ -51,14 +52,16 @@ struct LaunchOptions {
     /** Whether anything is requested beyond showing the main window. */
     bool asksForSomething() const
     {
-        return area || frame || share || select || needsInstance() || areas.asksForSomething();
+        return area || frame || tray || share || select || needsInstance()
+            || areas.asksForSomething();
     }
     /** Whether this only makes sense for a program that is running already. */
     bool needsInstance() const { return stop || status || move || order; }
     /** Whether this can be done without a display if no program runs. */
     bool needsNoDisplay() const
     {
-        return areas.concernOnlyStored() && !(area || frame || share || select || needsInstance());
+        return areas.concernOnlyStored()
+            && !(area || frame || tray || share || select || needsInstance());
     }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)

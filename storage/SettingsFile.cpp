@@ -137,4 +137,9 @@ SettingsFile areaFrameFile()
     return {.path = settingsPath(), .key = QStringLiteral("areaFrame")};
 }
 
+SettingsFile trayFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("tray")};
+}
+
 } // namespace glimmerpane

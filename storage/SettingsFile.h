@@ -52,5 +52,7 @@ SettingsFile restoreTokenFile();
 SettingsFile namedAreasFile();
 /** Whether a frame is to be shown around the shared area. */
 SettingsFile areaFrameFile();
+/** Whether an icon is to be shown in the tray. */
+SettingsFile trayFile();
 
 } // namespace glimmerpane

@@ -78,13 +78,17 @@ private Q_SLOTS:
         }
     }
 
-    void frame_isOnOrOff_andStartsTheProgram()
+    void switches_areOnOrOff_andStartTheProgram()
     {
-        for (const auto &[argument, isOn] :
-             {std::pair("--frame=on", true), {"--frame=off", false}}) {
+        for (const auto &[argument, option, isOn] :
+             {std::tuple("--frame=on", &LaunchOptions::frame, true),
+              {"--frame=off", &LaunchOptions::frame, false},
+              {"--tray=on", &LaunchOptions::tray, true},
+              {"--tray=off", &LaunchOptions::tray, false}}) {
             const auto options = launchOptions({QString::fromLatin1(argument)});
-            QVERIFY(options && options->frame == isOn && options->asksForSomething()
-                    && !options->needsInstance());
+            QVERIFY2(options && (*options).*option == isOn && options->asksForSomething()
+                         && !options->needsInstance() && !options->needsNoDisplay(),
+                     argument);
         }
     }
 
@@ -96,6 +100,7 @@ private Q_SLOTS:
             {QStringLiteral("--share|--area"), QStringLiteral("area")},
             {QStringLiteral("--output-window=Managed"), QStringLiteral("'Managed'")},
             {QStringLiteral("--frame=yes"), QStringLiteral("'yes'")},
+            {QStringLiteral("--tray=1"), QStringLiteral("--tray")},
             {QStringLiteral("--shared"), QStringLiteral("shared")},
             {QStringLiteral("--share=1"), QStringLiteral("share")},
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},
