@@ -41,6 +41,9 @@ public:
     /** Has the model move the area, when the frame has made room there. */
     QCoro::Task<SharingSession::Result> move(CaptureFrame frame, bool saves);
 
+    /** For a window of the program's, whose palette the frame follows. */
+    bool eventFilter(QObject *window, QEvent *event) override;
+
 Q_SIGNALS:
     /** isOn(), perhaps as before. */
     void turned(bool isOn);
@@ -61,7 +64,7 @@ private:
     QRect placeOf(const CaptureFrame &frame) const;
 
     void handle(const PointerEvent &event);
-    void interruptDrag();
+    void interruptDrag(const QRect &place);
     CaptureFrame draggedTo(QPoint pointer) const;
     QCoro::Task<> follow();
 
@@ -80,6 +83,7 @@ private:
         QPoint pointer; ///< desktop pixels
     };
     std::optional<Drag> drag_;
+    QRect handle_; ///< where it is, or was when the drag began; desktop pixels
     std::optional<CaptureFrame> goal_; ///< of the drag; followed until it is reached
     bool isFollowing_ = false;
 };

@@ -226,6 +226,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     })
 {
     alerts_.setParentWindow(&window_);
+    window_.installEventFilter(&areaFrame_);
     QObject::connect(&displayWatch_, &DisplayWatch::changed, viewModel_.get(),
                      &MainViewModel::displaysChanged);
 }
