@@ -37,7 +37,8 @@ TrayIcon::TrayIcon(const MainViewModel &model)
     : model_(model)
 {
     for (const auto signal : {&MainViewModel::objectWillChange, &MainViewModel::startingChanged,
-                              &MainViewModel::sharedFrameChanged, &MainViewModel::pausedChanged}) {
+                              &MainViewModel::sharedFrameChanged, &MainViewModel::pausedChanged,
+                              &MainViewModel::watchedChanged}) {
         connect(&model_, signal, this, &TrayIcon::scheduleRefresh);
     }
     connect(&menu_, &TrayMenu::commandChosen, this, &TrayIcon::commandChosen);
@@ -74,19 +75,13 @@ void TrayIcon::setFrameShown(bool isShown)
     scheduleRefresh();
 }
 
-void TrayIcon::setWatched(std::optional<bool> isWatched)
-{
-    isWatched_ = isWatched;
-    scheduleRefresh();
-}
-
 TrayState TrayIcon::state() const
 {
     if (model_.isPaused()) {
         return TrayState::Paused;
     }
     if (model_.sharedFrame()) {
-        return isWatched_.value_or(true) ? TrayState::Sharing : TrayState::Unwatched;
+        return model_.isWatched().value_or(true) ? TrayState::Sharing : TrayState::Unwatched;
     }
     return model_.isCheckingPermission() || model_.isSharingWindowOpen() ? TrayState::Starting
                                                                          : TrayState::Idle;

@@ -33,8 +33,6 @@ public:
     void setFrameShown(bool isShown);
     /** The areas that are stored under names. */
     void setAreaNames(const QStringList &names) { menu_.setAreaNames(names); }
-    /** Whether somebody looks at what is shared; null if that is not known. */
-    void setWatched(std::optional<bool> isWatched);
 
 Q_SIGNALS:
     /** A command line, without the program's name. */
@@ -53,7 +51,6 @@ private:
     TrayMenu menu_;
     std::unique_ptr<QSystemTrayIcon> icon_; ///< null until the desktop has a tray
     std::optional<TrayState> shown_;
-    std::optional<bool> isWatched_;
     bool isFrameShown_ = false;
     bool isRefreshScheduled_ = false;
     const TrayHost host_;
