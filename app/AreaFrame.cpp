@@ -7,6 +7,7 @@
 #include "selection/AreaFrameLayout.h"
 
 #include <QCoroTimer>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QPointer>
 
@@ -67,7 +68,7 @@ std::expected<QFuture<void>, Error> AreaFrame::turn(bool on)
             return std::unexpected(made.error());
         }
     }
-    Q_EMIT turned();
+    Q_EMIT turned(on);
     return file_.save(on);
 }
 
@@ -98,7 +99,7 @@ void AreaFrame::areaChanged()
         drag_.reset();
         goal_.reset();
     } else if (const QRect place = placeOf(*shared); place != area_) {
-        interruptDrag();
+        interruptDrag(place);
         keepClear(std::exchange(area_, place));
     }
     refresh();
@@ -121,6 +122,14 @@ QRect AreaFrame::placeOf(const CaptureFrame &frame) const
     return main_.areaPixels(rectOf(frame));
 }
 
+bool AreaFrame::eventFilter(QObject *window, QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange) {
+        refresh();
+    }
+    return QObject::eventFilter(window, event);
+}
+
 void AreaFrame::refresh()
 {
     if (!marks_) {
@@ -138,13 +147,17 @@ void AreaFrame::refresh()
         clear += seen.place;
     }
     const QPalette palette = QGuiApplication::palette();
-    marks_->present(
-        layOutFrame({.area = goal_ ? placeOf(*goal_) : area_,
-                     .clear = clear,
-                     .desktop = desktop_,
-                     .scale = main_.scale,
-                     .color = model_.isPaused() ? systemOrange(palette) : systemBlue(palette),
-                     .hasHandle = backend_.areaDrag != AreaDrag::Impossible}));
+    const auto picture
+        = layOutFrame({.area = goal_ ? placeOf(*goal_) : area_,
+                       .clear = clear,
+                       .desktop = desktop_,
+                       .scale = main_.scale,
+                       .color = model_.isPaused() ? systemOrange(palette) : systemBlue(palette),
+                       .hasHandle = backend_.areaDrag != AreaDrag::Impossible});
+    if (!drag_) {
+        handle_ = picture.handle;
+    }
+    marks_->present(picture);
 }
 
 void AreaFrame::keepClear(const QRect &place)
@@ -170,9 +183,9 @@ QCoro::Task<SharingSession::Result> AreaFrame::move(CaptureFrame frame, bool sav
     if (!marks_ || area_.isEmpty() || flawOf(frame, *backend_.displays)) {
         co_return co_await model_.moveSharing(frame, saves);
     }
-    interruptDrag();
     const QPointer self(this);
     const QRect place = placeOf(frame);
+    interruptDrag(place);
     coming_.push_back(place);
     refresh();
     co_await pause(redrawTime);
@@ -193,7 +206,7 @@ void AreaFrame::handle(const PointerEvent &event)
     using Kind = PointerEvent::Kind;
     const auto shared = model_.sharedFrame();
     if (event.kind == Kind::Press && shared) {
-        drag_ = {.frame = *shared, .pointer = event.position};
+        drag_ = {.frame = goal_.value_or(*shared), .pointer = event.position};
     } else if (drag_) {
         goal_ = draggedTo(event.position);
         if (event.kind == Kind::Release) {
@@ -208,9 +221,9 @@ void AreaFrame::handle(const PointerEvent &event)
 }
 
 /** If the area moves otherwise, a handle that stays during a drag might get into it. */
-void AreaFrame::interruptDrag()
+void AreaFrame::interruptDrag(const QRect &place)
 {
-    if (marks_ && drag_ && backend_.areaDrag == AreaDrag::MovesAtEnd) {
+    if (marks_ && drag_ && backend_.areaDrag == AreaDrag::MovesAtEnd && place.intersects(handle_)) {
         drag_.reset();
         goal_.reset();
         marks_->hide();
@@ -239,7 +252,9 @@ QCoro::Task<> AreaFrame::follow()
         co_return;
     }
     const QPointer self(this);
-    while (goal_ && goal_ != model_.sharedFrame()) {
+    // A drag may begin before the area is where the previous one has left it.
+    const auto waits = [this] { return drag_ && backend_.areaDrag == AreaDrag::MovesAtEnd; };
+    while (goal_ && goal_ != model_.sharedFrame() && !waits()) {
         const CaptureFrame next = *goal_;
         const auto moved = co_await move(next, false);
         if (!self) {

@@ -33,6 +33,7 @@ public:
     AreaFrame(MainViewModel &model, Backend backend, SettingsFile file);
     ~AreaFrame() override;
 
+    /** Whether a frame is shown while the area is shared. */
     bool isOn() const { return marks_ != nullptr; }
     /** The result finishes when it is stored. On failure nothing has changed. */
     std::expected<QFuture<void>, Error> turn(bool on);
@@ -40,9 +41,12 @@ public:
     /** Has the model move the area, when the frame has made room there. */
     QCoro::Task<SharingSession::Result> move(CaptureFrame frame, bool saves);
 
+    /** For a window of the program's, whose palette the frame follows. */
+    bool eventFilter(QObject *window, QEvent *event) override;
+
 Q_SIGNALS:
-    /** isOn() may have changed. */
-    void turned();
+    /** isOn(), perhaps as before. */
+    void turned(bool isOn);
 
 private:
     /** Pixels of the desktop that the others may see for some time. */
@@ -60,7 +64,7 @@ private:
     QRect placeOf(const CaptureFrame &frame) const;
 
     void handle(const PointerEvent &event);
-    void interruptDrag();
+    void interruptDrag(const QRect &place);
     CaptureFrame draggedTo(QPoint pointer) const;
     QCoro::Task<> follow();
 
@@ -79,6 +83,7 @@ private:
         QPoint pointer; ///< desktop pixels
     };
     std::optional<Drag> drag_;
+    QRect handle_; ///< where it is, or was when the drag began; desktop pixels
     std::optional<CaptureFrame> goal_; ///< of the drag; followed until it is reached
     bool isFollowing_ = false;
 };

@@ -18,13 +18,15 @@ namespace glimmerpane
 
 Commands::Commands(MainViewModel &model, AreaFrame &frame, Shortcuts &shortcuts,
                    BackendRequest running, bool showsClicks,
-                   std::function<void(const QString &)> bringForward)
+                   std::function<void(const QString &)> bringForward,
+                   std::function<QFuture<void>(bool)> turnTray)
     : model_(model)
     , frame_(frame)
     , shortcuts_(shortcuts)
     , running_(std::move(running))
     , showsClicks_(showsClicks)
     , bringForward_(std::move(bringForward))
+    , turnTray_(std::move(turnTray))
 {
     storing_.setMaxThreadCount(1);
 }
@@ -54,7 +56,7 @@ auto resultTo(const Commands::Reply &reply)
 
 void Commands::obey(const CommandLine &command, const Reply &reply)
 {
-    qCInfo(appLog) << "command from another launch:" << command.arguments;
+    qCInfo(appLog) << "command:" << command.arguments;
     const auto options = launchOptions(command.arguments);
     if (!options) {
         reply(CommandResult::failure(options.error(), ExitCode::Misused));
@@ -101,6 +103,9 @@ void Commands::obey(const LaunchOptions &options, const Reply &reply)
             return;
         }
         done = afterwards(*turned, done);
+    }
+    if (options.tray) {
+        done = afterwards(turnTray_(*options.tray), done);
     }
     if ((options.share || options.select) && model_.isAlertShown()) {
         reply(CommandResult::failure(tr("Glimmerpane is showing a message. Answer it first.")));
@@ -182,6 +187,18 @@ QCoro::Task<> Commands::obeyAboutShortcuts(LaunchOptions options, Reply reply)
     } else {
         reply(CommandResult::failure(turned.error().text));
     }
+}
+
+QFuture<QStringList> Commands::areaNames()
+{
+    return QtConcurrent::run(&storing_, [] {
+        QStringList names;
+        for (const NamedArea &area :
+             NamedAreas(namedAreasFile()).list().value_or(NamedAreaList()).areas) {
+            names.append(area.name);
+        }
+        return names;
+    });
 }
 
 Commands::Reply Commands::afterwards(const QFuture<void> &written, const Reply &reply)

@@ -27,12 +27,14 @@ public:
 
     /**
      * `running` is what this program runs with, which may not show clicks; `bringForward` raises
-     * the main window. The references must outlive this object.
+     * the main window; `turnTray` shows or hides the icon in the tray, and finishes when that is
+     * stored. The references must outlive this object.
      */
     Commands(MainViewModel &model, AreaFrame &frame, Shortcuts &shortcuts, BackendRequest running,
-             bool showsClicks, std::function<void(const QString &startupId)> bringForward);
+             bool showsClicks, std::function<void(const QString &startupId)> bringForward,
+             std::function<QFuture<void>(bool)> turnTray);
 
-    /** Carries out a command line from another launch. */
+    /** Carries out a command line from another launch, or from the tray. */
     void obey(const CommandLine &command, const Reply &reply);
 
     /**
@@ -45,6 +47,8 @@ public:
     const QString &backend() const { return running_.name; }
     /** "shown", or "none" if the others see no clicks. */
     QString clicks() const;
+    /** Of the stored areas; none if they cannot be read. */
+    QFuture<QStringList> areaNames();
 
 private:
     QCoro::Task<> obeyAboutAreas(LaunchOptions options, Reply reply);
@@ -62,6 +66,7 @@ private:
     const BackendRequest running_;
     const bool showsClicks_;
     const std::function<void(const QString &)> bringForward_;
+    const std::function<QFuture<void>(bool)> turnTray_;
     QThreadPool storing_; ///< the only thread that uses the areas with names
 };
 

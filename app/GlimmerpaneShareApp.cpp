@@ -217,8 +217,12 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     , areaFrame_(*viewModel_, backend, areaFrameFile())
     , shortcuts_(shortcutsFile(), *viewModel_, areaFrame_)
     , window_(*viewModel_, shell_)
-    , commands_(*viewModel_, areaFrame_, shortcuts_, std::move(request), backend.presses != nullptr,
-                [this](const QString &startupId) { bringForward(startupId); })
+    , commands_(
+          *viewModel_, areaFrame_, shortcuts_, std::move(request), backend.presses != nullptr,
+          [this](const QString &startupId) { bringForward(startupId); },
+          [this](bool on) { return tray_.turn(on); })
+    , tray_(*viewModel_, areaFrame_, commands_, trayFile(),
+            {.bringForward = [this] { bringForward({}); }, .close = [this] { window_.close(); }})
     , bus_([this](const CommandLine &commandLine, const InstanceBus::Reply &reply) {
         commands_.obey(commandLine, reply);
     })
@@ -226,6 +230,7 @@ GlimmerpaneShareApp::GlimmerpaneShareApp(UpdateRepositoryMaker makeUpdateReposit
     serveSession(bus_.object(), *viewModel_, areaFrame_, commands_);
     obeyShortcuts();
     alerts_.setParentWindow(&window_);
+    window_.installEventFilter(&areaFrame_);
     QObject::connect(&displayWatch_, &DisplayWatch::changed, viewModel_.get(),
                      &MainViewModel::displaysChanged);
 }

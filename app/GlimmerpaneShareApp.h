@@ -6,6 +6,7 @@
 #include "app/InstanceBus.h"
 #include "app/LaunchOptions.h"
 #include "app/Shortcuts.h"
+#include "app/Tray.h"
 #include "model/MainViewModel.h"
 #include "platform/Backend.h"
 #include "platform/DisplayWatch.h"
@@ -53,6 +54,7 @@ private:
     const DisplayWatch displayWatch_;
     MainWindow window_;
     Commands commands_;
+    Tray tray_;
     InstanceBus bus_;
 };
 

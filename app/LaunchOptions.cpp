@@ -67,7 +67,8 @@ void addOptions(QCommandLineParser &parser)
                              "toggle-pause", "status"}) {
         parser.addOption(QCommandLineOption(QLatin1String(flag)));
     }
-    for (const char *valued : {"area", "move", "frame", "shortcuts", "output-window", "backend"}) {
+    for (const char *valued :
+         {"area", "move", "frame", "tray", "shortcuts", "output-window", "backend"}) {
         parser.addOption({QLatin1String(valued), {}, QStringLiteral("value")});
     }
     parser.addOption(QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
@@ -164,27 +165,31 @@ Done readSwitches(const QCommandLineParser &parser, LaunchOptions &options)
                       .otherwise = QT_TRANSLATE_NOOP(
                           "glimmerpane::LaunchOptions",
                           "'%1' is not a kind of output window. Use managed or unlisted.")});
-    const auto frame
-        = readSwitch(parser,
-                     {.name = "frame",
-                      .on = QLatin1String("on"),
-                      .off = QLatin1String("off"),
-                      .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
-                                                     "'%1' is neither on nor off, for --frame.")});
-    const auto shortcuts = readSwitch(
-        parser,
-        {.name = "shortcuts",
-         .on = QLatin1String("on"),
-         .off = QLatin1String("off"),
-         .otherwise = QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
-                                        "'%1' is neither on nor off, for --shortcuts.")});
-    for (const auto &value : {listed, frame, shortcuts}) {
+    const auto onOrOff = [&](const char *name, const char *otherwise) {
+        return readSwitch(parser,
+                          {.name = name,
+                           .on = QLatin1String("on"),
+                           .off = QLatin1String("off"),
+                           .otherwise = otherwise});
+    };
+    const auto frame = onOrOff("frame",
+                               QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
+                                                 "'%1' is neither on nor off, for --frame."));
+    const auto tray = onOrOff(
+        "tray",
+        QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions", "'%1' is neither on nor off, for --tray."));
+    const auto shortcuts
+        = onOrOff("shortcuts",
+                  QT_TRANSLATE_NOOP("glimmerpane::LaunchOptions",
+                                    "'%1' is neither on nor off, for --shortcuts."));
+    for (const auto &value : {listed, frame, tray, shortcuts}) {
         if (!value) {
             return std::unexpected(value.error());
         }
     }
     options.listsOutput = *listed;
     options.frame = *frame;
+    options.tray = *tray;
     options.shortcuts = *shortcuts;
     return {};
 }
@@ -216,6 +221,7 @@ std::expected<LaunchOptions, QString> launchOptions(const QStringList &arguments
                           .save = isSet(parser, "save"),
                           .order = orderIn(parser),
                           .frame = std::nullopt,
+                          .tray = std::nullopt,
                           .shortcuts = std::nullopt,
                           .status = isSet(parser, "status"),
                           .backend = valueOf(parser, "backend"),
@@ -260,6 +266,9 @@ QString helpText()
         "  --frame on|off           Show a frame around the area while it is shared, which\n"
         "                           the others do not see, with a handle to drag the area\n"
         "                           by; or show none. Remembered; off at first.\n"
+        "  --tray on|off            Show an icon in the desktop's tray, where there\n"
+        "                           is one, with a menu to share by; or show none.\n"
+        "                           Remembered; off at first.\n"
         "  --shortcuts on|off       Have the desktop ask for keys that share or stop, pause\n"
         "                           or go on, and show or hide the frame; or use none.\n"
         "                           Remembered; off at first.\n"

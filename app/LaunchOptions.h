@@ -42,6 +42,7 @@ struct LaunchOptions {
     bool save = false; ///< stores the moved area
     std::optional<SessionOrder> order;
     std::optional<bool> frame; ///< whether one is to be shown around the shared area
+    std::optional<bool> tray; ///< whether an icon is to be shown in the tray
     std::optional<bool> shortcuts; ///< whether the desktop is to offer some
     bool status = false;
     std::optional<QString> backend;
@@ -52,7 +53,7 @@ struct LaunchOptions {
     /** Whether anything is requested beyond showing the main window. */
     bool asksForSomething() const
     {
-        return area || frame || shortcuts || share || select || needsInstance()
+        return area || frame || tray || shortcuts || share || select || needsInstance()
             || areas.asksForSomething();
     }
     /** Whether this only makes sense for a program that is running already. */
@@ -61,7 +62,7 @@ struct LaunchOptions {
     bool needsNoDisplay() const
     {
         return areas.concernOnlyStored()
-            && !(area || frame || shortcuts || share || select || needsInstance());
+            && !(area || frame || tray || shortcuts || share || select || needsInstance());
     }
 
     Q_DECLARE_TR_FUNCTIONS(glimmerpane::LaunchOptions)

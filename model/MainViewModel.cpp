@@ -171,7 +171,7 @@ QCoro::Task<> MainViewModel::startSharing()
     if (isCheckingPermission_ || isSharingWindowOpen_ || isFrameSelectorOpen_) {
         co_return;
     }
-    isCheckingPermission_ = true;
+    setCheckingPermission(true);
     firstPause_.reset();
     const QPointer self(this);
     // The content itself is not used: the request fails if the screen may not be read.
@@ -179,7 +179,7 @@ QCoro::Task<> MainViewModel::startSharing()
     if (!self) {
         co_return;
     }
-    if (!std::exchange(isCheckingPermission_, false)) {
+    if (!setCheckingPermission(false)) {
         Q_EMIT startEnded(tr("Sharing was stopped before it started."));
     } else if (content) {
         openSharingWindow();
@@ -188,6 +188,16 @@ QCoro::Task<> MainViewModel::startSharing()
         Q_EMIT startEnded(content.error().text);
         showScreenRecordingPermissionAlert(content.error());
     }
+}
+
+/** Returns what it was before. */
+bool MainViewModel::setCheckingPermission(bool isChecking)
+{
+    const bool before = std::exchange(isCheckingPermission_, isChecking);
+    if (before != isChecking) {
+        Q_EMIT startingChanged();
+    }
+    return before;
 }
 
 void MainViewModel::openSharingWindow()
@@ -314,6 +324,17 @@ bool MainViewModel::mayClose()
     return alerts_.runModal(quitAlert()) == quitAlertButton;
 }
 
+void MainViewModel::tellOfFailure(const QString &text)
+{
+    // Not counted in alertsUp_, for the same reason.
+    isTelling_ = true;
+    const auto done = qScopeGuard([this] { isTelling_ = false; });
+    alerts_.runModal({.messageText = tr("That Did Not Work"),
+                      .informativeText = text,
+                      .style = Alert::Style::Warning,
+                      .buttons = {tr("OK")}});
+}
+
 int MainViewModel::runModal(const Alert &alert)
 {
     ++alertsUp_;
@@ -363,7 +384,7 @@ void MainViewModel::stopSharing()
 
 void MainViewModel::endSharing()
 {
-    if (std::exchange(isCheckingPermission_, false)) {
+    if (setCheckingPermission(false)) {
         backend_.screen->withdrawRequest();
     }
     if (isSharingWindowOpen_) {

@@ -65,7 +65,9 @@ public:
 
     CaptureStatistics captureStatistics() const { return captureService_->statistics(); }
     /** Whether one of this program's alerts is open. */
-    bool isAlertShown() const { return alertsUp_ > 0 || isAskingToClose_; }
+    bool isAlertShown() const { return alertsUp_ > 0 || isAskingToClose_ || isTelling_; }
+    /** Shows an alert about something that was not asked for in the main window. */
+    void tellOfFailure(const QString &text);
     /**
      * Whether the main window may close. Asks the user while a session is running or starting.
      * False while that question is already open.
@@ -106,6 +108,8 @@ public:
 Q_SIGNALS:
     /** A published property is about to be assigned, possibly to the same value. */
     void objectWillChange();
+    /** isCheckingPermission() has changed. */
+    void startingChanged();
     /** A start has succeeded, or failed with an error that is about to be shown. */
     void startEnded(const QString &error);
     /** sharedFrame() has changed, or where its points are. */
@@ -137,6 +141,7 @@ private:
     void tellThatSharingEnded(const QString &reason);
     void showScreenRecordingPermissionAlert(const Error &reason);
     void showUpdateAlert(const UpdateInfo &info, const QString &currentVersion);
+    bool setCheckingPermission(bool isChecking);
     int runModal(const Alert &alert);
 
     CaptureFrame currentFrame_;
@@ -155,6 +160,7 @@ private:
     std::optional<PausePicture> firstPause_; ///< with which the session is to start
     bool isCheckingForUpdates_ = false;
     bool isAskingToClose_ = false;
+    bool isTelling_ = false;
     int alertsUp_ = 0;
 };
 

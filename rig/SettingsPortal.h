@@ -26,6 +26,7 @@ public:
                        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals)
                    && connection_.registerService(QStringLiteral("org.freedesktop.portal.Desktop")))
     {
+        qRegisterMetaType<QDBusVariant>(); // otherwise the signal is not sent: its type has no name
     }
     ~SettingsPortal() override { QDBusConnection::disconnectFromBus(QStringLiteral("portal")); }
     Q_DISABLE_COPY_MOVE(SettingsPortal)

@@ -37,20 +37,28 @@ void addMarks(std::vector<Mark> &marks, const QRegion &region, const QColor &col
     }
 }
 
-/** Preferably above, else below or at a side. Empty if there is room nowhere. */
+/**
+ * Preferably above, else below or at a side, in the middle of what is to be seen of the area there.
+ * At the frame, or beyond all that must stay clear. Empty if there is room nowhere.
+ */
 QRect handlePlace(const AreaFrameScene &scene, int margin)
 {
-    const QRect taken = grown((scene.clear + scene.area).boundingRect(), margin);
+    const QRect own = grown(scene.area, margin);
+    const QRect all = own.united(grown(scene.clear.boundingRect(), margin));
     const int length = pixels(handleLength, scene.scale);
     const int depth = pixels(handleDepth, scene.scale);
-    const QPoint middle = scene.area.center();
+    const QPoint middle = (scene.desktop & scene.area).boundingRect().center();
     const int x = middle.x() - length / 2;
     const int y = middle.y() - length / 2;
-    const std::array places{
-        QRect(x, taken.top() - depth, length, depth), QRect(x, taken.bottom() + 1, length, depth),
-        QRect(taken.left() - depth, y, depth, length), QRect(taken.right() + 1, y, depth, length)};
-    const auto *const found = std::ranges::find_if(
-        places, [&](const QRect &place) { return (QRegion(place) - scene.desktop).isEmpty(); });
+    const auto above = [&](const QRect &r) { return QRect(x, r.top() - depth, length, depth); };
+    const auto below = [&](const QRect &r) { return QRect(x, r.bottom() + 1, length, depth); };
+    const auto left = [&](const QRect &r) { return QRect(r.left() - depth, y, depth, length); };
+    const auto right = [&](const QRect &r) { return QRect(r.right() + 1, y, depth, length); };
+    const std::array places{above(own), above(all), below(own), below(all),
+                            left(own),  left(all),  right(own), right(all)};
+    const auto *const found = std::ranges::find_if(places, [&](const QRect &place) {
+        return (QRegion(place) - scene.desktop).isEmpty() && !scene.clear.intersects(place);
+    });
     return found != places.end() ? *found : QRect();
 }
 

@@ -142,4 +142,9 @@ SettingsFile shortcutsFile()
     return {.path = settingsPath(), .key = QStringLiteral("shortcuts")};
 }
 
+SettingsFile trayFile()
+{
+    return {.path = settingsPath(), .key = QStringLiteral("tray")};
+}
+
 } // namespace glimmerpane

@@ -54,5 +54,7 @@ SettingsFile namedAreasFile();
 SettingsFile areaFrameFile();
 /** Whether the desktop is to offer shortcuts. */
 SettingsFile shortcutsFile();
+/** Whether an icon is to be shown in the tray. */
+SettingsFile trayFile();
 
 } // namespace glimmerpane

@@ -419,6 +419,10 @@
         <translation>„%1“ ist weder „on“ noch „off“ für --shortcuts.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --tray.</source>
+        <translation>„%1“ ist weder „on“ noch „off“ für --tray.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -445,6 +449,9 @@ Options:
   --frame on|off           Show a frame around the area while it is shared, which
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
+  --tray on|off            Show an icon in the desktop&apos;s tray, where there
+                           is one, with a menu to share by; or show none.
+                           Remembered; off at first.
   --shortcuts on|off       Have the desktop ask for keys that share or stop, pause
                            or go on, and show or hide the frame; or use none.
                            Remembered; off at first.
@@ -490,6 +497,9 @@ Optionen:
   --frame on|off           Beim Teilen einen Rahmen um den Bereich zeigen, den die
                            anderen nicht sehen, mit einem Griff zum Verschieben;
                            oder keinen. Wird gemerkt; anfangs keiner.
+  --tray on|off            Ein Symbol im Infobereich der Arbeitsfläche
+                           zeigen, wo es einen gibt, mit einem Menü zum
+                           Teilen; oder keines. Wird gemerkt; anfangs keines.
   --shortcuts on|off       Den Desktop nach Tasten für Freigabe, Pause und
                            Rahmen fragen lassen; oder keine benutzen. Wird
                            gemerkt; anfangs keine.
@@ -597,6 +607,10 @@ Neue Version: %2</translation>
         <source>Others in your call no longer see the area. %1</source>
         <translation>Die anderen im Gespräch sehen den Bereich nicht mehr. %1</translation>
     </message>
+    <message>
+        <source>That Did Not Work</source>
+        <translation>Das hat nicht geklappt</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::MainWindow</name>
@@ -693,6 +707,76 @@ Neue Version: %2</translation>
     <message>
         <source>Show or hide the frame around the area</source>
         <translation>Rahmen um den Bereich zeigen oder verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::TrayIcon</name>
+    <message>
+        <source>Glimmerpane: sharing is starting</source>
+        <translation>Glimmerpane: Die Freigabe wird gestartet</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: the area is shared</source>
+        <translation>Glimmerpane: Der Bereich ist freigegeben</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: the area is shared, but nobody is watching yet</source>
+        <translation>Glimmerpane: Der Bereich ist freigegeben, aber noch sieht niemand zu</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: sharing is paused</source>
+        <translation>Glimmerpane: Die Freigabe pausiert</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: nothing is shared</source>
+        <translation>Glimmerpane: Es wird nichts freigegeben</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::TrayMenu</name>
+    <message>
+        <source>Start sharing</source>
+        <translation>Freigabe starten</translation>
+    </message>
+    <message>
+        <source>Stop sharing</source>
+        <translation>Freigabe beenden</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Weitermachen</translation>
+    </message>
+    <message>
+        <source>Pause and hide the picture</source>
+        <translation>Pause, ohne das Bild zu zeigen</translation>
+    </message>
+    <message>
+        <source>Frame around the area</source>
+        <translation>Rahmen um den Bereich</translation>
+    </message>
+    <message>
+        <source>Select area</source>
+        <translation>Bereich wählen</translation>
+    </message>
+    <message>
+        <source>Size of the area</source>
+        <translation>Größe des Bereichs</translation>
+    </message>
+    <message>
+        <source>Named areas</source>
+        <translation>Bereiche mit Namen</translation>
+    </message>
+    <message>
+        <source>Show window</source>
+        <translation>Fenster zeigen</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
     </message>
 </context>
 </TS>

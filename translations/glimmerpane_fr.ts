@@ -419,6 +419,10 @@
         <translation>«&#xa0;%1&#xa0;» n’est ni «&#xa0;on&#xa0;» ni «&#xa0;off&#xa0;», pour --shortcuts.</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is neither on nor off, for --tray.</source>
+        <translation>«&#xa0;%1&#xa0;» n’est ni «&#xa0;on&#xa0;» ni «&#xa0;off&#xa0;», pour --tray.</translation>
+    </message>
+    <message>
         <source>Usage: glimmerpane [options]
 Shares a part of the screen in a video call: share the window
 &quot;Glimmerpane - Output&quot; there.
@@ -445,6 +449,9 @@ Options:
   --frame on|off           Show a frame around the area while it is shared, which
                            the others do not see, with a handle to drag the area
                            by; or show none. Remembered; off at first.
+  --tray on|off            Show an icon in the desktop&apos;s tray, where there
+                           is one, with a menu to share by; or show none.
+                           Remembered; off at first.
   --shortcuts on|off       Have the desktop ask for keys that share or stop, pause
                            or go on, and show or hide the frame; or use none.
                            Remembered; off at first.
@@ -490,6 +497,9 @@ Options&#xa0;:
   --frame on|off           Montrer pendant le partage un cadre autour de la zone,
                            que les autres ne voient pas, avec une poignée pour la
                            déplacer, ou aucun. Mémorisé, aucun au début.
+  --tray on|off            Montrer une icône dans la zone de notification
+                           du bureau, s’il en a une, avec un menu pour
+                           partager, ou aucune. Mémorisé, aucune au début.
   --shortcuts on|off       Faire demander par le bureau des touches pour partager,
                            mettre en pause et montrer le cadre, ou n’en utiliser
                            aucune. Mémorisé, aucune au début.
@@ -596,6 +606,10 @@ Nouvelle version&#xa0;: %2</translation>
         <source>Others in your call no longer see the area. %1</source>
         <translation>Les autres participants à l’appel ne voient plus la zone. %1</translation>
     </message>
+    <message>
+        <source>That Did Not Work</source>
+        <translation>Cela n’a pas fonctionné</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::MainWindow</name>
@@ -692,6 +706,76 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>Show or hide the frame around the area</source>
         <translation>Montrer ou cacher le cadre autour de la zone</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::TrayIcon</name>
+    <message>
+        <source>Glimmerpane: sharing is starting</source>
+        <translation>Glimmerpane&#xa0;: le partage démarre</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: the area is shared</source>
+        <translation>Glimmerpane&#xa0;: la zone est partagée</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: the area is shared, but nobody is watching yet</source>
+        <translation>Glimmerpane&#xa0;: la zone est partagée, mais personne ne regarde encore</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: sharing is paused</source>
+        <translation>Glimmerpane&#xa0;: le partage est en pause</translation>
+    </message>
+    <message>
+        <source>Glimmerpane: nothing is shared</source>
+        <translation>Glimmerpane&#xa0;: rien n’est partagé</translation>
+    </message>
+</context>
+<context>
+    <name>glimmerpane::TrayMenu</name>
+    <message>
+        <source>Start sharing</source>
+        <translation>Démarrer le partage</translation>
+    </message>
+    <message>
+        <source>Stop sharing</source>
+        <translation>Arrêter le partage</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Resume</source>
+        <translation>Reprendre</translation>
+    </message>
+    <message>
+        <source>Pause and hide the picture</source>
+        <translation>Pause, sans montrer l’image</translation>
+    </message>
+    <message>
+        <source>Frame around the area</source>
+        <translation>Cadre autour de la zone</translation>
+    </message>
+    <message>
+        <source>Select area</source>
+        <translation>Sélectionner la zone</translation>
+    </message>
+    <message>
+        <source>Size of the area</source>
+        <translation>Taille de la zone</translation>
+    </message>
+    <message>
+        <source>Named areas</source>
+        <translation>Zones nommées</translation>
+    </message>
+    <message>
+        <source>Show window</source>
+        <translation>Afficher la fenêtre</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
     </message>
 </context>
 </TS>

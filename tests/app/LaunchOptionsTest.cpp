@@ -80,11 +80,15 @@ private Q_SLOTS:
 
     void switches_areOnOrOff_andStartTheProgram()
     {
-        for (const auto &[argument, isOn] :
-             {std::pair("--frame=on", true), {"--frame=off", false}, {"--shortcuts=on", true}}) {
+        for (const auto &[argument, option, isOn] :
+             {std::tuple("--frame=on", &LaunchOptions::frame, true),
+              {"--frame=off", &LaunchOptions::frame, false},
+              {"--tray=on", &LaunchOptions::tray, true},
+              {"--tray=off", &LaunchOptions::tray, false}}) {
             const auto options = launchOptions({QString::fromLatin1(argument)});
-            QVERIFY(options && (options->frame ? options->frame : options->shortcuts) == isOn
-                    && options->asksForSomething() && !options->needsInstance());
+            QVERIFY2(options && (*options).*option == isOn && options->asksForSomething()
+                         && !options->needsInstance() && !options->needsNoDisplay(),
+                     argument);
         }
     }
 
@@ -97,6 +101,7 @@ private Q_SLOTS:
             {QStringLiteral("--output-window=Managed"), QStringLiteral("'Managed'")},
             {QStringLiteral("--frame=yes"), QStringLiteral("'yes'")},
             {QStringLiteral("--shortcuts=1"), QStringLiteral("--shortcuts")},
+            {QStringLiteral("--tray=1"), QStringLiteral("--tray")},
             {QStringLiteral("--shared"), QStringLiteral("shared")},
             {QStringLiteral("--share=1"), QStringLiteral("share")},
             {QStringLiteral("--stop|--select"), QStringLiteral("--select")},

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "rig/CapturedWindow.h"
 #include "rig/DamageWatch.h"
+#include "rig/SettingsPortal.h"
 #include "tests/desktop/SelectorFixture.h"
 
 #include <QPainter>
@@ -14,6 +15,7 @@ namespace
 
 constexpr QRect shared(500, 150, 320, 240);
 constexpr QRgb blue = markColor;
+constexpr QRgb blueOnDark = 0xff0a84ff;
 constexpr QRgb orange = 0xffff9500;
 constexpr QRgb ground = 0xff807060;
 constexpr QRgb white = 0xffffffff;
@@ -56,7 +58,7 @@ struct FrameFixture : SelectorFixture {
         const int s = scaleFactor;
         const QRect whole({}, client.rootSize());
         const QRect bars = place.adjusted(-4 * s, -4 * s, 4 * s, 4 * s);
-        const QPoint from = place.center() - QPoint(24, 24) * s;
+        const QPoint from = (place & whole).center() - QPoint(24, 24) * s;
         for (const QRect &at : {QRect(from.x(), bars.top() - 14 * s, 48 * s, 14 * s),
                                 QRect(from.x(), bars.bottom() + 1, 48 * s, 14 * s),
                                 QRect(bars.left() - 14 * s, from.y(), 14 * s, 48 * s),
@@ -213,6 +215,23 @@ private Q_SLOTS:
             QVERIFY(fixture.showsArea(place));
         }
         QTRY_COMPARE(fixture.savedArea(), (CaptureFrame{500, 634, 320, 240}));
+    }
+
+    void frame_followsTheColorScheme_andThePartOfTheAreaThatIsSeen()
+    {
+        const FrameFixture fixture;
+        const QImage bare = fixture.screen();
+        fixture.command("--frame on");
+        QVERIFY(fixture.shows(bare, shared, blue));
+        SettingsPortal portal(fixture.bus->address());
+        for (const uint scheme :
+             {SettingsPortal::dark, SettingsPortal::light, SettingsPortal::dark}) {
+            portal.change(scheme);
+            QVERIFY(
+                fixture.shows(bare, shared, scheme == SettingsPortal::dark ? blueOnDark : blue));
+        }
+        fixture.command("--move 1100,634,600x240");
+        QVERIFY(fixture.shows(bare, {1100, 150, 600, 240}, blueOnDark));
     }
 
     void frame_isRemembered_followsMoves_andGoesWithTheProgram()

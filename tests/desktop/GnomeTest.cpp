@@ -173,6 +173,12 @@ private:
     const QString share_ = QStringLiteral("--share");
 };
 
+/** A place on the left bar of an area's frame. */
+QPoint bar(const QRect &place)
+{
+    return {place.left() - 2, place.center().y()};
+}
+
 /** The largest difference between two pixels' colours; 256 between pictures of different sizes. */
 int difference(const QImage &one, const QImage &other)
 {
@@ -240,12 +246,38 @@ private Q_SLOTS:
         QVERIFY2(fixture.showsArea(moved), fixture.program.output());
 
         fixture.command("--frame=on");
-        const QPoint bar(moved.left() - 2, 400);
-        const auto isBlue = [&] {
-            return fixture.seen({bar, QSize(1, 1)}).pixelColor(0, 0) == QColor(0, 122, 255);
+        const auto becomesBlue = [&](QPoint place) {
+            return waitFor(
+                [&] {
+                    return fixture.seen({place, QSize(1, 1)}).pixelColor(0, 0)
+                        == QColor(0, 122, 255);
+                },
+                patience);
         };
-        QVERIFY(waitFor(isBlue, patience));
+        QRect place = moved;
+        QVERIFY(becomesBlue(bar(place)));
         QVERIFY2(fixture.showsArea(moved), fixture.program.output());
+        // Each of the later drags begins as soon as the handle is there, and ends at once.
+        for (const QPoint way : {QPoint(-300, -60), {250, 40}, {-250, -20}, {270, 10}}) {
+            const QPoint handle(place.center().x() + 15, place.top() - 11);
+            QVERIFY(becomesBlue(handle - QPoint(35, 0))); // where no pointer is
+            fixture.input.moveTo(handle);
+            fixture.input.press();
+            for (int step = 1; step <= 20; ++step) {
+                fixture.input.moveTo(handle + way * step / 20);
+            }
+            const bool isFirst = place == moved;
+            place.translate(way);
+            QVERIFY(!isFirst || becomesBlue(bar(place)));
+            fixture.input.release();
+        }
+        const QByteArray dragged = QStringLiteral(R"("sharedArea":{"x":%1.0,"y":%2.0)")
+                                       .arg(place.left())
+                                       .arg(720 - place.bottom() - 1)
+                                       .toLatin1();
+        QVERIFY2(waitFor([&] { return fixture.command("--status").contains(dragged); }, patience),
+                 fixture.command("--status"));
+        QVERIFY2(fixture.showsArea(place), fixture.program.output());
 
         fixture.command("--stop");
         QVERIFY(fixture.becomesHidden());
