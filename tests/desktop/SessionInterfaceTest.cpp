@@ -56,6 +56,7 @@ QString textOf(const QVariant &value)
             argument.endMapEntry();
         }
     }
+    isMap ? argument.endMap() : isArray ? argument.endArray() : argument.endStructure();
     return texts.join(u',');
 }
 
