@@ -81,6 +81,7 @@ private:
     void takeBuffers();
     void takeBuffer(pw_buffer *buffer);
     bool takePicture(const pw_buffer &buffer);
+    QRegion changesOf(const Picture &picture, const QRegion &damage) const;
     void takePointer(const spa_buffer &buffer);
     std::optional<PointerSprite> pointerOver(const Picture &picture) const;
     void deliver(Occasion occasion);
