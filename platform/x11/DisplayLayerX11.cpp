@@ -42,9 +42,8 @@ QRegion regionOf(const std::vector<Highlight> &highlights)
 
 } // namespace
 
-std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std::uint32_t window,
-                                                                            QSize size,
-                                                                            Lending most)
+std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(
+    std::uint32_t window, QSize size, Lending most, std::function<void()> drawn)
 {
     auto opened = openExtended();
     if (!opened) {
@@ -55,16 +54,17 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std:
         return std::unexpected(formats.error());
     }
     const Lending lending = std::min(most, lendingOf(opened->connection));
-    return std::unique_ptr<DisplayLayer>(
-        new DisplayLayerX11(std::move(opened->connection), *formats, window, size, lending));
+    return std::unique_ptr<DisplayLayer>(new DisplayLayerX11(
+        std::move(opened->connection), *formats, window, size, lending, std::move(drawn)));
 }
 
 DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window,
-                                 QSize size, Lending lending)
+                                 QSize size, Lending lending, std::function<void()> drawn)
     : connection_(std::move(connection))
     , formats_(formats)
     , window_(window)
     , bounds_(QPoint(), size)
+    , drawn_(std::move(drawn))
     , lending_(lending)
     , hasSharedPixmaps_(lending == Lending::AsPixmaps)
 {
@@ -106,6 +106,7 @@ DisplayLayerX11::Fence DisplayLayerX11::setFence() const
 {
     const auto fence = xcb_get_input_focus(connection_.get());
     connection_.flush();
+    drawn_();
     return fence;
 }
 

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <deque>
 #include <expected>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,12 +30,12 @@ class DisplayLayerX11 : public DisplayLayer
 public:
     /**
      * A layer that covers a window of `size` pixels. Pictures in memory are lent to the server as
-     * far as it can and `most` allows. Waits for the server.
+     * far as it can and `most` allows. `drawn` is called whenever the window changes. Waits for the
+     * server.
      */
     static std::expected<std::unique_ptr<DisplayLayer>, Error> create(std::uint32_t window,
-                                                                      QSize size,
-                                                                      Lending most
-                                                                      = Lending::AsPixmaps);
+                                                                      QSize size, Lending most,
+                                                                      std::function<void()> drawn);
 
     bool isReadyForMoreMediaData() override;
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
@@ -58,7 +59,7 @@ private:
     };
 
     DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size,
-                    Lending lending);
+                    Lending lending, std::function<void()> drawn);
 
     bool isPassed(Fence &fence);
     void noteError(const xcb_generic_event_t &event);
@@ -85,6 +86,7 @@ private:
     const RenderFormats formats_;
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
+    const std::function<void()> drawn_;
     GraphicsContext graphics_;
     LentPictures lending_;
     const bool hasSharedPixmaps_;

@@ -97,7 +97,9 @@ struct LayerFixture {
         window->orderFront();
         const auto isThere = [this] { return findWindow(client, QStringLiteral("layer")); };
         require(waitFor([&] { return isThere().has_value(); }, patience), "no window");
-        layer = x11::DisplayLayerX11::create(*isThere(), windowSize, most).value();
+        layer = x11::DisplayLayerX11::create(*isThere(), windowSize, most, [this] {
+                    ++drawn;
+                }).value();
     }
 
     void show(FramePicture picture, const QRegion &changed, QRect source = whole)
@@ -129,6 +131,7 @@ struct LayerFixture {
     std::unique_ptr<OutputWindow> window;
     std::unique_ptr<DisplayLayer> layer;
     std::optional<PointerSprite> pointer;
+    int drawn = 0; ///< how often the layer has told of it
 };
 
 PointerSprite pointerAt(QPoint place)
@@ -208,6 +211,7 @@ private Q_SLOTS:
         fixture.show(SamePicture(), {});
         QVERIFY(fixture.comesToShow(withPointer(expected)));
         QCOMPARE(second.isLent(), isLent);
+        QCOMPARE(fixture.drawn, 3);
         fixture.layer.reset();
         QVERIFY(!second.isLent());
     }
