@@ -42,8 +42,10 @@ QRegion regionOf(const std::vector<Highlight> &highlights)
 
 } // namespace
 
-std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(
-    std::uint32_t window, QSize size, Lending most, std::function<void()> drawn)
+std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std::uint32_t window,
+                                                                            QSize size,
+                                                                            Lending most,
+                                                                            Drawn drawn)
 {
     auto opened = openExtended();
     if (!opened) {
@@ -59,7 +61,7 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(
 }
 
 DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window,
-                                 QSize size, Lending lending, std::function<void()> drawn)
+                                 QSize size, Lending lending, Drawn drawn)
     : connection_(std::move(connection))
     , formats_(formats)
     , window_(window)
@@ -106,7 +108,6 @@ DisplayLayerX11::Fence DisplayLayerX11::setFence() const
 {
     const auto fence = xcb_get_input_focus(connection_.get());
     connection_.flush();
-    drawn_();
     return fence;
 }
 
@@ -213,6 +214,7 @@ void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
         show((sample.changed | adoptPointer() | highlighted) & sample.source);
     }
     frameFence_ = setFence();
+    drawn_(!sample.changed.isEmpty());
 }
 
 void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
@@ -229,6 +231,7 @@ void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
     frame_ = {};
     fitted_ = {};
     frameFence_ = setFence();
+    drawn_(false);
 }
 
 void DisplayLayerX11::finish()
@@ -264,6 +267,7 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
         show(stale & frame_.source);
     }
     highlightFence_ = setFence();
+    drawn_(false);
     return true;
 }
 

@@ -28,14 +28,16 @@ namespace glimmerpane::x11
 class DisplayLayerX11 : public DisplayLayer
 {
 public:
+    /** Told whenever the window changes; because a frame has a new picture, or not. */
+    using Drawn = std::function<void(bool isPictureNew)>;
+
     /**
      * A layer that covers a window of `size` pixels. Pictures in memory are lent to the server as
-     * far as it can and `most` allows. `drawn` is called whenever the window changes. Waits for the
-     * server.
+     * far as it can and `most` allows. Waits for the server.
      */
     static std::expected<std::unique_ptr<DisplayLayer>, Error> create(std::uint32_t window,
                                                                       QSize size, Lending most,
-                                                                      std::function<void()> drawn);
+                                                                      Drawn drawn);
 
     bool isReadyForMoreMediaData() override;
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
@@ -59,7 +61,7 @@ private:
     };
 
     DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size,
-                    Lending lending, std::function<void()> drawn);
+                    Lending lending, Drawn drawn);
 
     bool isPassed(Fence &fence);
     void noteError(const xcb_generic_event_t &event);
@@ -86,7 +88,7 @@ private:
     const RenderFormats formats_;
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
-    const std::function<void()> drawn_;
+    const Drawn drawn_;
     GraphicsContext graphics_;
     LentPictures lending_;
     const bool hasSharedPixmaps_;

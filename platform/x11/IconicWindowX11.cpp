@@ -97,10 +97,10 @@ void IconicWindowX11::orderOut()
     events_.flush();
 }
 
-void IconicWindowX11::noteDrawn()
+void IconicWindowX11::noteDrawn(bool isPictureNew)
 {
     if (touch_) {
-        touch_->noteDrawn();
+        touch_->noteDrawn(isPictureNew);
     }
 }
 

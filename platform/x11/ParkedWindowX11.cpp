@@ -99,10 +99,10 @@ void ParkedWindowX11::orderOut()
     events_.flush();
 }
 
-void ParkedWindowX11::noteDrawn()
+void ParkedWindowX11::noteDrawn(bool isPictureNew)
 {
     if (touch_) {
-        touch_->noteDrawn();
+        touch_->noteDrawn(isPictureNew);
     }
 }
 

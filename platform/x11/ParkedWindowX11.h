@@ -39,7 +39,7 @@ public:
 
 protected:
     void handle(const xcb_generic_event_t &event) override;
-    void noteDrawn() override;
+    void noteDrawn(bool isPictureNew) override;
 
 private:
     QPoint choosePlace() const;

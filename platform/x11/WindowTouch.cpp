@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/WindowTouch.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -15,12 +14,14 @@ using namespace std::chrono_literals;
 constexpr auto often = 250ms;
 constexpr auto seldom = 10s; ///< so that nothing waits forever, whatever was not told
 
-/** When the compositor can give a new viewer a picture, and how long it may take at most. */
-constexpr auto soon = 50ms; // also to let it have what has just been drawn
+/** How soon the compositor can have something new to show, such as to a new viewer. */
+constexpr auto soon = 50ms;
+
+/** How long it may take until it records for a viewer that has come. */
 constexpr auto arrival = 3s;
 
-/** In a desktop at rest, the last picture may wait until the compositor draws. */
-constexpr auto settling = 1s;
+/** For how long the last picture may wait until the compositor, at rest, draws. */
+constexpr auto settling = 500ms;
 
 } // namespace
 
@@ -39,30 +40,38 @@ WindowTouch::WindowTouch(const Connection &connection, xcb_window_t window, Even
 
 void WindowTouch::expectViewer()
 {
-    oftenUntil_ = std::max(oftenUntil_, Clock::now() + arrival);
+    expectedUntil_ = Clock::now() + arrival;
     timer_.start(soon);
 }
 
-void WindowTouch::noteDrawn()
+void WindowTouch::noteDrawn(bool isPictureNew)
 {
-    oftenUntil_ = std::max(oftenUntil_, Clock::now() + settling);
+    const auto now = Clock::now();
+    settledAt_ = now + settling;
     if (timer_.intervalAsDuration() > often) {
         timer_.start(soon);
+    }
+    // The compositor has drawn the screen for each new picture, and so handled the one before.
+    if (isPictureNew && now - std::exchange(lastPicture_, now) < often) {
+        notBefore_ = now + often;
     }
 }
 
 void WindowTouch::touch()
 {
+    const auto now = Clock::now();
+    const bool isWatched = watch_ && watch_->isWorking();
+    const bool isViewerExpected = !isWatched || now < expectedUntil_;
+    if (!isViewerExpected && now < notBefore_) {
+        timer_.start(std::chrono::ceil<std::chrono::milliseconds>(notBefore_ - now));
+        return;
+    }
     xcb_copy_area(connection_.get(), window_, window_, context_.get(), 0, 0, 0, 0, 1, 1);
     if (also_) {
         also_();
     }
     events_.flush();
-    const bool isWatched = watch_ && watch_->isWorking();
-    const std::chrono::milliseconds next = isWatched && Clock::now() > oftenUntil_ ? seldom : often;
-    if (timer_.intervalAsDuration() != next) {
-        timer_.start(next);
-    }
+    timer_.start(isViewerExpected || now < settledAt_ ? often : std::chrono::milliseconds(seldom));
 }
 
 } // namespace glimmerpane::x11

@@ -27,8 +27,11 @@ public:
     WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events,
                 const ViewerWatcher &watcher, std::function<void()> also = {});
 
-    /** Something was drawn, which has to reach the viewers. */
-    void noteDrawn();
+    /**
+     * Something was drawn, which has to reach the viewers; because the screen has a new picture, or
+     * for another reason.
+     */
+    void noteDrawn(bool isPictureNew);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -42,7 +45,10 @@ private:
     const std::function<void()> also_;
     const GraphicsContext context_;
     QTimer timer_;
-    Clock::time_point oftenUntil_;
+    Clock::time_point expectedUntil_; ///< a viewer may come
+    Clock::time_point lastPicture_; ///< when the latest new one was drawn
+    Clock::time_point settledAt_; ///< all has reached the viewers
+    Clock::time_point notBefore_; ///< while pictures follow each other
     std::unique_ptr<ViewerWatch> watch_; ///< null if nothing tells of viewers
 };
 
