@@ -160,7 +160,7 @@ std::vector<double> GnomeStage::measureTool(bool isOurs)
                                     .changes = measurement.extent.changes / 4,
                                     .pause = std::chrono::microseconds(250),
                                     .source = source});
-        measurement.rest(std::chrono::seconds(1));
+        measurement.rest(std::chrono::seconds(2));
         still = spend(process.pid(), measurement.extent.phase * 3 / 4);
     }
     measurement.rest(std::chrono::seconds(1));

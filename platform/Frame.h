@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/FileDescriptor.h"
+
 #include <QImage>
 #include <QPoint>
 #include <QRect>
@@ -22,12 +24,21 @@ struct ServerDrawable {
     std::uint32_t id = 0;
 };
 
+/** Memory in a file that cannot shrink, so that the display server can map it safely, too. */
+struct MemoryFile {
+    FileDescriptor descriptor;
+    std::size_t size = 0; ///< bytes
+    bool isWritable = false; ///< for those who map it
+};
+
 /** Pixels in memory: 32 bits each, blue in the lowest byte, the highest one unused. */
 struct MappedPixels {
     const std::byte *data = nullptr; ///< the top-left pixel
     std::ptrdiff_t stride = 0; ///< bytes from one row to the next
     QSize size;
     std::shared_ptr<const void> owner; ///< gives the memory back when the last copy goes
+    std::shared_ptr<const MemoryFile> file{}; ///< holds the memory; null if it cannot be handed on
+    std::size_t offset = 0; ///< of the top-left pixel in the file, bytes
 };
 
 /** Pixels in a buffer of the graphics driver, in the layout of MappedPixels. */

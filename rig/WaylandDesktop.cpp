@@ -61,6 +61,7 @@ WaylandDesktop::~WaylandDesktop()
 {
     qunsetenv("DISPLAY");
     qunsetenv("XAUTHORITY");
+    qunsetenv("PIPEWIRE_RUNTIME_DIR");
 }
 
 void WaylandDesktop::setVariable(const char *name, const QString &value)
@@ -108,6 +109,7 @@ void WaylandDesktop::enterDisplay(const QString &display, const QString &authori
     for (const char *name : {"DISPLAY", "XAUTHORITY"}) {
         qputenv(name, environment_.value(QString::fromLatin1(name)).toLocal8Bit());
     }
+    qputenv("PIPEWIRE_RUNTIME_DIR", QFileInfo(runtimeFile({})).path().toLocal8Bit());
     require(waitFor([this] { return XClient::connect(displayName()).has_value(); }, limit),
             "Xwayland did not start");
 }

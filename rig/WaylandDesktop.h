@@ -13,8 +13,8 @@ namespace glimmerpane::testing
 
 /**
  * What a private session on Wayland needs besides its compositor: folders, PipeWire and two message
- * buses. While it exists, DISPLAY and XAUTHORITY of this process name its Xwayland. Everything it
- * started ends with the object.
+ * buses. While it exists, this process's clients of X and PipeWire reach its servers by default.
+ * Everything it started ends with the object.
  */
 class WaylandDesktop
 {

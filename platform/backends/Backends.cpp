@@ -6,6 +6,7 @@
 #include "platform/gnome/GnomeRecording.h"
 #include "platform/gnome/GnomeScreenSource.h"
 #include "platform/kwin/KWinScreenSource.h"
+#include "platform/pipewire/FlowWatch.h"
 #include "platform/portal/PortalScreenSource.h"
 #include "platform/wlroots/WlrootsBackend.h"
 #include "platform/x11/DisplayName.h"
@@ -45,13 +46,13 @@ Backend xwaylandBackend(const BackendRequest &request)
     backend.presses = nullptr;
     backend.areaDrag = AreaDrag::MovesAtEnd; // a move may start another recording
     if (gnome::isScreenCastThere()) {
-        backend.outputWindows = x11::iconicOutputWindows(backend.displays);
+        backend.outputWindows = x11::iconicOutputWindows(backend.displays, pipewire::watchFlow);
     } else if (x11::windowManager() == "KWin") {
         backend.overlays = x11::makeSpanningOverlays();
         backend.areaDrag = AreaDrag::Impossible;
         constexpr int firstThatDrawsOffScreen = 6;
-        backend.outputWindows
-            = x11::parkedOutputWindows(kwin::majorVersion() >= firstThatDrawsOffScreen);
+        backend.outputWindows = x11::parkedOutputWindows(
+            kwin::majorVersion() >= firstThatDrawsOffScreen, pipewire::watchFlow);
     }
     return backend;
 }

@@ -2,6 +2,7 @@
 #include "platform/pipewire/VideoLoop.h"
 
 #include "platform/Log.h"
+#include "platform/pipewire/ChangedRows.h"
 #include "platform/pipewire/Metadata.h"
 #include "platform/pipewire/Parameters.h"
 
@@ -345,18 +346,34 @@ bool VideoLoop::takePicture(const pw_buffer &buffer)
     if (start > bytes.size() || length > bytes.size() - start) {
         return false;
     }
-    const bool isAnother
-        = !latest_ || latest_->pixels.size != crop.size() || latest_->origin != crop.topLeft();
-    due_ |= isAnother ? QRect(QPoint(), crop.size())
-                      : damageOf(*buffer.buffer, size_).translated(-crop.topLeft());
-    latest_ = Picture{.pixels = {.data = bytes.data() + start,
-                                 .stride = chunk.stride,
-                                 .size = crop.size(),
-                                 .owner = std::make_shared<const Loan>(slot->second.memory,
-                                                                       messages_, slot->first)},
-                      .source = node_.partOf(crop.size(), node_.area),
-                      .origin = crop.topLeft()};
+    Picture picture{.pixels = {.data = bytes.data() + start,
+                               .stride = chunk.stride,
+                               .size = crop.size(),
+                               .owner = std::make_shared<const Loan>(slot->second.memory, messages_,
+                                                                     slot->first),
+                               .file = slot->second.memory->file(),
+                               .offset = slot->second.memory->fileOffset() + start},
+                    .source = node_.partOf(crop.size(), node_.area),
+                    .origin = crop.topLeft()};
+    due_ |= changesOf(picture, damageOf(*buffer.buffer, size_).translated(-crop.topLeft()));
+    latest_ = std::move(picture);
     return true;
+}
+
+/** What differs from the latest picture, given what the sender says. */
+QRegion VideoLoop::changesOf(const Picture &picture, const QRegion &damage) const
+{
+    const QRect whole(QPoint(), picture.pixels.size);
+    if (!latest_ || latest_->pixels.size != picture.pixels.size
+        || latest_->origin != picture.origin) {
+        return whole;
+    }
+    // GNOME names everything each time, also when it has drawn something elsewhere. Finding out
+    // costs less than having viewers draw what has not changed.
+    const QRect shown = picture.source & whole;
+    const bool isAllNamed = (QRegion(shown) - damage).isEmpty();
+    const bool isAllDue = (QRegion(shown) - due_).isEmpty();
+    return isAllNamed && !isAllDue ? changedRows(latest_->pixels, picture.pixels, shown) : damage;
 }
 
 void VideoLoop::takePointer(const spa_buffer &buffer)

@@ -3,6 +3,7 @@
 
 #include "platform/Frame.h"
 #include "platform/pipewire/BufferMapping.h"
+#include "platform/pipewire/Handles.h"
 #include "platform/pipewire/MessagePipe.h"
 #include "platform/pipewire/VideoStream.h"
 
@@ -12,24 +13,6 @@
 
 namespace glimmerpane::pipewire
 {
-
-/** PipeWire's libraries, while any of these exists. */
-struct Library {
-    Library() { pw_init(nullptr, nullptr); }
-    Library(const Library &) = delete;
-    Library &operator=(const Library &) = delete;
-    Library(Library &&) = delete;
-    Library &operator=(Library &&) = delete;
-    ~Library() { pw_deinit(); }
-};
-
-/** A handle of PipeWire that this function gives back. */
-template<typename T, auto giveBack>
-struct GiveBack {
-    void operator()(T *handle) const { giveBack(handle); }
-};
-template<typename T, auto giveBack>
-using Handle = std::unique_ptr<T, GiveBack<T, giveBack>>;
 
 /**
  * The work of a stream's thread: receives the buffers of one node and passes each on as a frame. A
@@ -81,6 +64,7 @@ private:
     void takeBuffers();
     void takeBuffer(pw_buffer *buffer);
     bool takePicture(const pw_buffer &buffer);
+    QRegion changesOf(const Picture &picture, const QRegion &damage) const;
     void takePointer(const spa_buffer &buffer);
     std::optional<PointerSprite> pointerOver(const Picture &picture) const;
     void deliver(Occasion occasion);

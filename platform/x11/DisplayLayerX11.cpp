@@ -3,6 +3,7 @@
 
 #include "platform/Geometry.h"
 #include "platform/Log.h"
+#include "platform/x11/Events.h"
 
 #include <xcb/xcbext.h>
 
@@ -42,7 +43,9 @@ QRegion regionOf(const std::vector<Highlight> &highlights)
 } // namespace
 
 std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std::uint32_t window,
-                                                                            QSize size)
+                                                                            QSize size,
+                                                                            Lending most,
+                                                                            Drawn drawn)
 {
     auto opened = openExtended();
     if (!opened) {
@@ -52,16 +55,20 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> DisplayLayerX11::create(std:
     if (!formats) {
         return std::unexpected(formats.error());
     }
-    return std::unique_ptr<DisplayLayer>(
-        new DisplayLayerX11(std::move(opened->connection), *formats, window, size));
+    const Lending lending = std::min(most, lendingOf(opened->connection));
+    return std::unique_ptr<DisplayLayer>(new DisplayLayerX11(
+        std::move(opened->connection), *formats, window, size, lending, std::move(drawn)));
 }
 
 DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window,
-                                 QSize size)
+                                 QSize size, Lending lending, Drawn drawn)
     : connection_(std::move(connection))
     , formats_(formats)
     , window_(window)
     , bounds_(QPoint(), size)
+    , drawn_(std::move(drawn))
+    , lending_(lending)
+    , hasSharedPixmaps_(lending == Lending::AsPixmaps)
 {
     graphics_ = makeGraphicsContext(connection_, connection_.root(),
                                     XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS);
@@ -79,9 +86,21 @@ bool DisplayLayerX11::isPassed(Fence &fence)
         std::free(error);
         fence.reset();
     }
-    // Errors about a destroyed window do not matter here.
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_.get())}) { }
+    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_queued_event(connection_.get())}) {
+        noteError(*event);
+    }
     return true;
+}
+
+/** Errors about a destroyed window do not matter, but the server may refuse memory. */
+void DisplayLayerX11::noteError(const xcb_generic_event_t &event)
+{
+    const auto *const extension = xcb_get_extension_data(connection_.get(), &xcb_shm_id);
+    if (typeOf(event) == errorType && extension != nullptr
+        && eventAs<xcb_generic_error_t>(event).major_code == extension->major_opcode) {
+        lending_.refused();
+        isStale_ = true;
+    }
 }
 
 /** The cheapest request with a reply; the reply means that all earlier requests are done. */
@@ -94,7 +113,11 @@ DisplayLayerX11::Fence DisplayLayerX11::setFence() const
 
 bool DisplayLayerX11::isReadyForMoreMediaData()
 {
-    return isPassed(frameFence_) && !connection_.isBroken();
+    if (!isPassed(frameFence_)) {
+        return false;
+    }
+    returning_.clear();
+    return !connection_.isBroken();
 }
 
 bool DisplayLayerX11::isScaled() const
@@ -106,26 +129,56 @@ bool DisplayLayerX11::isScaled() const
 bool DisplayLayerX11::adoptPicture(const SampleBuffer &sample)
 {
     const auto before = drawable_;
+    const bool isScaled = sample.source.size() != bounds_.size();
     if (const auto *const inServer = std::get_if<ServerDrawable>(&sample.picture)) {
         drawable_ = inServer->id;
     } else if (const auto *const pixels = std::get_if<MappedPixels>(&sample.picture)) {
-        if (!upload(*pixels, sample.changed)) {
+        if (!lend(*pixels, isScaled) && !upload(*pixels, sample.changed)) {
             return false;
         }
     } else if (!std::holds_alternative<SamePicture>(sample.picture)) {
         return false; // no stream here makes others
+    } else if (isScaled && lent_ && drawable_ == XCB_NONE) {
+        upload(MappedPixels(lentPixels_), {});
     }
     if (drawable_ != before) {
         screen_ = {};
     }
-    return drawable_ != XCB_NONE;
+    return drawable_ != XCB_NONE || lent_;
+}
+
+/** False if the pixels must be copied. Only a drawable can be scaled. */
+bool DisplayLayerX11::lend(const MappedPixels &pixels, bool isScaled)
+{
+    const auto picture = lending_.lend(connection_, pixels);
+    if (!picture || (isScaled && picture->pixmap == XCB_NONE)) {
+        return false;
+    }
+    takeBack();
+    upload_.reset();
+    lent_ = picture;
+    lentPixels_ = pixels;
+    drawable_ = picture->pixmap;
+    return true;
+}
+
+/** Gives the latest picture's memory back as soon as the server no longer reads it. */
+void DisplayLayerX11::takeBack()
+{
+    lent_.reset();
+    MappedPixels pixels = std::exchange(lentPixels_, {});
+    // The frame is done, or there would be no other. Highlights may still be drawn over it.
+    if (pixels.owner && !isPassed(highlightFence_)) {
+        returning_.push_back(std::move(pixels));
+    }
 }
 
 bool DisplayLayerX11::upload(const MappedPixels &pixels, const QRegion &changed)
 {
     QRegion stale = changed;
     if (!upload_ || upload_->size() != pixels.size) {
-        auto made = PictureUpload::create(connection_, pixels.size, graphics_.get());
+        auto made
+            = PictureUpload::create(connection_, pixels.size, graphics_.get(), hasSharedPixmaps_);
         if (!made) {
             qCWarning(platformLog, "cannot show pictures: %s", qPrintable(made.error().log));
             return false;
@@ -134,19 +187,20 @@ bool DisplayLayerX11::upload(const MappedPixels &pixels, const QRegion &changed)
         stale = QRect(QPoint(), pixels.size);
     }
     upload_->update(connection_, pixels, stale);
+    takeBack();
     drawable_ = upload_->pixmap();
     return true;
 }
 
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 {
+    const bool isMoved = std::exchange(isStale_, false) || sample.source != frame_.source;
     if (!adoptPicture(sample)) {
         return;
     }
-    const bool isMoved = sample.source != frame_.source;
     const bool wasScaled = isScaled();
     frame_ = sample;
-    frame_.picture = SamePicture(); // gives the buffer back
+    frame_.picture = SamePicture(); // gives the buffer back, unless it is lent
     lastFrame_ = std::chrono::steady_clock::now();
     const QRegion highlighted = adoptHighlights();
     if (isScaled()) {
@@ -160,6 +214,7 @@ void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
         show((sample.changed | adoptPointer() | highlighted) & sample.source);
     }
     frameFence_ = setFence();
+    drawn_(!sample.changed.isEmpty());
 }
 
 void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
@@ -176,12 +231,15 @@ void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
     frame_ = {};
     fitted_ = {};
     frameFence_ = setFence();
+    drawn_(false);
 }
 
 void DisplayLayerX11::finish()
 {
     const Reply<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
         connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
+    lending_.forgetWithdrawn();
+    connection_.flush();
 }
 
 bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
@@ -209,6 +267,7 @@ bool DisplayLayerX11::setHighlights(const std::vector<Highlight> &highlights)
         show(stale & frame_.source);
     }
     highlightFence_ = setFence();
+    drawn_(false);
     return true;
 }
 
@@ -282,8 +341,7 @@ void DisplayLayerX11::show(const QRegion &stale)
         showPatch(patch);
     }
     for (const QRect &rectangle : stale - patch) {
-        copy(drawable_, rectangle.topLeft(), window_, rectangle.topLeft() - frame_.source.topLeft(),
-             rectangle.size());
+        copyPicture(rectangle, window_, rectangle.topLeft() - frame_.source.topLeft());
     }
 }
 
@@ -293,8 +351,7 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
     const QRect bounds = patch.boundingRect();
     blackenCanvas(bounds.size()); // copying from beyond the screen would leave old pixels in it
     for (const QRect &part : patch) {
-        copy(drawable_, part.topLeft(), canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(),
-             part.size());
+        copyPicture(part, canvas_.pixmap.get(), part.topLeft() - bounds.topLeft());
     }
     if (const auto &pointer = frame_.pointer) {
         composite(connection_, XCB_RENDER_PICT_OP_OVER, sprite(pointer->image),
@@ -356,6 +413,20 @@ void DisplayLayerX11::showScaled()
         compositeFaded(connection_, image, target, highlight.opacity, canvas_.picture, place);
     }
     copy(canvas_.pixmap.get(), {}, window_, shown.topLeft(), shown.size());
+}
+
+/** Copies a part of the latest picture, with black where it reaches beyond. */
+void DisplayLayerX11::copyPicture(QRect part, xcb_drawable_t target, QPoint at)
+{
+    if (drawable_ == XCB_NONE && lent_) {
+        for (const QRect &beyond : QRegion(part) - QRect(QPoint(), lent_->size)) {
+            const xcb_rectangle_t black = rectangleOf(beyond.translated(at - part.topLeft()));
+            xcb_poly_fill_rectangle(connection_.get(), target, graphics_.get(), 1, &black);
+        }
+        put(connection_, *lent_, part, target, graphics_.get(), at);
+    } else {
+        copy(drawable_, part.topLeft(), target, at, part.size());
+    }
 }
 
 void DisplayLayerX11::copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint,

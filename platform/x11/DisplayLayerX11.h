@@ -3,6 +3,7 @@
 
 #include "platform/DisplayLayer.h"
 #include "platform/x11/Connection.h"
+#include "platform/x11/LentPictures.h"
 #include "platform/x11/PictureUpload.h"
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <deque>
 #include <expected>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -26,9 +28,16 @@ namespace glimmerpane::x11
 class DisplayLayerX11 : public DisplayLayer
 {
 public:
-    /** A layer that covers a window of `size` pixels. Waits for the server. */
+    /** Told whenever the window changes; because a frame has a new picture, or not. */
+    using Drawn = std::function<void(bool isPictureNew)>;
+
+    /**
+     * A layer that covers a window of `size` pixels. Pictures in memory are lent to the server as
+     * far as it can and `most` allows. Waits for the server.
+     */
     static std::expected<std::unique_ptr<DisplayLayer>, Error> create(std::uint32_t window,
-                                                                      QSize size);
+                                                                      QSize size, Lending most,
+                                                                      Drawn drawn);
 
     bool isReadyForMoreMediaData() override;
     void enqueueSampleBuffer(const SampleBuffer &sample) override;
@@ -51,13 +60,17 @@ private:
         friend bool operator==(const ShownPointer &, const ShownPointer &) = default;
     };
 
-    DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size);
+    DisplayLayerX11(Connection connection, RenderFormats formats, std::uint32_t window, QSize size,
+                    Lending lending, Drawn drawn);
 
     bool isPassed(Fence &fence);
+    void noteError(const xcb_generic_event_t &event);
     Fence setFence() const;
     bool isScaled() const;
     bool adoptPicture(const SampleBuffer &sample);
+    bool lend(const MappedPixels &pixels, bool isScaled);
     bool upload(const MappedPixels &pixels, const QRegion &changed);
+    void takeBack();
     QRegion adoptPointer();
     std::vector<QRect> overlays() const;
     QRegion adoptHighlights();
@@ -65,6 +78,7 @@ private:
     void show(const QRegion &stale);
     void showPatch(const QRegion &patch);
     void showScaled();
+    void copyPicture(QRect part, xcb_drawable_t target, QPoint at);
     void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
     void prepareCanvas(QSize size);
     void blackenCanvas(QSize size);
@@ -74,13 +88,20 @@ private:
     const RenderFormats formats_;
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
+    const Drawn drawn_;
     GraphicsContext graphics_;
-    std::optional<PictureUpload> upload_; ///< if the pictures come from memory
-    xcb_drawable_t drawable_ = XCB_NONE; ///< the latest picture's
+    LentPictures lending_;
+    const bool hasSharedPixmaps_;
+    std::optional<LentPicture> lent_; ///< the latest picture, while the server reads it in place
+    MappedPixels lentPixels_; ///< its memory
+    std::vector<MappedPixels> returning_; ///< what the server may still read for highlights
+    std::optional<PictureUpload> upload_; ///< while pictures in memory are copied
+    xcb_drawable_t drawable_ = XCB_NONE; ///< the latest picture's, if it is one
     Picture screen_; ///< the drawable's, if it is scaled
     Canvas canvas_; ///< for assembling a patch before it is shown
     std::deque<Sprite> sprites_;
     SampleBuffer frame_; ///< the latest, without its pixels; empty before the first
+    bool isStale_ = false; ///< the server did not draw what it was told: the next frame is whole
     QRect fitted_; ///< where the window shows the picture, pixels; null while that is unknown
     std::optional<ShownPointer> shownPointer_;
     std::vector<Highlight> highlights_;

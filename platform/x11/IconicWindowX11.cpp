@@ -29,13 +29,14 @@ constexpr std::uint32_t iconicState = 3;
 } // namespace
 
 std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(const QString &title,
-                                                                            QSize size)
+                                                                            QSize size,
+                                                                            ViewerWatcher watcher)
 {
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    auto window = std::make_unique<IconicWindowX11>(std::move(*opened), size);
+    auto window = std::make_unique<IconicWindowX11>(std::move(*opened), size, std::move(watcher));
     if (auto created = window->createWindow({0, 0}, true); !created) {
         return std::unexpected(created.error());
     }
@@ -46,8 +47,9 @@ std::expected<std::unique_ptr<OutputWindow>, Error> IconicWindowX11::create(cons
     return window;
 }
 
-IconicWindowX11::IconicWindowX11(ExtendedConnection opened, QSize size)
+IconicWindowX11::IconicWindowX11(ExtendedConnection opened, QSize size, ViewerWatcher watcher)
     : OffscreenWindowX11(std::move(opened), size)
+    , watcher_(std::move(watcher))
 {
 }
 
@@ -81,7 +83,7 @@ void IconicWindowX11::orderFront()
     events_.flush();
     // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
     // the screen.
-    touch_.emplace(connection_, window_.get(), events_,
+    touch_.emplace(connection_, window_.get(), events_, watcher_,
                    [this] { xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1); });
 }
 
@@ -93,6 +95,13 @@ void IconicWindowX11::orderOut()
     xcb_unmap_window(connection_.get(), dot_.get());
     withdraw(connection_, window_.get());
     events_.flush();
+}
+
+void IconicWindowX11::noteDrawn(bool isPictureNew)
+{
+    if (touch_) {
+        touch_->noteDrawn(isPictureNew);
+    }
 }
 
 void IconicWindowX11::minimise()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/ViewerWatch.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/WindowTouch.h"
 
@@ -19,16 +20,19 @@ namespace glimmerpane::x11
 class IconicWindowX11 : public OffscreenWindowX11
 {
 public:
+    /** `watcher` tells of viewers; without one, more is drawn for those that may come. */
     static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
-                                                                      QSize size);
+                                                                      QSize size,
+                                                                      ViewerWatcher watcher);
 
-    IconicWindowX11(ExtendedConnection opened, QSize size);
+    IconicWindowX11(ExtendedConnection opened, QSize size, ViewerWatcher watcher);
 
     void orderFront() override;
     void orderOut() override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;
+    void noteDrawn(bool isPictureNew) override;
 
 private:
     enum class Stage {
@@ -41,6 +45,7 @@ private:
     void minimise();
     void follow(std::uint32_t state);
 
+    const ViewerWatcher watcher_;
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
     Stage stage_ = Stage::New;

@@ -153,7 +153,8 @@ void OffscreenWindowX11::setFrameOrigin(QPoint origin)
 
 std::expected<std::unique_ptr<DisplayLayer>, Error> OffscreenWindowX11::makeDisplayLayer()
 {
-    return DisplayLayerX11::create(window_.get(), size_);
+    return DisplayLayerX11::create(window_.get(), size_, Lending::AsPixmaps,
+                                   [this](bool isPictureNew) { noteDrawn(isPictureNew); });
 }
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)

@@ -26,13 +26,15 @@ constexpr std::array<AtomName, 1> states{"_NET_WM_STATE_BELOW"};
 
 std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(const QString &title,
                                                                             QRect area,
-                                                                            Parking parking)
+                                                                            Parking parking,
+                                                                            ViewerWatcher watcher)
 {
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    auto window = std::make_unique<ParkedWindowX11>(std::move(*opened), area, parking);
+    auto window
+        = std::make_unique<ParkedWindowX11>(std::move(*opened), area, parking, std::move(watcher));
     const Connection &connection = window->connection_;
     watchMonitors(connection);
     window->wanted_ = window->choosePlace();
@@ -46,10 +48,12 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(cons
     return window;
 }
 
-ParkedWindowX11::ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking)
+ParkedWindowX11::ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking,
+                                 ViewerWatcher watcher)
     : OffscreenWindowX11(std::move(opened), area.size())
     , area_(area)
     , parking_(parking)
+    , watcher_(std::move(watcher))
 {
 }
 
@@ -84,7 +88,7 @@ void ParkedWindowX11::orderFront()
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     park();
-    touch_.emplace(connection_, window_.get(), events_);
+    touch_.emplace(connection_, window_.get(), events_, watcher_);
 }
 
 void ParkedWindowX11::orderOut()
@@ -93,6 +97,13 @@ void ParkedWindowX11::orderOut()
     isVisible_ = false;
     withdraw(connection_, window_.get());
     events_.flush();
+}
+
+void ParkedWindowX11::noteDrawn(bool isPictureNew)
+{
+    if (touch_) {
+        touch_->noteDrawn(isPictureNew);
+    }
 }
 
 void ParkedWindowX11::park()

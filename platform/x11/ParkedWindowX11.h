@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/ViewerWatch.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/WindowTouch.h"
 
@@ -23,17 +24,22 @@ enum class Parking {
 class ParkedWindowX11 : public OffscreenWindowX11
 {
 public:
-    /** `area` is where it must not be seen, root pixels; its content has the same size. */
+    /**
+     * `area` is where it must not be seen, root pixels; its content has the same size. `watcher`
+     * tells of viewers; without one, more is drawn for those that may come.
+     */
     static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
-                                                                      QRect area, Parking parking);
+                                                                      QRect area, Parking parking,
+                                                                      ViewerWatcher watcher);
 
-    ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking);
+    ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking, ViewerWatcher watcher);
 
     void orderFront() override;
     void orderOut() override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;
+    void noteDrawn(bool isPictureNew) override;
 
 private:
     QPoint choosePlace() const;
@@ -44,6 +50,7 @@ private:
 
     const QRect area_;
     const Parking parking_;
+    const ViewerWatcher watcher_;
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed
     std::optional<WindowTouch> touch_; ///< while it is shown

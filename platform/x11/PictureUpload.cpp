@@ -13,19 +13,11 @@ namespace
 
 constexpr std::size_t bytesPerPixel = 4;
 
-/** Some servers draw by means that cannot use shared pixmaps, and say so. */
-bool hasSharedPixmaps(const Connection &connection)
-{
-    const Reply<xcb_shm_query_version_reply_t> version(xcb_shm_query_version_reply(
-        connection.get(), xcb_shm_query_version(connection.get()), nullptr));
-    return version && version->shared_pixmaps != 0
-        && version->pixmap_format == XCB_IMAGE_FORMAT_Z_PIXMAP;
-}
-
 } // namespace
 
 std::expected<PictureUpload, Error> PictureUpload::create(const Connection &connection, QSize size,
-                                                          xcb_gcontext_t context)
+                                                          xcb_gcontext_t context,
+                                                          bool hasSharedPixmaps)
 {
     const auto bytes = static_cast<std::size_t>(size.width())
         * static_cast<std::size_t>(size.height()) * bytesPerPixel;
@@ -37,7 +29,7 @@ std::expected<PictureUpload, Error> PictureUpload::create(const Connection &conn
     upload.size_ = size;
     upload.memory_ = std::move(*memory);
     upload.context_ = context;
-    upload.isMemoryThePixmap_ = hasSharedPixmaps(connection);
+    upload.isMemoryThePixmap_ = hasSharedPixmaps;
     const auto id = connection.newId();
     const auto depth = connection.screen().root_depth;
     if (upload.isMemoryThePixmap_) {

@@ -21,7 +21,8 @@ class PictureUpload
 public:
     /** Waits for the server; `context` draws into windows of the screen's depth. */
     static std::expected<PictureUpload, Error> create(const Connection &connection, QSize size,
-                                                      xcb_gcontext_t context);
+                                                      xcb_gcontext_t context,
+                                                      bool hasSharedPixmaps);
 
     QSize size() const { return size_; }
     xcb_pixmap_t pixmap() const { return pixmap_.get(); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/ViewerWatch.h"
 #include "platform/x11/EventReader.h"
 #include "platform/x11/Render.h"
 
@@ -8,14 +9,15 @@
 
 #include <chrono>
 #include <functional>
-#include <utility>
+#include <memory>
 
 namespace glimmerpane::x11
 {
 
 /**
- * Draws one pixel of a window anew, as it is, four times a second: a compositor that records a
- * window may give a new viewer its picture only once something is drawn. The window, its connection
+ * Draws one pixel of a window anew, as it is: a compositor that records a window may give a viewer
+ * its picture only once something is drawn. It does so four times a second while a viewer may come
+ * or the picture may have changed, and seldom otherwise. Main thread. The window, its connection
  * and the reader must outlive it.
  */
 class WindowTouch
@@ -23,27 +25,19 @@ class WindowTouch
 public:
     /** `also` is called each time before the requests are sent. */
     WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events,
-                std::function<void()> also = {})
-        : connection_(connection)
-        , window_(window)
-        , events_(events)
-        , also_(std::move(also))
-        , context_(makeGraphicsContext(connection, window))
-    {
-        using namespace std::chrono_literals;
-        timer_.callOnTimeout([this] { touch(); });
-        timer_.start(250ms); // the longest wait of a new viewer
-    }
+                const ViewerWatcher &watcher, std::function<void()> also = {});
+
+    /**
+     * Something was drawn, which has to reach the viewers; because the screen has a new picture, or
+     * for another reason.
+     */
+    void noteDrawn(bool isPictureNew);
 
 private:
-    void touch()
-    {
-        xcb_copy_area(connection_.get(), window_, window_, context_.get(), 0, 0, 0, 0, 1, 1);
-        if (also_) {
-            also_();
-        }
-        events_.flush();
-    }
+    using Clock = std::chrono::steady_clock;
+
+    void expectViewer();
+    void touch();
 
     const Connection &connection_;
     const xcb_window_t window_;
@@ -51,6 +45,11 @@ private:
     const std::function<void()> also_;
     const GraphicsContext context_;
     QTimer timer_;
+    Clock::time_point expectedUntil_; ///< a viewer may come
+    Clock::time_point lastPicture_; ///< when the latest new one was drawn
+    Clock::time_point settledAt_; ///< all has reached the viewers
+    Clock::time_point notBefore_; ///< while pictures follow each other
+    std::unique_ptr<ViewerWatch> watch_; ///< null if nothing tells of viewers
 };
 
 } // namespace glimmerpane::x11

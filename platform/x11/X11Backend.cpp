@@ -45,8 +45,9 @@ private:
 class IconicWindowsX11 : public OutputWindows
 {
 public:
-    explicit IconicWindowsX11(std::shared_ptr<Displays> displays)
+    IconicWindowsX11(std::shared_ptr<Displays> displays, ViewerWatcher watcher)
         : displays_(std::move(displays))
+        , watcher_(std::move(watcher))
     {
     }
 
@@ -56,33 +57,37 @@ public:
         const QSize size = area.size();
         const auto display = displays_->mainDisplay();
         if (!display) {
-            return IconicWindowX11::create(title, size);
+            return IconicWindowX11::create(title, size, watcher_);
         }
         const QRect whole({}, display->pixels.size());
         const bool fits = whole.contains(QRect({}, size));
-        return IconicWindowX11::create(title, fits ? size : aspectFit(size, whole).size());
+        return IconicWindowX11::create(title, fits ? size : aspectFit(size, whole).size(),
+                                       watcher_);
     }
 
 private:
     const std::shared_ptr<Displays> displays_;
+    const ViewerWatcher watcher_;
 };
 
 class ParkedWindowsX11 : public OutputWindows
 {
 public:
-    explicit ParkedWindowsX11(Parking parking)
+    ParkedWindowsX11(Parking parking, ViewerWatcher watcher)
         : parking_(parking)
+        , watcher_(std::move(watcher))
     {
     }
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
                                                              QRect area) override
     {
-        return ParkedWindowX11::create(title, area, parking_);
+        return ParkedWindowX11::create(title, area, parking_, watcher_);
     }
 
 private:
     const Parking parking_;
+    const ViewerWatcher watcher_;
 };
 
 class OverlaysX11 : public Overlays
@@ -168,15 +173,16 @@ Backend makeBackend(bool listsOutput)
             .marks = std::make_shared<AreaMarksMakerX11>()};
 }
 
-std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays)
+std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
+                                                   ViewerWatcher watcher)
 {
-    return std::make_shared<IconicWindowsX11>(std::move(displays));
+    return std::make_shared<IconicWindowsX11>(std::move(displays), std::move(watcher));
 }
 
-std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen)
+std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen, ViewerWatcher watcher)
 {
-    return std::make_shared<ParkedWindowsX11>(isDrawnOffScreen ? Parking::OffScreen
-                                                               : Parking::OnePixel);
+    return std::make_shared<ParkedWindowsX11>(
+        isDrawnOffScreen ? Parking::OffScreen : Parking::OnePixel, std::move(watcher));
 }
 
 } // namespace glimmerpane::x11

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/Backend.h"
+#include "platform/ViewerWatch.h"
 
 namespace glimmerpane::x11
 {
@@ -19,13 +20,14 @@ Backend makeBackend(bool listsOutput);
  * Output windows for GNOME on Wayland, which lists managed windows only: minimised ones. None is
  * larger than the main display, because GNOME would cut off the rest.
  */
-std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays);
+std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
+                                                   ViewerWatcher watcher);
 
 /**
  * Output windows for KWin on Wayland, which lists managed windows only, but lets them go off the
  * screen. Unless the compositor draws windows there, too, one pixel of them stays on the screen.
  */
-std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen);
+std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen, ViewerWatcher watcher);
 
 /** The window manager's name, such as "KWin"; empty if none announces itself. */
 QByteArray windowManager();

@@ -154,31 +154,32 @@ private Q_SLOTS:
         for (const auto &[returned, comes] :
              {std::pair(one, one), {QRegion(), QRegion(source)}, {aside, aside & source}}) {
             DesktopFixture fixture;
-            QObject mainThread;
-            std::vector<QRegion> changes;
+            // The stream's thread may end after this scope.
+            const auto changes = std::make_shared<std::vector<QRegion>>();
             const CaptureFrame area{100, 824, 200, 100}; // the source's, on a screen 1024 high
             const auto stream = fixture.desktop.screen->makeCaptureStream(
                 {.display = *fixture.desktop.displays->mainDisplay()},
                 streamConfiguration(area, 1024));
-            const auto keep = [&](const SampleBuffer &sample) {
+            const auto keep = [changes](const SampleBuffer &sample) {
                 QMetaObject::invokeMethod(
-                    &mainThread, [&changes, region = sample.changed] { changes.push_back(region); },
+                    QCoreApplication::instance(),
+                    [changes, region = sample.changed] { changes->push_back(region); },
                     Qt::QueuedConnection);
             };
             QVERIFY(QCoro::waitFor(
                 stream->startCapture({.didOutputSampleBuffer = keep, .didStopWithError = {}})));
-            QVERIFY(waitFor([&] { return !changes.empty(); }, patience));
-            QCOMPARE(changes.front(), QRegion(source));
+            QVERIFY(waitFor([&] { return !changes->empty(); }, patience));
+            QCOMPARE(changes->front(), QRegion(source));
 
             // The stream's first look at the screen may fall together with a frame that is
             // returned.
             SampleBuffer sample;
             sample.source = source;
             sample.changed = returned;
-            changes.clear();
+            changes->clear();
             const auto cameAgain = [&, &comes = comes] {
                 stream->returnSampleBuffer(sample);
-                return std::ranges::find(changes, comes) != changes.end();
+                return std::ranges::find(*changes, comes) != changes->end();
             };
             QVERIFY(waitFor(cameAgain, patience));
         }

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/pipewire/FlowWatch.h"
 #include "platform/x11/IconicWindowX11.h"
 #include "rig/GnomeSession.h"
 #include "rig/InputInjector.h"
@@ -28,10 +29,15 @@ struct IconicFixture {
         makeWindow();
     }
 
+    void close()
+    {
+        layer.reset();
+        window.reset();
+    }
     void makeWindow()
     {
-        window.reset();
-        window = x11::IconicWindowX11::create(title, size).value();
+        close();
+        window = x11::IconicWindowX11::create(title, size, pipewire::watchFlow).value();
         window->orderFront();
         // The shell lists it before the server has mapped it; until then nothing can be drawn.
         const auto isThere = [this] {
@@ -39,6 +45,7 @@ struct IconicFixture {
             return isMinimised() && isViewable(client, id);
         };
         require(waitFor(isThere, patience), "it is not there, or not minimised");
+        layer = window->makeDisplayLayer().value();
     }
 
     bool isListed() const { return session.window(title).has_value(); }
@@ -49,7 +56,11 @@ struct IconicFixture {
     }
     GnomeStream record() const { return session.recordWindow(session.window(title)->id); }
 
-    void draw(QRgb color) const { drawWindowSign(client, id, size, color); }
+    void draw(QRgb color) const
+    {
+        layer->showPlain(Qt::black,
+                         drawn(color).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    }
     static QImage drawn(QRgb color) { return windowSign(size, color); }
 
     /** Returns once the desktop, which is still animated at times, has its final look. */
@@ -69,9 +80,24 @@ struct IconicFixture {
         return seen;
     }
 
+    /** Returns once the shell paints no more. */
+    static void awaitRest(GnomeStream &monitor)
+    {
+        int painted = -1;
+        QElapsedTimer since;
+        const auto isAtRest = [&] {
+            if (const int now = monitor->pictures(); std::exchange(painted, now) != now) {
+                since.start();
+            }
+            return since.elapsed() > 700;
+        };
+        require(waitFor(isAtRest, 2 * patience), "the desktop does not come to rest");
+    }
+
     GnomeSession session;
     XClient client;
     std::unique_ptr<OutputWindow> window;
+    std::unique_ptr<DisplayLayer> layer;
     xcb_window_t id = XCB_WINDOW_NONE;
 };
 
@@ -85,7 +111,7 @@ private Q_SLOTS:
     void window_isListedAndUnseen_butViewersHaveItsPicture()
     {
         IconicFixture fixture;
-        fixture.window.reset();
+        fixture.close();
         auto monitor = fixture.session.recordMonitor();
         fixture.stillScreen(monitor);
         monitor->watch(belowTopBar);
@@ -111,13 +137,11 @@ private Q_SLOTS:
     void picture_comesToANewViewer_whenNothingMoves()
     {
         IconicFixture fixture;
-        for (int i = 0; i < 20; ++i) {
-            fixture.makeWindow();
-            const QRgb color = qRgb(10 * i, 200 - 10 * i, 100);
+        auto monitor = fixture.session.recordMonitor();
+        for (int i = 0; i < 10; ++i) {
+            const QRgb color = qRgb(20 * i, 200 - 20 * i, 100);
             fixture.draw(color);
-            // Long enough for everything that was drawn before to have reached the shell.
-            auto monitor = fixture.session.recordMonitor();
-            fixture.stillScreen(monitor);
+            fixture.awaitRest(monitor);
             auto viewer = fixture.record();
             QVERIFY2(becomeEqual([&] { return viewer->picture(); },
                                  [&] { return fixture.drawn(color); }, patience),

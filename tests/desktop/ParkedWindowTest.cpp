@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "platform/pipewire/FlowWatch.h"
 #include "platform/x11/ParkedWindowX11.h"
 #include "rig/ColorWindow.h"
 #include "rig/KWinClient.h"
@@ -35,7 +36,9 @@ struct ParkedFixture {
     /** Returns once it is drawn at its place. */
     void park(QPoint area, QPoint place)
     {
-        window = x11::ParkedWindowX11::create(title, {area, size}, x11::Parking::OnePixel).value();
+        window = x11::ParkedWindowX11::create(title, {area, size}, x11::Parking::OnePixel,
+                                              pipewire::watchFlow)
+                     .value();
         window->orderFront();
         awaitPlace(place);
         id = findWindow(client, title, Listing::All).value_or(XCB_WINDOW_NONE);
