@@ -34,7 +34,7 @@ public:
     /** Called when the user wants to see the window, which stays unseen. */
     std::function<void()> onActivated;
 
-    /** Called when isWatched() has changed. */
+    /** Called when isWatched() may have changed. */
     std::function<void()> onWatchedChanged;
 
     /** Only calls onCloseRequest. */

@@ -116,7 +116,7 @@ Q_SIGNALS:
     void sharedFrameChanged();
     /** isPaused() has changed. */
     void pausedChanged();
-    /** isWatched() has changed during a session. */
+    /** isWatched() may have changed during a session. */
     void watchedChanged();
     /** The selector has opened, or failed to with an error that is about to be shown. */
     void frameSelectorShown(const QString &error);

@@ -42,7 +42,7 @@ public:
     /** Whether another program reads the window; null if the desktop does not tell. */
     virtual std::optional<bool> isWatched() const { return std::nullopt; }
 
-    std::function<void()> onWatchedChanged; ///< isWatched() has changed
+    std::function<void()> onWatchedChanged; ///< isWatched() may have changed
 
     /** Called when what was drawn into the window is lost. */
     std::function<void()> onContentsLost;

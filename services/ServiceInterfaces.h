@@ -50,7 +50,7 @@ public:
 
     /** Whether another program reads the output window; null without one, or if nobody tells. */
     virtual std::optional<bool> isSharingWindowWatched() const = 0;
-    /** Called when that has changed while the window is open. Set once, by the view model. */
+    /** Called when that may have changed while the window is open. Set once, by the view model. */
     virtual void setOnWatchedChanged(Handler handler) = 0;
 };
 

@@ -6,9 +6,11 @@
 
 #include <QSocketNotifier>
 
+#include <spa/param/video/format-utils.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstring>
 #include <map>
 #include <string_view>
 #include <utility>
@@ -45,15 +47,20 @@ public:
 
     bool connect();
     bool isWorking() const override { return isWorking_; }
+    std::optional<bool> isViewed(QSize size) const override;
 
 private:
     struct Node {
         FlowWatch &watch;
+        const bool isViewer; ///< of another program
+        bool isRunning = false;
+        QSize size{}; ///< of its pictures, pixels; empty until that is agreed on
         spa_hook listener{}; ///< used until the proxy is gone
         Handle<pw_proxy, pw_proxy_destroy> proxy{};
 
-        explicit Node(FlowWatch &owner)
+        Node(FlowWatch &owner, bool views)
             : watch(owner)
+            , isViewer(views)
         {
         }
     };
@@ -63,8 +70,10 @@ private:
                          std::uint32_t version, const spa_dict *properties);
     static void disappeared(void *data, std::uint32_t id);
     static void changed(void *data, const pw_node_info *info);
+    static void described(void *data, int seq, std::uint32_t parameter, std::uint32_t index,
+                          std::uint32_t next, const spa_pod *value);
 
-    void add(std::uint32_t id);
+    void add(std::uint32_t id, bool isViewer);
     void stop();
 
     const Library library_;
@@ -138,43 +147,91 @@ void FlowWatch::failed(void *data, std::uint32_t id, int /*seq*/, int result, co
 void FlowWatch::appeared(void *data, std::uint32_t id, std::uint32_t /*permissions*/,
                          const char *type, std::uint32_t /*version*/, const spa_dict *properties)
 {
-    const char *const mediaClass
-        = properties != nullptr ? spa_dict_lookup(properties, PW_KEY_MEDIA_CLASS) : nullptr;
-    const bool isSound
-        = mediaClass != nullptr && std::string_view(mediaClass).find("Audio") != std::string::npos;
-    if (std::strcmp(type, PW_TYPE_INTERFACE_Node) == 0 && !isSound) {
-        static_cast<FlowWatch *>(data)->add(id);
+    const auto property = [properties](const char *key) {
+        const char *const value = properties ? spa_dict_lookup(properties, key) : nullptr;
+        return std::string_view(value ? value : "");
+    };
+    const auto mediaClass = property(PW_KEY_MEDIA_CLASS);
+    const bool isSound = mediaClass.find("Audio") != std::string_view::npos;
+    if (std::string_view(type) == PW_TYPE_INTERFACE_Node && !isSound) {
+        static_cast<FlowWatch *>(data)->add(
+            id, mediaClass == "Stream/Input/Video" && property(PW_KEY_NODE_NAME) != nodeName);
     }
 }
 
 void FlowWatch::disappeared(void *data, std::uint32_t id)
 {
-    static_cast<FlowWatch *>(data)->nodes_.erase(id);
+    auto &watch = *static_cast<FlowWatch *>(data);
+    const auto node = watch.nodes_.find(id);
+    if (node == watch.nodes_.end()) {
+        return;
+    }
+    const bool wasViewer = node->second.isViewer;
+    watch.nodes_.erase(node);
+    if (wasViewer) {
+        watch.news_();
+    }
 }
 
-void FlowWatch::add(std::uint32_t id)
+void FlowWatch::add(std::uint32_t id, bool isViewer)
 {
     static const pw_node_events events = [] {
         pw_node_events table{};
         table.version = PW_VERSION_NODE_EVENTS;
         table.info = changed;
+        table.param = described;
         return table;
     }();
-    auto &node = nodes_.try_emplace(id, *this).first->second;
+    auto &node = nodes_.try_emplace(id, *this, isViewer).first->second;
     node.proxy.reset(static_cast<pw_proxy *>(
         pw_registry_bind(registry_.get(), id, PW_TYPE_INTERFACE_Node, PW_VERSION_NODE, 0)));
     if (node.proxy) {
-        pw_node_add_listener(reinterpret_cast<pw_node *>(node.proxy.get()), &node.listener, &events,
-                             &node);
+        auto *const remote = reinterpret_cast<pw_node *>(node.proxy.get());
+        pw_node_add_listener(remote, &node.listener, &events, &node);
+        std::uint32_t format = SPA_PARAM_Format;
+        pw_node_subscribe_params(remote, &format, 1);
     }
 }
 
 void FlowWatch::changed(void *data, const pw_node_info *info)
 {
-    if ((info->change_mask & PW_NODE_CHANGE_MASK_STATE) != 0
-        && info->state == PW_NODE_STATE_RUNNING) {
-        static_cast<Node *>(data)->watch.news_();
+    if ((info->change_mask & PW_NODE_CHANGE_MASK_STATE) == 0) {
+        return;
     }
+    auto &node = *static_cast<Node *>(data);
+    node.isRunning = info->state == PW_NODE_STATE_RUNNING;
+    if (node.isRunning || node.isViewer) {
+        node.watch.news_();
+    }
+}
+
+void FlowWatch::described(void *data, int /*seq*/, std::uint32_t parameter, std::uint32_t /*index*/,
+                          std::uint32_t /*next*/, const spa_pod *value)
+{
+    spa_video_info_raw format{};
+    if (parameter != SPA_PARAM_Format || value == nullptr
+        || spa_format_video_raw_parse(value, &format) < 0) {
+        return;
+    }
+    auto &node = *static_cast<Node *>(data);
+    node.size = {int(format.size.width), int(format.size.height)};
+    if (node.isViewer) {
+        node.watch.news_();
+    }
+}
+
+std::optional<bool> FlowWatch::isViewed(QSize size) const
+{
+    const auto views
+        = [](const auto &entry) { return entry.second.isViewer && entry.second.isRunning; };
+    if (!isWorking_) {
+        return std::nullopt;
+    }
+    if (std::ranges::any_of(
+            nodes_, [&](const auto &entry) { return views(entry) && entry.second.size == size; })) {
+        return true;
+    }
+    return std::ranges::any_of(nodes_, views) ? std::nullopt : std::optional(false);
 }
 
 } // namespace

@@ -17,6 +17,9 @@ struct Library {
     ~Library() { pw_deinit(); }
 };
 
+/** The name of this program's nodes. */
+inline constexpr const char *nodeName = "glimmerpane";
+
 /** A handle of PipeWire that this function gives back. */
 template<typename T, auto giveBack>
 struct GiveBack {

@@ -213,7 +213,7 @@ std::expected<void, Error> VideoLoop::connect()
 std::expected<void, Error> VideoLoop::connectStream()
 {
     // Never take pictures from anywhere else, such as a camera, when this node goes.
-    stream_.reset(pw_stream_new(core_.get(), "glimmerpane",
+    stream_.reset(pw_stream_new(core_.get(), nodeName,
                                 pw_properties_new(PW_KEY_MEDIA_TYPE, "Video", PW_KEY_MEDIA_CATEGORY,
                                                   "Capture", PW_KEY_MEDIA_ROLE, "Screen",
                                                   PW_KEY_NODE_DONT_RECONNECT, "true", nullptr)));

@@ -112,11 +112,14 @@ void OffscreenWindowX11::describe(const QString &title, AtomName type)
 void OffscreenWindowX11::watchViewers()
 {
     if (!isXwayland(connection_)) {
-        viewers_ = RedirectionWatch::create(connection_, window_.get(), [this] {
-            if (onWatchedChanged) {
-                onWatchedChanged();
-            }
-        });
+        viewers_ = RedirectionWatch::create(connection_, window_.get(), [this] { tellWatched(); });
+    }
+}
+
+void OffscreenWindowX11::tellWatched() const
+{
+    if (onWatchedChanged) {
+        onWatchedChanged();
     }
 }
 

@@ -49,6 +49,8 @@ protected:
     virtual void handle(const xcb_generic_event_t &event);
     /** From now on, if the programs that read the window are clients of this X server. */
     void watchViewers();
+    /** Passes on that isWatched() may have changed. */
+    void tellWatched() const;
     /** Its layer has drawn a new picture of the screen, or something else. */
     virtual void noteDrawn(bool /*isPictureNew*/) { }
 

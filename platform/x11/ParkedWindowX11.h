@@ -36,6 +36,7 @@ public:
 
     void orderFront() override;
     void orderOut() override;
+    std::optional<bool> isWatched() const override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;

@@ -26,7 +26,8 @@ constexpr auto settling = 500ms;
 } // namespace
 
 WindowTouch::WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events,
-                         const ViewerWatcher &watcher, std::function<void()> also)
+                         const ViewerWatcher &watcher, std::function<void()> viewersChanged,
+                         std::function<void()> also)
     : connection_(connection)
     , window_(window)
     , events_(events)
@@ -35,7 +36,11 @@ WindowTouch::WindowTouch(const Connection &connection, xcb_window_t window, Even
 {
     timer_.callOnTimeout([this] { touch(); });
     expectViewer();
-    watch_ = watcher ? watcher([this] { expectViewer(); }) : nullptr;
+    const auto news = [this, viewersChanged = std::move(viewersChanged)] {
+        expectViewer();
+        viewersChanged();
+    };
+    watch_ = watcher ? watcher(news) : nullptr;
 }
 
 void WindowTouch::expectViewer()

@@ -10,6 +10,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane::x11
 {
@@ -23,9 +24,19 @@ namespace glimmerpane::x11
 class WindowTouch
 {
 public:
-    /** `also` is called each time before the requests are sent. */
+    /**
+     * `viewersChanged` is called when viewers have come or gone, `also` each time before the
+     * requests are sent.
+     */
     WindowTouch(const Connection &connection, xcb_window_t window, EventReader &events,
-                const ViewerWatcher &watcher, std::function<void()> also = {});
+                const ViewerWatcher &watcher, std::function<void()> viewersChanged,
+                std::function<void()> also = {});
+
+    /** Whether another program gets a picture of the window, of this size; null if nobody tells. */
+    std::optional<bool> isViewed(QSize size) const
+    {
+        return watch_ ? watch_->isViewed(size) : std::nullopt;
+    }
 
     /**
      * Something was drawn, which has to reach the viewers; because the screen has a new picture, or

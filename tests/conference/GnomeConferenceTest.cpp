@@ -49,11 +49,18 @@ private Q_SLOTS:
             = [&] { return session.window(QStringLiteral("Glimmerpane - Output")).has_value(); };
         QVERIFY2(waitFor(isShared, patience), program.output());
 
+        const auto isWatched = [&](const char *answer) {
+            auto asked = ChildProcess::start({.program = QStringLiteral(GLIMMERPANE_PROGRAM),
+                                              .arguments = {QStringLiteral("--status")},
+                                              .environment = session.environment()});
+            return asked && asked->waitForEnd(patience)
+                && asked->output().contains(QByteArray("\"watched\":") + answer);
+        };
+        QVERIFY(waitFor([&] { return isWatched("false"); }, patience));
         const QTemporaryDir home;
-        const auto browser
-            = startChromium({.environment = session.environment(),
-                             .home = home.path(),
-                             .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE))});
+        auto browser = startChromium({.environment = session.environment(),
+                                      .home = home.path(),
+                                      .page = QUrl::fromLocalFile(QStringLiteral(CALL_PAGE))});
         browser->share();
         const auto input = session.input();
         const auto dialog = session.portalDialog();
@@ -101,6 +108,9 @@ private Q_SLOTS:
         QVERIFY2(waitFor([&] { return (best = std::max(best, rate())) >= leastRate; }, patience),
                  qPrintable(QString::number(best)));
         qInfo("%d frames a second", best);
+        QVERIFY(waitFor([&] { return isWatched("null"); }, patience));
+        browser.reset();
+        QVERIFY(waitFor([&] { return isWatched("false"); }, patience));
     }
 };
 
