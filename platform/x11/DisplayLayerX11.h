@@ -20,10 +20,10 @@ namespace glimmerpane::x11
 {
 
 /**
- * Shows frames by requests alone: changes are copied from the screen, or from a pixmap that holds
- * the picture, into the window inside the server. A frame of the window's size is copied as is; any
- * other is scaled by RENDER. The connection is read only when a frame arrives, so the server's
- * replies cause no wake-ups.
+ * Shows frames by requests alone: changes are copied from the screen, or from memory that the
+ * server shares with this program or with a recorder, into the window inside the server. A frame of
+ * the window's size is copied as is; any other is scaled by RENDER. The connection is read only
+ * when a frame arrives, so the server's replies cause no wake-ups.
  */
 class DisplayLayerX11 : public DisplayLayer
 {
