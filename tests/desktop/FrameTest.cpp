@@ -197,6 +197,7 @@ private Q_SLOTS:
             const QRect next = place.translated(left);
             fixture.input.moveTo(from);
             fixture.input.press();
+            fixture.command("--status"); // by now it knows that the press was not in the area
             for (int step = 1; step <= 20; ++step) {
                 fixture.input.moveTo(from + way * step / 20);
                 if (watch.take(std::chrono::milliseconds(20))) {

@@ -300,6 +300,8 @@ private Q_SLOTS:
         fixture.cancel();
         QVERIFY(fixture.becomes(std::nullopt));
 
+        QVERIFY(fixture.becomes("nothing is shared", "Start sharing"));
+        QVERIFY(fixture.status().contains("false")); // it has done what belonged to the selector
         xcb_grab_server(
             fixture.client.get()); // so the program cannot find out whether it may share
         fixture.client.sync();
