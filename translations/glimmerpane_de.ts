@@ -611,6 +611,10 @@ Neue Version: %2</translation>
         <source>That Did Not Work</source>
         <translation>Das hat nicht geklappt</translation>
     </message>
+    <message>
+        <source>Screen Recording Is Not Possible Here</source>
+        <translation>Die Bildschirmaufnahme ist hier nicht möglich</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::MainWindow</name>

@@ -610,6 +610,10 @@ Nouvelle version&#xa0;: %2</translation>
         <source>That Did Not Work</source>
         <translation>Cela n’a pas fonctionné</translation>
     </message>
+    <message>
+        <source>Screen Recording Is Not Possible Here</source>
+        <translation>L’enregistrement de l’écran n’est pas possible ici</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::MainWindow</name>
