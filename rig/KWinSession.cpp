@@ -3,6 +3,7 @@
 
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -35,6 +36,7 @@ KWinSession::KWinSession(const Options &options)
     if (!options.installed.isEmpty()) {
         setVariable("XDG_DATA_DIRS",
                     options.installed + QStringLiteral(":/usr/local/share:/usr/share"));
+        writeMenu();
     }
     startKWin(options);
 }
@@ -42,6 +44,20 @@ KWinSession::KWinSession(const Options &options)
 KWinSession::~KWinSession()
 {
     QDBusConnection::disconnectFromBus(busName);
+}
+
+/** KDE finds only those desktop entries that a menu has. */
+void KWinSession::writeMenu() const
+{
+    const QString folder
+        = environment().value(QStringLiteral("XDG_CONFIG_HOME")) + QStringLiteral("/menus");
+    QDir().mkpath(folder);
+    QFile menu(folder + QStringLiteral("/applications.menu"));
+    require(
+        menu.open(QIODevice::WriteOnly)
+            && menu.write("<Menu><Name>All</Name><DefaultAppDirs/><Include><All/></Include></Menu>")
+                > 0,
+        "cannot write a menu");
 }
 
 void KWinSession::startKWin(const Options &options)

@@ -39,6 +39,7 @@ public:
     QImage screenshot(const QRect &rectangle) const;
 
 private:
+    void writeMenu() const;
     void startKWin(const Options &options);
 
     ChildProcess kwin_;

@@ -29,6 +29,10 @@ test_packages=(
     firefox-esr clang-format-19 clang-tidy-19
     x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
 )
+# KDE's portal and what its dialog needs, where KWin can record the screen without hardware.
+if dpkg --compare-versions "$(cat /etc/debian_version)" ge 13; then
+    test_packages+=(xdg-desktop-portal-kde plasma-workspace qt6-wayland)
+fi
 # shellcheck disable=SC2034
 debian_packages=(debootstrap debian-archive-keyring util-linux)
 # shellcheck disable=SC2034

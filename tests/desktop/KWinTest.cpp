@@ -22,10 +22,16 @@ const QString outputTitle = QStringLiteral("Glimmerpane - Output");
 const QString share = QStringLiteral("--share");
 const QString status = QStringLiteral("--status");
 
-ChildProcess launch(const KWinSession &session, const QString &path, const QStringList &arguments)
+ChildProcess launch(const KWinSession &session, const QString &path, const QStringList &arguments,
+                    bool isLogged = false)
 {
-    return required(ChildProcess::start(
-        {.program = path, .arguments = arguments, .environment = session.environment()}));
+    auto environment = session.environment();
+    if (isLogged) {
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"),
+                           QStringLiteral("glimmerpane.platform.info=true"));
+    }
+    return required(
+        ChildProcess::start({.program = path, .arguments = arguments, .environment = environment}));
 }
 
 /** What the running instance, or one that fails, answers. */
@@ -119,7 +125,8 @@ private Q_SLOTS:
         if (pipeWireEnds == u"before") {
             session.endPipeWire();
         }
-        auto running = launch(session, program, {QStringLiteral("--area=100,100,400x300"), share});
+        auto running
+            = launch(session, program, {QStringLiteral("--area=100,100,400x300"), share}, true);
         if (pipeWireEnds != u"before") {
             QRect place;
             const auto isParked = [&] {
@@ -132,6 +139,8 @@ private Q_SLOTS:
             QVERIFY2(said.contains(R"("backend":"kwin","clicks":"none")"), said);
         }
         if (pipeWireEnds == u"after") {
+            QVERIFY(waitFor([&] { return running.output().contains("stream is streaming"); },
+                            patience));
             session.endPipeWire();
         }
         QVERIFY2(waitFor([&] { return QString::fromUtf8(running.output()).contains(expected); },
