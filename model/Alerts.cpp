@@ -24,6 +24,14 @@ Alert permissionAlert(const Error &reason)
             .buttons = {MainViewModel::tr("Open System Settings"), MainViewModel::tr("Cancel")}};
 }
 
+Alert impossibleAlert(const Error &reason)
+{
+    return {.messageText = MainViewModel::tr("Screen Recording Is Not Possible Here"),
+            .informativeText = reason.text,
+            .style = Alert::Style::Warning,
+            .buttons = {MainViewModel::tr("OK")}};
+}
+
 Alert settingsAlert(const Error &reason)
 {
     return {.messageText = MainViewModel::tr("Screen Recording"),

@@ -11,6 +11,9 @@ namespace glimmerpane
 /** The screen may not be read; the first button opens the desktop's settings. */
 Alert permissionAlert(const Error &reason);
 
+/** This session has no way to record the screen, so no settings help. */
+Alert impossibleAlert(const Error &reason);
+
 /** The desktop's settings program is not known. */
 Alert settingsAlert(const Error &reason);
 

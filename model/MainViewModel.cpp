@@ -303,6 +303,10 @@ void MainViewModel::displaysChanged()
 
 void MainViewModel::showScreenRecordingPermissionAlert(const Error &reason)
 {
+    if (reason.outcome == Outcome::impossible) {
+        runModal(impossibleAlert(reason));
+        return;
+    }
     const int answer = runModal(permissionAlert(reason));
     if (answer == firstAlertButton && !backend_.shell->openPrivacySettings()) {
         runModal(settingsAlert(reason));

@@ -3,7 +3,9 @@
 
 #include <QDBusMessage>
 #include <QDBusUnixFileDescriptor>
+#include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QStandardPaths>
 
 #include <array>
@@ -34,6 +36,7 @@ KWinSession::KWinSession(const Options &options)
     if (!options.installed.isEmpty()) {
         setVariable("XDG_DATA_DIRS",
                     options.installed + QStringLiteral(":/usr/local/share:/usr/share"));
+        writeMenu();
     }
     startKWin(options);
 }
@@ -41,6 +44,20 @@ KWinSession::KWinSession(const Options &options)
 KWinSession::~KWinSession()
 {
     QDBusConnection::disconnectFromBus(busName);
+}
+
+/** KDE finds only those desktop entries that a menu has. */
+void KWinSession::writeMenu() const
+{
+    const QString folder
+        = environment().value(QStringLiteral("XDG_CONFIG_HOME")) + QStringLiteral("/menus");
+    QDir().mkpath(folder);
+    QFile menu(folder + QStringLiteral("/applications.menu"));
+    require(
+        menu.open(QIODevice::WriteOnly)
+            && menu.write("<Menu><Name>All</Name><DefaultAppDirs/><Include><All/></Include></Menu>")
+                > 0,
+        "cannot write a menu");
 }
 
 void KWinSession::startKWin(const Options &options)
@@ -68,6 +85,7 @@ void KWinSession::startKWin(const Options &options)
     if (options.installed.isEmpty()) {
         enable("KWIN_WAYLAND_NO_PERMISSION_CHECKS");
     }
+    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(GLIMMERPANE_MEMORY_GRAPHICS));
     environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP")); // it would load Plasma's parts
     kwin_ = required(ChildProcess::start(
         {.program = copy,
@@ -87,12 +105,13 @@ void KWinSession::startKWin(const Options &options)
     enterDisplay(names.value(0), names.value(1));
 }
 
-bool KWinSession::draws() const
+int KWinSession::majorVersion() const
 {
-    const auto introspect = QDBusMessage::createMethodCall(
-        QStringLiteral("org.kde.KWin"), QStringLiteral("/org/kde/KWin/ScreenShot2"),
-        QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    return bus_.call(introspect).arguments().value(0).toString().contains(u"CaptureArea");
+    const auto ask = QDBusMessage::createMethodCall(
+        QStringLiteral("org.kde.KWin"), QStringLiteral("/KWin"), QStringLiteral("org.kde.KWin"),
+        QStringLiteral("supportInformation"));
+    static const QRegularExpression version(QStringLiteral("KWin version: ([0-9]+)"));
+    return version.match(bus_.call(ask).arguments().value(0).toString()).captured(1).toInt();
 }
 
 QImage KWinSession::screenshot(const QRect &rectangle) const

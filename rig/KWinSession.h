@@ -10,9 +10,9 @@ namespace glimmerpane::testing
 {
 
 /**
- * A private KWin on Wayland without Plasma around it and without hardware: one output, in 5.27
- * drawn by OpenGL in software. Every program may record the screen, unless Options say otherwise,
- * but in 5.27 there are no pictures of it, only of windows.
+ * A private KWin on Wayland without Plasma around it and without hardware: one output, drawn by
+ * OpenGL in software. Every program may record the screen, unless Options say otherwise, but before
+ * KWin 6 there are no pictures of it, only of windows.
  */
 class KWinSession : public WaylandDesktop
 {
@@ -34,12 +34,12 @@ public:
     /** For KWinClient. */
     QString socket() const { return runtimeFile(QStringLiteral("wayland-0")); }
     QString pipeWireSocket() const { return runtimeFile(QStringLiteral("pipewire-0")); }
-    /** Whether it draws by OpenGL, without which KWin has no screenshots and recordings. */
-    bool draws() const;
+    int majorVersion() const; ///< 5 or 6
     /** What KWin shows, without the pointer; Format_RGB32. */
     QImage screenshot(const QRect &rectangle) const;
 
 private:
+    void writeMenu() const;
     void startKWin(const Options &options);
 
     ChildProcess kwin_;

@@ -11,6 +11,7 @@ namespace glimmerpane
 enum class Outcome {
     cancelled, ///< the user, or the program itself, withdrew it
     unavailable, ///< this system cannot do it; trying again does not help
+    impossible, ///< nor can it in another way
     failed,
 };
 

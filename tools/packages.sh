@@ -9,7 +9,8 @@ build_packages=(
     qt6-base-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev nlohmann-json3-dev
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
-    libxcb-cursor-dev libxcb-record0-dev libxcb-xtest0-dev libxcb-res0-dev libpipewire-0.3-dev
+    libxcb-cursor-dev libxcb-record0-dev libxcb-xtest0-dev libxcb-res0-dev libegl-dev libgl-dev
+    libpipewire-0.3-dev
     libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
 )
 # shellcheck disable=SC2034
@@ -18,7 +19,7 @@ demo_packages=(xvfb openbox fonts-dejavu-core)
 # shellcheck disable=SC2034
 wayland_packages=(
     gnome-shell xwayland pipewire wireplumber xdg-desktop-portal xdg-desktop-portal-gnome
-    sway grim kwin-wayland weston
+    sway grim kwin-wayland kwin-common weston
 )
 # shellcheck disable=SC2034
 test_packages=(
@@ -28,6 +29,10 @@ test_packages=(
     firefox-esr clang-format-19 clang-tidy-19
     x11-utils binutils desktop-file-utils appstream librsvg2-bin file man-db groff-base zsh
 )
+# KDE's portal and what its dialog needs, where KWin can record the screen without hardware.
+if dpkg --compare-versions "$(cat /etc/debian_version)" ge 13; then
+    test_packages+=(xdg-desktop-portal-kde plasma-workspace qt6-wayland)
+fi
 # shellcheck disable=SC2034
 debian_packages=(debootstrap debian-archive-keyring util-linux)
 # shellcheck disable=SC2034

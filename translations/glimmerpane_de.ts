@@ -360,6 +360,10 @@
         <source>The desktop could not set up the shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
         <translation>Der Desktop konnte die Tastenkürzel nicht einrichten. docs/shortcuts.md sagt, wie es in seinen Einstellungen geht.</translation>
     </message>
+    <message>
+        <source>--output-window=managed has no effect under this compositor, which would show the window.</source>
+        <translation>--output-window=managed hat unter diesem Compositor keine Wirkung, denn er würde das Fenster zeigen.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -610,6 +614,10 @@ Neue Version: %2</translation>
     <message>
         <source>That Did Not Work</source>
         <translation>Das hat nicht geklappt</translation>
+    </message>
+    <message>
+        <source>Screen Recording Is Not Possible Here</source>
+        <translation>Die Bildschirmaufnahme ist hier nicht möglich</translation>
     </message>
 </context>
 <context>

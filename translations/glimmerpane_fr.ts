@@ -360,6 +360,10 @@
         <source>The desktop could not set up the shortcuts. docs/shortcuts.md says how to set them in its own settings.</source>
         <translation>Le bureau n’a pas pu définir les raccourcis. docs/shortcuts.md dit comment les définir dans ses réglages.</translation>
     </message>
+    <message>
+        <source>--output-window=managed has no effect under this compositor, which would show the window.</source>
+        <translation>--output-window=managed n’a pas d’effet avec ce compositeur, qui montrerait la fenêtre.</translation>
+    </message>
 </context>
 <context>
     <name>glimmerpane::InstanceBus</name>
@@ -609,6 +613,10 @@ Nouvelle version&#xa0;: %2</translation>
     <message>
         <source>That Did Not Work</source>
         <translation>Cela n’a pas fonctionné</translation>
+    </message>
+    <message>
+        <source>Screen Recording Is Not Possible Here</source>
+        <translation>L’enregistrement de l’écran n’est pas possible ici</translation>
     </message>
 </context>
 <context>

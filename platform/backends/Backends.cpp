@@ -50,9 +50,7 @@ Backend xwaylandBackend(const BackendRequest &request)
     } else if (x11::windowManager() == "KWin") {
         backend.overlays = x11::makeSpanningOverlays();
         backend.areaDrag = AreaDrag::Impossible;
-        constexpr int firstThatDrawsOffScreen = 6;
-        backend.outputWindows = x11::parkedOutputWindows(
-            kwin::majorVersion() >= firstThatDrawsOffScreen, pipewire::watchFlow);
+        backend.outputWindows = x11::parkedOutputWindows(pipewire::watchFlow);
     }
     return backend;
 }

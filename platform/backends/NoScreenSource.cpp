@@ -13,7 +13,7 @@ QCoro::Task<std::expected<ShareableContent, Error>> NoScreenSource::shareableCon
                     "desktop portal with ScreenCast. Install xdg-desktop-portal with the part for "
                     "this desktop, or log in to GNOME, KDE Plasma, sway or an X11 session."),
         .log = QStringLiteral("no back end works in this session"),
-        .outcome = Outcome::unavailable});
+        .outcome = Outcome::impossible});
 }
 
 std::unique_ptr<CaptureStream> NoScreenSource::makeCaptureStream(

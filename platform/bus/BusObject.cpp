@@ -79,14 +79,6 @@ QCoro::Task<QVariant> BusObject::property(QString name) const
     co_return valueIn(reply);
 }
 
-QVariant BusObject::resultNow(const QString &method) const
-{
-    return QDBusConnection::sessionBus()
-        .call(callOf(*this, method, {}), QDBus::Block, longestWait)
-        .arguments()
-        .value(0);
-}
-
 QVariant BusObject::propertyNow(const QString &name) const
 {
     return valueIn(

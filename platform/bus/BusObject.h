@@ -28,9 +28,6 @@ struct BusObject {
     /** Calls a method whose result does not matter. */
     void send(const QString &method, const QVariantList &arguments = {}) const;
 
-    /** The first result of a method without arguments; null if there is none. Waits for it. */
-    QVariant resultNow(const QString &method) const;
-
     /** A property of the interface; null if it cannot be read. */
     QCoro::Task<QVariant> property(QString name) const;
     /** The same, but waits for the service. */

@@ -217,8 +217,10 @@ QCoro::Task<pipewire::AreaRecorder::Result> KWinRecorder::record(
     if (!node) {
         co_return std::unexpected(node.error());
     }
+    // KWin 6.3 leaves out what changes in the region's left and upper part: it intersects with the
+    // region after it has moved the damage to the region's origin.
     co_return pipewire::AreaRecording{
-        .node = *node, .part = region.part, .session = std::move(session)};
+        .node = *node, .part = region.part, .session = std::move(session), .tellsChanges = false};
 }
 
 } // namespace glimmerpane::kwin

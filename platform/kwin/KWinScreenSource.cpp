@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/kwin/KWinScreenSource.h"
 
-#include "platform/bus/BusObject.h"
 #include "platform/kwin/KWinRecorder.h"
-
-#include <QRegularExpression>
 
 #include <utility>
 
@@ -14,19 +11,6 @@ namespace glimmerpane::kwin
 bool isUsable()
 {
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && checkPermission().has_value();
-}
-
-int majorVersion()
-{
-    const BusObject kwin{.service = QStringLiteral("org.kde.KWin"),
-                         .path = QStringLiteral("/KWin"),
-                         .interface = QStringLiteral("org.kde.KWin")};
-    if (!kwin.isThere()) {
-        return 0;
-    }
-    const QString said = kwin.resultNow(QStringLiteral("supportInformation")).toString();
-    static const QRegularExpression version(QStringLiteral("KWin version: ([0-9]+)"));
-    return version.match(said).captured(1).toInt();
 }
 
 KWinScreenSource::KWinScreenSource(std::shared_ptr<Displays> displays)

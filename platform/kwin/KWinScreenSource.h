@@ -11,9 +11,6 @@ namespace glimmerpane::kwin
 /** Whether this is a KWin that lets this program record the screen without a question. Waits. */
 bool isUsable();
 
-/** KWin's version before the first dot, such as 6; 0 if this is not KWin. Waits for it. */
-int majorVersion();
-
 /** The screen of a Plasma session on Wayland, recorded by KWin without any question. */
 class KWinScreenSource : public ScreenSource
 {

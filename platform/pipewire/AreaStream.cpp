@@ -66,7 +66,8 @@ QCoro::Task<AreaStream::Result> AreaStream::record(int attempt)
                    .area = *pixels,
                    .partOf = [part = recording_->part](QSize picture,
                                                        QRect /*area*/) { return part(picture); },
-                   .minimumFrameInterval = configuration_.minimumFrameInterval.duration()};
+                   .minimumFrameInterval = configuration_.minimumFrameInterval.duration(),
+                   .tellsChanges = recording_->tellsChanges};
     co_return co_await play(std::move(node));
 }
 

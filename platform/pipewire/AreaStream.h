@@ -29,6 +29,7 @@ struct AreaRecording {
     /** Which part of a picture of this size the rectangle is, pixels. Called on any thread. */
     std::function<QRect(QSize picture)> part;
     std::unique_ptr<RecordingSession> session;
+    bool tellsChanges = true; ///< see VideoNode
 };
 
 /** Has the desktop record rectangles. */

@@ -355,7 +355,9 @@ bool VideoLoop::takePicture(const pw_buffer &buffer)
                                .offset = slot->second.memory->fileOffset() + start},
                     .source = node_.partOf(crop.size(), node_.area),
                     .origin = crop.topLeft()};
-    due_ |= changesOf(picture, damageOf(*buffer.buffer, size_).translated(-crop.topLeft()));
+    const QRect whole(QPoint(), size_);
+    const QRegion damage = node_.tellsChanges ? damageOf(*buffer.buffer, size_) : whole;
+    due_ |= changesOf(picture, damage.translated(-crop.topLeft()));
     latest_ = std::move(picture);
     return true;
 }

@@ -23,6 +23,7 @@ struct VideoNode {
     /** Where an area is in a picture of this size, in pixels; it may reach beyond. */
     std::function<QRect(QSize picture, QRect area)> partOf;
     std::chrono::nanoseconds minimumFrameInterval{};
+    bool tellsChanges = true; ///< of every picture; otherwise all of it may have changed
 };
 
 /**

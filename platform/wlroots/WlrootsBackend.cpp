@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/wlroots/WlrootsBackend.h"
 
+#include "platform/Log.h"
 #include "platform/wlroots/OutputWindowsWlroots.h"
 #include "platform/wlroots/ScreenSourceWlroots.h"
 #include "platform/wlroots/ScreencopySession.h"
@@ -16,7 +17,12 @@ bool isUsable()
 
 Backend makeBackend(bool listsOutput)
 {
-    Backend backend = x11::makeBackend(listsOutput);
+    if (listsOutput) {
+        qCWarning(platformLog).noquote()
+            << Error::tr("--output-window=managed has no effect under this compositor, which would "
+                         "show the window.");
+    }
+    Backend backend = x11::makeBackend(false);
     backend.name = QStringLiteral("wlroots");
     backend.screen = std::make_shared<ScreenSourceWlroots>();
     backend.outputWindows = std::make_shared<OutputWindowsWlroots>(backend.outputWindows);

@@ -26,15 +26,13 @@ constexpr std::array<AtomName, 1> states{"_NET_WM_STATE_BELOW"};
 
 std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(const QString &title,
                                                                             QRect area,
-                                                                            Parking parking,
                                                                             ViewerWatcher watcher)
 {
     auto opened = openExtended();
     if (!opened) {
         return std::unexpected(opened.error());
     }
-    auto window
-        = std::make_unique<ParkedWindowX11>(std::move(*opened), area, parking, std::move(watcher));
+    auto window = std::make_unique<ParkedWindowX11>(std::move(*opened), area, std::move(watcher));
     const Connection &connection = window->connection_;
     watchMonitors(connection);
     window->wanted_ = window->choosePlace();
@@ -48,20 +46,15 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(cons
     return window;
 }
 
-ParkedWindowX11::ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking,
-                                 ViewerWatcher watcher)
+ParkedWindowX11::ParkedWindowX11(ExtendedConnection opened, QRect area, ViewerWatcher watcher)
     : OffscreenWindowX11(std::move(opened), area.size())
     , area_(area)
-    , parking_(parking)
     , watcher_(std::move(watcher))
 {
 }
 
 QPoint ParkedWindowX11::choosePlace() const
 {
-    if (parking_ == Parking::OffScreen) {
-        return unseenOrigin(size_);
-    }
     std::vector<QRect> displays;
     for (const Display &display : monitors(connection_)) {
         displays.push_back(display.pixels);

@@ -10,16 +10,12 @@
 namespace glimmerpane::x11
 {
 
-/** Where a managed window is out of the way. */
-enum class Parking {
-    OffScreen, ///< off every display
-    OnePixel, ///< off every display, but for one pixel in the corner farthest from the area
-};
-
 /**
  * A managed window for KWin on Wayland, which offers only such windows to viewers, and lets them go
- * off the screen. It is an ordinary entry of the taskbar, because viewers are not offered others.
- * It lies below everything, takes no input, and is transparent until it is in its place.
+ * off the screen. It is off every display, but for one pixel in the corner farthest from the area:
+ * Xwayland gets to draw a window only as often as KWin draws one of the displays that it is on. It
+ * is an ordinary entry of the taskbar, because viewers are not offered others. It lies below
+ * everything, takes no input, and is transparent until it is in its place.
  */
 class ParkedWindowX11 : public OffscreenWindowX11
 {
@@ -29,10 +25,10 @@ public:
      * tells of viewers; without one, more is drawn for those that may come.
      */
     static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
-                                                                      QRect area, Parking parking,
+                                                                      QRect area,
                                                                       ViewerWatcher watcher);
 
-    ParkedWindowX11(ExtendedConnection opened, QRect area, Parking parking, ViewerWatcher watcher);
+    ParkedWindowX11(ExtendedConnection opened, QRect area, ViewerWatcher watcher);
 
     void orderFront() override;
     void orderOut() override;
@@ -50,7 +46,6 @@ private:
     void settle();
 
     const QRect area_;
-    const Parking parking_;
     const ViewerWatcher watcher_;
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed

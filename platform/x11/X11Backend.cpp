@@ -73,20 +73,18 @@ private:
 class ParkedWindowsX11 : public OutputWindows
 {
 public:
-    ParkedWindowsX11(Parking parking, ViewerWatcher watcher)
-        : parking_(parking)
-        , watcher_(std::move(watcher))
+    explicit ParkedWindowsX11(ViewerWatcher watcher)
+        : watcher_(std::move(watcher))
     {
     }
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
                                                              QRect area) override
     {
-        return ParkedWindowX11::create(title, area, parking_, watcher_);
+        return ParkedWindowX11::create(title, area, watcher_);
     }
 
 private:
-    const Parking parking_;
     const ViewerWatcher watcher_;
 };
 
@@ -179,10 +177,9 @@ std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> dis
     return std::make_shared<IconicWindowsX11>(std::move(displays), std::move(watcher));
 }
 
-std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen, ViewerWatcher watcher)
+std::shared_ptr<OutputWindows> parkedOutputWindows(ViewerWatcher watcher)
 {
-    return std::make_shared<ParkedWindowsX11>(
-        isDrawnOffScreen ? Parking::OffScreen : Parking::OnePixel, std::move(watcher));
+    return std::make_shared<ParkedWindowsX11>(std::move(watcher));
 }
 
 } // namespace glimmerpane::x11

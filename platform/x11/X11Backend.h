@@ -25,9 +25,9 @@ std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> dis
 
 /**
  * Output windows for KWin on Wayland, which lists managed windows only, but lets them go off the
- * screen. Unless the compositor draws windows there, too, one pixel of them stays on the screen.
+ * screen, where only one pixel of them stays.
  */
-std::shared_ptr<OutputWindows> parkedOutputWindows(bool isDrawnOffScreen, ViewerWatcher watcher);
+std::shared_ptr<OutputWindows> parkedOutputWindows(ViewerWatcher watcher);
 
 /** The window manager's name, such as "KWin"; empty if none announces itself. */
 QByteArray windowManager();

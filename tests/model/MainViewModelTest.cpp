@@ -61,6 +61,9 @@ const Step refuseSelector = [](Session &s) {
                      [&s](const QString &error) { s.journal.append(error); });
 };
 const Step deny = [](Session &s) { s.desktop.denyContent(); };
+const Step offerNoWay = [](Session &s) {
+    s.desktop.content = std::unexpected(Error{QStringLiteral("why"), {}, Outcome::impossible});
+};
 const Step permit = [](Session &s) { s.desktop.content = ShareableContent(); };
 const Step loseSettings = [](Session &s) { s.desktop.hasSettings = false; };
 const Step dismiss = [](Session &s) { s.alerts.answer = -1; };
@@ -233,6 +236,8 @@ private Q_SLOTS:
         row("denied, without a settings program", {deny, loseSettings, start, answer},
             "?, settings, warning|Screen Recording|Glimmerpane does not know the settings program "
             "of this desktop.\n\ndenied|OK");
+        row("no way to record", {offerNoWay, start, answer},
+            "warning|Screen Recording Is Not Possible Here|why|OK");
         row("denied, later permitted", {deny, dismiss, start, answer, permit, start, answer},
             "?, *", "session");
         row("start while selecting", {selectArea, start, answer}, "told, select 1 2 3 4",
