@@ -6,6 +6,8 @@
 #include "platform/x11/WindowProperties.h"
 #include "platform/x11/Xwayland.h"
 
+#include <QPointer>
+
 #include <xcb/composite.h>
 
 #include <algorithm>
@@ -156,8 +158,13 @@ void OffscreenWindowX11::setFrameOrigin(QPoint origin)
 
 std::expected<std::unique_ptr<DisplayLayer>, Error> OffscreenWindowX11::makeDisplayLayer()
 {
-    return DisplayLayerX11::create(window_.get(), size_, Lending::AsPixmaps,
-                                   [this](bool isPictureNew) { noteDrawn(isPictureNew); });
+    // A late frame may be drawn when the window is gone.
+    const auto drawn = [this, alive = QPointer(&events_)](bool isPictureNew) {
+        if (alive) {
+            noteDrawn(isPictureNew);
+        }
+    };
+    return DisplayLayerX11::create(window_.get(), size_, Lending::AsPixmaps, drawn);
 }
 
 void OffscreenWindowX11::handle(const xcb_generic_event_t &event)
