@@ -10,49 +10,44 @@
 namespace glimmerpane::x11
 {
 
+namespace
+{
+
+constexpr QPoint hiddenPlace(-1000, -1000); // root pixels
+
+} // namespace
+
 OverlayLabelX11::OverlayLabelX11(const Connection &connection, const RenderFormats &formats)
     : connection_(connection)
     , formats_(formats)
 {
     const auto id = connection.newId();
     const std::uint32_t unmanaged = 1;
-    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, id, connection.root(), 0, 0, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
-                      &unmanaged);
+    xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, id, connection.root(),
+                      hiddenPlace.x(), hiddenPlace.y(), 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &unmanaged);
     window_ = Window(connection, id);
     describeOverlay(connection, id, QStringLiteral("Glimmerpane - Size"));
     setWindowShape(connection.get(), id, XCB_SHAPE_SK_INPUT, {});
+    xcb_map_window(connection.get(), id);
 }
 
 void OverlayLabelX11::show(const OverlayLabel &label)
 {
-    auto *const connection = connection_.get();
-    const auto id = window_.get();
-    if (label.picture.isNull()) {
-        if (std::exchange(isShown_, false)) {
-            xcb_unmap_window(connection, id);
-        }
-        return;
-    }
-    const bool isNew = std::exchange(key_, label.picture.cacheKey()) != label.picture.cacheKey();
-    if (isNew) {
+    const bool isHidden = label.picture.isNull();
+    const QSize size = label.picture.size().expandedTo({1, 1});
+    const QPoint place = isHidden ? hiddenPlace : label.topLeft;
+    if (!isHidden && std::exchange(key_, label.picture.cacheKey()) != label.picture.cacheKey()) {
         paint(label.picture);
     }
-    const std::array<std::uint32_t, 4> geometry{static_cast<std::uint32_t>(label.topLeft.x()),
-                                                static_cast<std::uint32_t>(label.topLeft.y()),
-                                                static_cast<std::uint32_t>(label.picture.width()),
-                                                static_cast<std::uint32_t>(label.picture.height())};
-    xcb_configure_window(connection, id,
+    const std::array<std::uint32_t, 4> geometry{
+        static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()),
+        static_cast<std::uint32_t>(size.width()), static_cast<std::uint32_t>(size.height())};
+    xcb_configure_window(connection_.get(), window_.get(),
                          XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
                              | XCB_CONFIG_WINDOW_HEIGHT,
                          geometry.data());
-    if (!std::exchange(isShown_, true)) {
-        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
-        xcb_configure_window(connection, id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
-        xcb_map_window(connection, id);
-    } else if (isNew) {
-        xcb_clear_area(connection, 0, id, 0, 0, 0, 0);
-    }
+    xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
 }
 
 /** As the window's background, so that the server shows it by itself. */
@@ -69,9 +64,7 @@ void OverlayLabelX11::paint(const QImage &picture)
 
 void OverlayLabelX11::restack(const OverlayStacking &stacking) const
 {
-    if (isShown_) {
-        stacking.restack(window_.get());
-    }
+    stacking.restack(window_.get());
 }
 
 } // namespace glimmerpane::x11

@@ -10,7 +10,10 @@
 namespace glimmerpane::x11
 {
 
-/** An overlay's label: a window that takes no pointer. Main thread. */
+/**
+ * An overlay's label: a window that takes no pointer. It is always mapped, but off the screen while
+ * it is hidden: picom at times does not draw a window that is mapped as it gets its size.
+ */
 class OverlayLabelX11
 {
 public:
@@ -28,7 +31,6 @@ private:
     const Connection &connection_;
     const RenderFormats formats_;
     Window window_;
-    bool isShown_ = false;
     qint64 key_ = 0; ///< of the picture
 };
 

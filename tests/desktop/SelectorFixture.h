@@ -81,6 +81,11 @@ struct SelectorFixture : ProgramFixture {
         input.moveTo(place);
         return required(currentCursor(client)).image;
     }
+    xcb_window_t windowUnderPointer() const
+    {
+        const auto pointer = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
+        return pointer ? pointer->child : XCB_WINDOW_NONE;
+    }
     /** Gives a window the first of these that the user's theme, or else the server, has. */
     void setCursor(const ColorWindow &window, const QList<const char *> &names) const
     {
@@ -100,7 +105,10 @@ struct SelectorFixture : ProgramFixture {
         const auto window = required(
             ColorWindow::show(client, {.rectangle = {besidesEverything, QSize(20, 20)}}));
         setCursor(window, names);
-        return cursorAt(besidesEverything + QPoint(10, 10));
+        input.moveTo(besidesEverything + QPoint(10, 10));
+        // A compositor that starts covers everything for a moment.
+        waitFor([&] { return windowUnderPointer() == window.id(); }, patience);
+        return required(currentCursor(client)).image;
     }
 };
 
