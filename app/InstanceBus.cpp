@@ -22,8 +22,8 @@ using namespace std::chrono_literals;
 
 // For a query that the main thread answers as soon as it can.
 constexpr std::chrono::milliseconds quickAnswer = 1500ms;
-// Longer than any command takes.
-constexpr std::chrono::milliseconds longestWait = 10s;
+// The desktop may first ask its user for a display.
+constexpr std::chrono::milliseconds longestWait = 10min;
 
 QString name()
 {

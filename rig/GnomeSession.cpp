@@ -35,6 +35,7 @@ QByteArray contentOf(const QString &path)
 
 GnomeSession::GnomeSession(const Options &options)
     : WaylandDesktop(QStringLiteral("GNOME"))
+    , monitors_(options.monitors.size())
 {
     bus_ = QDBusConnection::connectToBus(busAddress(), busName);
     require(bus_->registerService(portalService), "a portal's name is taken");
@@ -191,7 +192,7 @@ GnomeSession::PortalDialog GnomeSession::portalDialog() const
             .cancel = {360, 149},
             .share = {922, 149},
             .secondWindow = {600, 325},
-            .firstMonitor = std::nullopt,
+            .firstMonitor = monitors_ > 1 ? std::optional(QPoint(530, 445)) : std::nullopt,
             .secondMonitor = {780, 440}};
 }
 

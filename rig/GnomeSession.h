@@ -7,6 +7,7 @@
 #include <QDBusConnection>
 #include <QSize>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -82,6 +83,7 @@ private:
     void joinBus();
     void findDisplay();
 
+    const std::size_t monitors_;
     ChildProcess shell_;
     std::optional<QDBusConnection> bus_;
 };

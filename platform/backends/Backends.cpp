@@ -72,7 +72,11 @@ Backend makeKWinBackend(const BackendRequest &request, const Tokens & /*tokens*/
 Backend makePortalBackend(const BackendRequest &request, const Tokens &tokens)
 {
     Backend backend = xwaylandBackend(request);
-    backend.screen = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens);
+    // With several monitors, mutter 48 sends the pointer so often that pictures may never come.
+    const auto pointer
+        = gnome::isScreenCastThere() ? portal::PointerWish::InPicture : portal::PointerWish::Apart;
+    backend.screen
+        = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens, pointer);
     return backend;
 }
 

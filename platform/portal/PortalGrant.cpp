@@ -49,16 +49,18 @@ std::optional<std::pair<uint, QVariantMap>> streamIn(const QVariantMap &results)
     return stream;
 }
 
-QVariantMap wantedSources(const QString &token, uint cursorModes)
+QVariantMap wantedSources(const QString &token, uint cursorModes, PointerWish pointer)
 {
     constexpr uint monitor = 1;
     constexpr uint embedded = 2;
     constexpr uint asMetadata = 4;
     constexpr uint untilRevoked = 2;
+    const uint wanted = pointer == PointerWish::Apart ? asMetadata : embedded;
+    const uint other = pointer == PointerWish::Apart ? embedded : asMetadata;
     QVariantMap options{
         {QStringLiteral("types"), monitor},
         {QStringLiteral("multiple"), false},
-        {QStringLiteral("cursor_mode"), (cursorModes & asMetadata) != 0 ? asMetadata : embedded},
+        {QStringLiteral("cursor_mode"), (cursorModes & wanted) != 0 ? wanted : other},
         {QStringLiteral("persist_mode"), untilRevoked}};
     if (!token.isEmpty()) {
         options[QStringLiteral("restore_token")] = token;
@@ -89,7 +91,7 @@ void PortalGrant::onClosed(std::function<void()> closed)
 }
 
 QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &requests,
-                                                                QString token)
+                                                                QString token, PointerWish pointer)
 {
     const QVariant modesValue
         = co_await screenCast().property(QStringLiteral("AvailableCursorModes"));
@@ -104,7 +106,7 @@ QCoro::Task<std::expected<PortalGrant, Error>> PortalGrant::ask(PortalRequests &
     }
     PortalGrant grant(std::make_unique<PortalSession>(*created));
     const QVariantList session{grant.session_->handle()};
-    const QVariantMap sources = wantedSources(token, modes);
+    const QVariantMap sources = wantedSources(token, modes, pointer);
     const auto selected = co_await requests.ask(QStringLiteral("SelectSources"), session, sources);
     if (!selected) {
         co_return std::unexpected(selected.error());

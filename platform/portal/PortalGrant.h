@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/FileDescriptor.h"
+#include "platform/portal/PointerWish.h"
 #include "platform/portal/PortalRequest.h"
 
 #include <QPoint>
@@ -20,10 +21,10 @@ class PortalGrant
 public:
     /**
      * Asks for a monitor; with a token the user need not be asked. `requests` must outlive the
-     * task. The pointer comes apart from the picture if the desktop can do that.
+     * task.
      */
     static QCoro::Task<std::expected<PortalGrant, Error>> ask(PortalRequests &requests,
-                                                              QString token);
+                                                              QString token, PointerWish pointer);
 
     PortalGrant(PortalGrant &&other) noexcept;
     PortalGrant &operator=(PortalGrant &&other) noexcept;

@@ -38,9 +38,11 @@ bool isScreenCastThere()
 }
 
 PortalScreenSource::PortalScreenSource(std::shared_ptr<Displays> displays,
-                                       std::shared_ptr<RestoreTokenStore> tokens)
+                                       std::shared_ptr<RestoreTokenStore> tokens,
+                                       PointerWish pointer)
     : displays_(std::move(displays))
     , tokens_(std::move(tokens))
+    , pointer_(pointer)
 {
 }
 
@@ -81,7 +83,7 @@ QCoro::Task<std::expected<PortalGrant, Error>> PortalScreenSource::ask(QString t
     const auto requests = std::make_shared<PortalRequests>();
     requests_ = requests;
     const QPointer self(this);
-    auto grant = co_await PortalGrant::ask(*requests, token);
+    auto grant = co_await PortalGrant::ask(*requests, token, pointer_);
     if (self && requests_ == requests) {
         requests_.reset();
         const bool isDeclined = !grant && grant.error().outcome == Outcome::cancelled;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/ScreenSource.h"
+#include "platform/portal/PointerWish.h"
 #include "services/RestoreTokenStore.h"
 
 #include <QObject>
@@ -30,7 +31,7 @@ class PortalScreenSource : public QObject, public ScreenSource
 public:
     /** Without a store, the question comes each time. */
     PortalScreenSource(std::shared_ptr<Displays> displays,
-                       std::shared_ptr<RestoreTokenStore> tokens);
+                       std::shared_ptr<RestoreTokenStore> tokens, PointerWish pointer);
     ~PortalScreenSource() override;
     Q_DISABLE_COPY_MOVE(PortalScreenSource)
 
@@ -44,6 +45,7 @@ private:
 
     const std::shared_ptr<Displays> displays_;
     const std::shared_ptr<RestoreTokenStore> tokens_;
+    const PointerWish pointer_;
     std::shared_ptr<PortalRequests> requests_; ///< while they are made
     std::unique_ptr<PortalGrant> grant_; ///< not used yet
     /** For calls that block; shared with the streams. Its destructor waits for them. */

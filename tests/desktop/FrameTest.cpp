@@ -139,7 +139,7 @@ private Q_SLOTS:
             fixture.command("--frame on");
             QVERIFY(fixture.shows(bare, place, blue));
             fixture.command("--frame off");
-            QVERIFY(fixture.screen() == bare);
+            QVERIFY(waitFor([&] { return fixture.screen() == bare; }, patience));
             fixture.command("--frame on");
             QVERIFY(fixture.shown() == before);
             QVERIFY(manager != Manager::None || !watch.take()); // a compositor draws anew

@@ -113,7 +113,10 @@ struct GnomeFixture {
     /** Clicks in the portal's dialog until that changes it. */
     void answer(QPoint place) const
     {
-        require(waitFor([this] { return session.isPortalDialogShown(); }, patience),
+        // The shell lists it before it paints it.
+        const QRect edge(dialog.place.left() + 10, dialog.place.center().y(), 1, 1);
+        const auto isPainted = [&] { return seen(edge).pixelColor(0, 0).lightness() > 200; };
+        require(waitFor([&] { return session.isPortalDialogShown() && isPainted(); }, patience),
                 "no dialog is shown");
         const auto look = [this] { return seen(dialog.place); };
         const auto takesClick = [&] {
