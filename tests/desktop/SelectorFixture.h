@@ -84,7 +84,7 @@ struct SelectorFixture : ProgramFixture {
     xcb_window_t windowUnderPointer() const
     {
         const auto pointer = ask<xcb_query_pointer, xcb_query_pointer_reply>(client, client.root());
-        return pointer ? pointer->child : XCB_WINDOW_NONE;
+        return pointer ? pointer->child : xcb_window_t(XCB_WINDOW_NONE);
     }
     /** Gives a window the first of these that the user's theme, or else the server, has. */
     void setCursor(const ColorWindow &window, const QList<const char *> &names) const
