@@ -15,7 +15,11 @@ using namespace glimmerpane::testing;
 namespace
 {
 
-constexpr std::chrono::seconds patience{15}; ///< longer than the wait for a first picture
+/**
+ * Longer than the wait for a first picture, and what KWin 5 takes to read the whole program at each
+ * connection: several seconds with the sanitizers.
+ */
+constexpr std::chrono::seconds patience{45};
 constexpr QPoint pointer(840, 440); ///< in an area that is shared
 const QString program = QStringLiteral(GLIMMERPANE_PROGRAM);
 const QString outputTitle = QStringLiteral("Glimmerpane - Output");
@@ -137,8 +141,12 @@ private Q_SLOTS:
                 return place == QRect(1279, -299, 400, 300);
             };
             QVERIFY2(waitFor(isParked, patience), running.output());
-            const QByteArray said = answer(session, {status});
-            QVERIFY2(said.contains(R"("backend":"kwin","clicks":"none")"), said);
+            QByteArray said;
+            const auto isAnswered = [&] {
+                said = answer(session, {status});
+                return said.contains(R"("backend":"kwin","clicks":"none")");
+            };
+            QVERIFY2(waitFor(isAnswered, patience), said);
         }
         if (pipeWireEnds == u"after") {
             QVERIFY(waitFor([&] { return running.output().contains("stream is streaming"); },
