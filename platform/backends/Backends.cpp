@@ -73,8 +73,9 @@ Backend makePortalBackend(const BackendRequest &request, const Tokens &tokens)
 {
     Backend backend = xwaylandBackend(request);
     // With several monitors, mutter 48 sends the pointer so often that pictures may never come.
-    const auto pointer
-        = gnome::isScreenCastThere() ? portal::PointerWish::InPicture : portal::PointerWish::Apart;
+    constexpr int firstThatDoes = 48;
+    const auto pointer = gnome::majorVersion() >= firstThatDoes ? portal::PointerWish::InPicture
+                                                                : portal::PointerWish::Apart;
     backend.screen
         = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens, pointer);
     return backend;

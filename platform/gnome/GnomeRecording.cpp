@@ -8,7 +8,10 @@
 #include "platform/pipewire/LogicalRegion.h"
 
 #include <QCoroFuture>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusObjectPath>
+#include <QDBusVariant>
 #include <QTimer>
 
 #include <chrono>
@@ -96,6 +99,19 @@ private:
 };
 
 } // namespace
+
+int majorVersion()
+{
+    const QString shell = QStringLiteral("org.gnome.Shell");
+    auto get = QDBusMessage::createMethodCall(shell, QStringLiteral("/org/gnome/Shell"),
+                                              QStringLiteral("org.freedesktop.DBus.Properties"),
+                                              QStringLiteral("Get"));
+    get << shell << QStringLiteral("ShellVersion");
+    constexpr int longest = 2000; // milliseconds
+    const auto reply = QDBusConnection::sessionBus().call(get, QDBus::Block, longest);
+    const auto version = reply.arguments().value(0).value<QDBusVariant>().variant().toString();
+    return version.section(u'.', 0, 0).toInt();
+}
 
 bool isScreenCastThere()
 {

@@ -9,6 +9,9 @@ namespace glimmerpane::gnome
 /** Whether this session has GNOME's screen-cast service. Waits for the bus. */
 bool isScreenCastThere();
 
+/** The shell's, such as 43; 0 if it does not say. Waits for the shell, but not long. */
+int majorVersion();
+
 /**
  * Has the session's own shell record, which shows that it does and lets the user stop it. No
  * question is asked.
