@@ -4,6 +4,7 @@
 #include "platform/x11/Coordinates.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/Monitors.h"
+#include "platform/x11/WindowGeometry.h"
 #include "platform/x11/WindowProperties.h"
 #include "platform/x11/WindowShape.h"
 #include "platform/x11/Xwayland.h"
@@ -140,14 +141,7 @@ void AreaMarksX11::show(MarkWindow &window, const Mark &mark) const
         xcb_clear_area(connection, 0, id, 0, 0, 0, 0);
     }
     if (mark.place != window.mark.place) {
-        const std::array<std::uint32_t, 4> geometry{
-            static_cast<std::uint32_t>(mark.place.x()), static_cast<std::uint32_t>(mark.place.y()),
-            static_cast<std::uint32_t>(mark.place.width()),
-            static_cast<std::uint32_t>(mark.place.height())};
-        xcb_configure_window(connection, id,
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                                 | XCB_CONFIG_WINDOW_HEIGHT,
-                             geometry.data());
+        setGeometry(connection_, id, mark.place);
     }
     window.mark = mark;
     if (!std::exchange(window.isShown, true)) {

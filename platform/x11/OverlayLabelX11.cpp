@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "platform/x11/OverlayLabelX11.h"
 
+#include "platform/x11/WindowGeometry.h"
 #include "platform/x11/WindowProperties.h"
 #include "platform/x11/WindowShape.h"
 
-#include <array>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -40,13 +40,7 @@ void OverlayLabelX11::show(const OverlayLabel &label)
     if (!isHidden && std::exchange(key_, label.picture.cacheKey()) != label.picture.cacheKey()) {
         paint(label.picture);
     }
-    const std::array<std::uint32_t, 4> geometry{
-        static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()),
-        static_cast<std::uint32_t>(size.width()), static_cast<std::uint32_t>(size.height())};
-    xcb_configure_window(connection_.get(), window_.get(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                             | XCB_CONFIG_WINDOW_HEIGHT,
-                         geometry.data());
+    setGeometry(connection_, window_.get(), {place, size});
     xcb_clear_area(connection_.get(), 0, window_.get(), 0, 0, 0, 0);
 }
 

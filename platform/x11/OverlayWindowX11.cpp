@@ -4,6 +4,7 @@
 #include "platform/x11/Compositing.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/Monitors.h"
+#include "platform/x11/WindowGeometry.h"
 #include "platform/x11/WindowProperties.h"
 #include "services/CallOnce.h"
 
@@ -112,12 +113,12 @@ void OverlayWindowX11::present(QRect frame, const OverlayPicture &picture,
     const auto before = std::exchange(shown_, scene);
     const QRect place = scene.window;
     if (before && painter_.isOnlyMoved(*before, scene)) {
-        configure(place);
+        setGeometry(connection_, window_.get(), place);
         painter_.paintGlass(window_.get(), scene);
         isBackgroundOld_ = true;
     } else {
         replaceBackground(scene);
-        configure(place);
+        setGeometry(connection_, window_.get(), place);
         if (!before) {
             restack();
             xcb_map_window(connection_.get(), window_.get());
@@ -158,17 +159,6 @@ OverlayScene OverlayWindowX11::sceneOf(QRect frame, const OverlayPicture &pictur
     return {.window = {seen.topLeft(), seen.size().expandedTo({1, 1})},
             .picture = picture,
             .pictureOrigin = frame.topLeft() - seen.topLeft()};
-}
-
-void OverlayWindowX11::configure(QRect place) const
-{
-    const std::array<std::uint32_t, 4> geometry{
-        static_cast<std::uint32_t>(place.x()), static_cast<std::uint32_t>(place.y()),
-        static_cast<std::uint32_t>(place.width()), static_cast<std::uint32_t>(place.height())};
-    xcb_configure_window(connection_.get(), window_.get(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH
-                             | XCB_CONFIG_WINDOW_HEIGHT,
-                         geometry.data());
 }
 
 /** A pixmap in use as a background must not be drawn into (X11 protocol, CreateWindow). */

@@ -48,7 +48,6 @@ private:
     void watchDesktop();
 
     OverlayScene sceneOf(QRect frame, const OverlayPicture &picture) const;
-    void configure(QRect place) const;
     void replaceBackground(const OverlayScene &scene);
     void renewSoon();
     void renewGlass();
