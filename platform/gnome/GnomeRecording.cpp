@@ -51,16 +51,10 @@ constexpr uint pointerAsMetadata = 2;
  * The pointer apart from the picture is cheaper, but mutter 43 crashes, and the desktop with it,
  * when the pointer enters an area that is recorded so. Version 48 does not.
  */
-QCoro::Task<uint> shownPointer()
+uint shownPointer()
 {
-    const BusObject shell{.service = QStringLiteral("org.gnome.Shell"),
-                          .path = QStringLiteral("/org/gnome/Shell"),
-                          .interface = QStringLiteral("org.gnome.Shell")};
-    const QVariant version = co_await shell.property(QStringLiteral("ShellVersion"));
-    qCInfo(platformLog) << "GNOME Shell" << version.toString();
     constexpr int soundVersion = 48;
-    const int major = version.toString().section(u'.', 0, 0).toInt();
-    co_return major >= soundVersion ? pointerAsMetadata : embeddedPointer;
+    return majorVersion() >= soundVersion ? pointerAsMetadata : embeddedPointer;
 }
 
 /** The shell answers within 100 ms. */
@@ -110,6 +104,7 @@ int majorVersion()
     constexpr int longest = 2000; // milliseconds
     const auto reply = QDBusConnection::sessionBus().call(get, QDBus::Block, longest);
     const auto version = reply.arguments().value(0).value<QDBusVariant>().variant().toString();
+    qCInfo(platformLog) << "GNOME Shell" << version;
     return version.section(u'.', 0, 0).toInt();
 }
 
@@ -134,10 +129,7 @@ QCoro::Task<pipewire::AreaRecorder::Result> GnomeRecorder::record(
     auto running
         = std::make_unique<GnomeSession>(part(*session, QStringLiteral(".Session")), ended);
 
-    uint pointer = hiddenPointer;
-    if (showsCursor) {
-        pointer = co_await shownPointer();
-    }
+    const uint pointer = showsCursor ? shownPointer() : hiddenPointer;
     QRect pixels;
     for (const Display &display : displays_->displays()) {
         pixels |= display.pixels;
