@@ -2,7 +2,6 @@
 #include "platform/x11/DisplayLayerX11.h"
 
 #include "platform/Geometry.h"
-#include "platform/Log.h"
 #include "platform/x11/Events.h"
 
 #include <xcb/xcbext.h>
@@ -67,11 +66,11 @@ DisplayLayerX11::DisplayLayerX11(Connection connection, RenderFormats formats, s
     , window_(window)
     , bounds_(QPoint(), size)
     , drawn_(std::move(drawn))
-    , lending_(lending)
-    , hasSharedPixmaps_(lending == Lending::AsPixmaps)
+    , graphics_(makeGraphicsContext(connection_, connection_.root(),
+                                    XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS))
+    , picture_(connection_, graphics_.get(), lending,
+               [this] { return !isPassed(highlightFence_); }) // which were drawn over it
 {
-    graphics_ = makeGraphicsContext(connection_, connection_.root(),
-                                    XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS);
 }
 
 bool DisplayLayerX11::isPassed(Fence &fence)
@@ -98,7 +97,7 @@ void DisplayLayerX11::noteError(const xcb_generic_event_t &event)
     const auto *const extension = xcb_get_extension_data(connection_.get(), &xcb_shm_id);
     if (typeOf(event) == errorType && extension != nullptr
         && eventAs<xcb_generic_error_t>(event).major_code == extension->major_opcode) {
-        lending_.refused();
+        picture_.refused();
         isStale_ = true;
     }
 }
@@ -116,7 +115,7 @@ bool DisplayLayerX11::isReadyForMoreMediaData()
     if (!isPassed(frameFence_)) {
         return false;
     }
-    returning_.clear();
+    picture_.giveBack();
     return !connection_.isBroken();
 }
 
@@ -125,77 +124,15 @@ bool DisplayLayerX11::isScaled() const
     return frame_.source.size() != bounds_.size();
 }
 
-/** Notes where the sample's picture is. False if it cannot be shown. */
-bool DisplayLayerX11::adoptPicture(const SampleBuffer &sample)
-{
-    const auto before = drawable_;
-    const bool isScaled = sample.source.size() != bounds_.size();
-    if (const auto *const inServer = std::get_if<ServerDrawable>(&sample.picture)) {
-        drawable_ = inServer->id;
-    } else if (const auto *const pixels = std::get_if<MappedPixels>(&sample.picture)) {
-        if (!lend(*pixels, isScaled) && !upload(*pixels, sample.changed)) {
-            return false;
-        }
-    } else if (!std::holds_alternative<SamePicture>(sample.picture)) {
-        return false; // no stream here makes others
-    } else if (isScaled && lent_ && drawable_ == XCB_NONE) {
-        upload(MappedPixels(lentPixels_), {});
-    }
-    if (drawable_ != before) {
-        screen_ = {};
-    }
-    return drawable_ != XCB_NONE || lent_;
-}
-
-/** False if the pixels must be copied. Only a drawable can be scaled. */
-bool DisplayLayerX11::lend(const MappedPixels &pixels, bool isScaled)
-{
-    const auto picture = lending_.lend(connection_, pixels);
-    if (!picture || (isScaled && picture->pixmap == XCB_NONE)) {
-        return false;
-    }
-    takeBack();
-    upload_.reset();
-    lent_ = picture;
-    lentPixels_ = pixels;
-    drawable_ = picture->pixmap;
-    return true;
-}
-
-/** Gives the latest picture's memory back as soon as the server no longer reads it. */
-void DisplayLayerX11::takeBack()
-{
-    lent_.reset();
-    MappedPixels pixels = std::exchange(lentPixels_, {});
-    // The frame is done, or there would be no other. Highlights may still be drawn over it.
-    if (pixels.owner && !isPassed(highlightFence_)) {
-        returning_.push_back(std::move(pixels));
-    }
-}
-
-bool DisplayLayerX11::upload(const MappedPixels &pixels, const QRegion &changed)
-{
-    QRegion stale = changed;
-    if (!upload_ || upload_->size() != pixels.size) {
-        auto made
-            = PictureUpload::create(connection_, pixels.size, graphics_.get(), hasSharedPixmaps_);
-        if (!made) {
-            qCWarning(platformLog, "cannot show pictures: %s", qPrintable(made.error().log));
-            return false;
-        }
-        upload_ = std::move(*made);
-        stale = QRect(QPoint(), pixels.size);
-    }
-    upload_->update(connection_, pixels, stale);
-    takeBack();
-    drawable_ = upload_->pixmap();
-    return true;
-}
-
 void DisplayLayerX11::enqueueSampleBuffer(const SampleBuffer &sample)
 {
     const bool isMoved = std::exchange(isStale_, false) || sample.source != frame_.source;
-    if (!adoptPicture(sample)) {
+    const auto before = picture_.drawable();
+    const bool isShowable = picture_.adopt(sample, sample.source.size() != bounds_.size());
+    if (picture_.drawable() != before) {
+        screen_ = {};
+    }
+    if (!isShowable) {
         return;
     }
     const bool wasScaled = isScaled();
@@ -227,7 +164,7 @@ void DisplayLayerX11::showPlain(const QColor &color, const QImage &image)
     composite(connection_, XCB_RENDER_PICT_OP_OVER,
               uploadImage(connection_, formats_, image).picture, image.rect(), canvas_.picture,
               {margins.width(), margins.height()});
-    copy(canvas_.pixmap.get(), {}, window_, {}, bounds_.size());
+    copyArea(connection_, graphics_.get(), canvas_.pixmap.get(), bounds_, window_, {});
     frame_ = {};
     fitted_ = {};
     frameFence_ = setFence();
@@ -238,7 +175,7 @@ void DisplayLayerX11::finish()
 {
     const Reply<xcb_get_input_focus_reply_t> done(xcb_get_input_focus_reply(
         connection_.get(), xcb_get_input_focus(connection_.get()), nullptr));
-    lending_.forgetWithdrawn();
+    picture_.forgetWithdrawn();
     connection_.flush();
 }
 
@@ -341,7 +278,7 @@ void DisplayLayerX11::show(const QRegion &stale)
         showPatch(patch);
     }
     for (const QRect &rectangle : stale - patch) {
-        copyPicture(rectangle, window_, rectangle.topLeft() - frame_.source.topLeft());
+        picture_.copyTo(rectangle, window_, rectangle.topLeft() - frame_.source.topLeft());
     }
 }
 
@@ -351,7 +288,7 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
     const QRect bounds = patch.boundingRect();
     blackenCanvas(bounds.size()); // copying from beyond the screen would leave old pixels in it
     for (const QRect &part : patch) {
-        copyPicture(part, canvas_.pixmap.get(), part.topLeft() - bounds.topLeft());
+        picture_.copyTo(part, canvas_.pixmap.get(), part.topLeft() - bounds.topLeft());
     }
     if (const auto &pointer = frame_.pointer) {
         composite(connection_, XCB_RENDER_PICT_OP_OVER, sprite(pointer->image),
@@ -366,8 +303,9 @@ void DisplayLayerX11::showPatch(const QRegion &patch)
         }
     }
     for (const QRect &part : patch) {
-        copy(canvas_.pixmap.get(), part.topLeft() - bounds.topLeft(), window_,
-             part.topLeft() - frame_.source.topLeft(), part.size());
+        copyArea(connection_, graphics_.get(), canvas_.pixmap.get(),
+                 part.translated(-bounds.topLeft()), window_,
+                 part.topLeft() - frame_.source.topLeft());
     }
 }
 
@@ -384,7 +322,7 @@ void DisplayLayerX11::showScaled()
     if (screen_.get() == 0) {
         const auto id = connection_.newId();
         const std::uint32_t inferiors = XCB_SUBWINDOW_MODE_INCLUDE_INFERIORS;
-        xcb_render_create_picture(connection, id, drawable_, formats_.screen,
+        xcb_render_create_picture(connection, id, picture_.drawable(), formats_.screen,
                                   XCB_RENDER_CP_SUBWINDOW_MODE, &inferiors);
         screen_ = Picture(connection_, id);
         setBilinear(connection_, screen_);
@@ -412,29 +350,8 @@ void DisplayLayerX11::showScaled()
         scale(image, highlight.topLeft);
         compositeFaded(connection_, image, target, highlight.opacity, canvas_.picture, place);
     }
-    copy(canvas_.pixmap.get(), {}, window_, shown.topLeft(), shown.size());
-}
-
-/** Copies a part of the latest picture, with black where it reaches beyond. */
-void DisplayLayerX11::copyPicture(QRect part, xcb_drawable_t target, QPoint at)
-{
-    if (drawable_ == XCB_NONE && lent_) {
-        for (const QRect &beyond : QRegion(part) - QRect(QPoint(), lent_->size)) {
-            const xcb_rectangle_t black = rectangleOf(beyond.translated(at - part.topLeft()));
-            xcb_poly_fill_rectangle(connection_.get(), target, graphics_.get(), 1, &black);
-        }
-        put(connection_, *lent_, part, target, graphics_.get(), at);
-    } else {
-        copy(drawable_, part.topLeft(), target, at, part.size());
-    }
-}
-
-void DisplayLayerX11::copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint,
-                           QSize size)
-{
-    xcb_copy_area(connection_.get(), from, to, graphics_.get(), coordinate(fromPoint.x()),
-                  coordinate(fromPoint.y()), coordinate(toPoint.x()), coordinate(toPoint.y()),
-                  extent(size.width()), extent(size.height()));
+    copyArea(connection_, graphics_.get(), canvas_.pixmap.get(), {QPoint(), shown.size()}, window_,
+             shown.topLeft());
 }
 
 void DisplayLayerX11::prepareCanvas(QSize size)

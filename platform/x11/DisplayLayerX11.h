@@ -3,8 +3,7 @@
 
 #include "platform/DisplayLayer.h"
 #include "platform/x11/Connection.h"
-#include "platform/x11/LentPictures.h"
-#include "platform/x11/PictureUpload.h"
+#include "platform/x11/LatestPicture.h"
 #include "platform/x11/Render.h"
 #include "platform/x11/ServerId.h"
 
@@ -67,10 +66,6 @@ private:
     void noteError(const xcb_generic_event_t &event);
     Fence setFence() const;
     bool isScaled() const;
-    bool adoptPicture(const SampleBuffer &sample);
-    bool lend(const MappedPixels &pixels, bool isScaled);
-    bool upload(const MappedPixels &pixels, const QRegion &changed);
-    void takeBack();
     QRegion adoptPointer();
     std::vector<QRect> overlays() const;
     QRegion adoptHighlights();
@@ -78,8 +73,6 @@ private:
     void show(const QRegion &stale);
     void showPatch(const QRegion &patch);
     void showScaled();
-    void copyPicture(QRect part, xcb_drawable_t target, QPoint at);
-    void copy(std::uint32_t from, QPoint fromPoint, std::uint32_t to, QPoint toPoint, QSize size);
     void prepareCanvas(QSize size);
     void blackenCanvas(QSize size);
     const Picture &sprite(const QImage &image);
@@ -89,14 +82,8 @@ private:
     const std::uint32_t window_;
     const QRect bounds_; ///< in the window, pixels
     const Drawn drawn_;
-    GraphicsContext graphics_;
-    LentPictures lending_;
-    const bool hasSharedPixmaps_;
-    std::optional<LentPicture> lent_; ///< the latest picture, while the server reads it in place
-    MappedPixels lentPixels_; ///< its memory
-    std::vector<MappedPixels> returning_; ///< what the server may still read for highlights
-    std::optional<PictureUpload> upload_; ///< while pictures in memory are copied
-    xcb_drawable_t drawable_ = XCB_NONE; ///< the latest picture's, if it is one
+    const GraphicsContext graphics_;
+    LatestPicture picture_;
     Picture screen_; ///< the drawable's, if it is scaled
     Canvas canvas_; ///< for assembling a patch before it is shown
     std::deque<Sprite> sprites_;

@@ -71,6 +71,14 @@ Canvas uploadImage(const Connection &connection, const RenderFormats &formats, c
     return canvas;
 }
 
+void copyArea(const Connection &connection, xcb_gcontext_t context, xcb_drawable_t from, QRect part,
+              xcb_drawable_t to, QPoint at)
+{
+    xcb_copy_area(connection.get(), from, to, context, coordinate(part.x()), coordinate(part.y()),
+                  coordinate(at.x()), coordinate(at.y()), extent(part.width()),
+                  extent(part.height()));
+}
+
 void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
                QRect fromRect, const Picture &to, QPoint toPoint)
 {

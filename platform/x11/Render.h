@@ -44,6 +44,10 @@ Canvas makeCanvas(const Connection &connection, QSize size, std::uint8_t depth,
 /** An ARGB canvas with the pixels of a premultiplied ARGB image. */
 Canvas uploadImage(const Connection &connection, const RenderFormats &formats, const QImage &image);
 
+/** Copies a rectangle between drawables of the same depth. */
+void copyArea(const Connection &connection, xcb_gcontext_t context, xcb_drawable_t from, QRect part,
+              xcb_drawable_t to, QPoint at);
+
 /** Draws a rectangle of one picture, with its transform applied, into another. */
 void composite(const Connection &connection, std::uint8_t operation, const Picture &from,
                QRect fromRect, const Picture &to, QPoint toPoint);
