@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "selection/SizeLabel.h"
 
+#include "selection/BorderView.h"
+
 #include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QPainter>
@@ -17,7 +19,6 @@ namespace
 
 constexpr QSizeF margin(8, 3); // points
 constexpr double gap = 6; // points
-constexpr QRgb ground = 0xff18181b;
 
 QImage picture(const QString &text, double scale)
 {
@@ -27,7 +28,7 @@ QImage picture(const QString &text, double scale)
     const double height = std::ceil(metrics.height() + 2 * margin.height());
     QImage image(toPixels(width, height, scale), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(scale);
-    image.fill(ground);
+    image.fill(BorderView::glass(scale).tint);
     QPainter painter(&image);
     painter.setFont(font);
     painter.setPen(Qt::white);

@@ -69,7 +69,8 @@ struct ServedInterface {
 
 /**
  * An object of this program's on the session bus. Describes its interfaces to whoever asks, as
- * org.freedesktop.DBus.Introspectable and Properties are specified. Main thread.
+ * org.freedesktop.DBus.Introspectable and Properties are specified. Unlike Qt's adaptors, it can
+ * refuse a property's value or answer it later. Main thread.
  */
 class ServedObject : public QDBusVirtualObject
 {

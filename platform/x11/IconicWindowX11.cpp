@@ -83,31 +83,18 @@ void IconicWindowX11::orderFront()
     events_.flush();
     // Even what is drawn was at times not enough (4 of 160 viewers) until the shell had to paint
     // the screen.
-    touch_.emplace(
-        connection_, window_.get(), events_, watcher_, [this] { tellWatched(); },
-        [this] { xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1); });
+    touchForViewers(watcher_,
+                    [this] { xcb_clear_area(connection_.get(), 0, dot_.get(), 0, 0, 1, 1); });
 }
 
 void IconicWindowX11::orderOut()
 {
-    touch_.reset();
+    stopTouching();
     isVisible_ = false;
     stage_ = Stage::New;
     xcb_unmap_window(connection_.get(), dot_.get());
     withdraw(connection_, window_.get());
     events_.flush();
-}
-
-void IconicWindowX11::noteDrawn(bool isPictureNew)
-{
-    if (touch_) {
-        touch_->noteDrawn(isPictureNew);
-    }
-}
-
-std::optional<bool> IconicWindowX11::isWatched() const
-{
-    return touch_ ? touch_->isViewed(size_) : std::nullopt;
 }
 
 void IconicWindowX11::minimise()

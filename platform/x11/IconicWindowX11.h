@@ -3,9 +3,6 @@
 
 #include "platform/ViewerWatch.h"
 #include "platform/x11/OffscreenWindowX11.h"
-#include "platform/x11/WindowTouch.h"
-
-#include <optional>
 
 #include <cstdint>
 
@@ -29,11 +26,9 @@ public:
 
     void orderFront() override;
     void orderOut() override;
-    std::optional<bool> isWatched() const override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;
-    void noteDrawn(bool isPictureNew) override;
 
 private:
     enum class Stage {
@@ -50,7 +45,6 @@ private:
     Colormap colormap_;
     Window dot_; ///< transparent, one pixel, on the screen
     Stage stage_ = Stage::New;
-    std::optional<WindowTouch> touch_; ///< while it is shown
 };
 
 } // namespace glimmerpane::x11

@@ -118,6 +118,7 @@ void OffscreenWindowX11::watchViewers()
     }
 }
 
+/** isWatched() may have changed. */
 void OffscreenWindowX11::tellWatched() const
 {
     if (onWatchedChanged) {
@@ -125,8 +126,17 @@ void OffscreenWindowX11::tellWatched() const
     }
 }
 
+void OffscreenWindowX11::touchForViewers(const ViewerWatcher &watcher, std::function<void()> also)
+{
+    touch_.emplace(
+        connection_, window_.get(), events_, watcher, [this] { tellWatched(); }, std::move(also));
+}
+
 std::optional<bool> OffscreenWindowX11::isWatched() const
 {
+    if (touch_) {
+        return touch_->isViewed(size_);
+    }
     return viewers_ ? std::optional(viewers_->hasViewers()) : std::nullopt;
 }
 
@@ -160,8 +170,8 @@ std::expected<std::unique_ptr<DisplayLayer>, Error> OffscreenWindowX11::makeDisp
 {
     // A late frame may be drawn when the window is gone.
     const auto drawn = [this, alive = QPointer(&events_)](bool isPictureNew) {
-        if (alive) {
-            noteDrawn(isPictureNew);
+        if (alive && touch_) {
+            touch_->noteDrawn(isPictureNew);
         }
     };
     return DisplayLayerX11::create(window_.get(), size_, Lending::AsPixmaps, drawn);

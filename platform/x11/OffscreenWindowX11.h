@@ -6,9 +6,12 @@
 #include "platform/x11/EventReader.h"
 #include "platform/x11/RedirectionWatch.h"
 #include "platform/x11/ServerId.h"
+#include "platform/x11/WindowTouch.h"
 
 #include <expected>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace glimmerpane::x11
 {
@@ -49,10 +52,9 @@ protected:
     virtual void handle(const xcb_generic_event_t &event);
     /** From now on, if the programs that read the window are clients of this X server. */
     void watchViewers();
-    /** Passes on that isWatched() may have changed. */
-    void tellWatched() const;
-    /** Its layer has drawn a new picture of the screen, or something else. */
-    virtual void noteDrawn(bool /*isPictureNew*/) { }
+    /** From now on, if a compositor records it for its viewers. See WindowTouch. */
+    void touchForViewers(const ViewerWatcher &watcher, std::function<void()> also = {});
+    void stopTouching() { touch_.reset(); }
 
     const Connection connection_;
     const Extensions extensions_;
@@ -65,8 +67,11 @@ private:
     static std::expected<std::unique_ptr<OutputWindow>, Error> create(const QString &title,
                                                                       QRect frame, AtomName type);
 
+    void tellWatched() const;
+
     QPoint place_; ///< root pixels
     std::unique_ptr<RedirectionWatch> viewers_; ///< null if nobody tells of them
+    std::optional<WindowTouch> touch_;
 };
 
 /** A position off every display for a window of `size`; root pixels. */

@@ -81,27 +81,15 @@ void ParkedWindowX11::orderFront()
     const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
     isVisible_ = connection_.check(mapped, "MapWindow").has_value();
     park();
-    touch_.emplace(connection_, window_.get(), events_, watcher_, [this] { tellWatched(); });
+    touchForViewers(watcher_);
 }
 
 void ParkedWindowX11::orderOut()
 {
-    touch_.reset();
+    stopTouching();
     isVisible_ = false;
     withdraw(connection_, window_.get());
     events_.flush();
-}
-
-void ParkedWindowX11::noteDrawn(bool isPictureNew)
-{
-    if (touch_) {
-        touch_->noteDrawn(isPictureNew);
-    }
-}
-
-std::optional<bool> ParkedWindowX11::isWatched() const
-{
-    return touch_ ? touch_->isViewed(size_) : std::nullopt;
 }
 
 void ParkedWindowX11::park()

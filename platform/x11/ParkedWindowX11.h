@@ -3,7 +3,6 @@
 
 #include "platform/ViewerWatch.h"
 #include "platform/x11/OffscreenWindowX11.h"
-#include "platform/x11/WindowTouch.h"
 
 #include <optional>
 
@@ -32,11 +31,9 @@ public:
 
     void orderFront() override;
     void orderOut() override;
-    std::optional<bool> isWatched() const override;
 
 protected:
     void handle(const xcb_generic_event_t &event) override;
-    void noteDrawn(bool isPictureNew) override;
 
 private:
     QPoint choosePlace() const;
@@ -49,7 +46,6 @@ private:
     const ViewerWatcher watcher_;
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed
-    std::optional<WindowTouch> touch_; ///< while it is shown
     bool isManaged_ = false;
     bool isSettled_ = false; ///< in its place since it was managed
 };
