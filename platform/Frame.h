@@ -12,9 +12,11 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <variant>
+#include <vector>
 
 namespace glimmerpane
 {
@@ -41,21 +43,32 @@ struct MappedPixels {
     std::size_t offset = 0; ///< of the top-left pixel in the file, bytes
 };
 
-/** Pixels in a buffer of the graphics driver, in the layout of MappedPixels. */
+/** A buffer of the graphics driver (DMA-BUF), with pixels as in MappedPixels. */
 struct DmaBuffer {
-    int fileDescriptor = -1; ///< borrowed from the owner
-    std::uint32_t stride = 0; ///< bytes
-    std::uint32_t offset = 0; ///< bytes
-    std::uint64_t modifier = 0; ///< as in drm_fourcc.h
+    struct Plane {
+        FileDescriptor file;
+        std::uint32_t stride = 0; ///< bytes
+        std::uint32_t offset = 0; ///< bytes
+    };
+
+    std::vector<Plane> planes; ///< one to four
+    std::uint64_t modifier = 0; ///< the planes' layout, as in drm_fourcc.h
     QSize size;
+};
+
+/** A picture in such a buffer. */
+struct DmaPicture {
+    std::shared_ptr<const DmaBuffer> buffer; ///< the same one for all pictures in it
     std::shared_ptr<const void> owner; ///< gives the buffer back when the last copy goes
+    /** For a display server that cannot read it: memory is used from now on. Any thread. */
+    std::function<void()> refuse;
 };
 
 /** The previous frame's picture, for frames in which only the pointer is new. */
 struct SamePicture {
 };
 
-using FramePicture = std::variant<ServerDrawable, MappedPixels, DmaBuffer, SamePicture>;
+using FramePicture = std::variant<ServerDrawable, MappedPixels, DmaPicture, SamePicture>;
 
 /** The pointer to draw over a frame. */
 struct PointerSprite {

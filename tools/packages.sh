@@ -9,7 +9,7 @@ build_packages=(
     qt6-base-dev qt6-tools-dev qt6-l10n-tools qcoro-qt6-dev nlohmann-json3-dev
     libxcb1-dev libxcb-shm0-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xfixes0-dev
     libxcb-render0-dev libxcb-render-util0-dev libxcb-randr0-dev libxcb-xinput-dev
-    libxcb-cursor-dev libxcb-record0-dev libxcb-xtest0-dev libxcb-res0-dev libegl-dev libgl-dev
+    libxcb-cursor-dev libxcb-record0-dev libxcb-dri3-dev libxcb-xtest0-dev libxcb-res0-dev libegl-dev libgl-dev
     libpipewire-0.3-dev
     libwayland-dev libwayland-bin wayland-protocols plasma-wayland-protocols
 )

@@ -55,17 +55,30 @@ Backend xwaylandBackend(const BackendRequest &request)
     return backend;
 }
 
+/** Xwayland shows pictures in the graphics driver's buffers where it is, unless that is unwanted.
+ */
+pipewire::StreamEnvironment streamEnvironment()
+{
+    pipewire::StreamEnvironment environment;
+    if (qEnvironmentVariable("GLIMMERPANE_DMABUF") != QLatin1String("0")) {
+        environment.modifiers = x11::importableModifiers();
+    }
+    return environment;
+}
+
 Backend makeGnomeBackend(const BackendRequest &request, const Tokens & /*tokens*/)
 {
     Backend backend = xwaylandBackend(request);
-    backend.screen = std::make_shared<gnome::GnomeScreenSource>(backend.displays);
+    backend.screen
+        = std::make_shared<gnome::GnomeScreenSource>(backend.displays, streamEnvironment());
     return backend;
 }
 
 Backend makeKWinBackend(const BackendRequest &request, const Tokens & /*tokens*/)
 {
     Backend backend = xwaylandBackend(request);
-    backend.screen = std::make_shared<kwin::KWinScreenSource>(backend.displays);
+    backend.screen
+        = std::make_shared<kwin::KWinScreenSource>(backend.displays, streamEnvironment());
     return backend;
 }
 
@@ -76,8 +89,8 @@ Backend makePortalBackend(const BackendRequest &request, const Tokens &tokens)
     constexpr int firstThatDoes = 48;
     const auto pointer = gnome::majorVersion() >= firstThatDoes ? portal::PointerWish::InPicture
                                                                 : portal::PointerWish::Apart;
-    backend.screen
-        = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens, pointer);
+    backend.screen = std::make_shared<portal::PortalScreenSource>(backend.displays, tokens, pointer,
+                                                                  streamEnvironment());
     return backend;
 }
 

@@ -9,8 +9,10 @@
 namespace glimmerpane::gnome
 {
 
-GnomeScreenSource::GnomeScreenSource(std::shared_ptr<Displays> displays)
+GnomeScreenSource::GnomeScreenSource(std::shared_ptr<Displays> displays,
+                                     pipewire::StreamEnvironment environment)
     : displays_(std::move(displays))
+    , environment_(std::move(environment))
 {
 }
 
@@ -30,7 +32,7 @@ std::unique_ptr<CaptureStream> GnomeScreenSource::makeCaptureStream(
     const ContentFilter &filter, const StreamConfiguration &configuration)
 {
     return std::make_unique<pipewire::AreaStream>(std::make_shared<GnomeRecorder>(displays_),
-                                                  displays_, filter, configuration, background_);
+                                                  displays_, filter, configuration, environment_);
 }
 
 } // namespace glimmerpane::gnome

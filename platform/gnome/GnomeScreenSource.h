@@ -2,8 +2,7 @@
 #pragma once
 
 #include "platform/ScreenSource.h"
-
-#include <QThreadPool>
+#include "platform/pipewire/StreamEnvironment.h"
 
 namespace glimmerpane::gnome
 {
@@ -12,7 +11,7 @@ namespace glimmerpane::gnome
 class GnomeScreenSource : public ScreenSource
 {
 public:
-    explicit GnomeScreenSource(std::shared_ptr<Displays> displays);
+    GnomeScreenSource(std::shared_ptr<Displays> displays, pipewire::StreamEnvironment environment);
 
     QCoro::Task<std::expected<ShareableContent, Error>> shareableContent(Rect area) override;
     std::unique_ptr<CaptureStream> makeCaptureStream(
@@ -20,8 +19,7 @@ public:
 
 private:
     const std::shared_ptr<Displays> displays_;
-    /** For calls that block; shared with the streams. Its destructor waits for them. */
-    const std::shared_ptr<QThreadPool> background_ = std::make_shared<QThreadPool>();
+    const pipewire::StreamEnvironment environment_; ///< shared with the streams
 };
 
 } // namespace glimmerpane::gnome

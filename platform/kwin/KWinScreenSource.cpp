@@ -13,8 +13,10 @@ bool isUsable()
     return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") && checkPermission().has_value();
 }
 
-KWinScreenSource::KWinScreenSource(std::shared_ptr<Displays> displays)
+KWinScreenSource::KWinScreenSource(std::shared_ptr<Displays> displays,
+                                   pipewire::StreamEnvironment environment)
     : displays_(std::move(displays))
+    , environment_(std::move(environment))
 {
 }
 
@@ -31,7 +33,7 @@ std::unique_ptr<CaptureStream> KWinScreenSource::makeCaptureStream(
     const ContentFilter &filter, const StreamConfiguration &configuration)
 {
     return std::make_unique<pipewire::AreaStream>(std::make_shared<KWinRecorder>(displays_),
-                                                  displays_, filter, configuration, background_);
+                                                  displays_, filter, configuration, environment_);
 }
 
 } // namespace glimmerpane::kwin

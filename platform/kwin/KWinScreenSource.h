@@ -2,8 +2,7 @@
 #pragma once
 
 #include "platform/ScreenSource.h"
-
-#include <QThreadPool>
+#include "platform/pipewire/StreamEnvironment.h"
 
 namespace glimmerpane::kwin
 {
@@ -15,7 +14,7 @@ bool isUsable();
 class KWinScreenSource : public ScreenSource
 {
 public:
-    explicit KWinScreenSource(std::shared_ptr<Displays> displays);
+    KWinScreenSource(std::shared_ptr<Displays> displays, pipewire::StreamEnvironment environment);
 
     QCoro::Task<std::expected<ShareableContent, Error>> shareableContent(Rect area) override;
     std::unique_ptr<CaptureStream> makeCaptureStream(
@@ -23,8 +22,7 @@ public:
 
 private:
     const std::shared_ptr<Displays> displays_;
-    /** For calls that block; shared with the streams. Its destructor waits for them. */
-    const std::shared_ptr<QThreadPool> background_ = std::make_shared<QThreadPool>();
+    const pipewire::StreamEnvironment environment_; ///< shared with the streams
 };
 
 } // namespace glimmerpane::kwin

@@ -13,8 +13,8 @@ namespace glimmerpane::pipewire
 
 AreaStream::AreaStream(std::shared_ptr<AreaRecorder> recorder, std::shared_ptr<Displays> displays,
                        const ContentFilter &filter, const StreamConfiguration &configuration,
-                       std::shared_ptr<QThreadPool> background)
-    : RecordedStream(std::move(background))
+                       StreamEnvironment environment)
+    : RecordedStream(std::move(environment))
     , recorder_(std::move(recorder))
     , displays_(std::move(displays))
     , area_(flipped(configuration.sourceRect, filter.display.frame().height))

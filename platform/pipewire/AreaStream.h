@@ -59,10 +59,9 @@ class AreaStream final : public RecordedStream
     Q_OBJECT
 
 public:
-    /** `background` waits for threads that have been told to stop. */
     AreaStream(std::shared_ptr<AreaRecorder> recorder, std::shared_ptr<Displays> displays,
                const ContentFilter &filter, const StreamConfiguration &configuration,
-               std::shared_ptr<QThreadPool> background);
+               StreamEnvironment environment);
     ~AreaStream() override;
 
 private:

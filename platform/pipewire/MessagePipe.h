@@ -19,6 +19,7 @@ struct Message {
     enum class Kind : std::uint32_t {
         GiveBack, ///< nobody reads this buffer any more
         Show, ///< this rectangle (pixels of the picture) belongs into the next frame
+        UseMemory, ///< rather than buffers of the graphics driver
         Move, ///< this rectangle (desktop pixels) is captured from now on
         Stop,
     };

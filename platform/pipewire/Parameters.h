@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <spa/buffer/buffer.h>
 #include <spa/pod/builder.h>
 
 #include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
 
 namespace glimmerpane::pipewire
 {
@@ -20,12 +24,16 @@ struct ParameterMemory {
 
 /**
  * What a stream accepts: 32 bits a pixel, of any size, sent whenever something changes, but at most
- * once per interval. Without a modifier in it, senders use memory rather than buffers of the
- * graphics driver: those may be slow to read, and would have to be synchronised.
+ * once per interval. With modifiers (drm_fourcc.h), senders use buffers of the graphics driver in
+ * one of these layouts; without, they use memory. See "DMA-BUF Sharing" in PipeWire's documents.
  */
-const spa_pod *acceptedFormat(ParameterMemory &memory, std::chrono::nanoseconds minimumInterval);
+const spa_pod *acceptedFormat(ParameterMemory &memory, std::chrono::nanoseconds minimumInterval,
+                              std::span<const std::uint64_t> modifiers);
+
+/** The modifier in a format that was agreed on; null if buffers are in memory. */
+std::optional<std::uint64_t> modifierOf(const spa_pod &format);
 
 /** What a stream wants to know about each buffer, and what the buffers are to be. */
-std::array<const spa_pod *, 5> bufferParameters(ParameterMemory &memory);
+std::array<const spa_pod *, 5> bufferParameters(ParameterMemory &memory, spa_data_type type);
 
 } // namespace glimmerpane::pipewire

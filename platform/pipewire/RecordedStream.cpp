@@ -24,8 +24,8 @@ Error RecordedStream::stopped()
     return {.text = Error::tr("Sharing was stopped."), .log = {}, .outcome = Outcome::cancelled};
 }
 
-RecordedStream::RecordedStream(std::shared_ptr<QThreadPool> background)
-    : background_(std::move(background))
+RecordedStream::RecordedStream(StreamEnvironment environment)
+    : environment_(std::move(environment))
 {
 }
 
@@ -46,7 +46,8 @@ QCoro::Task<RecordedStream::Result> RecordedStream::startCapture(Handlers handle
 
 QCoro::Task<RecordedStream::Result> RecordedStream::play(VideoNode node)
 {
-    const auto video = std::make_shared<VideoStream>(std::move(node), background_);
+    node.modifiers = environment_.modifiers;
+    const auto video = std::make_shared<VideoStream>(std::move(node), environment_.background);
     video_ = video;
     Handlers handlers = handlersOf(video);
     co_return co_await video->startCapture(std::move(handlers));

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/pipewire/StreamEnvironment.h"
 #include "platform/pipewire/VideoStream.h"
 
 #include <QObject>
@@ -23,8 +24,7 @@ public:
 protected:
     using Result = std::expected<void, Error>;
 
-    /** `background` waits for threads that have been told to stop. */
-    explicit RecordedStream(std::shared_ptr<QThreadPool> background);
+    explicit RecordedStream(StreamEnvironment environment);
 
     /** Obtains the recording and plays it; this object may be stopped meanwhile. */
     virtual QCoro::Task<Result> begin() = 0;
@@ -52,7 +52,7 @@ private:
     Handlers handlersOf(const std::shared_ptr<VideoStream> &video);
     void endSoon(const Error &error);
 
-    const std::shared_ptr<QThreadPool> background_;
+    const StreamEnvironment environment_;
     Handlers handlers_;
     std::shared_ptr<VideoStream> video_;
     std::optional<Error> end_; ///< why it ended by itself

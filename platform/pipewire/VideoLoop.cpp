@@ -4,9 +4,7 @@
 #include "platform/Log.h"
 #include "platform/pipewire/ChangedRows.h"
 #include "platform/pipewire/Metadata.h"
-#include "platform/pipewire/Parameters.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <spa/param/video/format-utils.h>
 
@@ -18,33 +16,11 @@ namespace
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t bytesPerPixel = 4;
-
 /** A still screen sends its first picture within 150 ms. */
 constexpr auto longestWaitForPicture = 10s;
 
 /** How soon a frame that was not shown comes again: the display server draws one in less. */
 constexpr auto showAgainAfter = 4ms;
-
-/** A buffer on loan. It goes back when the frame and the stream have both let go of it. */
-struct Loan {
-    std::shared_ptr<const BufferMapping> memory;
-    std::shared_ptr<const MessagePipe> messages;
-    std::uint32_t slot = 0;
-
-    Loan(std::shared_ptr<const BufferMapping> mapping, std::shared_ptr<const MessagePipe> pipe,
-         std::uint32_t number)
-        : memory(std::move(mapping))
-        , messages(std::move(pipe))
-        , slot(number)
-    {
-    }
-    Loan(const Loan &) = delete;
-    Loan &operator=(const Loan &) = delete;
-    Loan(Loan &&) = delete;
-    Loan &operator=(Loan &&) = delete;
-    ~Loan() { messages->send({.kind = Message::Kind::GiveBack, .buffer = slot}); }
-};
 
 void setTimer(pw_loop *loop, spa_source *timer, std::chrono::nanoseconds time)
 {
@@ -116,7 +92,7 @@ struct Events {
     }
 
     static void addBuffer(void *data, pw_buffer *buffer) { loop(data).addBuffer(buffer); }
-    static void removeBuffer(void *data, pw_buffer *buffer) { loop(data).removeBuffer(buffer); }
+    static void removeBuffer(void *data, pw_buffer *buffer) { loop(data).buffers_.remove(buffer); }
     static void process(void *data) { loop(data).takeBuffers(); }
 
     static void showAgain(void *data, std::uint64_t /*times*/)
@@ -170,6 +146,7 @@ VideoLoop::VideoLoop(VideoNode node, std::shared_ptr<const MessagePipe> messages
     : node_(std::move(node))
     , messages_(std::move(messages))
     , handlers_(std::move(handlers))
+    , buffers_(messages_)
     , loop_(pw_main_loop_new(nullptr))
 {
 }
@@ -222,14 +199,35 @@ std::expected<void, Error> VideoLoop::connectStream()
     }
     pw_stream_add_listener(stream_.get(), &streamListener_, &Events::stream(), this);
     ParameterMemory memory;
-    const spa_pod *format = acceptedFormat(memory, node_.minimumFrameInterval);
+    auto formats = acceptedFormats(memory);
     if (pw_stream_connect(stream_.get(), PW_DIRECTION_INPUT, node_.id, PW_STREAM_FLAG_AUTOCONNECT,
-                          &format, 1)
+                          formats.data(), static_cast<std::uint32_t>(formats.size()))
         < 0) {
         return std::unexpected(unreachable());
     }
     setTimer(pw_main_loop_get_loop(loop_.get()), patience_, longestWaitForPicture);
     return {};
+}
+
+/** The best first. */
+std::vector<const spa_pod *> VideoLoop::acceptedFormats(ParameterMemory &memory) const
+{
+    std::vector<const spa_pod *> formats;
+    if (!node_.modifiers.empty()) {
+        formats.push_back(acceptedFormat(memory, node_.minimumFrameInterval, node_.modifiers));
+    }
+    formats.push_back(acceptedFormat(memory, node_.minimumFrameInterval, {}));
+    return formats;
+}
+
+void VideoLoop::useMemory()
+{
+    if (!std::exchange(node_.modifiers, {}).empty()) {
+        ParameterMemory memory;
+        auto formats = acceptedFormats(memory);
+        pw_stream_update_params(stream_.get(), formats.data(),
+                                static_cast<std::uint32_t>(formats.size()));
+    }
 }
 
 void VideoLoop::end(Error error)
@@ -246,19 +244,22 @@ void VideoLoop::readMessages()
     for (Message message; messages_->receive(message);) {
         switch (message.kind) {
         case Message::Kind::GiveBack:
-            if (const auto slot = slots_.find(message.buffer); slot != slots_.end()) {
-                pw_stream_queue_buffer(stream_.get(), slot->second.buffer);
+            if (pw_buffer *const buffer = buffers_.find(message.buffer)) {
+                pw_stream_queue_buffer(stream_.get(), buffer);
             }
             break;
         case Message::Kind::Show:
             due_ |= message.rectangle;
             showAgainSoon();
             break;
+        case Message::Kind::UseMemory:
+            useMemory();
+            break;
         case Message::Kind::Move:
             node_.area = message.rectangle;
             if (latest_) {
-                latest_->source = node_.partOf(latest_->pixels.size, node_.area);
-                due_ = QRect(QPoint(), latest_->pixels.size);
+                source_ = sourceOf(*latest_);
+                due_ = latest_->bounds;
                 showAgainSoon();
             }
             break;
@@ -286,29 +287,25 @@ void VideoLoop::takeFormat(const spa_pod *format)
     }
     size_ = QSize(static_cast<int>(info.size.width), static_cast<int>(info.size.height));
     due_ = QRect(QPoint(), size_);
-    qCInfo(platformLog, "the stream's pictures are %dx%d, format %d, at most %u/%u a second",
+    modifier_ = modifierOf(*format);
+    const auto where = modifier_
+        ? QStringLiteral("DMA-BUFs of modifier 0x%1").arg(*modifier_, 0, 16)
+        : QStringLiteral("memory");
+    qCInfo(platformLog, "the stream's pictures are %dx%d, format %d, at most %u/%u a second, in %s",
            size_.width(), size_.height(), static_cast<int>(info.format), info.max_framerate.num,
-           info.max_framerate.denom);
+           info.max_framerate.denom, qPrintable(where));
     ParameterMemory memory;
-    auto parameters = bufferParameters(memory);
+    auto parameters = bufferParameters(memory, modifier_ ? SPA_DATA_DmaBuf : SPA_DATA_MemFd);
     pw_stream_update_params(stream_.get(), parameters.data(), parameters.size());
 }
 
 void VideoLoop::addBuffer(pw_buffer *buffer)
 {
-    auto memory = BufferMapping::create(buffer->buffer->datas[0]);
-    if (!memory) {
+    if (!buffers_.add(buffer)) {
         end(unreadable(QStringLiteral("a buffer of type %1 and %2 bytes cannot be mapped")
                            .arg(buffer->buffer->datas[0].type)
                            .arg(buffer->buffer->datas[0].maxsize)));
-        return;
     }
-    slots_[++latestSlot_] = {.buffer = buffer, .memory = std::move(memory)};
-}
-
-void VideoLoop::removeBuffer(pw_buffer *buffer)
-{
-    std::erase_if(slots_, [buffer](const auto &slot) { return slot.second.buffer == buffer; });
 }
 
 void VideoLoop::takeBuffers()
@@ -330,52 +327,40 @@ void VideoLoop::takeBuffer(pw_buffer *buffer)
 /** False if the buffer holds less than a whole picture. */
 bool VideoLoop::takePicture(const pw_buffer &buffer)
 {
-    const auto slot = std::ranges::find_if(
-        slots_, [&buffer](const auto &each) { return each.second.buffer == &buffer; });
-    const spa_chunk &chunk = *buffer.buffer->datas[0].chunk;
-    const QRect crop = cropOf(*buffer.buffer, size_);
-    if (slot == slots_.end() || crop.isEmpty() || chunk.stride <= 0) {
+    auto picture = buffers_.picture(buffer, size_, modifier_);
+    if (!picture) {
         return false;
     }
-    const auto bytes = slot->second.memory->bytes();
-    const auto stride = static_cast<std::size_t>(chunk.stride);
-    const std::size_t start = chunk.offset + static_cast<std::size_t>(crop.y()) * stride
-        + static_cast<std::size_t>(crop.x()) * bytesPerPixel;
-    const std::size_t length = static_cast<std::size_t>(crop.height() - 1) * stride
-        + static_cast<std::size_t>(crop.width()) * bytesPerPixel;
-    if (start > bytes.size() || length > bytes.size() - start) {
-        return false;
-    }
-    Picture picture{.pixels = {.data = bytes.data() + start,
-                               .stride = chunk.stride,
-                               .size = crop.size(),
-                               .owner = std::make_shared<const Loan>(slot->second.memory, messages_,
-                                                                     slot->first),
-                               .file = slot->second.memory->file(),
-                               .offset = slot->second.memory->fileOffset() + start},
-                    .source = node_.partOf(crop.size(), node_.area),
-                    .origin = crop.topLeft()};
+    source_ = sourceOf(*picture);
     const QRect whole(QPoint(), size_);
     const QRegion damage = node_.tellsChanges ? damageOf(*buffer.buffer, size_) : whole;
-    due_ |= changesOf(picture, damage.translated(-crop.topLeft()));
+    due_ |= changesOf(*picture, damage.translated(-picture->origin));
     latest_ = std::move(picture);
     return true;
 }
 
-/** What differs from the latest picture, given what the sender says. */
-QRegion VideoLoop::changesOf(const Picture &picture, const QRegion &damage) const
+QRect VideoLoop::sourceOf(const BufferPicture &picture) const
 {
-    const QRect whole(QPoint(), picture.pixels.size);
-    if (!latest_ || latest_->pixels.size != picture.pixels.size
-        || latest_->origin != picture.origin) {
-        return whole;
+    return node_.partOf(picture.bounds.size(), node_.area).translated(picture.bounds.topLeft());
+}
+
+/** What differs from the latest picture, given what the sender says. */
+QRegion VideoLoop::changesOf(const BufferPicture &picture, const QRegion &damage) const
+{
+    if (!latest_ || latest_->bounds != picture.bounds || latest_->origin != picture.origin) {
+        return picture.bounds;
+    }
+    const auto *const before = std::get_if<MappedPixels>(&latest_->pixels);
+    const auto *const now = std::get_if<MappedPixels>(&picture.pixels);
+    if (before == nullptr || now == nullptr) {
+        return damage;
     }
     // GNOME names everything each time, also when it has drawn something elsewhere. Finding out
     // costs less than having viewers draw what has not changed.
-    const QRect shown = picture.source & whole;
+    const QRect shown = source_ & picture.bounds;
     const bool isAllNamed = (QRegion(shown) - damage).isEmpty();
     const bool isAllDue = (QRegion(shown) - due_).isEmpty();
-    return isAllNamed && !isAllDue ? changedRows(latest_->pixels, picture.pixels, shown) : damage;
+    return isAllNamed && !isAllDue ? changedRows(*before, *now, shown) : damage;
 }
 
 void VideoLoop::takePointer(const spa_buffer &buffer)
@@ -394,16 +379,15 @@ void VideoLoop::takePointer(const spa_buffer &buffer)
     pointerAt_ = news->isShown ? std::optional(news->position) : std::nullopt;
 }
 
-std::optional<PointerSprite> VideoLoop::pointerOver(const Picture &picture) const
+std::optional<PointerSprite> VideoLoop::pointerOver(const BufferPicture &picture) const
 {
     if (!pointerAt_ || sprite_.image.isNull()) {
         return std::nullopt;
     }
     PointerSprite pointer = sprite_;
     pointer.topLeft = *pointerAt_ - hotspot_ - picture.origin;
-    return QRect(pointer.topLeft, pointer.image.size()).intersects(picture.source)
-        ? std::optional(pointer)
-        : std::nullopt;
+    return QRect(pointer.topLeft, pointer.image.size()).intersects(source_) ? std::optional(pointer)
+                                                                            : std::nullopt;
 }
 
 void VideoLoop::deliver(Occasion occasion)
@@ -411,8 +395,7 @@ void VideoLoop::deliver(Occasion occasion)
     if (!latest_ || !isRunning_) {
         return;
     }
-    const QRegion changed
-        = std::exchange(due_, {}) & QRect(QPoint(), latest_->pixels.size) & latest_->source;
+    const QRegion changed = std::exchange(due_, {}) & latest_->bounds & source_;
     const auto pointer = pointerOver(*latest_);
     const auto shown
         = pointer ? std::optional(std::pair(pointer->serial, pointer->topLeft)) : std::nullopt;
@@ -424,7 +407,7 @@ void VideoLoop::deliver(Occasion occasion)
         setTimer(pw_main_loop_get_loop(loop_.get()), again_, 0ns); // which disarms it
     }
     SampleBuffer sample{.picture = SamePicture(),
-                        .source = latest_->source,
+                        .source = source_,
                         .changed = changed,
                         .pointer = pointer,
                         .time = std::chrono::steady_clock::now()};

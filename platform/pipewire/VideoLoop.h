@@ -2,14 +2,16 @@
 #pragma once
 
 #include "platform/Frame.h"
-#include "platform/pipewire/BufferMapping.h"
 #include "platform/pipewire/Handles.h"
 #include "platform/pipewire/MessagePipe.h"
+#include "platform/pipewire/Parameters.h"
+#include "platform/pipewire/VideoBuffers.h"
 #include "platform/pipewire/VideoStream.h"
 
-#include <map>
+#include <optional>
 #include <pipewire/pipewire.h>
 #include <utility>
+#include <vector>
 
 namespace glimmerpane::pipewire
 {
@@ -42,41 +44,35 @@ private:
         News,
         Again, ///< the previous frame was not shown
     };
-    struct Slot {
-        pw_buffer *buffer = nullptr;
-        std::shared_ptr<const BufferMapping> memory;
-    };
-    struct Picture {
-        MappedPixels pixels;
-        QRect source; ///< pixels of the picture
-        QPoint origin; ///< of the picture, in the buffer
-    };
 
     std::expected<void, Error> connect();
     std::expected<void, Error> connectStream();
+    std::vector<const spa_pod *> acceptedFormats(ParameterMemory &memory) const;
+    void useMemory();
     void end(Error error);
     void readMessages();
     void showAgainSoon();
 
     void takeFormat(const spa_pod *format);
     void addBuffer(pw_buffer *buffer);
-    void removeBuffer(pw_buffer *buffer);
     void takeBuffers();
     void takeBuffer(pw_buffer *buffer);
     bool takePicture(const pw_buffer &buffer);
-    QRegion changesOf(const Picture &picture, const QRegion &damage) const;
+    QRect sourceOf(const BufferPicture &picture) const;
+    QRegion changesOf(const BufferPicture &picture, const QRegion &damage) const;
     void takePointer(const spa_buffer &buffer);
-    std::optional<PointerSprite> pointerOver(const Picture &picture) const;
+    std::optional<PointerSprite> pointerOver(const BufferPicture &picture) const;
     void deliver(Occasion occasion);
 
     const Library library_;
     VideoNode node_;
     const std::shared_ptr<const MessagePipe> messages_;
     const Handlers handlers_;
-    std::map<std::uint32_t, Slot> slots_; ///< the sender's buffers, by numbers of our own
-    std::uint32_t latestSlot_ = 0;
+    VideoBuffers buffers_;
     QSize size_; ///< of a buffer, pixels; empty before a format is agreed on
-    std::optional<Picture> latest_;
+    std::optional<std::uint64_t> modifier_; ///< of the graphics driver's buffers; null for memory
+    std::optional<BufferPicture> latest_;
+    QRect source_; ///< the captured area, pixels of the latest picture
     QRegion due_; ///< to include in the next frame, pixels of the picture
     std::optional<QPoint>
         pointerAt_; ///< its hotspot, pixels of the buffer; null if it is not shown

@@ -9,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace glimmerpane::pipewire
 {
@@ -24,6 +25,8 @@ struct VideoNode {
     std::function<QRect(QSize picture, QRect area)> partOf;
     std::chrono::nanoseconds minimumFrameInterval{};
     bool tellsChanges = true; ///< of every picture; otherwise all of it may have changed
+    /** Of the graphics driver's buffers that can be shown; none for memory only. drm_fourcc.h */
+    std::vector<std::uint64_t> modifiers{};
 };
 
 /**

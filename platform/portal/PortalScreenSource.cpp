@@ -39,10 +39,11 @@ bool isScreenCastThere()
 
 PortalScreenSource::PortalScreenSource(std::shared_ptr<Displays> displays,
                                        std::shared_ptr<RestoreTokenStore> tokens,
-                                       PointerWish pointer)
+                                       PointerWish pointer, pipewire::StreamEnvironment environment)
     : displays_(std::move(displays))
     , tokens_(std::move(tokens))
     , pointer_(pointer)
+    , environment_(std::move(environment))
 {
 }
 
@@ -108,7 +109,7 @@ std::unique_ptr<CaptureStream> PortalScreenSource::makeCaptureStream(
     const QRect display
         = grant_ ? grantedDisplay(*grant_, displays_->displays()) : filter.display.pixels;
     return std::make_unique<PortalStream>(std::move(grant_), display, filter, configuration,
-                                          background_);
+                                          environment_);
 }
 
 } // namespace glimmerpane::portal

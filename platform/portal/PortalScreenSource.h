@@ -2,11 +2,11 @@
 #pragma once
 
 #include "platform/ScreenSource.h"
+#include "platform/pipewire/StreamEnvironment.h"
 #include "platform/portal/PointerWish.h"
 #include "services/RestoreTokenStore.h"
 
 #include <QObject>
-#include <QThreadPool>
 
 #include <memory>
 
@@ -31,7 +31,8 @@ class PortalScreenSource : public QObject, public ScreenSource
 public:
     /** Without a store, the question comes each time. */
     PortalScreenSource(std::shared_ptr<Displays> displays,
-                       std::shared_ptr<RestoreTokenStore> tokens, PointerWish pointer);
+                       std::shared_ptr<RestoreTokenStore> tokens, PointerWish pointer,
+                       pipewire::StreamEnvironment environment);
     ~PortalScreenSource() override;
     Q_DISABLE_COPY_MOVE(PortalScreenSource)
 
@@ -48,8 +49,7 @@ private:
     const PointerWish pointer_;
     std::shared_ptr<PortalRequests> requests_; ///< while they are made
     std::unique_ptr<PortalGrant> grant_; ///< not used yet
-    /** For calls that block; shared with the streams. Its destructor waits for them. */
-    const std::shared_ptr<QThreadPool> background_ = std::make_shared<QThreadPool>();
+    const pipewire::StreamEnvironment environment_; ///< shared with the streams
 };
 
 } // namespace glimmerpane::portal

@@ -34,8 +34,8 @@ QRect areaPixels(const ContentFilter &filter, const StreamConfiguration &configu
 
 PortalStream::PortalStream(std::unique_ptr<PortalGrant> grant, QRect display,
                            const ContentFilter &filter, const StreamConfiguration &configuration,
-                           std::shared_ptr<QThreadPool> background)
-    : RecordedStream(std::move(background))
+                           pipewire::StreamEnvironment environment)
+    : RecordedStream(std::move(environment))
     , display_(display)
     , main_(filter.display)
     , area_(areaPixels(filter, configuration))

@@ -18,12 +18,9 @@ class PortalStream final : public pipewire::RecordedStream
     Q_OBJECT
 
 public:
-    /**
-     * `display` is the granted monitor, desktop pixels. Without a grant the start fails.
-     * `background` waits for threads that have been told to stop.
-     */
+    /** `display` is the granted monitor, desktop pixels. Without a grant the start fails. */
     PortalStream(std::unique_ptr<PortalGrant> grant, QRect display, const ContentFilter &filter,
-                 const StreamConfiguration &configuration, std::shared_ptr<QThreadPool> background);
+                 const StreamConfiguration &configuration, pipewire::StreamEnvironment environment);
     ~PortalStream() override;
 
     /** Only on the same monitor. */

@@ -11,6 +11,7 @@
 #include <xcb/xinput.h>
 
 #include <array>
+#include <sys/socket.h>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -107,6 +108,13 @@ Connection::Connection(Handle connection, int screenNumber)
     const xcb_setup_t &setup = *xcb_get_setup(get());
     qCDebug(platformLog, "X server: %.*s, release %u", xcb_setup_vendor_length(&setup),
             xcb_setup_vendor(&setup), setup.release_number);
+}
+
+bool Connection::takesFiles() const
+{
+    sockaddr address{};
+    socklen_t length = sizeof address;
+    return getsockname(fileDescriptor(), &address, &length) == 0 && address.sa_family == AF_UNIX;
 }
 
 std::expected<void, Error> Connection::check(xcb_void_cookie_t request, const char *name) const

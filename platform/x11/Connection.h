@@ -30,6 +30,8 @@ public:
         return {0, 0, screen_->width_in_pixels, screen_->height_in_pixels};
     }
     int fileDescriptor() const { return xcb_get_file_descriptor(get()); }
+    /** Whether file descriptors can be sent; xcb gives up other connections that try. */
+    bool takesFiles() const;
     bool isBroken() const { return xcb_connection_has_error(get()) != 0; }
 
     std::uint32_t newId() const { return xcb_generate_id(get()); }

@@ -29,8 +29,11 @@ bool LatestPicture::adopt(const SampleBuffer &sample, bool isScaled)
         if (!lend(*pixels, isScaled) && !upload(*pixels, sample.changed)) {
             return false;
         }
-    } else if (!std::holds_alternative<SamePicture>(sample.picture)) {
-        return false; // no stream here makes others
+    } else if (const auto *const buffer = std::get_if<DmaPicture>(&sample.picture)) {
+        if (!import(*buffer)) {
+            buffer->refuse();
+            return false;
+        }
     } else if (isScaled && lent_ && drawable_ == XCB_NONE) {
         upload(MappedPixels(lentPixels_), {});
     }
@@ -48,17 +51,31 @@ bool LatestPicture::lend(const MappedPixels &pixels, bool isScaled)
     upload_.reset();
     lent_ = picture;
     lentPixels_ = pixels;
+    owner_ = pixels.owner;
     drawable_ = picture->pixmap;
     return true;
 }
 
-/** Gives the picture's memory back as soon as the server no longer reads it. */
+bool LatestPicture::import(const DmaPicture &picture)
+{
+    const auto pixmap = imported_.import(connection_, picture.buffer);
+    if (pixmap == XCB_NONE) {
+        return false;
+    }
+    takeBack();
+    upload_.reset();
+    owner_ = picture.owner;
+    drawable_ = pixmap;
+    return true;
+}
+
+/** Gives the picture's buffer back as soon as the server no longer reads it. */
 void LatestPicture::takeBack()
 {
     lent_.reset();
-    MappedPixels pixels = std::exchange(lentPixels_, {});
-    if (pixels.owner && isStillRead_()) {
-        returning_.push_back(std::move(pixels));
+    lentPixels_ = {};
+    if (auto owner = std::exchange(owner_, nullptr); owner && isStillRead_()) {
+        returning_.push_back(std::move(owner));
     }
 }
 

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "platform/Frame.h"
+#include "platform/x11/ImportedBuffers.h"
 #include "platform/x11/LentPictures.h"
 #include "platform/x11/PictureUpload.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -13,8 +15,8 @@ namespace glimmerpane::x11
 {
 
 /**
- * The picture of the latest frame, wherever it is: in the server, in memory that the server reads
- * in place, or in a copy of that. Main thread.
+ * The picture of the latest frame, wherever it is: in the server, in a buffer of the graphics
+ * driver or in memory that the server reads in place, or in a copy of that. Main thread.
  */
 class LatestPicture
 {
@@ -41,9 +43,14 @@ public:
 
     /** See LentPictures for these. */
     void refused() { lending_.refused(); }
-    void forgetWithdrawn() { lending_.forgetWithdrawn(); }
+    void forgetWithdrawn()
+    {
+        lending_.forgetWithdrawn();
+        imported_.forgetWithdrawn();
+    }
 
 private:
+    bool import(const DmaPicture &picture);
     bool lend(const MappedPixels &pixels, bool isScaled);
     bool upload(const MappedPixels &pixels, const QRegion &changed);
     void takeBack();
@@ -53,9 +60,11 @@ private:
     const std::function<bool()> isStillRead_;
     const bool hasSharedPixmaps_;
     LentPictures lending_;
+    ImportedBuffers imported_;
+    std::shared_ptr<const void> owner_; ///< of what the server reads in place
     std::optional<LentPicture> lent_; ///< while the server reads it in place
     MappedPixels lentPixels_; ///< its memory
-    std::vector<MappedPixels> returning_; ///< what the server may still read
+    std::vector<std::shared_ptr<const void>> returning_; ///< of what the server may still read
     std::optional<PictureUpload> upload_; ///< while pictures in memory are copied
     xcb_drawable_t drawable_ = XCB_NONE;
 };

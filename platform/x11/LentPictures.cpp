@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <limits>
-#include <sys/socket.h>
 #include <utility>
 
 namespace glimmerpane::x11
@@ -17,15 +16,6 @@ namespace
 {
 
 constexpr std::ptrdiff_t bytesPerPixel = 4;
-
-/** Files travel on local sockets only; xcb gives up a connection of another kind that tries. */
-bool takesFiles(const Connection &connection)
-{
-    sockaddr address{};
-    socklen_t length = sizeof address;
-    return getsockname(connection.fileDescriptor(), &address, &length) == 0
-        && address.sa_family == AF_UNIX;
-}
 
 /** Whether the server can read all rows of the pixels by its own means. */
 bool isReadable(const MappedPixels &pixels)
@@ -47,7 +37,7 @@ bool isReadable(const MappedPixels &pixels)
 Lending lendingOf(const Connection &connection)
 {
     const auto *const extension = xcb_get_extension_data(connection.get(), &xcb_shm_id);
-    if (extension == nullptr || extension->present == 0 || !takesFiles(connection)) {
+    if (extension == nullptr || extension->present == 0 || !connection.takesFiles()) {
         return Lending::Never;
     }
     const Reply<xcb_shm_query_version_reply_t> version(xcb_shm_query_version_reply(

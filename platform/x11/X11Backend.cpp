@@ -4,6 +4,7 @@
 #include "platform/x11/AreaMarksX11.h"
 #include "platform/x11/DisplaysX11.h"
 #include "platform/x11/IconicWindowX11.h"
+#include "platform/x11/ImportedBuffers.h"
 #include "platform/x11/ManagedWindowX11.h"
 #include "platform/x11/OffscreenWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
@@ -140,6 +141,12 @@ QByteArray windowManager()
 {
     const auto connection = Connection::open();
     return connection ? windowManagerName(*connection) : QByteArray();
+}
+
+std::vector<std::uint64_t> importableModifiers()
+{
+    const auto connection = Connection::open();
+    return connection ? importableModifiers(*connection) : std::vector<std::uint64_t>();
 }
 
 bool isXwayland()

@@ -4,6 +4,9 @@
 #include "platform/Backend.h"
 #include "platform/ViewerWatch.h"
 
+#include <cstdint>
+#include <vector>
+
 namespace glimmerpane::x11
 {
 
@@ -31,6 +34,12 @@ std::shared_ptr<OutputWindows> parkedOutputWindows(ViewerWatcher watcher);
 
 /** The window manager's name, such as "KWin"; empty if none announces itself. */
 QByteArray windowManager();
+
+/**
+ * The layouts (modifiers of drm_fourcc.h) of the graphics driver's buffers, of 32 bits a pixel,
+ * that the X server can show; none if it cannot. Waits for the server.
+ */
+std::vector<std::uint64_t> importableModifiers();
 
 /** Whether the X server is Xwayland, whose clients cannot read the screen. */
 bool isXwayland();
