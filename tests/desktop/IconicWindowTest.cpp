@@ -138,8 +138,8 @@ private Q_SLOTS:
     {
         IconicFixture fixture;
         auto monitor = fixture.session.recordMonitor();
-        for (int i = 0; i < 10; ++i) {
-            const QRgb color = qRgb(20 * i, 200 - 20 * i, 100);
+        for (int i = 0; i < 5; ++i) {
+            const QRgb color = qRgb(40 * i, 200 - 40 * i, 100);
             fixture.draw(color);
             fixture.awaitRest(monitor);
             auto viewer = fixture.record();
