@@ -20,6 +20,16 @@ struct Display {
     friend bool operator==(const Display &, const Display &) = default;
 };
 
+/** The rectangle that has all displays, desktop pixels. */
+inline QRect boundsOf(const std::vector<Display> &displays)
+{
+    QRect bounds;
+    for (const Display &display : displays) {
+        bounds |= display.pixels;
+    }
+    return bounds;
+}
+
 /** The monitors and how they are measured. Main thread. */
 class Displays
 {

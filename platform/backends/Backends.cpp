@@ -5,6 +5,7 @@
 #include "platform/backends/NoScreenSource.h"
 #include "platform/gnome/GnomeRecording.h"
 #include "platform/gnome/GnomeScreenSource.h"
+#include "platform/gnome/Stage.h"
 #include "platform/kwin/KWinScreenSource.h"
 #include "platform/pipewire/FlowWatch.h"
 #include "platform/portal/PortalScreenSource.h"
@@ -46,7 +47,10 @@ Backend xwaylandBackend(const BackendRequest &request)
     backend.presses = nullptr;
     backend.areaDrag = AreaDrag::MovesAtEnd; // a move may start another recording
     if (gnome::isScreenCastThere()) {
-        backend.outputWindows = x11::iconicOutputWindows(backend.displays, pipewire::watchFlow);
+        backend.outputWindows = x11::iconicOutputWindows(
+            backend.displays, pipewire::watchFlow, [displays = backend.displays](QRect area) {
+                return gnome::magnification(area, boundsOf(displays->displays()));
+            });
     } else if (x11::windowManager() == "KWin") {
         backend.overlays = x11::makeSpanningOverlays();
         backend.areaDrag = AreaDrag::Impossible;

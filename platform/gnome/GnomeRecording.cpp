@@ -4,7 +4,7 @@
 #include "platform/Answer.h"
 #include "platform/Log.h"
 #include "platform/bus/BusSignal.h"
-#include "platform/gnome/StageSize.h"
+#include "platform/gnome/Stage.h"
 #include "platform/pipewire/LogicalRegion.h"
 
 #include <QCoroFuture>
@@ -130,12 +130,9 @@ QCoro::Task<pipewire::AreaRecorder::Result> GnomeRecorder::record(
         = std::make_unique<GnomeSession>(part(*session, QStringLiteral(".Session")), ended);
 
     const uint pointer = showsCursor ? shownPointer() : hiddenPointer;
-    QRect pixels;
-    for (const Display &display : displays_->displays()) {
-        pixels |= display.pixels;
-    }
-    const QSize stage = co_await stageSize();
-    const auto region = pipewire::regionOf(area, pixels, {QPoint(), stage});
+    const QRect pixels = boundsOf(displays_->displays());
+    const Stage stage = co_await gnome::stage();
+    const auto region = pipewire::regionOf(area, pixels, {QPoint(), stage.size});
     const QRect &units = region.logical;
     const QVariantMap properties{{QStringLiteral("cursor-mode"), pointer}};
     const QVariantList what{units.x(), units.y(), units.width(), units.height(), properties};

@@ -19,8 +19,8 @@ int majorVersion();
  * The shell counts in its stage's units, from the top-left corner of all monitors. Those are the
  * pixels of Xwayland's root window, or from version 47 on a whole number of them where a monitor is
  * scaled. Measured under mutter 43 and 48 with two monitors, an area on both, at scale 2, and at
- * scale 2 by the stage (scale-monitor-framebuffer): there the pictures are twice as large as the
- * area and are reduced where they are shown; everywhere else they are exact.
+ * scale 2 by the stage (scale-monitor-framebuffer), where the pictures are twice as large as the
+ * area in Xwayland's pixels: they are exact.
  */
 class GnomeRecorder : public pipewire::AreaRecorder
 {

@@ -206,10 +206,7 @@ QCoro::Task<pipewire::AreaRecorder::Result> KWinRecorder::record(
     }
     auto session = std::make_unique<KWinSession>(std::move(opened->wayland),
                                                  std::move(opened->screencast), std::move(ended));
-    QRect pixels;
-    for (const Display &display : displays_->displays()) {
-        pixels |= display.pixels;
-    }
+    const QRect pixels = boundsOf(displays_->displays());
     const pipewire::LogicalRegion region = pipewire::regionOf(area, pixels, session->desktop());
     qCInfo(platformLog) << "KWin is to record" << region.logical << "at scale" << region.scale;
     auto started = session->start(region, showsCursor);

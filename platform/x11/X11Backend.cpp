@@ -46,21 +46,24 @@ private:
 class IconicWindowsX11 : public OutputWindows
 {
 public:
-    IconicWindowsX11(std::shared_ptr<Displays> displays, ViewerWatcher watcher)
+    IconicWindowsX11(std::shared_ptr<Displays> displays, ViewerWatcher watcher,
+                     std::function<double(QRect area)> magnification)
         : displays_(std::move(displays))
         , watcher_(std::move(watcher))
+        , magnification_(std::move(magnification))
     {
     }
 
     std::expected<std::unique_ptr<OutputWindow>, Error> make(const QString &title,
                                                              QRect area) override
     {
-        const QSize size = area.size();
+        const QSize size = toPixels(area.width(), area.height(), magnification_(area));
         const auto display = displays_->mainDisplay();
         if (!display) {
             return IconicWindowX11::create(title, size, watcher_);
         }
-        const QRect whole({}, display->pixels.size());
+        const QRect &pixels = display->pixels;
+        const QRect whole({}, toPixels(pixels.width(), pixels.height(), magnification_(pixels)));
         const bool fits = whole.contains(QRect({}, size));
         return IconicWindowX11::create(title, fits ? size : aspectFit(size, whole).size(),
                                        watcher_);
@@ -69,6 +72,7 @@ public:
 private:
     const std::shared_ptr<Displays> displays_;
     const ViewerWatcher watcher_;
+    const std::function<double(QRect area)> magnification_;
 };
 
 class ParkedWindowsX11 : public OutputWindows
@@ -179,9 +183,11 @@ Backend makeBackend(bool listsOutput)
 }
 
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
-                                                   ViewerWatcher watcher)
+                                                   ViewerWatcher watcher,
+                                                   std::function<double(QRect area)> magnification)
 {
-    return std::make_shared<IconicWindowsX11>(std::move(displays), std::move(watcher));
+    return std::make_shared<IconicWindowsX11>(std::move(displays), std::move(watcher),
+                                              std::move(magnification));
 }
 
 std::shared_ptr<OutputWindows> parkedOutputWindows(ViewerWatcher watcher)

@@ -5,6 +5,7 @@
 #include "platform/ViewerWatch.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace glimmerpane::x11
@@ -21,10 +22,12 @@ Backend makeBackend(bool listsOutput);
 
 /**
  * Output windows for GNOME on Wayland, which lists managed windows only: minimised ones. None is
- * larger than the main display, because GNOME would cut off the rest.
+ * larger than the main display, because GNOME would cut off the rest. `magnification` tells how
+ * many pixels the picture of an area has for each of the X server's.
  */
 std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
-                                                   ViewerWatcher watcher);
+                                                   ViewerWatcher watcher,
+                                                   std::function<double(QRect area)> magnification);
 
 /**
  * Output windows for KWin on Wayland, which lists managed windows only, but lets them go off the

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "platform/gnome/StageSize.h"
+#include "platform/gnome/Stage.h"
 
 #include "platform/bus/BusObject.h"
+#include "platform/pipewire/LogicalRegion.h"
 
 #include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QMap>
 #include <QPoint>
 
@@ -102,29 +105,66 @@ QSize pixelsOf(const LogicalMonitor &logical, const QList<Monitor> &monitors)
     return logical.transform % 2 != 0 ? mode->pixels.transposed() : mode->pixels;
 }
 
-} // namespace
-
-QCoro::Task<QSize> stageSize()
+BusObject displayConfig()
 {
-    const BusObject displays{.service = QStringLiteral("org.gnome.Mutter.DisplayConfig"),
-                             .path = QStringLiteral("/org/gnome/Mutter/DisplayConfig"),
-                             .interface = QStringLiteral("org.gnome.Mutter.DisplayConfig")};
-    const auto state = co_await displays.call(QStringLiteral("GetCurrentState"));
-    if (!state || state->size() != 4) {
-        co_return QSize();
+    return {.service = QStringLiteral("org.gnome.Mutter.DisplayConfig"),
+            .path = QStringLiteral("/org/gnome/Mutter/DisplayConfig"),
+            .interface = QStringLiteral("org.gnome.Mutter.DisplayConfig")};
+}
+
+const QString &getCurrentState()
+{
+    static const auto name = QStringLiteral("GetCurrentState");
+    return name;
+}
+
+Stage stageOf(const QVariantList &state)
+{
+    if (state.size() != 4) {
+        return {};
     }
-    const auto monitors = qdbus_cast<QList<Monitor>>(state->at(1));
-    const auto logicals = qdbus_cast<QList<LogicalMonitor>>(state->at(2));
-    const auto properties = qdbus_cast<QVariantMap>(state->at(3));
+    const auto monitors = qdbus_cast<QList<Monitor>>(state.at(1));
+    const auto logicals = qdbus_cast<QList<LogicalMonitor>>(state.at(2));
+    const auto properties = qdbus_cast<QVariantMap>(state.at(3));
     const bool isInUnits
         = properties.value(QStringLiteral("layout-mode")).toUInt() == layoutInUnits;
+    Stage stage;
     QSizeF size(0, 0);
     for (const LogicalMonitor &logical : logicals) {
-        const QSizeF units = QSizeF(pixelsOf(logical, monitors)) / (isInUnits ? logical.scale : 1);
+        const double scale = isInUnits ? logical.scale : 1;
+        const QSizeF units = QSizeF(pixelsOf(logical, monitors)) / scale;
         size = size.expandedTo(
             QSizeF(logical.place.x() + units.width(), logical.place.y() + units.height()));
+        stage.views.push_back({.place = QRectF(logical.place, units), .scale = scale});
     }
-    co_return size.toSize();
+    stage.size = size.toSize();
+    return stage;
+}
+
+} // namespace
+
+QCoro::Task<Stage> stage()
+{
+    const auto state = co_await displayConfig().call(getCurrentState());
+    co_return state ? stageOf(*state) : Stage();
+}
+
+double magnification(QRect area, QRect desktop)
+{
+    const BusObject object = displayConfig();
+    const auto call = QDBusMessage::createMethodCall(object.service, object.path, object.interface,
+                                                     getCurrentState());
+    constexpr int longest = 2000; // milliseconds
+    const Stage stage
+        = stageOf(QDBusConnection::sessionBus().call(call, QDBus::Block, longest).arguments());
+    const auto region = pipewire::regionOf(area, desktop, {QPoint(), stage.size});
+    double scale = 1; // mutter takes the largest
+    for (const StageView &view : stage.views) {
+        if (view.place.intersects(region.logical)) {
+            scale = std::max(scale, view.scale);
+        }
+    }
+    return scale / region.scale;
 }
 
 } // namespace glimmerpane::gnome
