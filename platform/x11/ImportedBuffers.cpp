@@ -21,6 +21,9 @@ namespace
 
 constexpr std::uint8_t bitsPerPixel = 32;
 
+/** A layout that the driver knows by itself: DRM_FORMAT_MOD_INVALID of drm_fourcc.h. */
+constexpr std::uint64_t implicitModifier = 0x00ffffffffffffff;
+
 /** xcb gives up connections on which it is asked for what the server or the socket cannot do. */
 bool takesBuffers(const Connection &connection)
 {
@@ -96,6 +99,10 @@ std::vector<std::uint64_t> importableModifiers(const Connection &connection)
     std::ranges::copy_if(forWindow, std::back_inserter(modifiers), [&](std::uint64_t modifier) {
         return std::ranges::find(forScreen, modifier) == forScreen.end();
     });
+    // Servers list only what is explicit; drivers without modifiers, and mutter 43, have no other.
+    if (std::ranges::find(modifiers, implicitModifier) == modifiers.end()) {
+        modifiers.push_back(implicitModifier);
+    }
     qCInfo(platformLog, "the X server takes DMA-BUFs of %zu modifiers", modifiers.size());
     return modifiers;
 }
