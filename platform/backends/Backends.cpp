@@ -47,7 +47,7 @@ Backend xwaylandBackend(const BackendRequest &request)
     backend.presses = nullptr;
     backend.areaDrag = AreaDrag::MovesAtEnd; // a move may start another recording
     if (gnome::isScreenCastThere()) {
-        backend.outputWindows = x11::iconicOutputWindows(
+        backend.outputWindows = x11::outlyingOutputWindows(
             backend.displays, pipewire::watchFlow, [displays = backend.displays](QRect area) {
                 return gnome::magnification(area, boundsOf(displays->displays()));
             });

@@ -12,7 +12,7 @@ namespace glimmerpane::x11
 {
 
 /** The atoms that the program uses, except those that the protocol predefines. */
-inline constexpr std::array<std::string_view, 34> atomNames{
+inline constexpr std::array<std::string_view, 35> atomNames{
     "ESETROOT_PMAP_ID",
     "UTF8_STRING",
     "WM_CHANGE_STATE",
@@ -44,6 +44,7 @@ inline constexpr std::array<std::string_view, 34> atomNames{
     "_NET_WM_WINDOW_OPACITY",
     "_NET_WM_WINDOW_TYPE",
     "_NET_WM_WINDOW_TYPE_DND",
+    "_NET_WM_WINDOW_TYPE_DOCK",
     "_NET_WM_WINDOW_TYPE_NORMAL",
     "_NET_WM_WINDOW_TYPE_UTILITY",
     "_XROOTPMAP_ID",

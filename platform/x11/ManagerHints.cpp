@@ -40,11 +40,8 @@ void setManagerHints(const Connection &connection, xcb_window_t window, const Ma
         setProperty(connection, window, property, type, 32, items.size(), items.data());
     };
     set(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, sizeHints(hints.size, hints.place));
-    // ICCCM 4.1.2.4: the flags InputHint and StateHint; no input, and the state.
-    constexpr std::uint32_t iconicState = 3;
-    set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS,
-        hints.isIconic ? std::array<std::uint32_t, 9>{1 | 2, 0, iconicState}
-                       : std::array<std::uint32_t, 9>{1});
+    // ICCCM 4.1.2.4: the flag InputHint; no input.
+    set(XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, std::array<std::uint32_t, 9>{1});
     // Motif's hints, which every manager supports: the flag for decorations, and no decorations,
     // which viewers would see.
     const xcb_atom_t motif = connection.atom("_MOTIF_WM_HINTS");

@@ -15,7 +15,6 @@ namespace glimmerpane::x11
 /** What an output window tells the window manager, besides what describeWindow() says. */
 struct ManagerHints {
     QSize size; ///< which it keeps, pixels
-    bool isIconic = false; ///< minimised at first
     std::optional<QPoint> place; ///< root pixels; otherwise the manager finds one
     std::span<const AtomName> states; ///< _NET_WM_STATE_...
 };

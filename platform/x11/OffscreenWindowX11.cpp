@@ -132,6 +132,13 @@ void OffscreenWindowX11::touchForViewers(const ViewerWatcher &watcher, std::func
         connection_, window_.get(), events_, watcher, [this] { tellWatched(); }, std::move(also));
 }
 
+void OffscreenWindowX11::map()
+{
+    const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
+    mapped_ = mapped.sequence;
+    isVisible_ = connection_.check(mapped, "MapWindow").has_value();
+}
+
 std::optional<bool> OffscreenWindowX11::isWatched() const
 {
     if (touch_) {
@@ -144,8 +151,7 @@ void OffscreenWindowX11::orderFront()
 {
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(connection_.get(), window_.get(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
-    isVisible_ = connection_.check(mapped, "MapWindow").has_value();
+    map();
     setFrameOrigin(place_);
 }
 
@@ -182,7 +188,8 @@ void OffscreenWindowX11::handle(const xcb_generic_event_t &event)
     switch (typeOf(event)) {
     case XCB_UNMAP_NOTIFY:
     case XCB_DESTROY_NOTIFY:
-        isVisible_ = false;
+        // That of an earlier orderOut() may be late.
+        isVisible_ = isVisible_ && event.full_sequence < mapped_;
         break;
     case XCB_EXPOSE:
         if (onContentsLost) {

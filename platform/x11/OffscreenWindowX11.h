@@ -8,6 +8,7 @@
 #include "platform/x11/ServerId.h"
 #include "platform/x11/WindowTouch.h"
 
+#include <cstdint>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -50,6 +51,8 @@ protected:
     /** Sets its title and type, and that it handles close requests itself. */
     void describe(const QString &title, AtomName type = "_NET_WM_WINDOW_TYPE_NORMAL");
     virtual void handle(const xcb_generic_event_t &event);
+    /** Makes it visible; waits for the server. */
+    void map();
     /** From now on, if the programs that read the window are clients of this X server. */
     void watchViewers();
     /** From now on, if a compositor records it for its viewers. See WindowTouch. */
@@ -70,6 +73,7 @@ private:
     void tellWatched() const;
 
     QPoint place_; ///< root pixels
+    std::uint32_t mapped_ = 0; ///< the number of the latest request to map it
     std::unique_ptr<RedirectionWatch> viewers_; ///< null if nobody tells of them
     std::optional<WindowTouch> touch_;
 };

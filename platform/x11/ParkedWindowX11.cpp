@@ -33,17 +33,24 @@ std::expected<std::unique_ptr<OutputWindow>, Error> ParkedWindowX11::create(cons
         return std::unexpected(opened.error());
     }
     auto window = std::make_unique<ParkedWindowX11>(std::move(*opened), area, std::move(watcher));
-    const Connection &connection = window->connection_;
-    watchMonitors(connection);
-    window->wanted_ = window->choosePlace();
-    if (auto created = window->createWindow(window->wanted_, true); !created) {
+    if (auto created = window->prepare(title, states); !created) {
         return std::unexpected(created.error());
     }
-    window->describe(title);
-    setManagerHints(connection, window->window_.get(),
-                    {.size = area.size(), .place = window->wanted_, .states = states});
-    setWindowShape(connection.get(), window->window_.get(), XCB_SHAPE_SK_INPUT, {});
     return window;
+}
+
+std::expected<void, Error> ParkedWindowX11::prepare(const QString &title,
+                                                    std::span<const AtomName> states)
+{
+    watchMonitors(connection_);
+    wanted_ = choosePlace();
+    if (auto created = createWindow(wanted_, true); !created) {
+        return created;
+    }
+    describe(title);
+    states_ = states;
+    setWindowShape(connection_.get(), window_.get(), XCB_SHAPE_SK_INPUT, {});
+    return {};
 }
 
 ParkedWindowX11::ParkedWindowX11(ExtendedConnection opened, QRect area, ViewerWatcher watcher)
@@ -77,11 +84,14 @@ void ParkedWindowX11::orderFront()
 {
     isManaged_ = false;
     isSettled_ = false;
+    // The manager forgets all of it when the window is withdrawn.
+    setManagerHints(connection_, window_.get(),
+                    {.size = size_, .place = wanted_, .states = states_});
     setTransparent(true);
-    const auto mapped = xcb_map_window_checked(connection_.get(), window_.get());
-    isVisible_ = connection_.check(mapped, "MapWindow").has_value();
+    move(wanted_);
+    map();
     park();
-    touchForViewers(watcher_);
+    touchForViewers(watcher_, [this] { touchMore(); });
 }
 
 void ParkedWindowX11::orderOut()
@@ -95,7 +105,37 @@ void ParkedWindowX11::orderOut()
 void ParkedWindowX11::park()
 {
     seen_.reset();
-    requestPlace(connection_, window_.get(), wanted_);
+    move(wanted_);
+    events_.flush();
+}
+
+void ParkedWindowX11::move(QPoint place)
+{
+    requestPlace(connection_, window_.get(), place);
+}
+
+void ParkedWindowX11::settled()
+{
+    // KWin asks for attention to a window that it does not give the keyboard.
+    constexpr std::uint32_t remove = 0;
+    constexpr std::uint32_t fromApplication = 1;
+    sendToManager(
+        connection_, window_.get(), "_NET_WM_STATE",
+        {remove, connection_.atom("_NET_WM_STATE_DEMANDS_ATTENTION"), 0, fromApplication, 0});
+}
+
+/** ICCCM 4.1.3.1. The state of an earlier mapping may be heard of late. */
+void ParkedWindowX11::followState()
+{
+    const xcb_atom_t wmState = connection_.atom("WM_STATE");
+    events_.await<xcb_get_property_reply_t>(
+        xcb_get_property(connection_.get(), 0, window_.get(), wmState, wmState, 0, 1),
+        [this](const Reply<xcb_get_property_reply_t> &reply) {
+            constexpr std::uint32_t withdrawn = 0;
+            isManaged_ = reply && xcb_get_property_value_length(reply.get()) > 0
+                && *static_cast<std::uint32_t *>(xcb_get_property_value(reply.get())) != withdrawn;
+            checkPlace();
+        });
     events_.flush();
 }
 
@@ -115,7 +155,9 @@ void ParkedWindowX11::checkPlace()
             if (place == wanted_) {
                 settle();
             } else if (seen_ != place) {
-                requestPlace(connection_, window_.get(), wanted_);
+                isSettled_ = false;
+                setTransparent(true);
+                move(wanted_);
             }
             seen_ = place;
             events_.flush();
@@ -128,12 +170,7 @@ void ParkedWindowX11::settle()
 {
     if (!std::exchange(isSettled_, true)) {
         setTransparent(false);
-        // KWin asks for attention to a window that it does not give the keyboard.
-        constexpr std::uint32_t remove = 0;
-        constexpr std::uint32_t fromApplication = 1;
-        sendToManager(
-            connection_, window_.get(), "_NET_WM_STATE",
-            {remove, connection_.atom("_NET_WM_STATE_DEMANDS_ATTENTION"), 0, fromApplication, 0});
+        settled();
     }
 }
 
@@ -148,8 +185,7 @@ void ParkedWindowX11::handle(const xcb_generic_event_t &event)
     switch (typeOf(event)) {
     case XCB_PROPERTY_NOTIFY:
         if (eventAs<xcb_property_notify_event_t>(event).atom == connection_.atom("WM_STATE")) {
-            isManaged_ = true;
-            checkPlace();
+            followState();
         }
         break;
     case XCB_CONFIGURE_NOTIFY:

@@ -5,6 +5,7 @@
 #include "platform/x11/OffscreenWindowX11.h"
 
 #include <optional>
+#include <span>
 
 namespace glimmerpane::x11
 {
@@ -33,17 +34,29 @@ public:
     void orderOut() override;
 
 protected:
+    /** Creates the window, unmapped. */
+    std::expected<void, Error> prepare(const QString &title, std::span<const AtomName> states);
+    /** Where it is hardly seen; root pixels. */
+    virtual QPoint choosePlace() const;
+    /** Asks the manager to move it there; root pixels. */
+    virtual void move(QPoint place);
+    /** It is in its place. */
+    virtual void settled();
+    bool isSettled() const { return isSettled_; }
+    /** Something else to draw when one pixel of it is drawn anew for viewers. */
+    virtual void touchMore() { }
     void handle(const xcb_generic_event_t &event) override;
 
 private:
-    QPoint choosePlace() const;
     void setTransparent(bool isTransparent);
     void park();
+    void followState();
     void checkPlace();
     void settle();
 
     const QRect area_;
     const ViewerWatcher watcher_;
+    std::span<const AtomName> states_; ///< _NET_WM_STATE_...
     QPoint wanted_; ///< root pixels, as the next
     std::optional<QPoint> seen_; ///< since it was managed
     bool isManaged_ = false;

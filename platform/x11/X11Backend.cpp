@@ -3,10 +3,10 @@
 
 #include "platform/x11/AreaMarksX11.h"
 #include "platform/x11/DisplaysX11.h"
-#include "platform/x11/IconicWindowX11.h"
 #include "platform/x11/ImportedBuffers.h"
 #include "platform/x11/ManagedWindowX11.h"
 #include "platform/x11/OffscreenWindowX11.h"
+#include "platform/x11/OutlyingWindowX11.h"
 #include "platform/x11/OverlayWindowX11.h"
 #include "platform/x11/ParkedWindowX11.h"
 #include "platform/x11/PressMonitorX11.h"
@@ -43,11 +43,11 @@ private:
     const bool listed_;
 };
 
-class IconicWindowsX11 : public OutputWindows
+class OutlyingWindowsX11 : public OutputWindows
 {
 public:
-    IconicWindowsX11(std::shared_ptr<Displays> displays, ViewerWatcher watcher,
-                     std::function<double(QRect area)> magnification)
+    OutlyingWindowsX11(std::shared_ptr<Displays> displays, ViewerWatcher watcher,
+                       std::function<double(QRect area)> magnification)
         : displays_(std::move(displays))
         , watcher_(std::move(watcher))
         , magnification_(std::move(magnification))
@@ -60,13 +60,13 @@ public:
         const QSize size = toPixels(area.width(), area.height(), magnification_(area));
         const auto display = displays_->mainDisplay();
         if (!display) {
-            return IconicWindowX11::create(title, size, watcher_);
+            return OutlyingWindowX11::create(title, size, watcher_);
         }
         const QRect &pixels = display->pixels;
         const QRect whole({}, toPixels(pixels.width(), pixels.height(), magnification_(pixels)));
         const bool fits = whole.contains(QRect({}, size));
-        return IconicWindowX11::create(title, fits ? size : aspectFit(size, whole).size(),
-                                       watcher_);
+        return OutlyingWindowX11::create(title, fits ? size : aspectFit(size, whole).size(),
+                                         watcher_);
     }
 
 private:
@@ -182,12 +182,12 @@ Backend makeBackend(bool listsOutput)
             .marks = std::make_shared<AreaMarksMakerX11>()};
 }
 
-std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
-                                                   ViewerWatcher watcher,
-                                                   std::function<double(QRect area)> magnification)
+std::shared_ptr<OutputWindows> outlyingOutputWindows(
+    std::shared_ptr<Displays> displays, ViewerWatcher watcher,
+    std::function<double(QRect area)> magnification)
 {
-    return std::make_shared<IconicWindowsX11>(std::move(displays), std::move(watcher),
-                                              std::move(magnification));
+    return std::make_shared<OutlyingWindowsX11>(std::move(displays), std::move(watcher),
+                                                std::move(magnification));
 }
 
 std::shared_ptr<OutputWindows> parkedOutputWindows(ViewerWatcher watcher)

@@ -25,9 +25,9 @@ Backend makeBackend(bool listsOutput);
  * larger than the main display, because GNOME would cut off the rest. `magnification` tells how
  * many pixels the picture of an area has for each of the X server's.
  */
-std::shared_ptr<OutputWindows> iconicOutputWindows(std::shared_ptr<Displays> displays,
-                                                   ViewerWatcher watcher,
-                                                   std::function<double(QRect area)> magnification);
+std::shared_ptr<OutputWindows> outlyingOutputWindows(
+    std::shared_ptr<Displays> displays, ViewerWatcher watcher,
+    std::function<double(QRect area)> magnification);
 
 /**
  * Output windows for KWin on Wayland, which lists managed windows only, but lets them go off the

@@ -157,6 +157,13 @@ struct GnomeFixture {
         const auto picture = window ? windowPicture(client, *window) : failure({});
         return picture.value_or(QImage());
     }
+    /** Whether it is on no monitor. */
+    bool isOutputUnseen() const
+    {
+        const auto window = findWindow(client, outputTitle, Listing::All);
+        const auto place = window ? geometryOf(client, *window) : std::nullopt;
+        return place && !place->intersects({0, 0, 0x7fff, 0x7fff});
+    }
     bool becomesHidden() const
     {
         return waitFor([this] { return !findWindow(client, outputTitle, Listing::All); }, patience);

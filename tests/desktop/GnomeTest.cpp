@@ -214,7 +214,7 @@ private Q_SLOTS:
             QVERIFY(waitFor([&] { return !fixture.session.isOverviewShown(); }, patience));
             QVERIFY2(waitFor([&] { return fixture.session.window(mainTitle)->hasFocus; }, patience),
                      fixture.program.output());
-            QVERIFY(waitFor([&] { return isHidden(outputTitle); }, patience));
+            QVERIFY(fixture.isOutputUnseen());
         }
         QVERIFY(fixture.showsArea());
     }
