@@ -247,7 +247,7 @@ private Q_SLOTS:
     void people_cannotGetToTheOutput()
     {
         SwayFixture fixture;
-        fixture.start({areaOption});
+        fixture.start({areaOption, QStringLiteral("--output-window=managed")});
         const auto isOpen = [&] {
             const int focus = fixture.keyboardFocus();
             return focus != 0
@@ -255,6 +255,7 @@ private Q_SLOTS:
                 && fixture.obeys({QStringLiteral("--status")});
         };
         QVERIFY(waitFor(isOpen, patience));
+        QVERIFY(fixture.program.output().contains("--output-window=managed has no effect"));
         const int mainWindow = fixture.keyboardFocus();
         QVERIFY(fixture.obeys({QStringLiteral("--share")}));
         const QRect output = fixture.awaitOutput(area.size());
