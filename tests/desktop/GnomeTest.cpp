@@ -138,6 +138,11 @@ private Q_SLOTS:
                                         << QRect(1400, 50, 300, 200) << QStringLiteral("portal");
         QTest::addRow("magnified")
             << one << twice + byStage << 1 << 2 << QRect(330, 40, 300, 310) << gnome;
+        const std::vector<QSize> dense{{2560, 1440}};
+        QTest::addRow("scaled, portal")
+            << dense << twice << 2 << 1 << QRect(1960, 600, 560, 700) << QStringLiteral("portal");
+        QTest::addRow("magnified, portal") << dense << twice + byStage << 1 << 2
+                                           << QRect(980, 300, 280, 350) << QStringLiteral("portal");
     }
     void area_isFoundOnAnyMonitor()
     {
@@ -152,15 +157,19 @@ private Q_SLOTS:
             fixture.client, {.rectangle = place.adjusted(20, 30, -40, -50), .color = 0xff00ffff}));
         fixture.startSharing(place, scale);
         if (backend == u"portal") {
-            fixture.answer(fixture.dialog.secondMonitor);
-            fixture.answer(fixture.dialog.share);
+            const auto monitor = monitors.size() > 1 ? std::optional(fixture.dialog.secondMonitor)
+                                                     : fixture.dialog.firstMonitor;
+            if (monitor) {
+                fixture.answer(*monitor, scale * magnification);
+            }
+            fixture.answer(fixture.dialog.share, scale * magnification);
         }
         std::vector<std::unique_ptr<GnomeStream>> streams;
         for (int i = 0; i < static_cast<int>(monitors.size()); ++i) {
             streams.emplace_back(new GnomeStream(fixture.session.recordMonitor(i)));
         }
         const auto expected = [&] {
-            QImage desktop(QSize(3000, 1000), QImage::Format_RGB32);
+            QImage desktop(QSize(3000, 1500), QImage::Format_RGB32);
             desktop.fill(Qt::black);
             QPainter painter(&desktop);
             QPoint at;
