@@ -110,7 +110,7 @@ struct GnomeFixture {
      * Clicks in the portal's dialog, on a monitor of 1280x720 points with `scale` pixels each,
      * until that changes it.
      */
-    void answer(QPoint place, int scale = 1) const
+    void answer(QPoint place, double scale = 1) const
     {
         const auto inPixels = [scale](const QRect &points) {
             return QRect(points.topLeft() * scale, points.size() * scale);
