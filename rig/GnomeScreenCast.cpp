@@ -14,7 +14,7 @@ namespace glimmerpane::testing
 namespace
 {
 
-constexpr std::chrono::seconds limit{10};
+constexpr std::chrono::seconds limit{30};
 constexpr int leftButton = 0x110; // BTN_LEFT of Linux's input events
 
 const QString castService = QStringLiteral("org.gnome.Mutter.ScreenCast");

@@ -40,6 +40,9 @@ GnomeSession::GnomeSession(const Options &options)
     bus_ = QDBusConnection::connectToBus(busAddress(), busName);
     require(bus_->registerService(portalService), "a portal's name is taken");
     writeSettings(options.settings);
+    if (options.scale != 1) {
+        writeMonitor(options.monitors.front(), options.scale);
+    }
     startShell(options.monitors);
     findDisplay();
     joinBus();
@@ -61,6 +64,25 @@ void GnomeSession::writeSettings(const QByteArray &settings)
     QFile file(folder + QStringLiteral("/keyfile"));
     require(file.open(QIODevice::WriteOnly) && file.write(all) == all.size(),
             "cannot write the session's settings");
+}
+
+/** As the shell stores what the user has chosen for a monitor. */
+void GnomeSession::writeMonitor(const QSize &monitor, double scale)
+{
+    const QString text
+        = QStringLiteral("<monitors version='2'><configuration><logicalmonitor>"
+                         "<x>0</x><y>0</y><scale>%1</scale><primary>yes</primary><monitor>"
+                         "<monitorspec><connector>Meta-0</connector><vendor>MetaVendor</vendor>"
+                         "<product>MetaVirtualMonitor</product><serial>0x00</serial></monitorspec>"
+                         "<mode><width>%2</width><height>%3</height><rate>60</rate></mode>"
+                         "</monitor></logicalmonitor></configuration></monitors>")
+              .arg(scale)
+              .arg(monitor.width())
+              .arg(monitor.height());
+    QFile file(environment().value(QStringLiteral("XDG_CONFIG_HOME"))
+               + QStringLiteral("/monitors.xml"));
+    require(file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0,
+            "cannot write the monitor's scale");
 }
 
 void GnomeSession::startShell(const std::vector<QSize> &monitors)

@@ -26,6 +26,8 @@ public:
         std::vector<QSize> monitors{{1280, 720}};
         /** GSettings, in GLib's key file format, such as "[org/gnome/mutter]\nkey=value\n". */
         QByteArray settings{};
+        /** Of the first monitor, if a layout in points is among the settings; may be fractional. */
+        double scale = 1;
     };
 
     explicit GnomeSession(const Options &options);
@@ -79,6 +81,7 @@ public:
 private:
     QVariant shellProperty(const char *name) const;
     void writeSettings(const QByteArray &settings);
+    void writeMonitor(const QSize &monitor, double scale);
     void startShell(const std::vector<QSize> &monitors);
     void joinBus();
     void findDisplay();

@@ -118,7 +118,7 @@ private Q_SLOTS:
         QTest::addColumn<std::vector<QSize>>("monitors");
         QTest::addColumn<QByteArray>("settings");
         QTest::addColumn<int>("scale"); // pixels for each point
-        QTest::addColumn<int>("magnification"); // pixels of the monitor for each of Xwayland
+        QTest::addColumn<double>("magnification"); // pixels of the monitor for each of Xwayland
         QTest::addColumn<QRect>("place"); // Xwayland's pixels
         QTest::addColumn<QString>("backend");
         const QString gnome = QStringLiteral("gnome");
@@ -127,40 +127,57 @@ private Q_SLOTS:
         const QByteArray twice = "[org/gnome/desktop/interface]\nscaling-factor=uint32 2\n";
         const QByteArray byStage
             = "[org/gnome/mutter]\nexperimental-features=['scale-monitor-framebuffer']\n";
-        QTest::addRow("second") << two << QByteArray() << 1 << 1 << QRect(1400, 50, 300, 200)
+        QTest::addRow("second") << two << QByteArray() << 1 << 1.0 << QRect(1400, 50, 300, 200)
                                 << gnome;
-        QTest::addRow("both") << two << QByteArray() << 1 << 1 << QRect(1180, 50, 300, 200)
+        QTest::addRow("both") << two << QByteArray() << 1 << 1.0 << QRect(1180, 50, 300, 200)
                               << gnome;
         QTest::addRow("partly none")
-            << two << QByteArray() << 1 << 1 << QRect(1900, 450, 300, 200) << gnome;
-        QTest::addRow("scaled") << one << twice << 2 << 1 << QRect(920, 300, 340, 380) << gnome;
-        QTest::addRow("second, portal") << two << QByteArray() << 1 << 1
+            << two << QByteArray() << 1 << 1.0 << QRect(1900, 450, 300, 200) << gnome;
+        QTest::addRow("scaled") << one << twice << 2 << 1.0 << QRect(920, 300, 340, 380) << gnome;
+        QTest::addRow("second, portal") << two << QByteArray() << 1 << 1.0
                                         << QRect(1400, 50, 300, 200) << QStringLiteral("portal");
         QTest::addRow("magnified")
-            << one << twice + byStage << 1 << 2 << QRect(330, 40, 300, 310) << gnome;
+            << one << twice + byStage << 1 << 2.0 << QRect(330, 40, 300, 310) << gnome;
+        const std::vector<QSize> dense{{2560, 1440}};
+        const std::vector<QSize> fine{{1920, 1080}};
+        QTest::addRow("half more")
+            << fine << byStage << 1 << 1.5 << QRect(980, 300, 280, 350) << gnome;
+        QTest::addRow("half more, portal")
+            << fine << byStage << 1 << 1.5 << QRect(980, 300, 280, 350) << QStringLiteral("portal");
+        QTest::addRow("scaled, portal")
+            << dense << twice << 2 << 1.0 << QRect(1960, 600, 560, 700) << QStringLiteral("portal");
+        QTest::addRow("magnified, portal") << dense << twice + byStage << 1 << 2.0
+                                           << QRect(980, 300, 280, 350) << QStringLiteral("portal");
     }
     void area_isFoundOnAnyMonitor()
     {
         QFETCH(const std::vector<QSize>, monitors);
         QFETCH(const QByteArray, settings);
         QFETCH(const int, scale);
-        QFETCH(const int, magnification);
+        QFETCH(const double, magnification);
         QFETCH(const QRect, place);
         QFETCH(const QString, backend);
-        GnomeFixture fixture(backend, {.monitors = monitors, .settings = settings});
+        GnomeFixture fixture(backend,
+                             {.monitors = monitors,
+                              .settings = settings,
+                              .scale = magnification == 1.5 ? magnification : 1});
         const auto window = required(ColorWindow::show(
             fixture.client, {.rectangle = place.adjusted(20, 30, -40, -50), .color = 0xff00ffff}));
         fixture.startSharing(place, scale);
         if (backend == u"portal") {
-            fixture.answer(fixture.dialog.secondMonitor);
-            fixture.answer(fixture.dialog.share);
+            const auto monitor = monitors.size() > 1 ? std::optional(fixture.dialog.secondMonitor)
+                                                     : fixture.dialog.firstMonitor;
+            if (monitor) {
+                fixture.answer(*monitor, scale * magnification);
+            }
+            fixture.answer(fixture.dialog.share, scale * magnification);
         }
         std::vector<std::unique_ptr<GnomeStream>> streams;
         for (int i = 0; i < static_cast<int>(monitors.size()); ++i) {
             streams.emplace_back(new GnomeStream(fixture.session.recordMonitor(i)));
         }
         const auto expected = [&] {
-            QImage desktop(QSize(3000, 1000), QImage::Format_RGB32);
+            QImage desktop(QSize(3000, 1500), QImage::Format_RGB32);
             desktop.fill(Qt::black);
             QPainter painter(&desktop);
             QPoint at;
@@ -174,8 +191,7 @@ private Q_SLOTS:
         };
         const auto isShown = [&] {
             const QImage seen = fixture.output();
-            return !seen.isNull()
-                && seen.pixelColor(40 * magnification, 50 * magnification) == Qt::cyan
+            return !seen.isNull() && seen.pixelColor(QPoint(40, 50) * magnification) == Qt::cyan
                 && seen == expected();
         };
         QVERIFY2(waitFor(isShown, patience), fixture.program.output());
