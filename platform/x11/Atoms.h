@@ -12,10 +12,9 @@ namespace glimmerpane::x11
 {
 
 /** The atoms that the program uses, except those that the protocol predefines. */
-inline constexpr std::array<std::string_view, 35> atomNames{
+inline constexpr std::array<std::string_view, 34> atomNames{
     "ESETROOT_PMAP_ID",
     "UTF8_STRING",
-    "WM_CHANGE_STATE",
     "WM_DELETE_WINDOW",
     "WM_PROTOCOLS",
     "WM_STATE",
