@@ -169,6 +169,24 @@ private Q_SLOTS:
         QVERIFY(waitFor([&] { return activations == 1; }, patience));
         QVERIFY(waitFor([&] { return fixture.stillScreen(monitor) == before; }, patience));
         QVERIFY(fixture.isOffScreen());
+        // As when monitors change, it is moved onto the screen.
+        const uint32_t events = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(fixture.client.connection(), fixture.id, XCB_CW_EVENT_MASK,
+                                     &events);
+        setGeometry(fixture.client, fixture.id, {{300, 200}, size});
+        const auto wasShown = [&] {
+            while (const x11::Reply<xcb_generic_event_t> event{
+                xcb_poll_for_event(fixture.client.connection())}) {
+                const auto &moved = reinterpret_cast<xcb_configure_notify_event_t &>(*event);
+                if ((event->response_type & 0x7fU) == XCB_CONFIGURE_NOTIFY && moved.x > 0) {
+                    return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(waitFor(wasShown, patience));
+        QVERIFY(waitFor([&] { return fixture.isListed() && fixture.isOffScreen(); }, patience));
+        QVERIFY(waitFor([&] { return fixture.stillScreen(monitor) == before; }, patience));
         fixture.draw(0xff00ff00);
         QVERIFY(becomeEqual([&] { return viewer->picture(); },
                             [&] { return fixture.drawn(0xff00ff00); }, patience));
