@@ -88,9 +88,11 @@ void ParkedWindowX11::orderFront()
     setManagerHints(connection_, window_.get(),
                     {.size = size_, .place = wanted_, .states = states_});
     setTransparent(true);
+    seen_.reset();
     move(wanted_);
     map();
-    park();
+    move(wanted_); // KWin complies only now
+    events_.flush();
     touchForViewers(watcher_, [this] { touchMore(); });
 }
 
@@ -99,13 +101,6 @@ void ParkedWindowX11::orderOut()
     stopTouching();
     isVisible_ = false;
     withdraw(connection_, window_.get());
-    events_.flush();
-}
-
-void ParkedWindowX11::park()
-{
-    seen_.reset();
-    move(wanted_);
     events_.flush();
 }
 
@@ -179,7 +174,8 @@ void ParkedWindowX11::handle(const xcb_generic_event_t &event)
     OffscreenWindowX11::handle(event);
     if (tellsOfMonitors(event, connection_, extensions_)) {
         wanted_ = choosePlace();
-        park();
+        seen_.reset();
+        checkPlace();
         return;
     }
     switch (typeOf(event)) {

@@ -49,7 +49,6 @@ protected:
 
 private:
     void setTransparent(bool isTransparent);
-    void park();
     void followState();
     void checkPlace();
     void settle();
