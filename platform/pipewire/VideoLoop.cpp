@@ -347,7 +347,8 @@ QRect VideoLoop::sourceOf(const BufferPicture &picture) const
 /** What differs from the latest picture, given what the sender says. */
 QRegion VideoLoop::changesOf(const BufferPicture &picture, const QRegion &damage) const
 {
-    if (!latest_ || latest_->bounds != picture.bounds || latest_->origin != picture.origin) {
+    if (!latest_ || latest_->bounds != picture.bounds || latest_->origin != picture.origin
+        || latest_->pixels.index() != picture.pixels.index()) {
         return picture.bounds;
     }
     const auto *const before = std::get_if<MappedPixels>(&latest_->pixels);
