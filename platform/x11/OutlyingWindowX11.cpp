@@ -3,7 +3,6 @@
 
 #include "platform/Log.h"
 #include "platform/x11/Compositing.h"
-#include "platform/x11/Coordinates.h"
 #include "platform/x11/Events.h"
 #include "platform/x11/Regions.h"
 #include "platform/x11/Render.h"
@@ -84,25 +83,15 @@ QPoint OutlyingWindowX11::choosePlace() const
 void OutlyingWindowX11::move(QPoint place)
 {
     // Mutter reads the type when it hears of it, so it must stay until the window has moved.
-    setType("_NET_WM_WINDOW_TYPE_DOCK");
-    const std::array<std::uint32_t, 2> values{static_cast<std::uint32_t>(place.x()),
-                                              static_cast<std::uint32_t>(place.y())};
-    xcb_configure_window(connection_.get(), window_.get(),
-                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, values.data());
+    setWindowType(connection_, window_.get(), "_NET_WM_WINDOW_TYPE_DOCK");
+    setFrameOrigin(place);
 }
 
 /** Only ordinary windows are offered to viewers. */
 void OutlyingWindowX11::settled()
 {
-    setType("_NET_WM_WINDOW_TYPE_NORMAL");
+    setWindowType(connection_, window_.get(), "_NET_WM_WINDOW_TYPE_NORMAL");
     lower();
-}
-
-void OutlyingWindowX11::setType(AtomName type)
-{
-    const xcb_atom_t value = connection_.atom(type);
-    setProperty(connection_, window_.get(), connection_.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM,
-                32, 1, &value);
 }
 
 /** So that it is on top only when the user has chosen it. */

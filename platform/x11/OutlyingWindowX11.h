@@ -33,7 +33,6 @@ protected:
 
 private:
     void createDot();
-    void setType(AtomName type);
     void lower();
     void followStack();
     void follow(bool isOnTop);

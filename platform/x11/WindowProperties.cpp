@@ -45,6 +45,13 @@ QByteArray PropertyQuestion::bytes() const
                  : QByteArray();
 }
 
+void setWindowType(const Connection &connection, xcb_window_t window, AtomName type)
+{
+    const xcb_atom_t value = connection.atom(type);
+    setProperty(connection, window, connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1,
+                &value);
+}
+
 void describeWindow(const Connection &connection, xcb_window_t window, const QString &title,
                     AtomName type)
 {
@@ -58,9 +65,7 @@ void describeWindow(const Connection &connection, xcb_window_t window, const QSt
     setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, title.toLatin1());
     setText(connection.atom("_NET_WM_NAME"), connection.atom("UTF8_STRING"), title.toUtf8());
     set(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8, resourceClass.size(), resourceClass.data());
-    // Only one type: some pickers misread a list of two as one number.
-    const xcb_atom_t typeAtom = connection.atom(type);
-    set(connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, 1, &typeAtom);
+    setWindowType(connection, window, type);
     // EWMH: _NET_WM_PID is only valid together with WM_CLIENT_MACHINE.
     setText(XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_STRING, QSysInfo::machineHostName().toLatin1());
     const auto pid = static_cast<std::uint32_t>(QCoreApplication::applicationPid());

@@ -54,6 +54,9 @@ private:
     xcb_get_property_cookie_t cookie_;
 };
 
+/** Sets its only type, "_NET_WM_WINDOW_TYPE_...": some pickers misread a list of two. */
+void setWindowType(const Connection &connection, xcb_window_t window, AtomName type);
+
 /**
  * Sets the window's title, its type ("_NET_WM_WINDOW_TYPE_...") and the program and machine that it
  * belongs to.
